@@ -1,0 +1,170 @@
+#include "library_reply.h"
+
+#include "content_rules.h"
+#include "json_fields.h"
+
+using namespace Qt::Literals::StringLiterals;
+using namespace JsonFields;
+
+LibraryReply::FileReply LibraryReply::FileReply::fromJson(const QJsonObject &object)
+{
+    return {
+        .id = string(object, "id"_L1),
+        .edition = string(object, "edition"_L1),
+        .bytes = integer(object, "bytes"_L1),
+        .sha256 = optionalString(object, "sha256"_L1),
+        .path = optionalString(object, "path"_L1),
+        .url = optionalString(object, "url"_L1),
+    };
+}
+
+QJsonObject LibraryReply::FileReply::toJson() const
+{
+    QJsonObject object { { "id"_L1, id }, { "edition"_L1, edition }, { "bytes"_L1, bytes } };
+    insertOptional(object, "sha256"_L1, sha256);
+    insertOptional(object, "path"_L1, path);
+    insertOptional(object, "url"_L1, url);
+    return object;
+}
+
+LibraryReply::ColourwayReply LibraryReply::ColourwayReply::fromJson(const QJsonObject &object)
+{
+    return {
+        .slug = string(object, "slug"_L1),
+        .files = objects<FileReply>(array(object, "files"_L1), "files"_L1),
+    };
+}
+
+QJsonObject LibraryReply::ColourwayReply::toJson() const
+{
+    return { { "slug"_L1, slug }, { "files"_L1, toArray(files) } };
+}
+
+LibraryReply::ArchiveReply LibraryReply::ArchiveReply::fromJson(const QJsonObject &object)
+{
+    return {
+        .id = string(object, "id"_L1),
+        .device = string(object, "device"_L1),
+        .filename = string(object, "filename"_L1),
+        .bytes = integer(object, "bytes"_L1),
+        .sha256 = optionalString(object, "sha256"_L1),
+        .path = optionalString(object, "path"_L1),
+        .url = optionalString(object, "url"_L1),
+    };
+}
+
+QJsonObject LibraryReply::ArchiveReply::toJson() const
+{
+    QJsonObject object { { "id"_L1, id },
+                         { "device"_L1, device },
+                         { "filename"_L1, filename },
+                         { "bytes"_L1, bytes } };
+    insertOptional(object, "sha256"_L1, sha256);
+    insertOptional(object, "path"_L1, path);
+    insertOptional(object, "url"_L1, url);
+    return object;
+}
+
+LibraryReply::PackReply LibraryReply::PackReply::fromJson(const QJsonObject &object)
+{
+    return {
+        .slug = string(object, "slug"_L1),
+        .since = optionalTime(object, "since"_L1),
+        .updatedAt = optionalTime(object, "updatedAt"_L1),
+        .colourways = objects<ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
+        .archives = objects<ArchiveReply>(optionalArray(object, "archives"_L1).value_or(QJsonArray()),
+                                          "archives"_L1),
+    };
+}
+
+QJsonObject LibraryReply::PackReply::toJson() const
+{
+    QJsonObject object { { "slug"_L1, slug },
+                         { "colourways"_L1, toArray(colourways) },
+                         { "archives"_L1, toArray(archives) } };
+    insertOptional(object, "since"_L1, since);
+    insertOptional(object, "updatedAt"_L1, updatedAt);
+    return object;
+}
+
+LibraryReply LibraryReply::decode(const QByteArray &json)
+{
+    return fromJson(parseObject(json));
+}
+
+LibraryReply LibraryReply::fromJson(const QJsonObject &object)
+{
+    return {
+        .email = string(object, "email"_L1),
+        .packs = objects<PackReply>(array(object, "packs"_L1), "packs"_L1),
+    };
+}
+
+QJsonObject LibraryReply::toJson() const
+{
+    return { { "email"_L1, email }, { "packs"_L1, toArray(packs) } };
+}
+
+QMap<QString, OwnedPack> LibraryReply::ownedPacks(const SourceRule &rule) const
+{
+    QMap<QString, OwnedPack> result;
+    for (const auto &pack : packs) {
+        if (!ContentRules::isValidSlug(pack.slug))
+            continue;
+        // A later pack with the same slug replaces the earlier one.
+        result.insert(pack.slug, makeOwnedPack(pack.slug, pack.since, pack.updatedAt,
+                                               pack.colourways, pack.archives, rule));
+    }
+    return result;
+}
+
+OwnedPack LibraryReply::makeOwnedPack(const QString &slug, std::optional<QDateTime> since,
+                                      std::optional<QDateTime> updatedAt,
+                                      const QList<ColourwayReply> &colourways,
+                                      const QList<ArchiveReply> &archives, const SourceRule &rule)
+{
+    OwnedPack pack { .slug = slug, .since = std::move(since), .updatedAt = std::move(updatedAt) };
+
+    for (const auto &colourway : colourways) {
+        if (!ContentRules::isValidSlug(colourway.slug))
+            continue;
+        for (const auto &file : colourway.files) {
+            const auto edition = editionFromRawValue(file.edition);
+            if (!edition || !ContentRules::isValidIdentifier(file.id) || !file.sha256
+                || !ContentRules::isValidHash(*file.sha256))
+                continue;
+            const auto source = rule.source(file.path, file.url);
+            if (!source)
+                continue;
+            // Later files of the same edition replace earlier ones.
+            pack.files[colourway.slug].insert(*edition, WallpaperFile {
+                                                            .id = file.id,
+                                                            .pack = slug,
+                                                            .colourway = colourway.slug,
+                                                            .edition = *edition,
+                                                            .bytes = file.bytes,
+                                                            .sha256 = file.sha256,
+                                                            .source = *source,
+                                                        });
+        }
+    }
+
+    for (const auto &archive : archives) {
+        if (!ContentRules::isValidIdentifier(archive.id) || !ContentRules::isValidSlug(archive.device))
+            continue;
+        // An archive with nowhere to fetch it from is as useless as such a file.
+        const auto source = rule.source(archive.path, archive.url);
+        if (!source)
+            continue;
+        pack.archives.append(Archive {
+            .id = archive.id,
+            .pack = slug,
+            .device = archive.device,
+            .filename = archive.filename,
+            .bytes = archive.bytes,
+            .sha256 = archive.sha256,
+            .source = *source,
+        });
+    }
+    return pack;
+}
