@@ -130,6 +130,7 @@ CatalogueReply::PackReply CatalogueReply::PackReply::fromJson(const QJsonObject 
         .onSale = boolean(object, "onSale"_L1),
         .colourways = objects<ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
         .free = std::nullopt,
+        .released = optionalBoolean(object, "released"_L1),
     };
     if (const auto free = optionalObject(object, "free"_L1))
         pack.free = FreeReply::fromJson(*free);
@@ -143,6 +144,8 @@ QJsonObject CatalogueReply::PackReply::toJson() const
                          { "colourways"_L1, toArray(colourways) } };
     if (free)
         object.insert("free"_L1, free->toJson());
+    if (released)
+        object.insert("released"_L1, *released);
     return object;
 }
 

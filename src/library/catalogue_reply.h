@@ -55,7 +55,10 @@ struct CatalogueReply {
         bool onSale = false;
         QList<ColourwayReply> colourways;
         std::optional<FreeReply> free;
+        // Quennet's shop marks a pack it shows before its files are out with "released": false.
+        std::optional<bool> released;
 
+        [[nodiscard]] bool isReleased() const { return released.value_or(true); }
         [[nodiscard]] static PackReply fromJson(const QJsonObject &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const PackReply &) const = default;
