@@ -56,6 +56,48 @@ void Defaults::setShopCertificates(const std::optional<QString> &path)
     setString("shopCertificates", path);
 }
 
+bool Defaults::checksForNewFiles() const
+{
+    return boolean("checksForNewFiles", true);
+}
+
+void Defaults::setChecksForNewFiles(bool on)
+{
+    m_settings.setValue("checksForNewFiles", on);
+}
+
+bool Defaults::showsUnreleasedPacks() const
+{
+    return boolean("showsUnreleasedPacks", false);
+}
+
+void Defaults::setShowsUnreleasedPacks(bool on)
+{
+    m_settings.setValue("showsUnreleasedPacks", on);
+}
+
+QMap<QString, QStringList> Defaults::seenColourways() const
+{
+    QMap<QString, QStringList> seen;
+    const auto value = m_settings.value("seenColourways");
+    if (value.typeId() != QMetaType::QVariantMap)
+        return seen;
+    const auto map = value.toMap();
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        if (it->typeId() == QMetaType::QStringList)
+            seen.insert(it.key(), it->toStringList());
+    }
+    return seen;
+}
+
+void Defaults::setSeenColourways(const QMap<QString, QStringList> &seen)
+{
+    QVariantMap map;
+    for (auto it = seen.cbegin(); it != seen.cend(); ++it)
+        map.insert(it.key(), it.value());
+    m_settings.setValue("seenColourways", map);
+}
+
 void Defaults::sync()
 {
     m_settings.sync();
@@ -75,4 +117,16 @@ void Defaults::setString(QAnyStringView key, const std::optional<QString> &value
         m_settings.setValue(key, *value);
     else
         m_settings.remove(key);
+}
+
+bool Defaults::boolean(QAnyStringView key, bool fallback) const
+{
+    // The INI file keeps booleans as text.
+    const auto text = string(key);
+    if (text == "true"_L1)
+        return true;
+    if (text == "false"_L1)
+        return false;
+    const auto value = m_settings.value(key);
+    return value.typeId() == QMetaType::Bool ? value.toBool() : fallback;
 }

@@ -27,12 +27,25 @@ public:
     [[nodiscard]] std::optional<QString> shopCertificates() const;
     void setShopCertificates(const std::optional<QString> &path);
 
+    // "checksForNewFiles": whether the library is checked every six hours; on when absent.
+    [[nodiscard]] bool checksForNewFiles() const;
+    void setChecksForNewFiles(bool on);
+
+    // "showsUnreleasedPacks": whether packs whose files are not out yet are listed; off when absent.
+    [[nodiscard]] bool showsUnreleasedPacks() const;
+    void setShowsUnreleasedPacks(bool on);
+
+    // "seenColourways": pack slug to the colourway slugs the user has been shown.
+    [[nodiscard]] QMap<QString, QStringList> seenColourways() const;
+    void setSeenColourways(const QMap<QString, QStringList> &seen);
+
     // Writes pending changes now; QSettings otherwise writes when idle or destroyed.
     void sync();
 
 private:
     [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
     void setString(QAnyStringView key, const std::optional<QString> &value);
+    [[nodiscard]] bool boolean(QAnyStringView key, bool fallback) const;
 
     QSettings m_settings;
 };
