@@ -65,13 +65,13 @@ QCoro::Task<QString> ArchiveSaver::save(Archive archive) const
                     .sha256 = digest },
     };
     const QString staged = co_await m_transfers->local(std::move(download));
-    co_return co_await thread->run([staged, folder, name] { return place(staged, folder, name, true); });
+    auto move = [staged, folder, name] { return place(staged, folder, name, true); };
+    co_return co_await thread->run(std::move(move));
 }
 
 QCoro::Task<QString> ArchiveSaver::copy(QString localPath, QString name) const
 {
     const QString folder = m_downloadsFolder;
-    co_return co_await m_thread->run([localPath, folder, name] {
-        return place(localPath, folder, name, false);
-    });
+    auto copy = [localPath, folder, name] { return place(localPath, folder, name, false); };
+    co_return co_await m_thread->run(std::move(copy));
 }

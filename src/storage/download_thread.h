@@ -34,6 +34,9 @@ public:
 
 private:
     [[nodiscard]] QCoro::Task<> perform(std::function<void()> work);
+    template<typename Result>
+    [[nodiscard]] static QCoro::Task<Result> collect(QCoro::Task<> done,
+                                                     std::shared_ptr<std::optional<Result>> result);
 
     std::optional<QString> m_extraCertificates;
     QThread m_thread;
@@ -46,10 +49,22 @@ QCoro::Task<std::invoke_result_t<Work>> DownloadThread::run(Work work)
 {
     using Result = std::invoke_result_t<Work>;
     if constexpr (std::is_void_v<Result>) {
-        co_await perform(std::move(work));
+        std::function<void()> job = std::move(work);
+        return perform(std::move(job));
     } else {
         auto result = std::make_shared<std::optional<Result>>();
-        co_await perform([work = std::move(work), result]() mutable { result->emplace(work()); });
-        co_return std::move(**result);
+        std::function<void()> job = [work = std::move(work), result]() mutable {
+            result->emplace(work());
+        };
+        auto done = perform(std::move(job));
+        return collect<Result>(std::move(done), std::move(result));
     }
+}
+
+template<typename Result>
+QCoro::Task<Result> DownloadThread::collect(QCoro::Task<> done,
+                                            std::shared_ptr<std::optional<Result>> result)
+{
+    co_await std::move(done);
+    co_return std::move(**result);
 }

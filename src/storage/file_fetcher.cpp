@@ -99,14 +99,16 @@ QCoro::Task<> FileFetcher::fetch(QUrl source, Target target, Progress progress,
 
 QCoro::Task<> FileFetcher::copy(QString source, Target target) const
 {
-    co_await m_thread->run([source = std::move(source), target = std::move(target)] {
+    // Lambdas are named before a co_await: g++ 12 misplaces one written inside it.
+    auto work = [source = std::move(source), target = std::move(target)] {
         ensureFolder(target.partial);
         QFile::remove(target.partial);
         QFile original(source);
         if (!original.copy(target.partial))
             throw FileError(target.partial, original.errorString());
         finish(target);
-    });
+    };
+    co_await m_thread->run(std::move(work));
 }
 
 void FileFetcher::finish(const Target &target)

@@ -18,7 +18,9 @@ void ensureCurrent(const QPointer<LibraryRefresher> &self, const CancelToken &ca
 }
 QCoro::Task<> save(QPointer<DownloadThread> thread, QString path, Cache::Saved saved)
 {
-    const bool written = co_await thread->run([path, saved] { return Cache::save(path, saved); });
+    // Lambdas are named before a co_await: g++ 12 misplaces one written inside it.
+    auto write = [path, saved] { return Cache::save(path, saved); };
+    const bool written = co_await thread->run(std::move(write));
     if (!written)
         qCWarning(lcShop) << "Couldn't save the shop's copy to" << path;
 }
@@ -74,19 +76,21 @@ QCoro::Task<Cache::Saved> LibraryRefresher::refresh(QPointer<LibraryRefresher> s
     }
     if (failure) {
         // The new catalogue is kept; the library on disk stays as it was.
-        co_await thread->run([path, catalogue = saved.catalogue, base = saved.base] {
+        auto keepCatalogue = [path, catalogue = saved.catalogue, base = saved.base] {
             Cache::update(path, [&](Cache::Saved &copy) {
                 copy.catalogue = catalogue;
                 copy.base = base;
             });
-        });
+        };
+        co_await thread->run(std::move(keepCatalogue));
         std::rethrow_exception(failure);
     }
     ensureCurrent(self, *cancel);
 
     if (!result) {
         qCInfo(lcShop) << "Library unchanged";
-        const auto copy = co_await thread->run([path] { return Cache::load(path); });
+        auto read = [path] { return Cache::load(path); };
+        const auto copy = co_await thread->run(std::move(read));
         ensureCurrent(self, *cancel);
         if (copy && copy->library) {
             saved.library = copy->library;

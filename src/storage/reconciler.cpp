@@ -101,7 +101,8 @@ QCoro::Task<> Reconciler::update(QPointer<Reconciler> self, Replacement replacem
         if (!self || self->m_keep(old.path))
             co_return;
         qCInfo(lcShop) << "Updated" << old.key << "to" << current.id;
-        co_await self->m_thread->run([path = old.path] { QFile::remove(path); });
+        auto remove = [path = old.path] { QFile::remove(path); };
+        co_await self->m_thread->run(std::move(remove));
     } catch (const std::exception &error) {
         qCWarning(lcShop, "Couldn't update %s: %s", qUtf8Printable(old.key),
                   qUtf8Printable(describe(error)));

@@ -227,9 +227,10 @@ QCoro::Task<> Shop::setWallpaper(QString pack, QString colourway, Edition editio
 QCoro::Task<> Shop::goBack()
 {
     const QPointer<Shop> self = this;
-    co_await m_requests->goBack([self](const Placement &placement) {
+    WallpaperRequests::Resolve resolve = [self](const Placement &placement) {
         return self ? self->fileFor(placement) : std::nullopt;
-    });
+    };
+    co_await m_requests->goBack(std::move(resolve));
 }
 
 std::optional<WallpaperFile> Shop::fileFor(const Placement &placement) const
@@ -313,9 +314,10 @@ QCoro::Task<> Shop::removeDownloads()
             kept.insert(file.path);
     }
     try {
-        co_await m_services.downloads->run([cache = m_cache, kept] {
+        auto remove = [cache = m_cache, kept] {
             cache.removeDownloads([&kept](const QString &path) { return kept.contains(path); });
-        });
+        };
+        co_await m_services.downloads->run(std::move(remove));
     } catch (const std::exception &error) {
         qCWarning(lcShop) << "Removing downloads failed:" << describe(error);
     }

@@ -127,7 +127,7 @@ QCoro::Task<> Transfers::fetch(QPointer<Transfers> self, Download download,
         url = co_await link(self, download, cancel);
     if (!self || cancel->isCancelled())
         throw cancelled();
-    const auto progress = [self, key = download.key](double fraction) {
+    const FileFetcher::Progress progress = [self, key = download.key](double fraction) {
         if (self)
             self->setProgress(key, fraction);
     };

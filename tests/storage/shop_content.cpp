@@ -111,14 +111,23 @@ QByteArray readAll(const QString &path)
 }
 
 ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options)
-    : m_packs(writeContent(m_content.path(), std::move(packs)))
-    , m_shop([&] {
-        options.contentDir = m_content.path();
-        options.stateDir = m_state.path();
-        return options;
-    }())
+    : m_options(std::move(options))
+    , m_packs(writeContent(m_content.path(), std::move(packs)))
 {
-    m_running = m_shop.start();
+    m_options.contentDir = m_content.path();
+    m_options.stateDir = m_state.path();
+    m_shop.emplace(m_options);
+    m_running = m_shop->start();
+}
+
+bool ContentShop::restart(QList<ContentPack> packs)
+{
+    m_options.port = m_shop->port();
+    m_shop.reset();
+    m_packs = writeContent(m_content.path(), std::move(packs));
+    m_shop.emplace(m_options);
+    m_running = m_shop->start();
+    return m_running;
 }
 
 QByteArray ContentShop::bytes(const QString &id) const
@@ -136,24 +145,24 @@ QByteArray ContentShop::bytes(const QString &id) const
 
 QUrl ContentShop::publicUrl(const QString &id) const
 {
-    return QUrl(u"https://127.0.0.1:%1/public/%2"_s.arg(m_shop.port()).arg(id));
+    return QUrl(u"https://127.0.0.1:%1/public/%2"_s.arg(m_shop->port()).arg(id));
 }
 
 int ContentShop::requests(const QString &endpoint) const
 {
-    const auto counts = m_shop.stats().value("requests"_L1).toObject();
-    return counts.value(m_shop.baseUrl().path() + u'/' + endpoint).toInt();
+    const auto counts = m_shop->stats().value("requests"_L1).toObject();
+    return counts.value(m_shop->baseUrl().path() + u'/' + endpoint).toInt();
 }
 
 int ContentShop::fileRequests(const QString &id) const
 {
-    const auto counts = m_shop.stats().value("requests"_L1).toObject();
+    const auto counts = m_shop->stats().value("requests"_L1).toObject();
     return counts.value(u"/files/"_s + id).toInt() + counts.value(u"/public/"_s + id).toInt();
 }
 
 QStringList ContentShop::ranges(const QString &id) const
 {
-    const auto ranges = m_shop.stats().value("ranges"_L1).toObject();
+    const auto ranges = m_shop->stats().value("ranges"_L1).toObject();
     QStringList result;
     for (const QString &path : QStringList { u"/files/"_s + id, u"/public/"_s + id })
         for (const auto &range : ranges.value(path).toArray())
@@ -163,5 +172,5 @@ QStringList ContentShop::ranges(const QString &id) const
 
 bool ContentShop::setFaults(const char *json)
 {
-    return m_shop.setFaults(QJsonDocument::fromJson(json).object());
+    return m_shop->setFaults(QJsonDocument::fromJson(json).object());
 }

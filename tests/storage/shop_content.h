@@ -47,7 +47,11 @@ public:
     explicit ContentShop(QList<ContentPack> packs, DevShop::Options options = {});
 
     [[nodiscard]] bool isRunning() const { return m_running; }
-    [[nodiscard]] DevShop &shop() { return m_shop; }
+    [[nodiscard]] DevShop &shop() { return *m_shop; }
+    [[nodiscard]] QUrl baseUrl() const { return m_shop->baseUrl(); }
+    // The shop changes its content: stopped, given the new packs, and started again on the same
+    // port with the same state, so that tokens stay valid.
+    bool restart(QList<ContentPack> packs);
     [[nodiscard]] const QList<ContentPack> &packs() const { return m_packs; }
     [[nodiscard]] QString contentDir() const { return m_content.path(); }
     [[nodiscard]] QString stateDir() const { return m_state.path(); }
@@ -67,7 +71,8 @@ public:
 private:
     QTemporaryDir m_content;
     QTemporaryDir m_state;
+    DevShop::Options m_options;
     QList<ContentPack> m_packs;
-    DevShop m_shop;
+    std::optional<DevShop> m_shop;
     bool m_running = false;
 };

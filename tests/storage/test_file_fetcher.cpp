@@ -392,10 +392,11 @@ void TestFileFetcher::progressOnTheMainThread()
 {
     QList<double> fractions;
     bool offMain = false;
-    const auto outcome = fetch(m_shop->publicUrl(m_large.id), target(m_large), [&](double fraction) {
+    const FileFetcher::Progress progress = [&](double fraction) {
         offMain = offMain || QThread::currentThread() != thread();
         fractions.append(fraction);
-    });
+    };
+    const auto outcome = fetch(m_shop->publicUrl(m_large.id), target(m_large), progress);
     QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
     QVERIFY(!offMain);
     QVERIFY(std::is_sorted(fractions.cbegin(), fractions.cend()));
@@ -411,8 +412,9 @@ void TestFileFetcher::cancellationKeepsThePartialFile()
     const auto file = target(m_large);
     const auto cancel = std::make_shared<CancelToken>();
     bool started = false;
-    auto task = FileFetcher(m_thread.get()).fetch(m_shop->publicUrl(m_large.id), file,
-                                                  [&](double) { started = true; }, cancel);
+    const FileFetcher::Progress progress = [&](double) { started = true; };
+    auto task = FileFetcher(m_thread.get()).fetch(m_shop->publicUrl(m_large.id), file, progress,
+                                                  cancel);
     QTRY_VERIFY(started);
     cancel->cancel();
     const auto outcome = finish(std::move(task));
