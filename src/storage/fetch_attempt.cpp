@@ -13,14 +13,12 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSaveFile>
-
 #include <array>
 #include <coroutine>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
 
 constexpr qint64 readChunk = 64 * 1024;
@@ -30,8 +28,7 @@ constexpr int maxRedirects = 5;
 
 // Resumes the awaiting coroutine at the reply's next sign of life: its headers, more bytes, or
 // its end. Only await it while the reply has not finished.
-class NextActivity
-{
+class NextActivity {
 public:
     explicit NextActivity(QNetworkReply *reply)
         : m_reply(reply)
@@ -143,7 +140,8 @@ QCoro::Task<> FetchAttempt::fetch()
     }
 
     // Bytes are resumed only when the validator they came with is known.
-    std::optional<QByteArray> validator = readValidator(DownloadCache::validatorPath(m_target.partial));
+    std::optional<QByteArray> validator =
+        readValidator(DownloadCache::validatorPath(m_target.partial));
     qint64 offset = validator ? size : 0;
     bool restarted = false;
     for (;;) {
@@ -238,6 +236,12 @@ QCoro::Task<> FetchAttempt::drain(QNetworkReply *reply)
 
 QCoro::Task<> FetchAttempt::stream(Reply reply, qint64 offset)
 {
+    // Each block is hashed as it is written, after the bytes already there.
+    if (m_target.sha256) {
+        m_hash.emplace();
+        if (offset > 0 && !m_hash->addFile(m_target.partial, offset))
+            m_hash.reset();
+    }
     openPartial(offset);
     const qint64 total = std::max<qint64>(m_target.size, 1);
     qint64 written = offset;
@@ -286,7 +290,7 @@ QCoro::Task<> FetchAttempt::stream(Reply reply, qint64 offset)
         throwTransportError(*reply);
 
     m_reply->postProgress(1.0);
-    FileFetcher::finish(m_target);
+    FileFetcher::finish(m_target, m_hash ? std::optional(m_hash->hex()) : std::nullopt);
 }
 
 void FetchAttempt::openPartial(qint64 offset)
@@ -314,6 +318,8 @@ void FetchAttempt::write(QByteArray &buffer, qint64 &written)
         return;
     if (m_partial.write(buffer) != buffer.size())
         throw FileError(m_target.partial, m_partial.errorString());
+    if (m_hash)
+        m_hash->add(buffer.constData(), buffer.size());
     written += buffer.size();
     buffer.resize(0); // keeps the reservation
 }
@@ -322,7 +328,6 @@ void FetchAttempt::throwTransportError(const QNetworkReply &reply) const
 {
     // Qt reports its transfer time-out as a cancellation too.
     if (reply.error() == QNetworkReply::OperationCanceledError && !m_cancelled)
-        throw NetworkError(QNetworkReply::TimeoutError,
-                           u"Nothing arrived for 60 seconds."_s);
+        throw NetworkError(QNetworkReply::TimeoutError, u"Nothing arrived for 60 seconds."_s);
     throw NetworkError::fromReply(reply);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "file_fetcher.h"
+#include "sha256.h"
 
 #include <QFile>
 #include <QObject>
 #include <QPointer>
-
 #include <memory>
 
 class DownloadThread;
@@ -15,8 +15,7 @@ class WorkerReply;
 // One attempt of the file fetcher, carried out on the download thread: the ranged request, the
 // response's status, streaming into the partial file, and the verification. It reports to a
 // reply on the main thread and deletes itself when it is done.
-class FetchAttempt : public QObject
-{
+class FetchAttempt : public QObject {
     Q_OBJECT
 
 public:
@@ -54,6 +53,7 @@ private:
     FileFetcher::Target m_target;
     WorkerReply *m_reply; // on the main thread; alive until the end has been posted
     QFile m_partial;
+    std::optional<Sha256> m_hash; // of the partial file's bytes so far
     QPointer<QNetworkReply> m_current;
     bool m_cancelled = false; // cancelled by the caller, not timed out
     std::optional<QCoro::Task<>> m_task;

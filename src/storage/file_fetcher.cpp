@@ -5,51 +5,18 @@
 #include "download_thread.h"
 #include "fetch_attempt.h"
 #include "file_error.h"
+#include "sha256.h"
 #include "worker_reply.h"
 
 #include <QCoroSignal>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-#include <openssl/evp.h>
-
 #include <filesystem>
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
-constexpr qint64 hashChunk = 1024 * 1024;
-
-// The file's SHA-256 in lowercase hexadecimal; none when it cannot be read.
-std::optional<QString> sha256Of(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(),
-                                                                          EVP_MD_CTX_free);
-    if (!context || EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) != 1)
-        return std::nullopt;
-    QByteArray chunk(hashChunk, Qt::Uninitialized);
-    for (;;) {
-        const qint64 read = file.read(chunk.data(), hashChunk);
-        if (read < 0)
-            return std::nullopt;
-        if (read == 0)
-            break;
-        EVP_DigestUpdate(context.get(), chunk.constData(), size_t(read));
-    }
-    unsigned char digest[EVP_MAX_MD_SIZE];
-    unsigned int length = 0;
-    if (EVP_DigestFinal_ex(context.get(), digest, &length) != 1)
-        return std::nullopt;
-    return QString::fromLatin1(
-        QByteArray(reinterpret_cast<const char *>(digest), int(length)).toHex());
-}
-
+namespace {
 void ensureFolder(const QString &path)
 {
     const QString folder = QFileInfo(path).path();
@@ -111,14 +78,19 @@ QCoro::Task<> FileFetcher::copy(QString source, Target target) const
     co_await m_thread->run(std::move(work));
 }
 
-void FileFetcher::finish(const Target &target)
+void FileFetcher::finish(const Target &target, std::optional<QString> digest)
 {
     const QString validator = DownloadCache::validatorPath(target.partial);
     const QFileInfo partial(target.partial);
     const qint64 size = partial.exists() ? partial.size() : -1;
     bool matches = size == target.size;
+    if (matches && target.sha256 && !digest) {
+        Sha256 hash;
+        if (hash.addFile(target.partial))
+            digest = hash.hex();
+    }
     if (matches && target.sha256)
-        matches = sha256Of(target.partial) == target.sha256->toLower();
+        matches = digest == target.sha256->toLower();
     if (!matches) {
         // The next attempt starts from nothing.
         QFile::remove(target.partial);

@@ -5,7 +5,6 @@
 #include <QCoroTask>
 #include <QPointer>
 #include <QUrl>
-
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,11 +17,9 @@ class DownloadThread;
 // nothing between calls: what a later attempt needs lives in the partial file and the validator
 // beside it. The work runs on the download thread; only progress and the end reach the main
 // thread. Whether to try again is the caller's business.
-class FileFetcher
-{
+class FileFetcher {
 public:
-    class Failure : public Error
-    {
+    class Failure : public Error {
     public:
         enum class Kind { Status, LinkRejected, Mismatch };
 
@@ -73,9 +70,9 @@ public:
     [[nodiscard]] QCoro::Task<> copy(QString source, Target target) const;
 
     // Verifies the partial file by size and digest and moves it to the destination, replacing a
-    // file there; on a mismatch deletes the partial and validator files. Reads the whole file:
-    // call it on the download thread.
-    static void finish(const Target &target);
+    // file there; on a mismatch deletes the partial and validator files. Reads the whole file
+    // unless given the digest of its bytes: call it on the download thread.
+    static void finish(const Target &target, std::optional<QString> digest = std::nullopt);
 
     // A redirect is followed only to the original request's scheme and host.
     [[nodiscard]] static bool allowsRedirect(const QUrl &original, const QUrl &target);
