@@ -30,9 +30,9 @@ auto admin(ShopState &state, Handler handler)
         if (!isAdmin(state, request))
             return sendError(response, 403, u"forbidden"_s);
         QJsonParseError error {};
-        const QJsonDocument body = QJsonDocument::fromJson(QByteArray::fromStdString(request.body),
-                                                           &error);
-        if (request.method == "POST" && (error.error != QJsonParseError::NoError || !body.isObject()))
+        const QByteArray text = QByteArray::fromStdString(request.body);
+        const QJsonDocument body = QJsonDocument::fromJson(text.isEmpty() ? "{}" : text, &error);
+        if (error.error != QJsonParseError::NoError || !body.isObject())
             return sendError(response, 400, u"the body is not a JSON object"_s);
         handler(state, body.object(), response);
     };
