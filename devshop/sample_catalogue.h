@@ -1,0 +1,44 @@
+#pragma once
+
+#include "scene_painter.h"
+
+#include <QList>
+#include <QString>
+
+// What the sample shop sells and what its sample account owns.
+namespace SampleCatalogue
+{
+struct Colourway {
+    QString slug;
+    QString name;
+    ScenePainter::Palette palette;
+    bool solar = false; // its time-of-day file follows the sun rather than the clock
+};
+
+struct Pack {
+    QString slug;
+    QString name;
+    QString line;
+    QString price;
+    bool onSale = false;
+    bool free = false;
+    bool released = true;
+    QString ownedSince; // empty when the sample account does not own it
+    QList<Colourway> colourways;
+};
+
+// A phase of the day of the time-of-day pictures.
+struct Phase {
+    QString id;
+    QString label;
+    ScenePainter::Moment moment;
+    double dayFraction; // when it starts
+    double altitude; // of the sun, degrees
+    double azimuth;
+};
+
+[[nodiscard]] const QList<Pack> &packs();
+[[nodiscard]] const QList<Phase> &phases();
+[[nodiscard]] QString email();
+[[nodiscard]] QString updatedAt();
+} // namespace SampleCatalogue

@@ -1,0 +1,32 @@
+#include "shop_state.h"
+
+ShopState::ShopState(ContentStore content, Settings settings, QString adminSecret)
+    : m_content(std::move(content))
+    , m_settings(std::move(settings))
+    , m_adminSecret(std::move(adminSecret))
+    , m_grant(m_clock, m_settings.grant)
+{
+}
+
+QString ShopState::setFaults(const QJsonObject &document)
+{
+    const QString problem = m_faults.set(document);
+    if (problem.isEmpty() && document.value(QLatin1String("changeLibrary")).toBool())
+        ++m_libraryRevision;
+    return problem;
+}
+
+void ShopState::count(const QString &path)
+{
+    const std::lock_guard lock(m_statsMutex);
+    ++m_requests[path];
+}
+
+QJsonObject ShopState::stats() const
+{
+    const std::lock_guard lock(m_statsMutex);
+    QJsonObject requests;
+    for (auto it = m_requests.cbegin(); it != m_requests.cend(); ++it)
+        requests.insert(it.key(), it.value());
+    return { { QLatin1String("requests"), requests } };
+}
