@@ -18,10 +18,10 @@ namespace
 // Missing and null are the same: absent.
 std::optional<QJsonValue> present(const QJsonObject &object, QLatin1StringView key)
 {
-    const auto it = object.constFind(key);
-    if (it == object.constEnd() || it->isNull() || it->isUndefined())
+    QJsonValue value = object.value(key);
+    if (value.isNull() || value.isUndefined())
         return std::nullopt;
-    return *it;
+    return value;
 }
 
 QJsonValue required(const QJsonObject &object, QLatin1StringView key)

@@ -128,25 +128,28 @@ OwnedPack LibraryReply::makeOwnedPack(const QString &slug, std::optional<QDateTi
     for (const auto &colourway : colourways) {
         if (!ContentRules::isValidSlug(colourway.slug))
             continue;
+        QMap<Edition, WallpaperFile> &editions = pack.files[colourway.slug];
         for (const auto &file : colourway.files) {
             const auto edition = editionFromRawValue(file.edition);
             if (!edition || !ContentRules::isValidIdentifier(file.id) || !file.sha256
                 || !ContentRules::isValidHash(*file.sha256))
                 continue;
-            const auto source = rule.source(file.path, file.url);
+            auto source = rule.source(file.path, file.url);
             if (!source)
                 continue;
             // Later files of the same edition replace earlier ones.
-            pack.files[colourway.slug].insert(*edition, WallpaperFile {
-                                                            .id = file.id,
-                                                            .pack = slug,
-                                                            .colourway = colourway.slug,
-                                                            .edition = *edition,
-                                                            .bytes = file.bytes,
-                                                            .sha256 = file.sha256,
-                                                            .source = *source,
-                                                        });
+            editions[*edition] = WallpaperFile {
+                .id = file.id,
+                .pack = slug,
+                .colourway = colourway.slug,
+                .edition = *edition,
+                .bytes = file.bytes,
+                .sha256 = file.sha256,
+                .source = std::move(*source),
+            };
         }
+        if (editions.isEmpty())
+            pack.files.remove(colourway.slug);
     }
 
     for (const auto &archive : archives) {

@@ -1,0 +1,63 @@
+#include "shop_cache.h"
+
+#include "error.h"
+#include "json_fields.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QSaveFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+Q_LOGGING_CATEGORY(lcCache, "app.quennet.Quennet.Shop")
+
+namespace Cache
+{
+std::optional<Saved> load(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    try {
+        const QJsonObject object = JsonFields::parseObject(file.readAll());
+        Saved saved { .catalogue = CatalogueReply::fromJson(JsonFields::object(object, "catalogue"_L1)) };
+        if (const auto library = JsonFields::optionalObject(object, "library"_L1))
+            saved.library = LibraryReply::fromJson(*library);
+        saved.account = JsonFields::optionalString(object, "account"_L1);
+        if (const auto base = JsonFields::optionalString(object, "base"_L1))
+            saved.base = QUrl(*base);
+        return saved;
+    } catch (const DecodingError &error) {
+        qCWarning(lcCache) << "Ignoring a damaged shop copy:" << error.description();
+        return std::nullopt;
+    }
+}
+
+bool save(const QString &path, const Saved &saved)
+{
+    QJsonObject object { { "catalogue"_L1, saved.catalogue.toJson() } };
+    if (saved.library)
+        object.insert("library"_L1, saved.library->toJson());
+    JsonFields::insertOptional(object, "account"_L1, saved.account);
+    if (saved.base)
+        object.insert("base"_L1, saved.base->toString());
+
+    if (!QDir().mkpath(QFileInfo(path).path()))
+        return false;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    const QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return file.write(bytes) == bytes.size() && file.commit();
+}
+
+bool update(const QString &path, const std::function<void(Saved &)> &change)
+{
+    Saved saved = load(path).value_or(Saved {});
+    change(saved);
+    return save(path, saved);
+}
+} // namespace Cache

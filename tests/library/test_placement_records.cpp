@@ -1,0 +1,154 @@
+#include "placement_records.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+QString fixturePath(const QString &name)
+{
+    return QStringLiteral(QUENNET_TEST_DATA "/library/placements/") + name;
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+const Placement mist { u"harbour"_s, u"mist"_s, u"dark"_s, u"/a.heic"_s, 1700000000123 };
+} // namespace
+
+class PlacementRecordsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void load_data()
+    {
+        QTest::addColumn<QString>("fixture");
+        QTest::addColumn<bool>("useOnAllSpaces");
+        QTest::addColumn<QStringList>("displays");
+        QTest::addColumn<QStringList>("applied");
+
+        QTest::newRow("missing file") << QString() << true << QStringList() << QStringList();
+        QTest::newRow("empty file") << u"empty.json"_s << true << QStringList() << QStringList();
+        QTest::newRow("empty object") << u"empty-object.json"_s << true << QStringList() << QStringList();
+        QTest::newRow("applied derived, null flag")
+            << u"no-applied.json"_s << true << QStringList { u"display-1"_s }
+            << QStringList { u"/p.heic"_s };
+        QTest::newRow("everything given") << u"full.json"_s << false
+                                          << QStringList { u"display-1"_s, u"display-2"_s }
+                                          << QStringList { u"/a.heic"_s, u"/b.heic"_s };
+        QTest::newRow("setAt as text") << u"string-setat.json"_s << true << QStringList() << QStringList();
+        QTest::newRow("placement lacks a key") << u"missing-key.json"_s << true << QStringList()
+                                               << QStringList();
+        QTest::newRow("not an object") << u"array.json"_s << true << QStringList() << QStringList();
+        QTest::newRow("flag of the wrong type") << u"wrong-type.json"_s << true << QStringList()
+                                                << QStringList();
+    }
+
+    void load()
+    {
+        QFETCH(QString, fixture);
+        QFETCH(bool, useOnAllSpaces);
+        QFETCH(QStringList, displays);
+        QFETCH(QStringList, applied);
+
+        QTemporaryDir folder;
+        if (!fixture.isEmpty())
+            QVERIFY(QFile::copy(fixturePath(fixture), folder.filePath(u"placements.json"_s)));
+        const PlacementFile record = PlacementRecords(folder.path()).load();
+        QCOMPARE(record.useOnAllSpaces, useOnAllSpaces);
+        QCOMPARE(record.placements.keys(), displays);
+        QCOMPARE(record.applied, QSet<QString>(applied.cbegin(), applied.cend()));
+    }
+
+    void largeSetAtKeptExact()
+    {
+        QTemporaryDir folder;
+        QVERIFY(QFile::copy(fixturePath(u"full.json"_s), folder.filePath(u"placements.json"_s)));
+        const auto record = PlacementRecords(folder.path()).load();
+        QCOMPARE(record.placements[u"display-2"_s].setAt, 9007199254740993LL);
+        QCOMPARE(record.placements[u"display-2"_s].edition, u"time-of-day"_s);
+    }
+
+    void saveCreatesFolderAndRoundTrips()
+    {
+        QTemporaryDir root;
+        const PlacementRecords records(root.filePath(u"a/b/app.quennet.Quennet"_s));
+        PlacementFile record;
+        record.useOnAllSpaces = false;
+        record.placements.insert(u"display-1"_s, mist);
+        record.applied = { u"/a.heic"_s, u"/old.heic"_s };
+
+        QVERIFY(records.save(record));
+        QCOMPARE(records.load(), record);
+
+        // A damaged file is replaced whole at the next save.
+        write(records.placementFilePath(), "{\"placements\": 3");
+        QCOMPARE(records.load(), PlacementFile());
+        QVERIFY(records.save(record));
+        QCOMPARE(records.load(), record);
+    }
+
+    void saveFailsWhenTheFolderCannotBeMade()
+    {
+        QTemporaryDir root;
+        write(root.filePath(u"file"_s), "not a folder");
+        QVERIFY(!PlacementRecords(root.filePath(u"file/folder"_s)).save(PlacementFile()));
+    }
+
+    void released_data()
+    {
+        QTest::addColumn<QByteArray>("released"); // empty: no file
+        QTest::addColumn<bool>("hasPlacement");
+        QTest::addColumn<bool>("expected");
+
+        QTest::newRow("exactly this placement") << QByteArray(R"({"released": {"d": 1700000000123}})")
+                                                << true << true;
+        QTest::newRow("one millisecond off") << QByteArray(R"({"released": {"d": 1700000000122}})")
+                                             << true << false;
+        QTest::newRow("another display") << QByteArray(R"({"released": {"e": 1700000000123}})") << true
+                                         << false;
+        QTest::newRow("no placement") << QByteArray(R"({"released": {"d": 1700000000123}})") << false
+                                      << false;
+        QTest::newRow("no file") << QByteArray() << true << false;
+        QTest::newRow("not JSON") << QByteArray("{") << true << false;
+        QTest::newRow("value as text") << QByteArray(R"({"released": {"d": "1700000000123"}})") << true
+                                       << false;
+        QTest::newRow("another entry broken")
+            << QByteArray(R"({"released": {"d": 1700000000123, "e": "x"}})") << true << false;
+    }
+
+    void released()
+    {
+        QFETCH(QByteArray, released);
+        QFETCH(bool, hasPlacement);
+        QFETCH(bool, expected);
+
+        QTemporaryDir folder;
+        const PlacementRecords records(folder.path());
+        if (!released.isEmpty())
+            write(records.releasedFilePath(), released);
+        QCOMPARE(records.isReleased(u"d"_s, hasPlacement ? std::optional(mist) : std::nullopt),
+                 expected);
+    }
+
+    // Another process writes the file while Quennet runs.
+    void releasedIsReadAfresh()
+    {
+        QTemporaryDir folder;
+        const PlacementRecords records(folder.path());
+        QVERIFY(!records.isReleased(u"d"_s, mist));
+        write(records.releasedFilePath(), R"({"released": {"d": 1700000000123}})");
+        QVERIFY(records.isReleased(u"d"_s, mist));
+    }
+};
+
+QTEST_GUILESS_MAIN(PlacementRecordsTest)
+#include "test_placement_records.moc"

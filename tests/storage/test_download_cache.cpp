@@ -1,0 +1,111 @@
+#include "download_cache.h"
+#include "owned_pack.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+void write(const QString &path, qint64 size)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(size, 'x'));
+}
+
+const WallpaperFile mistDark { .id = u"f_0123456789ab"_s,
+                               .pack = u"harbour"_s,
+                               .colourway = u"mist"_s,
+                               .edition = Edition::Dark,
+                               .bytes = 10 };
+} // namespace
+
+class DownloadCacheTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void layout()
+    {
+        const DownloadCache cache(u"/root"_s);
+        QCOMPARE(cache.localPath(mistDark), u"/root/Quennet/harbour/mist-dark-f_0123456789ab.heic"_s);
+        QCOMPARE(cache.partialPath(mistDark), u"/root/Partial/f_0123456789ab.partial"_s);
+        QCOMPARE(DownloadCache::validatorPath(cache.partialPath(mistDark)),
+                 u"/root/Partial/f_0123456789ab.partial.etag"_s);
+        WallpaperFile automatic = mistDark;
+        automatic.edition = Edition::Automatic;
+        QCOMPARE(DownloadCache::fileKey(automatic), u"harbour/mist-appearance-f_0123456789ab.heic"_s);
+    }
+
+    void installedNames_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("id"); // empty when not installed
+        QTest::newRow("wallpaper") << u"mist-dark-f_0123456789ab.heic"_s << u"f_0123456789ab"_s;
+        QTest::newRow("hyphenated slug") << u"sea-mist-2-time-of-day-f_00ff.heic"_s << u"f_00ff"_s;
+        QTest::newRow("uppercase id") << u"mist-dark-f_0123456789AB.heic"_s << QString();
+        QTest::newRow("other extension") << u"mist-dark-f_0123456789ab.jpg"_s << QString();
+        QTest::newRow("unknown edition") << u"mist-automatic-f_0123456789ab.heic"_s << QString();
+        QTest::newRow("no colourway") << u"-dark-f_0123456789ab.heic"_s << QString();
+        QTest::newRow("trailing text") << u"mist-dark-f_0123456789ab.heic.tmp"_s << QString();
+    }
+
+    void installedNames()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, id);
+        QTemporaryDir root;
+        const DownloadCache cache(root.path());
+        write(cache.wallpaperFolder() + u"/harbour/"_s + name, 1);
+        const auto installed = cache.installedFiles();
+        if (id.isEmpty()) {
+            QVERIFY(installed.isEmpty());
+        } else {
+            QCOMPARE(installed.size(), 1);
+            QCOMPARE(installed[0].id, id);
+            QCOMPARE(installed[0].key, u"harbour/"_s + name);
+        }
+    }
+
+    void sizeCountsOnlyWallpapers()
+    {
+        QTemporaryDir root;
+        const DownloadCache cache(root.path());
+        write(cache.localPath(mistDark), 1000);
+        write(cache.wallpaperFolder() + u"/meadow/clover-light-f_0a.heic"_s, 24);
+        write(cache.partialPath(mistDark), 500);
+        write(cache.shopCachePath(), 300);
+        QCOMPARE(cache.downloadedSize(), 1024);
+    }
+
+    void removeKeepsWhatIsShown()
+    {
+        QTemporaryDir root;
+        const DownloadCache cache(root.path());
+        const QString shown = cache.localPath(mistDark);
+        const QString pinned = cache.wallpaperFolder() + u"/harbour/mist-light-f_0b.heic"_s;
+        const QString other = cache.wallpaperFolder() + u"/meadow/clover-light-f_0a.heic"_s;
+        const QString stranger = cache.wallpaperFolder() + u"/harbour/notes.txt"_s;
+        for (const auto &path : { shown, pinned, other, stranger })
+            write(path, 1);
+        write(cache.partialPath(mistDark), 1);
+
+        cache.removeDownloads([&](const QString &path) { return path == shown || path == pinned; });
+
+        QVERIFY(QFile::exists(shown));
+        QVERIFY(QFile::exists(pinned));
+        QVERIFY(QFile::exists(stranger)); // not ours to remove
+        QVERIFY(!QFile::exists(other));
+        QVERIFY(!QFile::exists(cache.partialPath(mistDark)));
+        QVERIFY(!QDir(cache.wallpaperFolder() + u"/meadow"_s).exists());
+        QCOMPARE(cache.installedFiles().size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(DownloadCacheTest)
+#include "test_download_cache.moc"
