@@ -18,6 +18,8 @@
 
 #include <csignal>
 
+#include <sys/socket.h>
+
 Q_LOGGING_CATEGORY(lcDevShop, "app.quennet.Quennet.DevShop")
 
 using namespace Qt::Literals::StringLiterals;
@@ -72,6 +74,11 @@ bool DevShop::start()
     server->new_task_queue = [] { return new httplib::ThreadPool(24); };
     server->set_keep_alive_timeout(2);
     server->set_payload_max_length(1 << 20);
+    // The library's default adds SO_REUSEPORT, which would let a second shop share a taken port.
+    server->set_socket_options([](int socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+    });
     const int port = m_options.port == 0 ? server->bind_to_any_port("127.0.0.1")
                                          : (server->bind_to_port("127.0.0.1", m_options.port)
                                                 ? m_options.port

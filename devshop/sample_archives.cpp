@@ -51,12 +51,11 @@ QJsonArray SampleArchives::plan(const QDir &dir, const SampleCatalogue::Pack &pa
             QDir().mkpath(archive.staging);
             const QSize screen = size == SampleContent::Size::Small ? device.small : device.large;
             for (const SampleCatalogue::Colourway &colourway : pack.colourways) {
-                for (const auto &[appearance, moment] :
-                     { std::pair(u"Light"_s, ScenePainter::Moment::Day),
-                       std::pair(u"Dark"_s, ScenePainter::Moment::Night) }) {
+                for (const auto &picture : { std::pair(u"Light"_s, ScenePainter::Moment::Day),
+                                             std::pair(u"Dark"_s, ScenePainter::Moment::Night) }) {
                     const QString file = QDir(archive.staging)
-                                             .filePath(u"%1 %2.png"_s.arg(colourway.name, appearance));
-                    jobs.append([file, palette = colourway.palette, moment, screen] {
+                                             .filePath(u"%1 %2.png"_s.arg(colourway.name, picture.first));
+                    jobs.append([file, palette = colourway.palette, moment = picture.second, screen] {
                         return ScenePainter::paint(palette, moment, screen).save(file, "PNG");
                     });
                 }

@@ -109,6 +109,18 @@ private Q_SLOTS:
         QVERIFY(authority.startsWith("-----BEGIN CERTIFICATE-----"));
     }
 
+    void takenPortFails()
+    {
+        QTemporaryDir state;
+        const Server first(state.path());
+        QProcess second;
+        second.start(program, { u"serve"_s, u"--content"_s, content, u"--state"_s, state.filePath(u"second"_s),
+                                u"--port"_s, QString::number(first.baseUrl.port()) });
+        QVERIFY(second.waitForFinished());
+        QCOMPARE(second.exitCode(), 1);
+        QVERIFY(second.readAllStandardError().contains("Could not listen"));
+    }
+
     void stopsOnTerminate()
     {
         QTemporaryDir state;
