@@ -27,7 +27,8 @@ const QDir content(u"" QUENNET_DEVSHOP_CONTENT ""_s);
 QJsonObject manifest(const QDir &dir = content)
 {
     QFile file(dir.filePath(u"content.json"_s));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                          : QJsonObject();
 }
 
 QList<QJsonObject> entries(const char *kind)
@@ -151,12 +152,15 @@ private Q_SLOTS:
     {
         QFETCH(QString, path);
         QFETCH(QString, edition);
-        const std::unique_ptr<heif_context, decltype(&heif_context_free)> context(heif_context_alloc(),
-                                                                                heif_context_free);
-        QCOMPARE(heif_context_read_from_file(context.get(), path.toLocal8Bit().constData(), nullptr).code,
+        const std::unique_ptr<heif_context, decltype(&heif_context_free)> context(
+            heif_context_alloc(), heif_context_free);
+        QCOMPARE(heif_context_read_from_file(context.get(), path.toLocal8Bit().constData(), nullptr)
+                     .code,
                  heif_error_Ok);
         const int pictures = heif_context_get_number_of_top_level_images(context.get());
-        static const QHash<QString, int> expected { { u"light"_s, 1 }, { u"dark"_s, 1 }, { u"appearance"_s, 2 } };
+        static const QHash<QString, int> expected { { u"light"_s, 1 },
+                                                    { u"dark"_s, 1 },
+                                                    { u"appearance"_s, 2 } };
         QCOMPARE(pictures, expected.value(edition, 4));
 
         heif_item_id primary = 0;
@@ -165,7 +169,9 @@ private Q_SLOTS:
         heif_context_get_primary_image_handle(context.get(), &handle);
         QCOMPARE(heif_image_handle_get_number_of_thumbnails(handle), 1);
         heif_image *decoded = nullptr;
-        QCOMPARE(heif_decode_image(handle, &decoded, heif_colorspace_RGB, heif_chroma_interleaved_RGB, nullptr).code,
+        QCOMPARE(heif_decode_image(handle, &decoded, heif_colorspace_RGB,
+                                   heif_chroma_interleaved_RGB, nullptr)
+                     .code,
                  heif_error_Ok);
         heif_image_release(decoded);
         heif_image_handle_release(handle);
@@ -185,7 +191,8 @@ private Q_SLOTS:
             QSet<qint64> shown;
             for (uint32_t i = 0; i < plist_array_get_size(schedule); ++i) {
                 plist_t entry = plist_array_get_item(schedule, i);
-                for (const char *real : solar ? QList<const char *> { "a", "z" } : QList<const char *> { "t" })
+                for (const char *real :
+                     solar ? QList<const char *> { "a", "z" } : QList<const char *> { "t" })
                     QCOMPARE(plist_get_node_type(plist_dict_get_item(entry, real)), PLIST_REAL);
                 shown.insert(integer(entry, "i"));
             }
@@ -215,7 +222,8 @@ private Q_SLOTS:
             unzip.start(u"unzip"_s, { u"-Z1"_s, content.filePath(archive[u"path"_s].toString()) });
             QVERIFY(unzip.waitForFinished());
             QCOMPARE(unzip.exitCode(), 0);
-            const QStringList members = QString::fromUtf8(unzip.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+            const QStringList members =
+                QString::fromUtf8(unzip.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
             const QString device = archive[u"device"_s].toString();
             devices.append(device);
             QCOMPARE(members.size(), device == "mac"_L1 ? 8 : 4);

@@ -5,8 +5,8 @@
 
 #include <QCryptographicHash>
 #include <QJsonArray>
-#include <QUrlQuery>
 #include <QTest>
+#include <QUrlQuery>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -55,7 +55,8 @@ private Q_SLOTS:
                 QCOMPARE(colourway.desktop.size(), 2);
                 QCOMPARE(colourway.phases.size(), phases.size());
                 for (const QUrl &art : colourway.desktop)
-                    QCOMPARE(fixture.curl().get(art.toString()).header(u"Content-Type"_s), u"image/png"_s);
+                    QCOMPARE(fixture.curl().get(art.toString()).header(u"Content-Type"_s),
+                             u"image/png"_s);
             }
         }
 
@@ -82,8 +83,8 @@ private Q_SLOTS:
     void libraryDecodes()
     {
         ShopFixture fixture;
-        const CurlReply reply = fixture.curl().get(fixture.api(u"library"_s),
-                                                   { ShopFixture::bearer(fixture.shop().issueToken()) });
+        const CurlReply reply = fixture.curl().get(
+            fixture.api(u"library"_s), { ShopFixture::bearer(fixture.shop().issueToken()) });
         QCOMPARE(reply.status, 200);
         const LibraryReply library = LibraryReply::decode(reply.body);
         QVERIFY(library.email.contains(u'@'));
@@ -127,7 +128,8 @@ private Q_SLOTS:
         QCOMPARE(tag, u'"' + QString::fromLatin1(sha256(first.body)) + u'"');
 
         const CurlReply second = fixture.curl().get(
-            fixture.api(u"library"_s), { bearer, u"If-None-Match: "_s + QString(ifNoneMatch).replace(u"TAG"_s, tag) });
+            fixture.api(u"library"_s),
+            { bearer, u"If-None-Match: "_s + QString(ifNoneMatch).replace(u"TAG"_s, tag) });
         QCOMPARE(second.status, status);
         QCOMPARE(second.header(u"ETag"_s), tag);
         QCOMPARE(second.body.isEmpty(), status == 304);
@@ -137,12 +139,13 @@ private Q_SLOTS:
     {
         ShopFixture fixture;
         const QString owned = sampleFileId(u"aurora"_s, u"emerald"_s, u"light"_s);
-        const CurlReply reply = fixture.links(fixture.shop().issueToken(),
-                                              { { u"aurora"_s, owned },
-                                                { u"harbour"_s, sampleFileId(u"harbour"_s, u"slate"_s, u"light"_s) },
-                                                { u"meadow"_s, sampleFileId(u"meadow"_s, u"spring"_s, u"dark"_s) },
-                                                { u"dunes"_s, owned },
-                                                { u"aurora"_s, u"f_000000000000"_s } });
+        const CurlReply reply =
+            fixture.links(fixture.shop().issueToken(),
+                          { { u"aurora"_s, owned },
+                            { u"harbour"_s, sampleFileId(u"harbour"_s, u"slate"_s, u"light"_s) },
+                            { u"meadow"_s, sampleFileId(u"meadow"_s, u"spring"_s, u"dark"_s) },
+                            { u"dunes"_s, owned },
+                            { u"aurora"_s, u"f_000000000000"_s } });
         QCOMPARE(reply.status, 200);
         const QJsonArray links = reply.json()[u"links"_s].toArray();
         QCOMPARE(links.size(), 1);
@@ -150,10 +153,12 @@ private Q_SLOTS:
         QCOMPARE(link[u"pack"_s].toString(), u"aurora"_s);
         QCOMPARE(link[u"id"_s].toString(), owned);
         QCOMPARE(QUrl(link[u"url"_s].toString()).host(), u"127.0.0.1"_s);
-        const QDateTime expires = QDateTime::fromString(link[u"expiresAt"_s].toString(), Qt::ISODate);
+        const QDateTime expires =
+            QDateTime::fromString(link[u"expiresAt"_s].toString(), Qt::ISODate);
         QVERIFY(expires > QDateTime::currentDateTimeUtc());
-        QCOMPARE(fixture.curl().post(fixture.api(u"downloads"_s), { { u"files"_s, u"all"_s } },
-                                     { ShopFixture::bearer(fixture.shop().issueToken()) })
+        QCOMPARE(fixture.curl()
+                     .post(fixture.api(u"downloads"_s), { { u"files"_s, u"all"_s } },
+                           { ShopFixture::bearer(fixture.shop().issueToken()) })
                      .status,
                  400);
     }
@@ -182,7 +187,8 @@ private Q_SLOTS:
         for (const QJsonValue &link : links) {
             const CurlReply download = fixture.curl().get(link[u"url"_s].toString());
             QCOMPARE(download.status, 200);
-            QCOMPARE(QString::fromLatin1(sha256(download.body)), digests.value(link[u"id"_s].toString()));
+            QCOMPARE(QString::fromLatin1(sha256(download.body)),
+                     digests.value(link[u"id"_s].toString()));
         }
     }
 
@@ -216,7 +222,8 @@ private Q_SLOTS:
         if (change == "signature"_L1)
             replace(u"sig"_s, (signature.startsWith(u'0') ? u"1"_s : u"0"_s) + signature.mid(1));
         if (change == "expiry"_L1)
-            replace(u"expires"_s, QString::number(query.queryItemValue(u"expires"_s).toLongLong() + 3600));
+            replace(u"expires"_s,
+                    QString::number(query.queryItemValue(u"expires"_s).toLongLong() + 3600));
         if (change == "file"_L1)
             link.setPath(u"/files/"_s + sampleFileId(u"aurora"_s, u"emerald"_s, u"light"_s));
         if (change == "unsigned"_L1)
