@@ -91,7 +91,7 @@ private Q_SLOTS:
         const QDir dir(state.path());
         QByteArray authority;
         for (int start = 0; start < 2; ++start) {
-            const Server server(state.path());
+            Server server(state.path());
             QCOMPARE(server.baseUrl.scheme(), u"https"_s);
             QCOMPARE(server.baseUrl.host(), u"127.0.0.1"_s);
             QCOMPARE(server.baseUrl.path(), u"/api/app/v1"_s);
@@ -110,6 +110,11 @@ private Q_SLOTS:
                                 server.baseUrl.resolved(QUrl(u"/_devshop/token"_s)).toString() })
                          .status,
                      200);
+
+            server.process.terminate();
+            QVERIFY(server.process.waitForFinished());
+            QCOMPARE(server.process.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(server.process.exitCode(), 0);
         }
         QVERIFY(authority.startsWith("-----BEGIN CERTIFICATE-----"));
     }
@@ -126,17 +131,6 @@ private Q_SLOTS:
         QVERIFY(second.waitForFinished());
         QCOMPARE(second.exitCode(), 1);
         QVERIFY(second.readAllStandardError().contains("Could not listen"));
-    }
-
-    void stopsOnTerminate()
-    {
-        QTemporaryDir state;
-        Server server(state.path());
-        QVERIFY(server.baseUrl.isValid());
-        server.process.terminate();
-        QVERIFY(server.process.waitForFinished());
-        QCOMPARE(server.process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(server.process.exitCode(), 0);
     }
 };
 

@@ -143,11 +143,6 @@ void WebDriver::type(const QString &element, const QString &text)
     call(u"POST"_s, u"/element/%1/value"_s.arg(element), { { u"text"_s, text } });
 }
 
-void WebDriver::clear(const QString &element)
-{
-    call(u"POST"_s, u"/element/%1/clear"_s.arg(element));
-}
-
 void WebDriver::click(const QString &element)
 {
     call(u"POST"_s, u"/element/%1/click"_s.arg(element));
