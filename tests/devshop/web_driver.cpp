@@ -94,6 +94,9 @@ bool WebDriver::start()
     const QJsonValue session =
         call(u"POST"_s, u"/session"_s, { { u"capabilities"_s, capabilities } });
     m_session = session[u"sessionId"_s].toString();
+    // A click that submits a form returns before the next page is there: finding waits for it.
+    if (!m_session.isEmpty())
+        call(u"POST"_s, u"/timeouts"_s, { { u"implicit"_s, 15'000 } });
     if (m_session.isEmpty())
         m_error = u"no browser session: "_s
             + QString::fromUtf8(QJsonDocument(session.toObject()).toJson());
