@@ -90,7 +90,7 @@ bool lightAndDarkWithin(plist_t dict, int pictures)
 
 // The generated sample content: real HEIC with the desktop metadata, artwork, archives, and
 // a list whose sizes and digests match the bytes.
-class TestSampleContent : public QObject
+class TestDevshopSampleContent : public QObject
 {
     Q_OBJECT
 
@@ -213,5 +213,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSampleContent)
-#include "test_sample_content.moc"
+QTEST_GUILESS_MAIN(TestDevshopSampleContent)
+#include "test_devshop_sample_content.moc"

@@ -19,7 +19,7 @@ QByteArray contentBytes(const QString &name)
 
 // Downloads through signed links: validators, single ranges, If-Range and 416, all answered
 // by hand rather than by the server library.
-class TestFileServing : public QObject
+class TestDevshopFileServing : public QObject
 {
     Q_OBJECT
 
@@ -127,5 +127,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFileServing)
-#include "test_file_serving.moc"
+QTEST_GUILESS_MAIN(TestDevshopFileServing)
+#include "test_devshop_file_serving.moc"

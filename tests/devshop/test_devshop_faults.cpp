@@ -47,7 +47,7 @@ QByteArray roseLight()
 } // namespace
 
 // Every fault switch, set as a test would set it, seen from curl.
-class TestFaultSwitches : public QObject
+class TestDevshopFaults : public QObject
 {
     Q_OBJECT
 
@@ -276,5 +276,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFaultSwitches)
-#include "test_fault_switches.moc"
+QTEST_GUILESS_MAIN(TestDevshopFaults)
+#include "test_devshop_faults.moc"

@@ -29,7 +29,7 @@ CurlReply poll(const ShopFixture &fixture, const QString &deviceCode)
 } // namespace
 
 // The device-code sign-in as RFC 8628 has it, and the life of the tokens it gives.
-class TestDeviceSignIn : public QObject
+class TestDevshopSignIn : public QObject
 {
     Q_OBJECT
 
@@ -203,5 +203,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDeviceSignIn)
-#include "test_device_sign_in.moc"
+QTEST_GUILESS_MAIN(TestDevshopSignIn)
+#include "test_devshop_sign_in.moc"

@@ -8,7 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 // The approval page in a real browser: a person approves or denies the code Quennet shows.
-class TestApprovalPage : public QObject
+class TestDevshopApprovalPage : public QObject
 {
     Q_OBJECT
 
@@ -89,5 +89,5 @@ private:
     std::unique_ptr<WebDriver> m_browser;
 };
 
-QTEST_GUILESS_MAIN(TestApprovalPage)
-#include "test_approval_page.moc"
+QTEST_GUILESS_MAIN(TestDevshopApprovalPage)
+#include "test_devshop_approval_page.moc"

@@ -20,7 +20,7 @@ QByteArray sha256(const QByteArray &bytes)
 } // namespace
 
 // What the shop answers, read back with the client's own decoders, and the downloads behind it.
-class TestShopReplies : public QObject
+class TestDevshopReplies : public QObject
 {
     Q_OBJECT
 
@@ -219,5 +219,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestShopReplies)
-#include "test_shop_replies.moc"
+QTEST_GUILESS_MAIN(TestDevshopReplies)
+#include "test_devshop_replies.moc"
