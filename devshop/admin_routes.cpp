@@ -23,8 +23,7 @@ bool isAdmin(const ShopState &state, const httplib::Request &request)
 }
 
 // A handler that runs only for the admin and gets the request's JSON object.
-template<typename Handler>
-auto admin(ShopState &state, Handler handler)
+template<typename Handler> auto admin(ShopState &state, Handler handler)
 {
     return [&state, handler](const httplib::Request &request, httplib::Response &response) {
         if (!isAdmin(state, request))
@@ -70,10 +69,11 @@ void installAdminRoutes(httplib::Server &server, ShopState &state)
     server.Post("/_devshop/approve", admin(state, approve));
     server.Post("/_devshop/faults", admin(state, faults));
     server.Post("/_devshop/clock", admin(state, advanceClock));
-    server.Post("/_devshop/token", admin(state, [](ShopState &state, const QJsonObject &,
-                                                   httplib::Response &response) {
-                    sendJson(response, 200, { { u"access_token"_s, state.grant().issueToken() } });
-                }));
+    server.Post(
+        "/_devshop/token",
+        admin(state, [](ShopState &state, const QJsonObject &, httplib::Response &response) {
+            sendJson(response, 200, { { u"access_token"_s, state.grant().issueToken() } });
+        }));
     server.Get("/_devshop/stats",
                admin(state, [](ShopState &state, const QJsonObject &, httplib::Response &response) {
                    sendJson(response, 200, state.stats());

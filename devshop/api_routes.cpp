@@ -132,9 +132,8 @@ void downloads(ShopState &state, const httplib::Request &request, httplib::Respo
     const QString endpoint = u"downloads"_s;
     if (answeredByFault(state, endpoint, response) || refusedToken(state, request, response))
         return;
-    const QJsonValue wanted = QJsonDocument::fromJson(QByteArray::fromStdString(request.body))
-                                  .object()
-                                  .value("files"_L1);
+    const QJsonValue wanted =
+        QJsonDocument::fromJson(QByteArray::fromStdString(request.body)).object().value("files"_L1);
     if (!wanted.isArray())
         return sendError(response, 400, u"invalid_request"_s);
 
@@ -165,12 +164,13 @@ void installApiRoutes(httplib::Server &server, ShopState &state)
     server.Post("/api/app/v1/device/code", route(deviceCode));
     server.Post("/api/app/v1/device/token", route(deviceToken));
     server.Post("/api/app/v1/sign-out", route(signOut));
-    server.Get("/api/app/v1/catalogue", route([](ShopState &state, const httplib::Request &request,
-                                                 httplib::Response &response) {
-                   if (!answeredByFault(state, u"catalogue"_s, response))
-                       reply(state, u"catalogue"_s, response, 200,
-                             state.content().catalogue(origin(request, state.port())));
-               }));
+    server.Get(
+        "/api/app/v1/catalogue",
+        route([](ShopState &state, const httplib::Request &request, httplib::Response &response) {
+            if (!answeredByFault(state, u"catalogue"_s, response))
+                reply(state, u"catalogue"_s, response, 200,
+                      state.content().catalogue(origin(request, state.port())));
+        }));
     server.Get("/api/app/v1/library", route(library));
     server.Post("/api/app/v1/downloads", route(downloads));
 }

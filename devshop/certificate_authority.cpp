@@ -20,8 +20,14 @@ using Key = std::shared_ptr<EVP_PKEY>;
 
 constexpr long day = 24 * 60 * 60;
 
-Certificate adopt(X509 *certificate) { return { certificate, X509_free }; }
-Key adopt(EVP_PKEY *key) { return { key, EVP_PKEY_free }; }
+Certificate adopt(X509 *certificate)
+{
+    return { certificate, X509_free };
+}
+Key adopt(EVP_PKEY *key)
+{
+    return { key, EVP_PKEY_free };
+}
 
 QString filePath(const QString &dir, const char *name)
 {
@@ -107,8 +113,8 @@ bool CertificateAuthority::load()
     m_caKey = readPem<EVP_PKEY>(filePath(m_stateDir, "ca-key.pem"), PEM_read_bio_PrivateKey,
                                 EVP_PKEY_free);
     m_server = readPem<X509>(filePath(m_stateDir, "server.pem"), PEM_read_bio_X509, X509_free);
-    m_serverKey = readPem<EVP_PKEY>(filePath(m_stateDir, "server-key.pem"),
-                                    PEM_read_bio_PrivateKey, EVP_PKEY_free);
+    m_serverKey = readPem<EVP_PKEY>(filePath(m_stateDir, "server-key.pem"), PEM_read_bio_PrivateKey,
+                                    EVP_PKEY_free);
     return m_ca && m_caKey && m_server && m_serverKey
         && X509_check_private_key(m_server.get(), m_serverKey.get()) == 1
         && X509_verify(m_server.get(), m_caKey.get()) == 1
@@ -124,8 +130,8 @@ bool CertificateAuthority::create()
 
     m_ca = makeCertificate("Quennet development shop authority", m_caKey.get(), 3650);
     X509_set_issuer_name(m_ca.get(), X509_get_subject_name(m_ca.get()));
-    const bool caMade = addExtension(m_ca.get(), m_ca.get(), NID_basic_constraints,
-                                     "critical,CA:TRUE,pathlen:0")
+    const bool caMade =
+        addExtension(m_ca.get(), m_ca.get(), NID_basic_constraints, "critical,CA:TRUE,pathlen:0")
         && addExtension(m_ca.get(), m_ca.get(), NID_key_usage, "critical,keyCertSign,cRLSign")
         && addExtension(m_ca.get(), m_ca.get(), NID_subject_key_identifier, "hash")
         && X509_sign(m_ca.get(), m_caKey.get(), EVP_sha256()) > 0;
@@ -133,8 +139,8 @@ bool CertificateAuthority::create()
     // Browsers refuse server certificates that are valid for longer than about a year.
     m_server = makeCertificate("localhost", m_serverKey.get(), 365);
     X509_set_issuer_name(m_server.get(), X509_get_subject_name(m_ca.get()));
-    const bool serverMade = addExtension(m_server.get(), m_ca.get(), NID_basic_constraints,
-                                         "critical,CA:FALSE")
+    const bool serverMade =
+        addExtension(m_server.get(), m_ca.get(), NID_basic_constraints, "critical,CA:FALSE")
         && addExtension(m_server.get(), m_ca.get(), NID_key_usage, "critical,digitalSignature")
         && addExtension(m_server.get(), m_ca.get(), NID_ext_key_usage, "serverAuth")
         && addExtension(m_server.get(), m_ca.get(), NID_subject_alt_name,

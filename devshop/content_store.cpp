@@ -33,23 +33,23 @@ QJsonObject pick(const QJsonObject &from, const QStringList &keys)
 }
 
 // The downloadable side of a pack, each file located by `locate`.
-template<typename Locate>
-QJsonObject downloads(const QJsonObject &pack, Locate locate)
+template<typename Locate> QJsonObject downloads(const QJsonObject &pack, Locate locate)
 {
     QJsonArray colourways;
     for (const QJsonValue &colourway : pack.value("colourways"_L1).toArray()) {
         QJsonArray files;
         for (const QJsonValue &file : colourway["files"_L1].toArray()) {
-            QJsonObject entry = pick(file.toObject(), { u"id"_s, u"edition"_s, u"bytes"_s,
-                                                        u"sha256"_s });
+            QJsonObject entry =
+                pick(file.toObject(), { u"id"_s, u"edition"_s, u"bytes"_s, u"sha256"_s });
             files.append(locate(entry));
         }
-        colourways.append(QJsonObject { { u"slug"_s, colourway["slug"_L1] }, { u"files"_s, files } });
+        colourways.append(
+            QJsonObject { { u"slug"_s, colourway["slug"_L1] }, { u"files"_s, files } });
     }
     QJsonArray archives;
     for (const QJsonValue &archive : pack.value("archives"_L1).toArray()) {
-        QJsonObject entry = pick(archive.toObject(), { u"id"_s, u"device"_s, u"filename"_s,
-                                                       u"bytes"_s, u"sha256"_s });
+        QJsonObject entry = pick(archive.toObject(),
+                                 { u"id"_s, u"device"_s, u"filename"_s, u"bytes"_s, u"sha256"_s });
         archives.append(locate(entry));
     }
     return { { u"colourways"_s, colourways }, { u"archives"_s, archives } };
@@ -60,8 +60,9 @@ QJsonObject artLocations(const QJsonObject &art, const QString &origin)
 {
     QJsonObject result;
     for (auto it = art.begin(); it != art.end(); ++it)
-        result.insert(it.key(), it->isObject() ? artLocations(it->toObject(), origin)
-                                               : QJsonValue(QString(origin + u'/' + it->toString())));
+        result.insert(it.key(),
+                      it->isObject() ? artLocations(it->toObject(), origin)
+                                     : QJsonValue(QString(origin + u'/' + it->toString())));
     return result;
 }
 } // namespace
@@ -100,8 +101,9 @@ std::optional<ContentStore> ContentStore::load(const QString &dir)
             }
             for (const QJsonValue &location : std::as_const(pictures)) {
                 const QString path = QDir(dir).filePath(location.toString());
-                store.m_art.insert(u'/' + location.toString(),
-                                   { {}, slug, path, contentType(path), QFileInfo(path).size(), {} });
+                store.m_art.insert(
+                    u'/' + location.toString(),
+                    { {}, slug, path, contentType(path), QFileInfo(path).size(), {} });
             }
         }
         if (!complete) {
@@ -121,7 +123,10 @@ bool ContentStore::addFiles(const QString &dir, const QString &pack, const QJson
     for (const QJsonValue &value : entries) {
         const QJsonObject entry = value.toObject();
         const QString path = QDir(dir).filePath(entry.value("path"_L1).toString());
-        const StoredFile file { entry.value("id"_L1).toString(), pack, path, contentType(path),
+        const StoredFile file { entry.value("id"_L1).toString(),
+                                pack,
+                                path,
+                                contentType(path),
                                 entry.value("bytes"_L1).toInteger(),
                                 entry.value("sha256"_L1).toString() };
         if (file.id.isEmpty() || QFileInfo(path).size() != file.bytes)
@@ -137,19 +142,22 @@ QJsonObject ContentStore::catalogue(const QString &origin) const
     for (const QJsonValue &value : m_packs) {
         const QJsonObject source = value.toObject();
         const QString slug = source.value("slug"_L1).toString();
-        QJsonObject pack = pick(source, { u"slug"_s, u"name"_s, u"line"_s, u"price"_s, u"onSale"_s });
+        QJsonObject pack =
+            pick(source, { u"slug"_s, u"name"_s, u"line"_s, u"price"_s, u"onSale"_s });
         pack.insert("url"_L1, QString(origin + u"/packs/"_s + slug));
         QJsonArray colourways;
         for (const QJsonValue &colourway : source.value("colourways"_L1).toArray())
-            colourways.append(QJsonObject { { u"slug"_s, colourway["slug"_L1] },
-                                            { u"name"_s, colourway["name"_L1] },
-                                            { u"art"_s, artLocations(colourway["art"_L1].toObject(), origin) } });
+            colourways.append(
+                QJsonObject { { u"slug"_s, colourway["slug"_L1] },
+                              { u"name"_s, colourway["name"_L1] },
+                              { u"art"_s, artLocations(colourway["art"_L1].toObject(), origin) } });
         pack.insert("colourways"_L1, colourways);
         if (!source.value("released"_L1).toBool(true))
             pack.insert("released"_L1, false);
         if (m_free.contains(slug)) {
             QJsonObject free = downloads(source, [&](QJsonObject entry) {
-                entry.insert("url"_L1, QString(origin + u"/public/"_s + entry.value("id"_L1).toString()));
+                entry.insert("url"_L1,
+                             QString(origin + u"/public/"_s + entry.value("id"_L1).toString()));
                 return entry;
             });
             free.insert("updatedAt"_L1, source.value("updatedAt"_L1));
@@ -173,8 +181,8 @@ QJsonObject ContentStore::library(int revision) const
             file.insert("path"_L1, QString(u"/files/"_s + file.value("id"_L1).toString()));
             return file;
         });
-        const QDateTime updated = QDateTime::fromString(source->value("updatedAt"_L1).toString(),
-                                                        Qt::ISODate);
+        const QDateTime updated =
+            QDateTime::fromString(source->value("updatedAt"_L1).toString(), Qt::ISODate);
         entry.insert("slug"_L1, slug);
         entry.insert("since"_L1, owned["since"_L1]);
         entry.insert("updatedAt"_L1, updated.addSecs(revision).toString(Qt::ISODate));

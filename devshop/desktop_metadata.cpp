@@ -27,10 +27,9 @@ QByteArray xmp(const char *tag, plist_t root)
     const QByteArray encoded = QByteArray(binary, qsizetype(length)).toBase64();
     plist_to_bin_free(binary);
     return QByteArray(R"(<x:xmpmeta xmlns:x="adobe:ns:meta/" x:xmptk="Quennet development shop">)"
-                      "\n"
-                      R"( <rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">)"
-                      "\n"
-                      R"(  <rdf:Description rdf:about="" xmlns:apple_desktop="http://ns.apple.com/namespace/1.0/" apple_desktop:)")
+                      "\n <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+                      "\n  <rdf:Description rdf:about=\"\""
+                      " xmlns:apple_desktop=\"http://ns.apple.com/namespace/1.0/\" apple_desktop:")
         + tag + "=\"" + encoded + "\"/>\n </rdf:RDF>\n</x:xmpmeta>\n";
 }
 } // namespace

@@ -18,6 +18,8 @@
 
 #include <csignal>
 
+#include <sys/socket.h>
+
 Q_LOGGING_CATEGORY(lcDevShop, "app.quennet.Quennet.DevShop")
 
 using namespace Qt::Literals::StringLiterals;
@@ -65,17 +67,22 @@ bool DevShop::start()
     auto server = std::make_unique<httplib::SSLServer>(
         [authority](SSL_CTX &context) { return authority->configure(context); });
     if (!server->is_valid()) {
-        qCWarning(lcDevShop) << "Could not set up TLS with the certificates in" << m_options.stateDir;
+        qCWarning(lcDevShop) << "Could not set up TLS with the certificates in"
+                             << m_options.stateDir;
         return false;
     }
     // Slowed transfers hold a thread each; and a short keep-alive lets stop() return soon.
     server->new_task_queue = [] { return new httplib::ThreadPool(24); };
     server->set_keep_alive_timeout(2);
     server->set_payload_max_length(1 << 20);
-    const int port = m_options.port == 0 ? server->bind_to_any_port("127.0.0.1")
-                                         : (server->bind_to_port("127.0.0.1", m_options.port)
-                                                ? m_options.port
-                                                : -1);
+    // The library's default adds SO_REUSEPORT, which would let a second shop share a taken port.
+    server->set_socket_options([](int socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+    });
+    const int port = m_options.port == 0
+        ? server->bind_to_any_port("127.0.0.1")
+        : (server->bind_to_port("127.0.0.1", m_options.port) ? m_options.port : -1);
     if (port <= 0) {
         qCWarning(lcDevShop) << "Could not listen on 127.0.0.1 port" << m_options.port;
         return false;
@@ -94,16 +101,15 @@ bool DevShop::start()
         return false;
     }
 
-    m_state = std::make_unique<ShopState>(
-        std::move(*content),
-        ShopState::Settings {
-            .port = m_port,
-            .linkLifetime = m_options.linkLifetime,
-            .grant = { .interval = m_options.pollInterval,
-                       .lifetime = m_options.codeLifetime,
-                       .tokenFile = state.filePath(u"tokens"_s) },
-        },
-        m_adminSecret);
+    m_state = std::make_unique<ShopState>(std::move(*content),
+                                          ShopState::Settings {
+                                              .port = m_port,
+                                              .linkLifetime = m_options.linkLifetime,
+                                              .grant = { .interval = m_options.pollInterval,
+                                                         .lifetime = m_options.codeLifetime,
+                                                         .tokenFile = state.filePath(u"tokens"_s) },
+                                          },
+                                          m_adminSecret);
     ShopState &shop = *m_state;
     server->set_pre_routing_handler([&shop](const httplib::Request &request, httplib::Response &) {
         if (!request.path.starts_with("/_devshop/"))

@@ -6,9 +6,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-const QSet<QString> knownKeys { u"statuses"_s, u"malformed"_s, u"cut"_s, u"ignoreRange"_s,
-                                u"bytesPerSecond"_s, u"redirect"_s, u"alterBytes"_s,
-                                u"changeLibrary"_s };
+const QSet<QString> knownKeys { u"statuses"_s,    u"malformed"_s,      u"cut"_s,
+                                u"ignoreRange"_s, u"bytesPerSecond"_s, u"redirect"_s,
+                                u"alterBytes"_s,  u"changeLibrary"_s };
 
 // "times" of a counted fault: absent means every time.
 std::optional<int> times(const QJsonObject &object)
@@ -72,7 +72,7 @@ QString FaultSwitches::set(const QJsonObject &document)
         const auto count = times(cut);
         state.cutAfter = cut.value("afterBytes"_L1).toInteger(-1);
         if (state.cutAfter < 0 || !count)
-            return u"\"cut\" needs \"afterBytes\" of 0 or more and a positive \"times\" when given"_s;
+            return u"\"cut\" needs \"afterBytes\" of 0 or more, and a positive \"times\" if any"_s;
         state.cut.times = *count;
     }
     state.ignoreRange = document.value("ignoreRange"_L1).toBool();
@@ -92,8 +92,8 @@ QString FaultSwitches::set(const QJsonObject &document)
         const QString alteration = document.value("alterBytes"_L1).toString();
         if (alteration != "same-etag"_L1 && alteration != "new-etag"_L1)
             return u"\"alterBytes\" is \"same-etag\" or \"new-etag\""_s;
-        state.alteration = alteration == "same-etag"_L1 ? Alteration::SameETag
-                                                        : Alteration::NewETag;
+        state.alteration =
+            alteration == "same-etag"_L1 ? Alteration::SameETag : Alteration::NewETag;
     }
 
     const std::lock_guard lock(m_mutex);
@@ -120,7 +120,7 @@ FaultSwitches::Redirect FaultSwitches::takeRedirect()
 {
     const std::lock_guard lock(m_mutex);
     return m_state.redirect != Redirect::None && m_state.redirects.take() ? m_state.redirect
-                                                                         : Redirect::None;
+                                                                          : Redirect::None;
 }
 
 FaultSwitches::Transfer FaultSwitches::takeTransfer()

@@ -23,7 +23,8 @@ constexpr qint64 chunkSize = 64 * 1024;
 
 std::optional<qint64> number(QStringView text)
 {
-    if (text.isEmpty() || !std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); }))
+    if (text.isEmpty()
+        || !std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); }))
         return std::nullopt;
     bool ok = false;
     const qint64 value = text.toLongLong(&ok);
@@ -35,8 +36,8 @@ QString entityTag(const StoredFile &file, FaultSwitches::Alteration alteration)
     const QString value = file.sha256.isEmpty()
         ? u"%1-%2"_s.arg(file.bytes).arg(QFileInfo(file.path).lastModified().toMSecsSinceEpoch())
         : file.sha256.left(32);
-    return u'"' + value + (alteration == FaultSwitches::Alteration::NewETag ? u"-altered"_s : QString())
-        + u'"';
+    return u'"' + value
+        + (alteration == FaultSwitches::Alteration::NewETag ? u"-altered"_s : QString()) + u'"';
 }
 
 // Waits until a slowed transfer may send `bytes` more, in short steps so that stopping is quick.
@@ -114,7 +115,8 @@ void serve(ShopState &state, const httplib::Request &request, httplib::Response 
     auto sent = std::make_shared<qint64>(0);
     const auto provide = [&state, source, sent, first, faults](size_t offset, size_t length,
                                                                httplib::DataSink &sink) {
-        qint64 want = std::min<qint64>(qint64(length), faults.bytesPerSecond > 0
+        qint64 want = std::min<qint64>(qint64(length),
+                                       faults.bytesPerSecond > 0
                                            ? std::max<qint64>(1, faults.bytesPerSecond / 10)
                                            : chunkSize);
         if (faults.cutAfter)

@@ -31,8 +31,8 @@ Image toHeif(const QImage &picture)
 {
     const QImage rgb = picture.convertToFormat(QImage::Format_RGB888);
     heif_image *raw = nullptr;
-    heif_image_create(rgb.width(), rgb.height(), heif_colorspace_RGB,
-                      heif_chroma_interleaved_RGB, &raw);
+    heif_image_create(rgb.width(), rgb.height(), heif_colorspace_RGB, heif_chroma_interleaved_RGB,
+                      &raw);
     Image image(raw, heif_image_release);
     heif_image_add_plane(raw, heif_channel_interleaved, rgb.width(), rgb.height(), 8);
     int stride = 0;
@@ -47,9 +47,9 @@ bool write(const QString &path, const QList<QImage> &pictures, const QByteArray 
 {
     Context context(heif_context_alloc(), heif_context_free);
     heif_encoder *rawEncoder = nullptr;
-    if (failed(heif_context_get_encoder_for_format(context.get(), heif_compression_HEVC,
-                                                   &rawEncoder),
-               path))
+    if (failed(
+            heif_context_get_encoder_for_format(context.get(), heif_compression_HEVC, &rawEncoder),
+            path))
         return false;
     Encoder encoder(rawEncoder, heif_encoder_release);
     // Sample pictures are smooth gradients: the fastest preset is good enough and many
@@ -70,8 +70,8 @@ bool write(const QString &path, const QList<QImage> &pictures, const QByteArray 
         heif_image_handle *thumbnail = nullptr;
         const int longest = std::max(pictures[index].width(), pictures[index].height());
         if (failed(heif_context_encode_thumbnail(context.get(), image.get(), handle.get(),
-                                                 encoder.get(), nullptr,
-                                                 std::min(320, longest / 2), &thumbnail),
+                                                 encoder.get(), nullptr, std::min(320, longest / 2),
+                                                 &thumbnail),
                    path))
             return false;
         heif_image_handle_release(thumbnail);

@@ -14,8 +14,8 @@ public:
 
     // The query of a link to the file that expires at the given second since 1970.
     [[nodiscard]] QString query(const QString &id, qint64 expires) const;
-    [[nodiscard]] Verdict check(const QString &id, const QString &expires,
-                                const QString &signature, qint64 nowSeconds) const;
+    [[nodiscard]] Verdict check(const QString &id, const QString &expires, const QString &signature,
+                                qint64 nowSeconds) const;
 
 private:
     [[nodiscard]] QByteArray sign(const QString &id, qint64 expires) const;

@@ -38,8 +38,8 @@ int makeContent(const QStringList &arguments)
     rest.removeAll(u"--small"_s);
     if (rest.size() != 1 || rest.first().startsWith(u'-'))
         return usageError(u"make-content takes one folder"_s);
-    return SampleContent::make(rest.first(), small ? SampleContent::Size::Small
-                                                   : SampleContent::Size::Large)
+    return SampleContent::make(rest.first(),
+                               small ? SampleContent::Size::Small : SampleContent::Size::Large)
         ? 0
         : 1;
 }

@@ -27,8 +27,8 @@ const QList<Device> devices {
 
 QString archiveId(const QString &pack, const QString &device)
 {
-    const QByteArray digest = QCryptographicHash::hash((pack + u'/' + device).toUtf8(),
-                                                       QCryptographicHash::Sha256);
+    const QByteArray digest =
+        QCryptographicHash::hash((pack + u'/' + device).toUtf8(), QCryptographicHash::Sha256);
     return u"a_"_s + QString::fromLatin1(digest.toHex().left(16));
 }
 } // namespace
@@ -51,14 +51,15 @@ QJsonArray SampleArchives::plan(const QDir &dir, const SampleCatalogue::Pack &pa
             QDir().mkpath(archive.staging);
             const QSize screen = size == SampleContent::Size::Small ? device.small : device.large;
             for (const SampleCatalogue::Colourway &colourway : pack.colourways) {
-                for (const auto &[appearance, moment] :
-                     { std::pair(u"Light"_s, ScenePainter::Moment::Day),
-                       std::pair(u"Dark"_s, ScenePainter::Moment::Night) }) {
-                    const QString file = QDir(archive.staging)
-                                             .filePath(u"%1 %2.png"_s.arg(colourway.name, appearance));
-                    jobs.append([file, palette = colourway.palette, moment, screen] {
-                        return ScenePainter::paint(palette, moment, screen).save(file, "PNG");
-                    });
+                for (const auto &picture : { std::pair(u"Light"_s, ScenePainter::Moment::Day),
+                                             std::pair(u"Dark"_s, ScenePainter::Moment::Night) }) {
+                    const QString file =
+                        QDir(archive.staging)
+                            .filePath(u"%1 %2.png"_s.arg(colourway.name, picture.first));
+                    jobs.append(
+                        [file, palette = colourway.palette, moment = picture.second, screen] {
+                            return ScenePainter::paint(palette, moment, screen).save(file, "PNG");
+                        });
                 }
             }
         }
@@ -83,7 +84,8 @@ bool SampleArchives::make() const
         QFile::remove(archive.path);
         QProcess zip;
         // Pictures are compressed already: storing them is as small and much quicker.
-        zip.start(u"zip"_s, QStringList { u"-q"_s, u"-X"_s, u"-j"_s, u"-0"_s, archive.path } + members);
+        zip.start(u"zip"_s,
+                  QStringList { u"-q"_s, u"-X"_s, u"-j"_s, u"-0"_s, archive.path } + members);
         if (!zip.waitForFinished(-1) || zip.exitStatus() != QProcess::NormalExit
             || zip.exitCode() != 0) {
             qCWarning(lcArchives) << "zip failed for" << archive.path << zip.errorString()

@@ -4,30 +4,61 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace SampleCatalogue
 {
+namespace
+{
+Colourway colourway(const QString &slug, const QString &name, QRgb sky, QRgb glow, QRgb land)
+{
+    return { slug, name, { QColor(sky), QColor(glow), QColor(land) } };
+}
+} // namespace
+
 const QList<Pack> &packs()
 {
     static const QList<Pack> all {
-        { u"aurora"_s, u"Aurora"_s, u"Northern lights over a still fjord"_s, u"$4.99"_s, false,
-          false, true, u"2025-02-10T18:04:00Z"_s,
-          { { u"emerald"_s, u"Emerald"_s, { QColor(34, 120, 110), QColor(150, 230, 190), QColor(30, 70, 60) } },
-            { u"violet"_s, u"Violet"_s, { QColor(88, 64, 150), QColor(220, 170, 230), QColor(50, 40, 80) } } } },
-        { u"dunes"_s, u"Dunes"_s, u"Warm sand under a wide sky"_s, u"$2.99"_s, true, false, true,
-          u"2025-03-22T09:30:00Z"_s,
-          { { u"amber"_s, u"Amber"_s, { QColor(70, 140, 210), QColor(250, 220, 170), QColor(200, 140, 70) } },
-            { u"rose"_s, u"Rose"_s, { QColor(120, 130, 200), QColor(250, 200, 200), QColor(190, 110, 110) }, true } } },
-        { u"harbour"_s, u"Harbour"_s, u"Morning fog over a quiet harbour"_s, u"$4.99"_s, false,
-          false, true, {},
-          { { u"slate"_s, u"Slate"_s, { QColor(90, 110, 130), QColor(200, 210, 215), QColor(60, 70, 80) } },
-            { u"sunrise"_s, u"Sunrise"_s, { QColor(100, 150, 200), QColor(255, 200, 150), QColor(70, 80, 90) } } } },
-        { u"meadow"_s, u"Meadow"_s, u"Rolling hills in spring"_s, u"Free"_s, false, true, true, {},
-          { { u"spring"_s, u"Spring"_s, { QColor(90, 170, 230), QColor(220, 240, 250), QColor(90, 160, 70) } },
-            { u"clover"_s, u"Clover"_s, { QColor(110, 160, 200), QColor(240, 240, 210), QColor(50, 120, 60) } } } },
-        { u"glacier"_s, u"Glacier"_s, u"Blue ice under the polar night"_s, u"$5.99"_s, false, false,
-          false, u"2025-05-30T20:15:00Z"_s,
-          { { u"ice"_s, u"Ice"_s, { QColor(120, 180, 230), QColor(230, 245, 255), QColor(170, 200, 225) } },
-            { u"midnight"_s, u"Midnight"_s, { QColor(30, 50, 110), QColor(90, 120, 180), QColor(60, 80, 120) } } } },
+        { .slug = u"aurora"_s,
+          .name = u"Aurora"_s,
+          .line = u"Northern lights over a still fjord"_s,
+          .price = u"$4.99"_s,
+          .ownedSince = u"2025-02-10T18:04:00Z"_s,
+          .colourways = { colourway(u"emerald"_s, u"Emerald"_s, 0x22786e, 0x96e6be, 0x1e463c),
+                          colourway(u"violet"_s, u"Violet"_s, 0x584096, 0xdcaae6, 0x322850) } },
+        { .slug = u"dunes"_s,
+          .name = u"Dunes"_s,
+          .line = u"Warm sand under a wide sky"_s,
+          .price = u"$2.99"_s,
+          .onSale = true,
+          .ownedSince = u"2025-03-22T09:30:00Z"_s,
+          .colourways = { colourway(u"amber"_s, u"Amber"_s, 0x468cd2, 0xfadcaa, 0xc88c46),
+                          colourway(u"rose"_s, u"Rose"_s, 0x7882c8, 0xfac8c8, 0xbe6e6e) } },
+        { .slug = u"harbour"_s,
+          .name = u"Harbour"_s,
+          .line = u"Morning fog over a quiet harbour"_s,
+          .price = u"$4.99"_s,
+          .colourways = { colourway(u"slate"_s, u"Slate"_s, 0x5a6e82, 0xc8d2d7, 0x3c4650),
+                          colourway(u"sunrise"_s, u"Sunrise"_s, 0x6496c8, 0xffc896, 0x46505a) } },
+        { .slug = u"meadow"_s,
+          .name = u"Meadow"_s,
+          .line = u"Rolling hills in spring"_s,
+          .price = u"Free"_s,
+          .free = true,
+          .colourways = { colourway(u"spring"_s, u"Spring"_s, 0x5aaae6, 0xdcf0fa, 0x5aa046),
+                          colourway(u"clover"_s, u"Clover"_s, 0x6ea0c8, 0xf0f0d2, 0x32783c) } },
+        { .slug = u"glacier"_s,
+          .name = u"Glacier"_s,
+          .line = u"Blue ice under the polar night"_s,
+          .price = u"$5.99"_s,
+          .released = false,
+          .ownedSince = u"2025-05-30T20:15:00Z"_s,
+          .colourways = { colourway(u"ice"_s, u"Ice"_s, 0x78b4e6, 0xe6f5ff, 0xaac8e1),
+                          colourway(u"midnight"_s, u"Midnight"_s, 0x1e326e, 0x5a78b4, 0x3c5078) } },
     };
     return all;
+}
+
+const QString &solarColourway()
+{
+    static const QString key = u"dunes/rose"_s;
+    return key;
 }
 
 const QList<Phase> &phases()

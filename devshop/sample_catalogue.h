@@ -12,7 +12,6 @@ struct Colourway {
     QString slug;
     QString name;
     ScenePainter::Palette palette;
-    bool solar = false; // its time-of-day file follows the sun rather than the clock
 };
 
 struct Pack {
@@ -39,6 +38,8 @@ struct Phase {
 
 [[nodiscard]] const QList<Pack> &packs();
 [[nodiscard]] const QList<Phase> &phases();
+// "pack/colourway" of the one time-of-day file that follows the sun rather than the clock.
+[[nodiscard]] const QString &solarColourway();
 [[nodiscard]] QString email();
 [[nodiscard]] QString updatedAt();
 } // namespace SampleCatalogue

@@ -128,15 +128,21 @@ private:
             const auto &palette = colourway.palette;
             QJsonObject phases;
             for (const SampleCatalogue::Phase &phase : SampleCatalogue::phases())
-                phases.insert(phase.id, picture(art + phase.id + u".png"_s, palette, phase.moment,
-                                                m_sizes.thumbnail));
+                phases.insert(
+                    phase.id,
+                    picture(art + phase.id + u".png"_s, palette, phase.moment, m_sizes.thumbnail));
             const QJsonObject artwork {
-                { u"light"_s, picture(art + u"light.png"_s, palette, Moment::Day, m_sizes.thumbnail) },
-                { u"dark"_s, picture(art + u"dark.png"_s, palette, Moment::Night, m_sizes.thumbnail) },
+                { u"light"_s,
+                  picture(art + u"light.png"_s, palette, Moment::Day, m_sizes.thumbnail) },
+                { u"dark"_s,
+                  picture(art + u"dark.png"_s, palette, Moment::Night, m_sizes.thumbnail) },
                 { "desktop"_L1,
-                  QJsonObject {
-                      { u"light"_s, picture(art + u"desktop-light.png"_s, palette, Moment::Day, m_sizes.desktop) },
-                      { u"dark"_s, picture(art + u"desktop-dark.png"_s, palette, Moment::Night, m_sizes.desktop) } } },
+                  QJsonObject { { u"light"_s,
+                                  picture(art + u"desktop-light.png"_s, palette, Moment::Day,
+                                          m_sizes.desktop) },
+                                { u"dark"_s,
+                                  picture(art + u"desktop-dark.png"_s, palette, Moment::Night,
+                                          m_sizes.desktop) } } },
                 { u"phases"_s, phases },
             };
             QJsonArray files;
@@ -147,24 +153,31 @@ private:
                                             { u"art"_s, artwork },
                                             { u"files"_s, files } });
         }
-        QJsonObject entry { { u"slug"_s, pack.slug },         { u"name"_s, pack.name },
-                            { u"line"_s, pack.line },         { u"price"_s, pack.price },
-                            { u"onSale"_s, pack.onSale },     { u"free"_s, pack.free },
-                            { u"released"_s, pack.released }, { u"colourways"_s, colourways },
+        QJsonObject entry { { u"slug"_s, pack.slug },
+                            { u"name"_s, pack.name },
+                            { u"line"_s, pack.line },
+                            { u"price"_s, pack.price },
+                            { u"onSale"_s, pack.onSale },
+                            { u"free"_s, pack.free },
+                            { u"released"_s, pack.released },
+                            { u"colourways"_s, colourways },
                             { u"updatedAt"_s, SampleCatalogue::updatedAt() } };
         if (pack.released)
             entry.insert("archives"_L1, m_archives.plan(m_dir, pack, m_size, m_jobs));
         return entry;
     }
 
-    QJsonArray planFiles(const SampleCatalogue::Pack &pack, const SampleCatalogue::Colourway &colourway)
+    QJsonArray planFiles(const SampleCatalogue::Pack &pack,
+                         const SampleCatalogue::Colourway &colourway)
     {
         QJsonArray files;
         for (const QString &edition : editions) {
-            const QString relative = u"files/%1/%2-%3.heic"_s.arg(pack.slug, colourway.slug, edition);
+            const QString relative =
+                u"files/%1/%2-%3.heic"_s.arg(pack.slug, colourway.slug, edition);
             const QString file = path(relative);
             const QList<Moment> moments = momentsOf(edition);
-            const QByteArray xmp = metadataOf(edition, colourway.solar);
+            const QByteArray xmp = metadataOf(
+                edition, pack.slug + u'/' + colourway.slug == SampleCatalogue::solarColourway());
             const auto palette = colourway.palette;
             const QSize size = m_sizes.wallpaper;
             m_jobs.append([=] {
@@ -219,11 +232,13 @@ private:
         QJsonArray phases;
         for (const SampleCatalogue::Pack &pack : SampleCatalogue::packs())
             if (!pack.ownedSince.isEmpty())
-                owned.append(QJsonObject { { u"slug"_s, pack.slug }, { u"since"_s, pack.ownedSince } });
+                owned.append(
+                    QJsonObject { { u"slug"_s, pack.slug }, { u"since"_s, pack.ownedSince } });
         for (const SampleCatalogue::Phase &phase : SampleCatalogue::phases())
             phases.append(QJsonObject { { u"id"_s, phase.id }, { u"label"_s, phase.label } });
         const QJsonObject manifest {
-            { u"account"_s, QJsonObject { { u"email"_s, SampleCatalogue::email() }, { u"packs"_s, owned } } },
+            { u"account"_s,
+              QJsonObject { { u"email"_s, SampleCatalogue::email() }, { u"packs"_s, owned } } },
             { u"phases"_s, phases },
             { u"packs"_s, packs },
         };

@@ -33,13 +33,19 @@ Light lightAt(const Palette &palette, Moment moment)
     const QColor ember(240, 140, 80);
     switch (moment) {
     case Moment::Dawn:
-        return { mix(palette.sky, night, 0.45), mix(palette.glow, ember, 0.5), { 0.22, 0.62 },
-                 QColor(255, 214, 170), 0.7 };
+        return { mix(palette.sky, night, 0.45),
+                 mix(palette.glow, ember, 0.5),
+                 { 0.22, 0.62 },
+                 QColor(255, 214, 170),
+                 0.7 };
     case Moment::Day:
         return { palette.sky, palette.glow, { 0.68, 0.2 }, QColor(255, 250, 225), 1.0 };
     case Moment::Dusk:
-        return { mix(palette.sky, QColor(70, 40, 110), 0.55), mix(palette.glow, ember, 0.7),
-                 { 0.8, 0.6 }, QColor(255, 160, 110), 0.6 };
+        return { mix(palette.sky, QColor(70, 40, 110), 0.55),
+                 mix(palette.glow, ember, 0.7),
+                 { 0.8, 0.6 },
+                 QColor(255, 160, 110),
+                 0.6 };
     case Moment::Night:
         return { night, mix(palette.sky, night, 0.7), { 0.28, 0.18 }, QColor(226, 232, 245), 0.28 };
     }
@@ -72,8 +78,11 @@ void paintHills(QPainter &painter, const Palette &palette, const Light &light, Q
         for (int step = 0; step <= 64; ++step) {
             const double x = w * step / 64.0;
             const double phase = x / w * std::numbers::pi * (2.0 + layer);
-            hills.lineTo(x, base - amplitude * (std::sin(phase + layer * 1.7)
-                                                + 0.4 * std::sin(phase * 2.3 + layer)));
+            hills.lineTo(
+                x,
+                base
+                    - amplitude
+                        * (std::sin(phase + layer * 1.7) + 0.4 * std::sin(phase * 2.3 + layer)));
         }
         hills.lineTo(w, h);
         hills.closeSubpath();

@@ -24,14 +24,12 @@ namespace ShopHttp
 // The loopback name that is not the one the client used: localhost and 127.0.0.1 swap.
 [[nodiscard]] QString otherOrigin(const httplib::Request &request, quint16 port);
 
-void send(httplib::Response &response, int status, const QByteArray &body,
-          const char *contentType);
+void send(httplib::Response &response, int status, const QByteArray &body, const char *contentType);
 void sendJson(httplib::Response &response, int status, const QJsonObject &body);
 void sendError(httplib::Response &response, int status, const QString &error);
 
 // A server handler that calls handler(state, request, response).
-template<typename Handler>
-[[nodiscard]] auto bound(ShopState &state, Handler handler)
+template<typename Handler> [[nodiscard]] auto bound(ShopState &state, Handler handler)
 {
     return [&state, handler](const httplib::Request &request, httplib::Response &response) {
         handler(state, request, response);

@@ -30,18 +30,21 @@ QString page(const QString &title, const QString &body)
 {
     return u"<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
            u"<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
-           u"<title>%1 · Quennet shop</title><style>%2</style></head>\n<body>\n%3</body></html>\n"_s
-        .arg(title.toHtmlEscaped(), style, body);
+           u"<title>%1 · Quennet shop</title><style>%2</style></head>\n"
+           u"<body>\n%3</body></html>\n"_s
+               .arg(title.toHtmlEscaped(), style, body);
 }
 
 QString approvalForm(ShopState &state, const QString &code, const QString &notice)
 {
-    QString body = u"<h1>Sign in to Quennet</h1>\n"
-                   u"<p class=\"muted\">Signed in to the shop as <strong id=\"email\">%1</strong></p>\n"_s
-                       .arg(state.content().email().toHtmlEscaped());
+    QString body =
+        u"<h1>Sign in to Quennet</h1>\n"
+        u"<p class=\"muted\">Signed in to the shop as <strong id=\"email\">%1</strong></p>\n"_s.arg(
+            state.content().email().toHtmlEscaped());
     if (const auto device = state.grant().waitingDevice(code))
-        body += u"<p id=\"device\">Quennet on <strong>%1</strong> is asking to use your "
-                u"account.</p>\n"_s.arg(device->isEmpty() ? u"a computer"_s : device->toHtmlEscaped());
+        body +=
+            u"<p id=\"device\">Quennet on <strong>%1</strong> is asking to use your "
+            u"account.</p>\n"_s.arg(device->isEmpty() ? u"a computer"_s : device->toHtmlEscaped());
     body += notice;
     body += u"<form method=\"post\" action=\"/activate\">\n"
             u"<label for=\"user_code\">Enter the code that Quennet shows</label>\n"
@@ -70,7 +73,8 @@ void decide(ShopState &state, const httplib::Request &request, httplib::Response
         const QString result = approve
             ? u"<p id=\"result\" class=\"notice\">Approved. You can go back to Quennet now.</p>\n"_s
             : u"<p id=\"result\" class=\"notice\">Denied. Quennet was not signed in.</p>\n"_s;
-        send(response, 200, page(u"Sign in to Quennet"_s, u"<h1>Sign in to Quennet</h1>\n"_s + result).toUtf8(),
+        send(response, 200,
+             page(u"Sign in to Quennet"_s, u"<h1>Sign in to Quennet</h1>\n"_s + result).toUtf8(),
              "text/html; charset=utf-8");
         return;
     }

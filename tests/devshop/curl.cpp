@@ -17,7 +17,8 @@ Curl::Curl(QString caPath)
 {
 }
 
-CurlReply Curl::get(const QString &url, const QStringList &headers, const QStringList &options) const
+CurlReply Curl::get(const QString &url, const QStringList &headers,
+                    const QStringList &options) const
 {
     QStringList arguments = options;
     for (const QString &header : headers)
@@ -40,9 +41,9 @@ CurlReply Curl::run(const QStringList &arguments) const
     const QString headerFile = dir.filePath(u"headers"_s);
     const QString bodyFile = dir.filePath(u"body"_s);
     QProcess curl;
-    curl.start(u"curl"_s, QStringList { u"-sS"_s, u"--cacert"_s, m_caPath, u"--max-time"_s, u"60"_s,
-                                        u"-D"_s, headerFile, u"-o"_s, bodyFile, u"-w"_s,
-                                        u"%{http_code}"_s }
+    curl.start(u"curl"_s,
+               QStringList { u"-sS"_s, u"--cacert"_s, m_caPath, u"--max-time"_s, u"60"_s, u"-D"_s,
+                             headerFile, u"-o"_s, bodyFile, u"-w"_s, u"%{http_code}"_s }
                    + arguments);
     CurlReply reply;
     if (!curl.waitForFinished(120'000))

@@ -11,7 +11,10 @@ struct CurlReply {
     QHash<QString, QString> headers; // of the last response, names in lower case
     QByteArray body;
 
-    [[nodiscard]] QString header(const QString &name) const { return headers.value(name.toLower()); }
+    [[nodiscard]] QString header(const QString &name) const
+    {
+        return headers.value(name.toLower());
+    }
     [[nodiscard]] QJsonObject json() const;
 };
 

@@ -39,7 +39,8 @@ QString ShopFixture::bearer(const QString &token)
     return u"Authorization: Bearer "_s + token;
 }
 
-CurlReply ShopFixture::links(const QString &token, const QList<QPair<QString, QString>> &files) const
+CurlReply ShopFixture::links(const QString &token,
+                             const QList<QPair<QString, QString>> &files) const
 {
     QJsonArray wanted;
     for (const auto &[pack, id] : files)
@@ -49,7 +50,8 @@ CurlReply ShopFixture::links(const QString &token, const QList<QPair<QString, QS
 
 QString ShopFixture::linkTo(const QString &pack, const QString &id)
 {
-    const QJsonArray found = links(m_shop.issueToken(), { { pack, id } }).json()[u"links"_s].toArray();
+    const QJsonArray found =
+        links(m_shop.issueToken(), { { pack, id } }).json()[u"links"_s].toArray();
     return found.isEmpty() ? QString() : found.first()[u"url"_s].toString();
 }
 

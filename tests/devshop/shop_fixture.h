@@ -23,7 +23,8 @@ public:
     [[nodiscard]] static QString bearer(const QString &token);
 
     // The reply to the links request for the given (pack, id) pairs.
-    [[nodiscard]] CurlReply links(const QString &token, const QList<QPair<QString, QString>> &files) const;
+    [[nodiscard]] CurlReply links(const QString &token,
+                                  const QList<QPair<QString, QString>> &files) const;
     // The link of one owned file, fetched with a fresh token.
     [[nodiscard]] QString linkTo(const QString &pack, const QString &id);
 
@@ -35,4 +36,5 @@ private:
 };
 
 // The pack and id of one file of the sample content, picked by pack, colourway and edition.
-[[nodiscard]] QString sampleFileId(const QString &pack, const QString &colourway, const QString &edition);
+[[nodiscard]] QString sampleFileId(const QString &pack, const QString &colourway,
+                                   const QString &edition);

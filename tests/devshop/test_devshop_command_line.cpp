@@ -56,9 +56,11 @@ private Q_SLOTS:
         QTest::newRow("option without value")
             << QStringList { u"serve"_s, u"--content"_s, u"c"_s, u"--state"_s };
         QTest::newRow("port out of range")
-            << QStringList { u"serve"_s, u"--content"_s, u"c"_s, u"--state"_s, u"s"_s, u"--port"_s, u"65536"_s };
+            << QStringList { u"serve"_s, u"--content"_s, u"c"_s,    u"--state"_s,
+                             u"s"_s,     u"--port"_s,    u"65536"_s };
         QTest::newRow("unknown option")
-            << QStringList { u"serve"_s, u"--content"_s, u"c"_s, u"--state"_s, u"s"_s, u"--tls"_s, u"off"_s };
+            << QStringList { u"serve"_s, u"--content"_s, u"c"_s,  u"--state"_s,
+                             u"s"_s,     u"--tls"_s,     u"off"_s };
     }
 
     void usageErrors()
@@ -75,7 +77,9 @@ private Q_SLOTS:
     {
         QTemporaryDir empty;
         QProcess process;
-        process.start(program, { u"serve"_s, u"--content"_s, empty.path(), u"--state"_s, empty.filePath(u"state"_s) });
+        process.start(
+            program,
+            { u"serve"_s, u"--content"_s, empty.path(), u"--state"_s, empty.filePath(u"state"_s) });
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 1);
         QVERIFY(process.readAllStandardError().contains("content"));
@@ -87,7 +91,7 @@ private Q_SLOTS:
         const QDir dir(state.path());
         QByteArray authority;
         for (int start = 0; start < 2; ++start) {
-            const Server server(state.path());
+            Server server(state.path());
             QCOMPARE(server.baseUrl.scheme(), u"https"_s);
             QCOMPARE(server.baseUrl.host(), u"127.0.0.1"_s);
             QCOMPARE(server.baseUrl.path(), u"/api/app/v1"_s);
@@ -101,23 +105,32 @@ private Q_SLOTS:
             QCOMPARE(readFile(dir.filePath(u"ca.pem"_s)), authority);
             const Curl curl(dir.filePath(u"ca.pem"_s));
             QCOMPARE(curl.get(server.baseUrl.toString() + u"/catalogue"_s).status, 200);
-            QCOMPARE(curl.run({ u"--data"_s, QString(), u"-H"_s, u"X-Devshop-Secret: "_s + QString::fromLatin1(secret),
+            QCOMPARE(curl.run({ u"--data"_s, QString(), u"-H"_s,
+                                u"X-Devshop-Secret: "_s + QString::fromLatin1(secret),
                                 server.baseUrl.resolved(QUrl(u"/_devshop/token"_s)).toString() })
                          .status,
                      200);
+
+            server.process.terminate();
+            QVERIFY(server.process.waitForFinished());
+            QCOMPARE(server.process.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(server.process.exitCode(), 0);
         }
         QVERIFY(authority.startsWith("-----BEGIN CERTIFICATE-----"));
     }
 
-    void stopsOnTerminate()
+    void takenPortFails()
     {
         QTemporaryDir state;
-        Server server(state.path());
-        QVERIFY(server.baseUrl.isValid());
-        server.process.terminate();
-        QVERIFY(server.process.waitForFinished());
-        QCOMPARE(server.process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(server.process.exitCode(), 0);
+        const Server first(state.path());
+        QProcess second;
+        second.start(program,
+                     { u"serve"_s, u"--content"_s, content, u"--state"_s,
+                       state.filePath(u"second"_s), u"--port"_s,
+                       QString::number(first.baseUrl.port()) });
+        QVERIFY(second.waitForFinished());
+        QCOMPARE(second.exitCode(), 1);
+        QVERIFY(second.readAllStandardError().contains("Could not listen"));
     }
 };
 

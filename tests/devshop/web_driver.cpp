@@ -51,8 +51,9 @@ bool WebDriver::start()
     const QString database = u"sql:"_s + m_home.filePath(u".pki/nssdb"_s);
     QDir().mkpath(m_home.filePath(u".pki/nssdb"_s));
     if (!run(u"certutil"_s, { u"-d"_s, database, u"-N"_s, u"--empty-password"_s })
-        || !run(u"certutil"_s, { u"-d"_s, database, u"-A"_s, u"-t"_s, u"C,,"_s, u"-n"_s,
-                                 u"Quennet development shop"_s, u"-i"_s, m_caPath })) {
+        || !run(u"certutil"_s,
+                { u"-d"_s, database, u"-A"_s, u"-t"_s, u"C,,"_s, u"-n"_s,
+                  u"Quennet development shop"_s, u"-i"_s, m_caPath })) {
         m_error = u"certutil could not make the certificate database"_s;
         return false;
     }
@@ -64,7 +65,8 @@ bool WebDriver::start()
     m_driver.start(u"chromedriver"_s, { u"--port=0"_s });
     const QRegularExpression started(u"started successfully on port (\\d+)"_s);
     QByteArray output;
-    while (!started.match(QString::fromLatin1(output)).hasMatch() && m_driver.waitForReadyRead(30'000))
+    while (!started.match(QString::fromLatin1(output)).hasMatch()
+           && m_driver.waitForReadyRead(30'000))
         output += m_driver.readAllStandardOutput();
     const QString port = started.match(QString::fromLatin1(output)).captured(1);
     if (port.isEmpty()) {
@@ -74,25 +76,37 @@ bool WebDriver::start()
     m_endpoint = u"http://127.0.0.1:"_s + port;
 
     const QJsonArray arguments {
-        u"--headless"_s, u"--no-sandbox"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
-        u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+        u"--headless"_s,
+        u"--no-sandbox"_s,
+        u"--disable-gpu"_s,
+        u"--no-first-run"_s,
+        u"--disable-background-networking"_s,
+        u"--disable-component-update"_s,
+        u"--disable-sync"_s,
         QString(u"--user-data-dir="_s + m_home.filePath(u"profile"_s)),
     };
-    const QJsonObject capabilities { { u"alwaysMatch"_s,
-                                       QJsonObject { { u"browserName"_s, u"chrome"_s },
-                                                     { u"goog:chromeOptions"_s,
-                                                       QJsonObject { { u"binary"_s, chromium },
-                                                                     { u"args"_s, arguments } } } } } };
-    const QJsonValue session = call(u"POST"_s, u"/session"_s, { { u"capabilities"_s, capabilities } });
+    const QJsonObject capabilities {
+        { u"alwaysMatch"_s,
+          QJsonObject { { u"browserName"_s, u"chrome"_s },
+                        { u"goog:chromeOptions"_s,
+                          QJsonObject { { u"binary"_s, chromium }, { u"args"_s, arguments } } } } }
+    };
+    const QJsonValue session =
+        call(u"POST"_s, u"/session"_s, { { u"capabilities"_s, capabilities } });
     m_session = session[u"sessionId"_s].toString();
+    // A click that submits a form returns before the next page is there: finding waits for it.
+    if (!m_session.isEmpty())
+        call(u"POST"_s, u"/timeouts"_s, { { u"implicit"_s, 15'000 } });
     if (m_session.isEmpty())
-        m_error = u"no browser session: "_s + QString::fromUtf8(QJsonDocument(session.toObject()).toJson());
+        m_error = u"no browser session: "_s
+            + QString::fromUtf8(QJsonDocument(session.toObject()).toJson());
     return !m_session.isEmpty();
 }
 
 QJsonValue WebDriver::call(const QString &method, const QString &path, const QJsonObject &body)
 {
-    const QString url = m_endpoint + (path.startsWith(u"/session"_s) ? path : u"/session/"_s + m_session + path);
+    const QString url =
+        m_endpoint + (path.startsWith(u"/session"_s) ? path : u"/session/"_s + m_session + path);
     QStringList arguments { u"-X"_s, method };
     if (method != "GET"_L1)
         arguments << u"-H"_s << u"Content-Type: application/json"_s << u"--data-binary"_s
@@ -112,9 +126,9 @@ QString WebDriver::title()
 
 QString WebDriver::find(const QString &selector)
 {
-    return call(u"POST"_s, u"/element"_s, { { u"using"_s, u"css selector"_s }, { u"value"_s, selector } })
-        [elementKey]
-            .toString();
+    return call(u"POST"_s, u"/element"_s,
+                { { u"using"_s, u"css selector"_s }, { u"value"_s, selector } })[elementKey]
+        .toString();
 }
 
 QString WebDriver::property(const QString &element, const QString &name)
@@ -130,11 +144,6 @@ QString WebDriver::text(const QString &element)
 void WebDriver::type(const QString &element, const QString &text)
 {
     call(u"POST"_s, u"/element/%1/value"_s.arg(element), { { u"text"_s, text } });
-}
-
-void WebDriver::clear(const QString &element)
-{
-    call(u"POST"_s, u"/element/%1/clear"_s.arg(element));
 }
 
 void WebDriver::click(const QString &element)

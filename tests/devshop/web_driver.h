@@ -28,7 +28,6 @@ public:
     [[nodiscard]] QString property(const QString &element, const QString &name);
     [[nodiscard]] QString text(const QString &element);
     void type(const QString &element, const QString &text);
-    void clear(const QString &element);
     void click(const QString &element);
 
 private:

@@ -19,7 +19,7 @@ QByteArray contentBytes(const QString &name)
 
 // Downloads through signed links: validators, single ranges, If-Range and 416, all answered
 // by hand rather than by the server library.
-class TestFileServing : public QObject
+class TestDevshopFileServing : public QObject
 {
     Q_OBJECT
 
@@ -41,7 +41,8 @@ private Q_SLOTS:
         QTest::newRow("starts at the end") << u"bytes=SIZE-"_s << u""_s << 416 << 0LL << 0LL;
         QTest::newRow("empty suffix") << u"bytes=-0"_s << u""_s << 416 << 0LL << 0LL;
         QTest::newRow("If-Range matches") << u"bytes=100-"_s << u"TAG"_s << 206 << 100LL << -1LL;
-        QTest::newRow("If-Range differs") << u"bytes=100-"_s << uR"("0123")"_s << 200 << 0LL << -1LL;
+        QTest::newRow("If-Range differs")
+            << u"bytes=100-"_s << uR"("0123")"_s << 200 << 0LL << -1LL;
         QTest::newRow("If-Range weak") << u"bytes=100-"_s << u"W/TAG"_s << 200 << 0LL << -1LL;
         QTest::newRow("If-Range date")
             << u"bytes=100-"_s << u"Sat, 01 Mar 2025 09:30:00 GMT"_s << 200 << 0LL << -1LL;
@@ -60,7 +61,8 @@ private Q_SLOTS:
         QFETCH(qint64, first);
         QFETCH(qint64, last);
         ShopFixture fixture;
-        const QString link = fixture.linkTo(u"aurora"_s, sampleFileId(u"aurora"_s, u"emerald"_s, u"time-of-day"_s));
+        const QString link =
+            fixture.linkTo(u"aurora"_s, sampleFileId(u"aurora"_s, u"emerald"_s, u"time-of-day"_s));
         const QByteArray bytes = contentBytes(u"emerald-time-of-day.heic"_s);
         const qint64 size = bytes.size();
         QVERIFY(size > 200);
@@ -91,9 +93,11 @@ private Q_SLOTS:
     void resumesAfterACut()
     {
         ShopFixture fixture;
-        const QString link = fixture.linkTo(u"aurora"_s, sampleFileId(u"aurora"_s, u"violet"_s, u"appearance"_s));
+        const QString link =
+            fixture.linkTo(u"aurora"_s, sampleFileId(u"aurora"_s, u"violet"_s, u"appearance"_s));
         const QByteArray bytes = contentBytes(u"violet-appearance.heic"_s);
-        QVERIFY(fixture.shop().setFaults(QJsonDocument::fromJson(R"({"cut": {"afterBytes": 700, "times": 1}})").object()));
+        QVERIFY(fixture.shop().setFaults(
+            QJsonDocument::fromJson(R"({"cut": {"afterBytes": 700, "times": 1}})").object()));
 
         const CurlReply cut = fixture.curl().get(link);
         QCOMPARE(cut.exitCode, 18); // the body ended before its Content-Length
@@ -110,8 +114,9 @@ private Q_SLOTS:
         const QJsonObject catalogue = fixture.curl().get(fixture.api(u"catalogue"_s)).json();
         const QJsonObject meadow = catalogue[u"packs"_s].toArray()[3].toObject();
         QCOMPARE(meadow[u"slug"_s].toString(), u"meadow"_s);
-        for (const QString &url : { meadow[u"colourways"_s][0][u"art"_s][u"light"_s].toString(),
-                                    meadow[u"free"_s][u"colourways"_s][0][u"files"_s][0][u"url"_s].toString() }) {
+        for (const QString &url :
+             { meadow[u"colourways"_s][0][u"art"_s][u"light"_s].toString(),
+               meadow[u"free"_s][u"colourways"_s][0][u"files"_s][0][u"url"_s].toString() }) {
             const CurlReply whole = fixture.curl().get(url);
             QCOMPARE(whole.status, 200);
             const CurlReply tail = fixture.curl().get(
@@ -122,5 +127,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFileServing)
-#include "test_file_serving.moc"
+QTEST_GUILESS_MAIN(TestDevshopFileServing)
+#include "test_devshop_file_serving.moc"

@@ -22,15 +22,18 @@ CurlReply request(ShopFixture &fixture, const QString &endpoint)
     if (endpoint == "device/code"_L1)
         return fixture.curl().post(fixture.api(endpoint), { { u"client_id"_s, u"mac-app"_s } });
     if (endpoint == "device/token"_L1)
-        return fixture.curl().post(fixture.api(endpoint),
-                                   { { u"client_id"_s, u"mac-app"_s },
-                                     { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s } });
+        return fixture.curl().post(
+            fixture.api(endpoint),
+            { { u"client_id"_s, u"mac-app"_s },
+              { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s } });
     if (endpoint == "sign-out"_L1)
         return fixture.curl().post(fixture.api(endpoint), {}, { bearer });
     if (endpoint == "downloads"_L1)
-        return fixture.curl().post(fixture.api(endpoint), { { u"files"_s, QJsonArray() } }, { bearer });
+        return fixture.curl().post(fixture.api(endpoint), { { u"files"_s, QJsonArray() } },
+                                   { bearer });
     if (endpoint == "files"_L1)
-        return fixture.curl().get(fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s)));
+        return fixture.curl().get(
+            fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s)));
     if (endpoint == "art"_L1)
         return fixture.curl().get(fixture.url(u"/art/dunes/rose/light.png"_s));
     return fixture.curl().get(fixture.api(endpoint), { bearer });
@@ -44,7 +47,7 @@ QByteArray roseLight()
 } // namespace
 
 // Every fault switch, set as a test would set it, seen from curl.
-class TestFaultSwitches : public QObject
+class TestDevshopFaults : public QObject
 {
     Q_OBJECT
 
@@ -72,8 +75,11 @@ private Q_SLOTS:
         QFETCH(int, normal);
         ShopFixture fixture;
         QVERIFY(fixture.shop().setFaults(
-            { { u"statuses"_s, QJsonArray { QJsonObject { { u"endpoint"_s, endpoint }, { u"status"_s, status },
-                                                          { u"times"_s, 2 }, { u"error"_s, u"fault"_s } } } } }));
+            { { u"statuses"_s,
+                QJsonArray { QJsonObject { { u"endpoint"_s, endpoint },
+                                           { u"status"_s, status },
+                                           { u"times"_s, 2 },
+                                           { u"error"_s, u"fault"_s } } } } }));
         for (int i = 0; i < 2; ++i) {
             const CurlReply faulty = request(fixture, endpoint);
             QCOMPARE(faulty.status, status);
@@ -85,7 +91,8 @@ private Q_SLOTS:
     void malformed_data()
     {
         QTest::addColumn<QString>("endpoint");
-        for (const char *endpoint : { "device/code", "device/token", "catalogue", "library", "downloads" })
+        for (const char *endpoint :
+             { "device/code", "device/token", "catalogue", "library", "downloads" })
             QTest::newRow(endpoint) << QString::fromLatin1(endpoint);
     }
 
@@ -107,9 +114,12 @@ private Q_SLOTS:
     {
         ShopFixture fixture;
         const QByteArray bytes = roseLight();
-        const QString link = fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s));
-        QVERIFY(fixture.shop().setFaults(faults(R"({"cut": {"afterBytes": 300}, "ignoreRange": true})")));
-        for (const QStringList &headers : { QStringList(), QStringList { u"Range: bytes=300-"_s } }) {
+        const QString link =
+            fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s));
+        QVERIFY(fixture.shop().setFaults(
+            faults(R"({"cut": {"afterBytes": 300}, "ignoreRange": true})")));
+        for (const QStringList &headers :
+             { QStringList(), QStringList { u"Range: bytes=300-"_s } }) {
             const CurlReply reply = fixture.curl().get(link, headers);
             QCOMPARE(reply.status, 200);
             QCOMPARE(reply.exitCode, 18);
@@ -133,7 +143,8 @@ private Q_SLOTS:
         QFETCH(QString, to);
         QFETCH(QString, host);
         ShopFixture fixture;
-        const QString link = fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s));
+        const QString link =
+            fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s));
         QVERIFY(fixture.shop().setFaults(
             { { u"redirect"_s, QJsonObject { { u"to"_s, to }, { u"times"_s, 2 } } } }));
 
@@ -151,7 +162,8 @@ private Q_SLOTS:
     void slowTransfer()
     {
         ShopFixture fixture;
-        const QString link = fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s));
+        const QString link =
+            fixture.linkTo(u"dunes"_s, sampleFileId(u"dunes"_s, u"rose"_s, u"light"_s));
         QVERIFY(fixture.shop().setFaults(faults(R"({"bytesPerSecond": 16})")));
         // Well over a minute at that rate: curl gives up part-way.
         const CurlReply slow = fixture.curl().get(link, {}, { u"--max-time"_s, u"1"_s });
@@ -199,11 +211,13 @@ private Q_SLOTS:
             fixture.api(u"library"_s), { bearer, u"If-None-Match: "_s + before.header(u"ETag"_s) });
         QCOMPARE(after.status, 200);
         QVERIFY(after.header(u"ETag"_s) != before.header(u"ETag"_s));
-        QVERIFY(after.json()[u"packs"_s][0][u"updatedAt"_s] != before.json()[u"packs"_s][0][u"updatedAt"_s]);
+        QVERIFY(after.json()[u"packs"_s][0][u"updatedAt"_s]
+                != before.json()[u"packs"_s][0][u"updatedAt"_s]);
         // Setting other faults later leaves the changed library as it is.
         QVERIFY(fixture.shop().setFaults({}));
         QCOMPARE(fixture.curl()
-                     .get(fixture.api(u"library"_s), { bearer, u"If-None-Match: "_s + after.header(u"ETag"_s) })
+                     .get(fixture.api(u"library"_s),
+                          { bearer, u"If-None-Match: "_s + after.header(u"ETag"_s) })
                      .status,
                  304);
     }
@@ -212,9 +226,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("document");
         QTest::newRow("unknown switch") << QByteArray(R"({"explode": true})");
-        QTest::newRow("unknown endpoint") << QByteArray(R"({"statuses": [{"endpoint": "shop", "status": 500}]})");
-        QTest::newRow("success status") << QByteArray(R"({"statuses": [{"endpoint": "library", "status": 200}]})");
-        QTest::newRow("zero times") << QByteArray(R"({"statuses": [{"endpoint": "library", "status": 500, "times": 0}]})");
+        QTest::newRow("unknown endpoint")
+            << QByteArray(R"({"statuses": [{"endpoint": "shop", "status": 500}]})");
+        QTest::newRow("success status")
+            << QByteArray(R"({"statuses": [{"endpoint": "library", "status": 200}]})");
+        QTest::newRow("zero times")
+            << QByteArray(R"({"statuses": [{"endpoint": "library", "status": 500, "times": 0}]})");
         QTest::newRow("redirect nowhere") << QByteArray(R"({"redirect": {"to": "example.com"}})");
         QTest::newRow("cut without size") << QByteArray(R"({"cut": {}})");
         QTest::newRow("alteration") << QByteArray(R"({"alterBytes": true})");
@@ -225,7 +242,8 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, document);
         ShopFixture fixture;
-        QVERIFY(fixture.shop().setFaults(faults(R"({"statuses": [{"endpoint": "catalogue", "status": 503}]})")));
+        QVERIFY(fixture.shop().setFaults(
+            faults(R"({"statuses": [{"endpoint": "catalogue", "status": 503}]})")));
         const CurlReply refused = fixture.curl().run(
             { u"-H"_s, u"X-Devshop-Secret: "_s + fixture.shop().adminSecret(), u"--data-binary"_s,
               QString::fromUtf8(document), fixture.url(u"/_devshop/faults"_s) });
@@ -238,7 +256,8 @@ private Q_SLOTS:
     {
         ShopFixture fixture;
         const QString url = fixture.url(u"/_devshop/faults"_s);
-        const QJsonObject document = faults(R"({"statuses": [{"endpoint": "catalogue", "status": 500, "times": 1}]})");
+        const QJsonObject document =
+            faults(R"({"statuses": [{"endpoint": "catalogue", "status": 500, "times": 1}]})");
         QCOMPARE(fixture.curl().post(url, document).status, 403);
         QCOMPARE(fixture.curl().post(url, document, { u"X-Devshop-Secret: guess"_s }).status, 403);
         QCOMPARE(request(fixture, u"catalogue"_s).status, 200);
@@ -247,13 +266,15 @@ private Q_SLOTS:
         QCOMPARE(request(fixture, u"catalogue"_s).status, 500);
 
         // Stats count every request by path, the refused ones too.
-        const QJsonObject counts =
-            fixture.curl().get(fixture.url(u"/_devshop/stats"_s), { secret }).json()[u"requests"_s].toObject();
+        const QJsonObject counts = fixture.curl()
+                                       .get(fixture.url(u"/_devshop/stats"_s), { secret })
+                                       .json()[u"requests"_s]
+                                       .toObject();
         QCOMPARE(counts[u"/api/app/v1/catalogue"_s].toInt(), 2);
         QVERIFY(!counts.contains(u"/_devshop/faults"_s));
         QCOMPARE(fixture.shop().stats()[u"requests"_s].toObject(), counts);
     }
 };
 
-QTEST_GUILESS_MAIN(TestFaultSwitches)
-#include "test_fault_switches.moc"
+QTEST_GUILESS_MAIN(TestDevshopFaults)
+#include "test_devshop_faults.moc"

