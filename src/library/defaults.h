@@ -27,6 +27,11 @@ public:
     [[nodiscard]] std::optional<QString> shopCertificates() const;
     void setShopCertificates(const std::optional<QString> &path);
 
+    // "favouriteColourways": colourway keys, newest first. Anything but a list of text reads as
+    // empty; INI keeps a one-item list as plain text, which counts when it is a colourway key.
+    [[nodiscard]] QStringList favouriteColourways() const;
+    void setFavouriteColourways(const QStringList &keys);
+
     // Writes pending changes now; QSettings otherwise writes when idle or destroyed.
     void sync();
 
