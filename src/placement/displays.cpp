@@ -19,12 +19,6 @@ constexpr auto pendingWindow = 3s;
 constexpr auto settleInterval = 250ms;
 constexpr int settleSteps = 12;
 
-QString nameOf(const DesktopScreen &screen)
-{
-    const QString name = (screen.manufacturer.trimmed() + u' ' + screen.model.trimmed()).trimmed();
-    return name.isEmpty() ? screen.connector : name;
-}
-
 // Sleeps between refreshes until every pending picture is confirmed or expired. Holds its owner
 // weakly: Displays may go while it sleeps.
 QCoro::Task<> settleLoop(QPointer<Displays> owner, std::shared_ptr<Clock> clock,
@@ -73,7 +67,7 @@ void Displays::refresh()
     const QPoint origin = screens.isEmpty() ? QPoint() : screens.first().geometry.topLeft();
     for (qsizetype i = 0; i < screens.size(); ++i) {
         all.append({ .id = ids[i],
-                     .name = nameOf(screens[i]),
+                     .name = displayName(screens[i]),
                      .frame = QRectF(screens[i].geometry.translated(-origin)),
                      .isMain = i == 0,
                      .wallpaper = current(screens[i], ids[i]) });
@@ -152,8 +146,11 @@ QCoro::Task<> Displays::set(DesktopPicture picture, Placement placement, QString
 
 QCoro::Task<> Displays::restore(QString displayId, Placement placement)
 {
-    const QString path = placement.path;
-    co_await set(DesktopPicture { .path = path }, std::move(placement), { displayId });
+    DesktopPicture picture;
+    picture.path = placement.path;
+    QStringList ids;
+    ids.append(displayId);
+    co_await set(std::move(picture), std::move(placement), std::move(ids));
 }
 
 bool Displays::save()

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "desktop_backend.h"
-#include "display.h"
 #include "placement.h"
 #include "placement_records.h"
 
 #include <QDateTime>
 #include <QHash>
 #include <QObject>
+#include <QRectF>
 
 #include <memory>
 #include <optional>
@@ -24,6 +24,18 @@ class Displays : public QObject
     Q_PROPERTY(QList<Display> all READ all NOTIFY allChanged)
 
 public:
+    // One attached display as the desktop showed it at the last refresh. Nested: X11's headers,
+    // which Qt's GUI headers pull in, take the global name.
+    struct Display {
+        QString id; // stable across reconnection and restarts: the key of every per-display record
+        QString name;
+        QRectF frame; // relative to the top-left corner of the first screen
+        bool isMain = false; // the first screen of the desktop's list
+        std::optional<QString> wallpaper; // what it shows, by the current-picture rule
+
+        bool operator==(const Display &) const = default;
+    };
+
     // A picture just set that the desktop may not report yet.
     struct Pending {
         QString path;

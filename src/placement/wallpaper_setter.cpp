@@ -68,7 +68,7 @@ WallpaperSetter::~WallpaperSetter()
 QStringList WallpaperSetter::displayIds() const
 {
     QStringList ids;
-    for (const Display &display : m_displays->all())
+    for (const Displays::Display &display : m_displays->all())
         ids.append(display.id);
     return ids;
 }
@@ -106,7 +106,7 @@ QCoro::Task<> WallpaperSetter::follow()
 {
     const QPointer<WallpaperSetter> self(this);
     std::optional<QTime> next;
-    for (const Display &display : m_displays->all()) {
+    for (const Displays::Display &display : m_displays->all()) {
         const auto placement = m_displays->placement(display.id);
         const auto edition = placement ? editionFromRawValue(placement->edition) : std::nullopt;
         if (!placement || !m_displays->showsOwnWallpaper(display)
@@ -122,7 +122,7 @@ QCoro::Task<> WallpaperSetter::follow()
         if (ready.nextChange && (!next || *ready.nextChange < *next))
             next = ready.nextChange;
         if (ready.picture.path != placement->path)
-            co_await m_displays->set(ready.picture, *placement, { display.id });
+            co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
         if (!self)
             co_return;
     }
@@ -146,7 +146,7 @@ void WallpaperSetter::scheduleAt(std::optional<QTime> next)
 
 bool WallpaperSetter::isShown(const QString &localPath) const
 {
-    for (const Display &display : m_displays->all()) {
+    for (const Displays::Display &display : m_displays->all()) {
         if (display.wallpaper
             && (*display.wallpaper == localPath || m_renderer.sourceOf(*display.wallpaper) == localPath))
             return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edition.h"
 #include "renderer.h"
 #include "wallpaper_target.h"
 

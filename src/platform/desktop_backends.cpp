@@ -1,6 +1,6 @@
 #include "desktop_backends.h"
 
-#include "gsettings_backend.h"
+#include "gnome_backend.h"
 #include "x11_backend.h"
 
 #include <QLoggingCategory>
@@ -14,9 +14,9 @@ namespace DesktopBackends
 DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObject *parent)
 {
     DesktopBackend *backend = nullptr;
-    if (const auto family = GSettingsBackend::familyOf(currentDesktop);
-        family && GSettingsBackend::isAvailable(*family))
-        backend = new GSettingsBackend(*family, folder, parent);
+    if (const auto family = GnomeBackend::familyOf(currentDesktop);
+        family && GnomeBackend::isAvailable(*family))
+        backend = new GnomeBackend(*family, folder, parent);
     else
         backend = new X11Backend(folder + u"/desktop-x11.json"_s, parent);
     qCInfo(lcBackends) << "Desktop" << currentDesktop << "uses" << backend->name();

@@ -59,3 +59,9 @@ QList<QString> displayIds(const QList<DesktopScreen> &screens)
     }
     return ids;
 }
+
+QString displayName(const DesktopScreen &screen)
+{
+    const QString name = QString(edidText(screen.manufacturer) + u' ' + edidText(screen.model)).trimmed();
+    return name.isEmpty() ? screen.connector : name;
+}

@@ -12,3 +12,6 @@ struct DesktopScreen;
 // The identifiers of a whole screen list: two screens that would share one (identical monitors
 // without serial numbers) are told apart by their connectors.
 [[nodiscard]] QList<QString> displayIds(const QList<DesktopScreen> &screens);
+
+// What a person calls the display: its make and model, else its connector.
+[[nodiscard]] QString displayName(const DesktopScreen &screen);

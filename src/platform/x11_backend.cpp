@@ -3,6 +3,7 @@
 #include "x11_root_window.h"
 
 #include <QCoroProcess>
+#include <QProcess>
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QStandardPaths>

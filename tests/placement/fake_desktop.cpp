@@ -22,13 +22,15 @@ QCoro::Task<> FakeDesktop::setPicture(DesktopPicture picture, QList<DesktopScree
 
 QCoro::Task<bool> FakeClock::sleep(std::shared_ptr<CancelToken> token, std::chrono::milliseconds duration)
 {
-    // One turn of the event loop stands for the whole duration.
-    QTimer timer;
-    timer.setSingleShot(true);
-    timer.start(0);
-    co_await timer;
+    while (allowed <= 0 && !token->isCancelled()) {
+        QTimer timer;
+        timer.setSingleShot(true);
+        timer.start(1);
+        co_await timer;
+    }
     if (token->isCancelled())
         co_return false;
+    --allowed;
     time = time.addMSecs(duration.count());
     ++sleeps;
     co_return true;

@@ -30,12 +30,14 @@ public:
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
 };
 
-// Time that moves only when a test moves it, or by exactly as much as a task sleeps.
+// Time that moves only when a test moves it, or by exactly as much as a task sleeps. A sleep
+// ends only when the test allows it.
 class FakeClock : public Clock
 {
 public:
     QDateTime time = QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
-    int sleeps = 0;
+    int sleeps = 0; // finished sleeps
+    int allowed = 1000; // sleeps that may still finish
 
     [[nodiscard]] QDateTime now() const override { return time; }
     QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token, std::chrono::milliseconds duration) override;

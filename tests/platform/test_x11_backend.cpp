@@ -1,6 +1,8 @@
 #include "root_pixels.h"
 #include "x11_backend.h"
 
+#include "await_task.h"
+
 #include <QCoroTask>
 #include <QGuiApplication>
 #include <QImage>
@@ -59,8 +61,8 @@ private Q_SLOTS:
         QCOMPARE(screens[0].connector, u"DUMMY0"_s);
         const QString red = picture("red", Qt::red);
         const QString blue = picture("blue", Qt::blue);
-        QCoro::waitFor(backend.setPicture({ .path = red }, { screens[0] }));
-        QCoro::waitFor(backend.setPicture({ .path = blue }, { screens[1] }));
+        awaitTask(backend.setPicture({ .path = red }, { screens[0] }));
+        awaitTask(backend.setPicture({ .path = blue }, { screens[1] }));
         QCOMPARE(rootPixel(100, 100), QColor(Qt::red));
         QCOMPARE(rootPixel(1920 + 100, 1000), QColor(Qt::blue));
         QCOMPARE(backend.picture(screens[0]), red);
@@ -68,9 +70,9 @@ private Q_SLOTS:
 
         // A slideshow's file is no picture for xwallpaper: it draws the still.
         const QString green = picture("green", Qt::green);
-        QCoro::waitFor(backend.setPicture({ .path = m_dir.filePath(u"f.xml"_s), .still = green }, { screens[1] }));
+        awaitTask(backend.setPicture({ .path = m_dir.filePath(u"f.xml"_s), .still = green }, { screens[1] }));
         QCOMPARE(rootPixel(1920 + 100, 100), QColor(Qt::green));
-        QCoro::waitFor(backend.setPicture({ .path = blue }, { screens[1] }));
+        awaitTask(backend.setPicture({ .path = blue }, { screens[1] }));
     }
 
     void knowsWhatItSetAfterARestart()
@@ -110,7 +112,7 @@ private Q_SLOTS:
     void refusalIsReported()
     {
         X11Backend backend(m_state);
-        QVERIFY_THROWS_EXCEPTION(DesktopError, QCoro::waitFor(backend.setPicture(
+        QVERIFY_THROWS_EXCEPTION(DesktopError, awaitTask(backend.setPicture(
             { .path = m_dir.filePath(u"missing.png"_s) }, { screenNamed(backend, u"DUMMY0"_s) })));
         QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
     }

@@ -9,7 +9,7 @@
 // with a light/dark pair and timed slideshows), Cinnamon and MATE. These keep one picture for all
 // monitors; different pictures per display become one spanned picture of the arrangement,
 // made again when the displays change.
-class GSettingsBackend : public DesktopBackend
+class GnomeBackend : public DesktopBackend
 {
     Q_OBJECT
 
@@ -17,8 +17,8 @@ public:
     enum class Family { Gnome, Cinnamon, Mate };
 
     // folder: where spanned pictures and what each screen shows are kept.
-    GSettingsBackend(Family family, QString folder, QObject *parent = nullptr);
-    ~GSettingsBackend() override;
+    GnomeBackend(Family family, QString folder, QObject *parent = nullptr);
+    ~GnomeBackend() override;
 
     // The family of an XDG_CURRENT_DESKTOP value ("ubuntu:GNOME"), if it is one of these.
     [[nodiscard]] static std::optional<Family> familyOf(const QString &currentDesktop);

@@ -1,4 +1,4 @@
-#include "gsettings_backend.h"
+#include "gnome_backend.h"
 
 #include "spanned_picture.h"
 
@@ -24,14 +24,14 @@ struct Keys {
     const char *dark; // null where the desktop has no dark picture
 };
 
-Keys keysOf(GSettingsBackend::Family family)
+Keys keysOf(GnomeBackend::Family family)
 {
     switch (family) {
-    case GSettingsBackend::Family::Gnome:
+    case GnomeBackend::Family::Gnome:
         return { "org.gnome.desktop.background", "picture-uri", true, "picture-uri-dark" };
-    case GSettingsBackend::Family::Cinnamon:
+    case GnomeBackend::Family::Cinnamon:
         return { "org.cinnamon.desktop.background", "picture-uri", true, nullptr };
-    case GSettingsBackend::Family::Mate:
+    case GnomeBackend::Family::Mate:
         return { "org.mate.background", "picture-filename", false, nullptr };
     }
     Q_UNREACHABLE();
@@ -48,7 +48,7 @@ const auto stillKey = u"still"_s;
 const auto spannedKey = u"spanned"_s;
 } // namespace
 
-struct GSettingsBackend::Settings {
+struct GnomeBackend::Settings {
     GSettingsSchema *schema = nullptr;
     GSettings *settings = nullptr;
     Keys keys {};
@@ -92,7 +92,7 @@ struct GSettingsBackend::Settings {
     }
 };
 
-GSettingsBackend::GSettingsBackend(Family family, QString folder, QObject *parent)
+GnomeBackend::GnomeBackend(Family family, QString folder, QObject *parent)
     : DesktopBackend(parent)
     , m_family(family)
     , m_folder(std::move(folder))
@@ -110,13 +110,13 @@ GSettingsBackend::GSettingsBackend(Family family, QString folder, QObject *paren
     // Changes made elsewhere arrive through GLib's main loop, which Qt's event dispatcher runs.
     m_settings->handler = g_signal_connect(m_settings->settings, "changed",
         G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
-            Q_EMIT static_cast<GSettingsBackend *>(self)->picturesChanged();
+            Q_EMIT static_cast<GnomeBackend *>(self)->picturesChanged();
         }), this);
 
     followQtScreens();
     connect(this, &DesktopBackend::screensChanged, this, [this] {
         if (isSpanned())
-            [](GSettingsBackend *self) -> QCoro::Task<> {
+            [](GnomeBackend *self) -> QCoro::Task<> {
                 try {
                     co_await self->span();
                 } catch (const Error &error) {
@@ -126,9 +126,9 @@ GSettingsBackend::GSettingsBackend(Family family, QString folder, QObject *paren
     });
 }
 
-GSettingsBackend::~GSettingsBackend() = default;
+GnomeBackend::~GnomeBackend() = default;
 
-std::optional<GSettingsBackend::Family> GSettingsBackend::familyOf(const QString &currentDesktop)
+std::optional<GnomeBackend::Family> GnomeBackend::familyOf(const QString &currentDesktop)
 {
     for (const QString &name : currentDesktop.split(u':', Qt::SkipEmptyParts)) {
         const QString desktop = name.toLower();
@@ -143,7 +143,7 @@ std::optional<GSettingsBackend::Family> GSettingsBackend::familyOf(const QString
     return std::nullopt;
 }
 
-bool GSettingsBackend::isAvailable(Family family)
+bool GnomeBackend::isAvailable(Family family)
 {
     GSettingsSchema *schema = lookUp(keysOf(family).schema);
     if (schema)
@@ -151,7 +151,7 @@ bool GSettingsBackend::isAvailable(Family family)
     return schema != nullptr;
 }
 
-QString GSettingsBackend::name() const
+QString GnomeBackend::name() const
 {
     switch (m_family) {
     case Family::Gnome:
@@ -164,7 +164,7 @@ QString GSettingsBackend::name() const
     Q_UNREACHABLE();
 }
 
-DesktopBackend::Capabilities GSettingsBackend::capabilities() const
+DesktopBackend::Capabilities GnomeBackend::capabilities() const
 {
     Capabilities capabilities = Capability::PerDisplay | Capability::ReadBack;
     if (m_settings->hasDark)
@@ -174,18 +174,18 @@ DesktopBackend::Capabilities GSettingsBackend::capabilities() const
     return capabilities;
 }
 
-QString GSettingsBackend::desktopPicture() const
+QString GnomeBackend::desktopPicture() const
 {
     return m_settings->settings ? m_settings->fromSetting(m_settings->string(m_settings->keys.picture)) : QString();
 }
 
-bool GSettingsBackend::isSpanned() const
+bool GnomeBackend::isSpanned() const
 {
     const QString shown = desktopPicture();
     return !shown.isEmpty() && shown == m_shown.extra(spannedKey).toString();
 }
 
-std::optional<QString> GSettingsBackend::picture(const DesktopScreen &screen) const
+std::optional<QString> GnomeBackend::picture(const DesktopScreen &screen) const
 {
     const QString shown = desktopPicture();
     if (shown.isEmpty())
@@ -193,7 +193,7 @@ std::optional<QString> GSettingsBackend::picture(const DesktopScreen &screen) co
     return isSpanned() ? m_shown.picture(screen.connector) : std::optional(shown);
 }
 
-QCoro::Task<> GSettingsBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
+QCoro::Task<> GnomeBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
 {
     if (!m_settings->settings)
         throw DesktopError(u"Your desktop settings have no wallpaper settings."_s);
@@ -233,7 +233,7 @@ QCoro::Task<> GSettingsBackend::setPicture(DesktopPicture picture, QList<Desktop
     co_await span();
 }
 
-QCoro::Task<> GSettingsBackend::span()
+QCoro::Task<> GnomeBackend::span()
 {
     const QJsonObject stills = m_shown.extra(stillKey).toObject();
     const QJsonObject darks = m_shown.extra(darkKey).toObject();
@@ -246,7 +246,7 @@ QCoro::Task<> GSettingsBackend::span()
     }
     const bool hasDark = m_settings->hasDark && light != dark;
     const QString folder = m_folder;
-    const QPointer<GSettingsBackend> self(this);
+    const QPointer<GnomeBackend> self(this);
     const auto [lightPath, darkPath] = co_await QtConcurrent::run([=] {
         return std::pair { SpannedPicture::compose(light, folder, u"spanned"_s),
                            hasDark ? SpannedPicture::compose(dark, folder, u"spanned-dark"_s) : QString() };
@@ -260,7 +260,7 @@ QCoro::Task<> GSettingsBackend::span()
     write(lightPath, darkPath.isEmpty() ? std::nullopt : std::optional(darkPath), true);
 }
 
-void GSettingsBackend::write(const QString &path, const std::optional<QString> &dark, bool spanned)
+void GnomeBackend::write(const QString &path, const std::optional<QString> &dark, bool spanned)
 {
     const Settings &s = *m_settings;
     qCDebug(lcGSettings) << "Setting" << path << dark.value_or(QString()) << (spanned ? "spanned" : "zoom");

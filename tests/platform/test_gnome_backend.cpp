@@ -1,4 +1,6 @@
-#include "gsettings_backend.h"
+#include "gnome_backend.h"
+
+#include "await_task.h"
 
 #include <QCoroTask>
 #include <QGuiApplication>
@@ -35,7 +37,7 @@ QString fileUri(const QString &path)
 } // namespace
 
 // Under dconf on a private bus, with two dummy monitors side by side.
-class GSettingsBackendTest : public QObject
+class GnomeBackendTest : public QObject
 {
     Q_OBJECT
 
@@ -50,9 +52,9 @@ class GSettingsBackendTest : public QObject
         return path;
     }
 
-    std::unique_ptr<GSettingsBackend> make()
+    std::unique_ptr<GnomeBackend> make()
     {
-        return std::make_unique<GSettingsBackend>(GSettingsBackend::Family::Gnome, m_dir.filePath(u"Rendered"_s));
+        return std::make_unique<GnomeBackend>(GnomeBackend::Family::Gnome, m_dir.filePath(u"Rendered"_s));
     }
 
 private Q_SLOTS:
@@ -60,12 +62,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("desktop");
         QTest::addColumn<int>("family"); // -1: none
-        QTest::newRow("GNOME") << u"GNOME"_s << int(GSettingsBackend::Family::Gnome);
-        QTest::newRow("Ubuntu") << u"ubuntu:GNOME"_s << int(GSettingsBackend::Family::Gnome);
-        QTest::newRow("Budgie") << u"Budgie:GNOME"_s << int(GSettingsBackend::Family::Gnome);
-        QTest::newRow("Unity") << u"Unity"_s << int(GSettingsBackend::Family::Gnome);
-        QTest::newRow("Cinnamon") << u"X-Cinnamon"_s << int(GSettingsBackend::Family::Cinnamon);
-        QTest::newRow("MATE") << u"MATE"_s << int(GSettingsBackend::Family::Mate);
+        QTest::newRow("GNOME") << u"GNOME"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Ubuntu") << u"ubuntu:GNOME"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Budgie") << u"Budgie:GNOME"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Unity") << u"Unity"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Cinnamon") << u"X-Cinnamon"_s << int(GnomeBackend::Family::Cinnamon);
+        QTest::newRow("MATE") << u"MATE"_s << int(GnomeBackend::Family::Mate);
         QTest::newRow("KDE") << u"KDE"_s << -1;
         QTest::newRow("none") << QString() << -1;
     }
@@ -74,19 +76,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, desktop);
         QFETCH(int, family);
-        const auto found = GSettingsBackend::familyOf(desktop);
+        const auto found = GnomeBackend::familyOf(desktop);
         QCOMPARE(found ? int(*found) : -1, family);
     }
 
     void lightAndDarkAreSetAndReadBack()
     {
-        QVERIFY(GSettingsBackend::isAvailable(GSettingsBackend::Family::Gnome));
+        QVERIFY(GnomeBackend::isAvailable(GnomeBackend::Family::Gnome));
         const auto backend = make();
         QVERIFY(backend->capabilities().testFlags(DesktopBackend::Capability::LightDarkPair
                                                   | DesktopBackend::Capability::ReadBack));
         const QString light = picture("light", Qt::white);
         const QString dark = picture("dark", Qt::black);
-        QCoro::waitFor(backend->setPicture({ .path = light, .dark = dark }, backend->screens()));
+        awaitTask(backend->setPicture({ .path = light, .dark = dark }, backend->screens()));
         QCOMPARE(gsettings(u"picture-uri"_s), fileUri(light));
         QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
         QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);
@@ -94,7 +96,7 @@ private Q_SLOTS:
             QCOMPARE(backend->picture(screen), light);
 
         // Without a dark picture both keys name the one picture.
-        QCoro::waitFor(backend->setPicture({ .path = dark }, backend->screens()));
+        awaitTask(backend->setPicture({ .path = dark }, backend->screens()));
         QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
     }
 
@@ -114,8 +116,8 @@ private Q_SLOTS:
         QCOMPARE(screens.size(), 2);
         const QString blue = picture("blue", Qt::blue);
         const QString red = picture("red", Qt::red);
-        QCoro::waitFor(backend->setPicture({ .path = blue }, screens));
-        QCoro::waitFor(backend->setPicture({ .path = red }, { screens[0] }));
+        awaitTask(backend->setPicture({ .path = blue }, screens));
+        awaitTask(backend->setPicture({ .path = red }, { screens[0] }));
 
         QCOMPARE(gsettings(u"picture-options"_s), u"spanned"_s);
         const QImage spanned(QUrl(gsettings(u"picture-uri"_s)).toLocalFile());
@@ -127,7 +129,7 @@ private Q_SLOTS:
         QCOMPARE(backend->picture(screens[1]), blue);
 
         // A pair on one display: the dark spanned picture has it, the other display keeps its one.
-        QCoro::waitFor(backend->setPicture({ .path = picture("green", Qt::green), .dark = picture("yellow", Qt::yellow) },
+        awaitTask(backend->setPicture({ .path = picture("green", Qt::green), .dark = picture("yellow", Qt::yellow) },
                                            { screens[1] }));
         const QImage dark(QUrl(gsettings(u"picture-uri-dark"_s)).toLocalFile());
         QCOMPARE(dark.pixelColor(100, 100), QColor(Qt::red));
@@ -151,5 +153,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(GSettingsBackendTest)
-#include "test_gsettings_backend.moc"
+QTEST_MAIN(GnomeBackendTest)
+#include "test_gnome_backend.moc"
