@@ -34,7 +34,20 @@ QCoro::Task<> wakeAt(QPointer<WallpaperSetter> owner, std::shared_ptr<Clock> clo
 
 QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictures::Request request)
 {
-    co_return co_await QtConcurrent::run([=] { return DesktopPictures::prepare(renderer, request); });
+    // A failure crosses threads as text: QFuture carries only QException subclasses.
+    using Outcome = std::pair<std::optional<DesktopPictures::Prepared>, QString>;
+    // Not inside the co_await expression: g++ 12 destroys such temporaries twice.
+    QFuture<Outcome> preparing = QtConcurrent::run([renderer, request]() -> Outcome {
+        try {
+            return { DesktopPictures::prepare(renderer, request), {} };
+        } catch (const DesktopError &error) {
+            return { std::nullopt, error.description() };
+        }
+    });
+    const Outcome outcome = co_await preparing;
+    if (!outcome.first)
+        throw DesktopError(outcome.second);
+    co_return *outcome.first;
 }
 } // namespace
 

@@ -247,12 +247,16 @@ QCoro::Task<> GnomeBackend::span()
     const bool hasDark = m_settings->hasDark && light != dark;
     const QString folder = m_folder;
     const QPointer<GnomeBackend> self(this);
-    const auto [lightPath, darkPath] = co_await QtConcurrent::run([=] {
-        return std::pair { SpannedPicture::compose(light, folder, u"spanned"_s),
-                           hasDark ? SpannedPicture::compose(dark, folder, u"spanned-dark"_s) : QString() };
+    // Not inside the co_await expression: g++ 12 destroys such temporaries twice.
+    QFuture<QStringList> composing = QtConcurrent::run([light, dark, folder, hasDark] {
+        return QStringList { SpannedPicture::compose(light, folder, u"spanned"_s),
+                             hasDark ? SpannedPicture::compose(dark, folder, u"spanned-dark"_s) : QString() };
     });
+    const QStringList made = co_await composing;
     if (!self)
         co_return;
+    const QString lightPath = made.value(0);
+    const QString darkPath = made.value(1);
     if (lightPath.isEmpty())
         throw DesktopError(u"The picture for all displays could not be written."_s);
     m_shown.setExtra(spannedKey, lightPath);

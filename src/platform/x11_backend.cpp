@@ -14,7 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-const auto pixmapKey = u"pixmap"_s;
 const auto fingerprintsKey = u"fingerprints"_s;
 } // namespace
 
@@ -84,16 +83,13 @@ void X11Backend::remember(const QList<DesktopScreen> &screens)
     QJsonObject fingerprints;
     for (const DesktopScreen &screen : screens)
         fingerprints.insert(screen.connector, QString::fromLatin1(m_root->fingerprint(screen.geometry).toBase64()));
-    m_shown.setExtra(pixmapKey, qint64(m_root->rootPixmap().value_or(0)));
     m_shown.setExtra(fingerprintsKey, fingerprints);
     m_shown.save();
 }
 
 void X11Backend::checkBackground()
 {
-    const auto pixmap = m_root->rootPixmap();
-    if (pixmap && qint64(*pixmap) == m_shown.extra(pixmapKey).toInteger(-1))
-        return;
+    // Pixmap ids alone say nothing: X hands the next setter the same id again.
     const QJsonObject fingerprints = m_shown.extra(fingerprintsKey).toObject();
     bool forgot = false;
     for (const DesktopScreen &screen : screens()) {
@@ -107,6 +103,6 @@ void X11Backend::checkBackground()
             forgot = true;
         }
     }
-    if (forgot || pixmap)
+    if (forgot)
         remember(screens());
 }
