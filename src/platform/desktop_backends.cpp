@@ -1,7 +1,11 @@
 #include "desktop_backends.h"
 
 #include "gnome_backend.h"
+#include "plasma_backend.h"
 #include "x11_backend.h"
+#include "xfce_backend.h"
+
+#include <QDBusConnection>
 
 #include <QLoggingCategory>
 
@@ -14,7 +18,11 @@ namespace DesktopBackends
 DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObject *parent)
 {
     DesktopBackend *backend = nullptr;
-    if (const auto family = GnomeBackend::familyOf(currentDesktop);
+    if (PlasmaBackend::isPlasma(currentDesktop))
+        backend = new PlasmaBackend(QDBusConnection::sessionBus(), parent);
+    else if (XfceBackend::isXfce(currentDesktop))
+        backend = new XfceBackend(QDBusConnection::sessionBus(), parent);
+    else if (const auto family = GnomeBackend::familyOf(currentDesktop);
         family && GnomeBackend::isAvailable(*family))
         backend = new GnomeBackend(*family, folder, parent);
     else
