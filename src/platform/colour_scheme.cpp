@@ -30,8 +30,7 @@ ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
 {
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
-                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
     auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
     message << group << key;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
@@ -43,11 +42,11 @@ ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
     });
 }
 
-void ColourScheme::settingChanged(const QString &changedGroup, const QString &changedKey,
-                                  const QDBusVariant &value)
+void ColourScheme::settingChanged(const QDBusMessage &message)
 {
-    if (changedGroup == group && changedKey == key)
-        take(value.variant());
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() == 3 && arguments[0].toString() == group && arguments[1].toString() == key)
+        take(arguments[2]);
 }
 
 void ColourScheme::take(const QVariant &value)

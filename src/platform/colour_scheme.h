@@ -3,7 +3,7 @@
 #include <QDBusConnection>
 #include <QObject>
 
-class QDBusVariant;
+class QDBusMessage;
 
 // Whether the desktop prefers dark, from the desktop portal's appearance setting
 // (org.freedesktop.appearance color-scheme). Light until the portal says otherwise.
@@ -21,7 +21,7 @@ Q_SIGNALS:
     void changed();
 
 private Q_SLOTS:
-    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    void settingChanged(const QDBusMessage &message);
 
 private:
     void take(const QVariant &value);

@@ -2,6 +2,8 @@
 
 #include "gnome_backend.h"
 #include "plasma_backend.h"
+#include "portal_backend.h"
+#include "sway_backend.h"
 #include "x11_backend.h"
 #include "xfce_backend.h"
 
@@ -18,15 +20,19 @@ namespace DesktopBackends
 DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObject *parent)
 {
     DesktopBackend *backend = nullptr;
-    if (PlasmaBackend::isPlasma(currentDesktop))
+    if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
+        backend = new SwayBackend(sway, folder + u"/desktop-sway.json"_s, parent);
+    else if (PlasmaBackend::isPlasma(currentDesktop))
         backend = new PlasmaBackend(QDBusConnection::sessionBus(), parent);
     else if (XfceBackend::isXfce(currentDesktop))
         backend = new XfceBackend(QDBusConnection::sessionBus(), parent);
     else if (const auto family = GnomeBackend::familyOf(currentDesktop);
         family && GnomeBackend::isAvailable(*family))
         backend = new GnomeBackend(*family, folder, parent);
-    else
+    else if (X11Backend::isAvailable() || qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         backend = new X11Backend(folder + u"/desktop-x11.json"_s, parent);
+    else
+        backend = new PortalBackend(QDBusConnection::sessionBus(), folder + u"/desktop-portal.json"_s, parent);
     qCInfo(lcBackends) << "Desktop" << currentDesktop << "uses" << backend->name();
     return backend;
 }

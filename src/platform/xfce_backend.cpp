@@ -77,11 +77,14 @@ QStringList XfceBackend::imageProperties(const QString &connector) const
 
 std::optional<QString> XfceBackend::picture(const DesktopScreen &screen) const
 {
-    const QDBusReply<QDBusVariant> value =
+    const QDBusMessage reply =
         m_bus.call(call(u"GetProperty"_s, { channel, imageProperties(screen.connector).constFirst() }));
-    if (!value.isValid())
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
         return std::nullopt;
-    const QString shown = value.value().variant().toString();
+    QVariant value = reply.arguments().constFirst();
+    if (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    const QString shown = value.toString();
     return shown.isEmpty() ? std::nullopt : std::optional(shown);
 }
 

@@ -3,9 +3,9 @@
 #include "desktop_backend.h"
 
 #include <QDBusConnection>
+// Complete, so that D-Bus can match the slot that takes it.
+#include <QDBusVariant>
 #include <QHash>
-
-class QDBusVariant;
 
 // XFCE: xfdesktop's backdrop settings in xfconf, over D-Bus. One picture per monitor and per
 // workspace; Quennet sets every workspace of a monitor and reads the first one back.

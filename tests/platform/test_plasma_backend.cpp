@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QJSEngine>
 #include <QTest>
+#include <QThread>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,6 +20,7 @@ class PlasmaShellStandIn : public QObject, protected QDBusContext
 public:
     explicit PlasmaShellStandIn(const QList<QRect> &screens)
     {
+        QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
         m_engine.globalObject().setProperty(u"host"_s, m_engine.newQObject(this));
         QString geometries;
         for (const QRect &screen : screens)
@@ -69,7 +71,18 @@ class PlasmaBackendTest : public QObject
     Q_OBJECT
 
     QDBusConnection m_shell = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"plasmashell"_s);
-    std::unique_ptr<PlasmaShellStandIn> m_standIn;
+    // The shell answers from a thread of its own, as another process would: the backend reads
+    // with blocking calls.
+    QThread m_thread;
+    QObject m_inThread;
+    PlasmaShellStandIn *m_standIn = nullptr;
+
+    QString imageOn(const QRect &screen)
+    {
+        QString image;
+        QMetaObject::invokeMethod(&m_inThread, [&] { image = m_standIn->image(screen); }, Qt::BlockingQueuedConnection);
+        return image;
+    }
 
 private Q_SLOTS:
     void initTestCase()
@@ -79,9 +92,20 @@ private Q_SLOTS:
         for (const DesktopScreen &screen : backend.screens())
             geometries.append(screen.geometry);
         QCOMPARE(geometries.size(), 2);
-        m_standIn = std::make_unique<PlasmaShellStandIn>(geometries);
-        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn.get(), QDBusConnection::ExportAllSlots));
+        m_inThread.moveToThread(&m_thread);
+        m_thread.start();
+        QMetaObject::invokeMethod(&m_inThread, [&] { m_standIn = new PlasmaShellStandIn(geometries); },
+                                  Qt::BlockingQueuedConnection);
+        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn, QDBusConnection::ExportAllSlots));
         QVERIFY(m_shell.registerService(u"org.kde.plasmashell"_s));
+    }
+
+    void cleanupTestCase()
+    {
+        m_shell.unregisterObject(u"/PlasmaShell"_s);
+        QMetaObject::invokeMethod(&m_inThread, [&] { delete m_standIn; }, Qt::BlockingQueuedConnection);
+        m_thread.quit();
+        m_thread.wait();
     }
 
     void eachScreenItsOwnImage()
@@ -91,8 +115,8 @@ private Q_SLOTS:
         QCOMPARE(backend.picture(screens[0]), std::nullopt); // a plain colour
         awaitTask(backend.setPicture({ .path = u"/r/left one.png"_s }, { screens[0] }));
         awaitTask(backend.setPicture({ .path = u"/r/right.png"_s }, { screens[1] }));
-        QCOMPARE(m_standIn->image(screens[0].geometry), u"org.kde.image file:///r/left one.png 2"_s);
-        QCOMPARE(m_standIn->image(screens[1].geometry), u"org.kde.image file:///r/right.png 2"_s);
+        QCOMPARE(imageOn(screens[0].geometry), u"org.kde.image file:///r/left one.png 2"_s);
+        QCOMPARE(imageOn(screens[1].geometry), u"org.kde.image file:///r/right.png 2"_s);
         QCOMPARE(backend.picture(screens[0]), u"/r/left one.png"_s);
         QCOMPARE(backend.picture(screens[1]), u"/r/right.png"_s);
     }
