@@ -1,0 +1,78 @@
+#include "defaults.h"
+
+#include "application_folder.h"
+
+#include <QStandardPaths>
+
+using namespace Qt::Literals::StringLiterals;
+
+Defaults::Defaults()
+    : Defaults(defaultPath())
+{
+}
+
+Defaults::Defaults(const QString &path)
+    : m_settings(path, QSettings::IniFormat)
+{
+}
+
+QString Defaults::defaultPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/'
+        + QLatin1StringView(bundleIdentifier) + u"/defaults.ini"_s;
+}
+
+QUrl Defaults::productionShopURL()
+{
+    return QUrl(u"https://shop.quennet.app/api/app/v1"_s);
+}
+
+QUrl Defaults::shopBaseURL() const
+{
+    const auto text = string("shopBaseURL");
+    if (!text)
+        return productionShopURL();
+    const QUrl url(*text, QUrl::StrictMode);
+    const bool usable = url.isValid() && (url.scheme() == "https"_L1 || url.scheme() == "http"_L1)
+        && !url.host().isEmpty();
+    return usable ? url : productionShopURL();
+}
+
+void Defaults::setShopBaseURL(const std::optional<QUrl> &url)
+{
+    setString("shopBaseURL", url ? std::optional(url->toString()) : std::nullopt);
+}
+
+std::optional<QString> Defaults::shopCertificates() const
+{
+    auto path = string("shopCertificates");
+    if (path && path->isEmpty())
+        return std::nullopt;
+    return path;
+}
+
+void Defaults::setShopCertificates(const std::optional<QString> &path)
+{
+    setString("shopCertificates", path);
+}
+
+void Defaults::sync()
+{
+    m_settings.sync();
+}
+
+std::optional<QString> Defaults::string(QAnyStringView key) const
+{
+    const auto value = m_settings.value(key);
+    if (!value.isValid() || value.typeId() != QMetaType::QString)
+        return std::nullopt;
+    return value.toString();
+}
+
+void Defaults::setString(QAnyStringView key, const std::optional<QString> &value)
+{
+    if (value)
+        m_settings.setValue(key, *value);
+    else
+        m_settings.remove(key);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QSettings>
+#include <QUrl>
+
+#include <optional>
+
+// The user's settings: the system's keys over an INI file. Each layer adds typed accessors for
+// the keys it owns; a missing or malformed value reads as the key's default.
+class Defaults
+{
+public:
+    // $XDG_CONFIG_HOME/app.quennet.Quennet/defaults.ini
+    Defaults();
+    // Tests give each case its own file.
+    explicit Defaults(const QString &path);
+
+    [[nodiscard]] static QString defaultPath();
+    [[nodiscard]] static QUrl productionShopURL();
+
+    // "shopBaseURL": the service root, for development; the production shop when unset or not an
+    // absolute http(s) URL with a host.
+    [[nodiscard]] QUrl shopBaseURL() const;
+    void setShopBaseURL(const std::optional<QUrl> &url);
+
+    // "shopCertificates": a PEM file whose certificates are trusted besides the system's.
+    [[nodiscard]] std::optional<QString> shopCertificates() const;
+    void setShopCertificates(const std::optional<QString> &path);
+
+    // Writes pending changes now; QSettings otherwise writes when idle or destroyed.
+    void sync();
+
+private:
+    [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
+    void setString(QAnyStringView key, const std::optional<QString> &value);
+
+    QSettings m_settings;
+};

@@ -1,0 +1,392 @@
+#include "account.h"
+
+#include "async_mutex.h"
+#include "cancel_token.h"
+#include "clock.h"
+#include "computer_name.h"
+#include "keychain.h"
+
+#include <QLoggingCategory>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(lcAccount, "app.quennet.Quennet.Account")
+
+// Bounds that keep the arithmetic and Qt's timers in range whatever the shop sends.
+constexpr qint64 longestExpiry = 10LL * 365 * 24 * 3600;
+constexpr std::chrono::seconds longestInterval = 24h;
+
+QString describe(const std::exception &error)
+{
+    if (const auto *known = dynamic_cast<const Error *>(&error))
+        return known->description();
+    return QString::fromUtf8(error.what());
+}
+
+Account::State failed(QString message)
+{
+    return {.status = Account::Status::Failed, .message = std::move(message)};
+}
+
+QStringList pendingTokens(const std::optional<QString> &stored)
+{
+    return stored ? stored->split(u'\n', Qt::SkipEmptyParts) : QStringList();
+}
+} // namespace
+
+Account::Account(std::function<APIClient()> api, Keychain *keychain, QObject *parent)
+    : QObject(parent)
+    , m_api(std::move(api))
+    , m_keychain(keychain)
+    , m_clock(std::make_shared<Clock>())
+    , m_keychainMutex(std::make_shared<AsyncMutex>())
+{
+}
+
+Account::~Account()
+{
+    stopPolling();
+}
+
+void Account::setPageOpener(std::function<void(const QUrl &)> open)
+{
+    m_openPage = std::move(open);
+}
+
+void Account::setClock(std::shared_ptr<const Clock> clock)
+{
+    m_clock = std::move(clock);
+}
+
+void Account::setOnSignOut(std::function<void()> onSignOut)
+{
+    m_onSignOut = std::move(onSignOut);
+}
+
+QString Account::userCode() const
+{
+    return m_state.code ? m_state.code->userCode : QString();
+}
+
+QUrl Account::verificationURI() const
+{
+    return m_state.code ? m_state.code->verificationURI : QUrl();
+}
+
+void Account::setEmail(const std::optional<QString> &email)
+{
+    if (m_email == email)
+        return;
+    m_email = email;
+    Q_EMIT emailChanged();
+}
+
+void Account::setState(State state)
+{
+    if (m_state == state)
+        return;
+    m_state = std::move(state);
+    Q_EMIT stateChanged();
+}
+
+void Account::stopPolling()
+{
+    if (m_pollCancel)
+        m_pollCancel->cancel();
+    m_pollCancel.reset();
+    m_polling.reset();
+}
+
+void Account::endSession()
+{
+    m_generation = QUuid::createUuid();
+    Q_EMIT generationChanged();
+    setEmail(std::nullopt);
+    setState({});
+    if (m_onSignOut)
+        m_onSignOut();
+}
+
+QCoro::Task<> Account::load()
+{
+    return load(this, m_attempt);
+}
+
+QCoro::Task<> Account::load(QPointer<Account> self, QUuid attempt)
+{
+    try {
+        const auto token = co_await self->m_keychain->read(Keychain::sessionToken);
+        // A sign-in started meanwhile decides the state itself.
+        if (token && self && self->m_attempt == attempt && self->status() == Status::SignedOut)
+            self->setState({.status = Status::SignedIn});
+    } catch (const std::exception &error) {
+        qCWarning(lcAccount) << "Couldn't read the session:" << describe(error);
+    }
+}
+
+void Account::signIn()
+{
+    stopPolling();
+    m_attempt = QUuid::createUuid();
+    setState({.status = Status::Requesting});
+    m_pollCancel = std::make_shared<CancelToken>();
+    m_polling = poll(this, m_attempt, m_pollCancel);
+}
+
+QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
+                            std::shared_ptr<CancelToken> cancel)
+{
+    // Every step first checks that this attempt is still the one the user is waiting for.
+    const auto current = [&] {
+        return self && !cancel->isCancelled() && self->m_attempt == attempt;
+    };
+    try {
+        std::optional<APIClient::DeviceCode> code;
+        QString error;
+        try {
+            code = co_await self->m_api().requestDeviceCode(computerName(), cancel.get());
+        } catch (const std::exception &e) {
+            error = describe(e);
+        }
+        if (!current())
+            co_return;
+        if (!code) {
+            qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
+            self->setState(failed(u"Couldn't reach the shop. Check your connection and try again."_s));
+            co_return;
+        }
+
+        self->setState({.status = Status::Waiting, .code = code});
+        self->openVerificationPage();
+
+        std::chrono::seconds interval = code->interval ? std::max(1s, std::chrono::seconds(*code->interval)) : 5s;
+        const auto clock = self->m_clock;
+        const auto deadline =
+            clock->sinceBoot() + std::chrono::seconds(std::min(code->expiresIn, longestExpiry));
+        Q_FOREVER {
+            if (clock->sinceBoot() >= deadline) {
+                self->setState(failed(u"That code expired."_s));
+                co_return;
+            }
+            const bool slept = co_await clock->sleep(cancel, std::min(interval, longestInterval));
+            if (!slept || !current())
+                co_return;
+
+            std::optional<APIClient::TokenPoll> outcome;
+            try {
+                outcome = co_await self->m_api().pollToken(code->deviceCode, cancel.get());
+            } catch (const std::exception &e) {
+                error = describe(e);
+            }
+            if (!current())
+                co_return;
+            if (!outcome) {
+                qCWarning(lcAccount, "Polling failed, trying again: %s", qUtf8Printable(error));
+                continue;
+            }
+
+            using Outcome = APIClient::TokenPoll::Outcome;
+            switch (outcome->outcome) {
+            case Outcome::Pending:
+                continue;
+            case Outcome::SlowDown:
+                interval += 5s;
+                continue;
+            case Outcome::Denied:
+                self->setState(failed(u"Sign-in was cancelled in the browser."_s));
+                co_return;
+            case Outcome::Expired:
+                self->setState(failed(u"That code expired."_s));
+                co_return;
+            case Outcome::Unknown:
+                self->setState(failed(u"That code didn't work. Start again."_s));
+                co_return;
+            case Outcome::Token:
+                break;
+            }
+
+            bool saved = false;
+            {
+                const auto lock = co_await AsyncMutex::lock(self->m_keychainMutex);
+                if (!self)
+                    co_return;
+                saved = co_await self->m_keychain->save(outcome->token, Keychain::sessionToken);
+            }
+            if (!self)
+                co_return;
+            if (!current()) {
+                // Cancelled while saving: the token must not outlive this attempt.
+                if (saved && (co_await retireSessionToken(self)).queued && self)
+                    co_await self->revokePending();
+                co_return;
+            }
+            if (!saved) {
+                self->setState(failed(u"Couldn't save your sign-in on this computer. Try again."_s));
+                co_return;
+            }
+            self->m_generation = QUuid::createUuid();
+            Q_EMIT self->generationChanged();
+            self->setState({.status = Status::SignedIn});
+            co_return;
+        }
+    } catch (const std::exception &e) {
+        qCWarning(lcAccount) << "Sign-in stopped:" << describe(e);
+    }
+}
+
+void Account::openVerificationPage()
+{
+    if (m_state.status != Status::Waiting || !m_state.code)
+        return;
+    const auto &code = *m_state.code;
+    const QUrl page = code.verificationURIComplete.value_or(code.verificationURI);
+    if (!m_api().isShopPage(page)) {
+        qCWarning(lcAccount) << "Ignored a verification page that isn't the shop's";
+        return;
+    }
+    if (m_openPage)
+        m_openPage(page);
+}
+
+void Account::cancelSignIn()
+{
+    if (m_state.status == Status::SignedIn)
+        return;
+    stopPolling();
+    m_attempt = QUuid::createUuid();
+    setState({});
+}
+
+QCoro::Task<> Account::signOut()
+{
+    m_attempt = QUuid::createUuid();
+    stopPolling();
+    return signOut(this);
+}
+
+QCoro::Task<> Account::signOut(QPointer<Account> self)
+{
+    try {
+        const auto retired = co_await retireSessionToken(self);
+        if (!self)
+            co_return;
+        self->endSession();
+        if (retired.queued)
+            co_await self->revokePending();
+        else if (retired.token)
+            // Not kept for later launches: one try now is all it gets.
+            co_await revokeOnce(self->m_api(), *retired.token);
+    } catch (const std::exception &e) {
+        qCWarning(lcAccount) << "Sign-out failed:" << describe(e);
+    }
+}
+
+QCoro::Task<Account::Retired> Account::retireSessionToken(QPointer<Account> self)
+{
+    const auto mutex = self->m_keychainMutex;
+    const auto lock = co_await AsyncMutex::lock(mutex);
+    if (!self)
+        co_return {};
+    const auto token = co_await self->m_keychain->read(Keychain::sessionToken);
+    if (!token || !self)
+        co_return {};
+    auto pending = pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
+    if (!self)
+        co_return {.token = token};
+    if (!pending.contains(*token))
+        pending.append(*token);
+    const bool queued = co_await self->m_keychain->save(pending.join(u'\n'), Keychain::pendingRevocation);
+    if (self)
+        co_await self->m_keychain->remove(Keychain::sessionToken);
+    co_return {.token = token, .queued = queued};
+}
+
+QCoro::Task<> Account::signedOutByShop()
+{
+    return signedOutByShop(this);
+}
+
+QCoro::Task<> Account::signedOutByShop(QPointer<Account> self)
+{
+    try {
+        {
+            const auto mutex = self->m_keychainMutex;
+            const auto lock = co_await AsyncMutex::lock(mutex);
+            if (!self)
+                co_return;
+            // The shop has refused the token already: it is not queued for revocation.
+            const auto token = co_await self->m_keychain->read(Keychain::sessionToken);
+            if (!token || !self)
+                co_return;
+            co_await self->m_keychain->remove(Keychain::sessionToken);
+        }
+        if (self)
+            self->endSession();
+    } catch (const std::exception &e) {
+        qCWarning(lcAccount) << "Forced sign-out failed:" << describe(e);
+    }
+}
+
+QCoro::Task<> Account::revokePending()
+{
+    return revokePending(this);
+}
+
+QCoro::Task<> Account::revokePending(QPointer<Account> self)
+{
+    try {
+        const auto mutex = self->m_keychainMutex;
+        QStringList tokens;
+        {
+            const auto lock = co_await AsyncMutex::lock(mutex);
+            if (!self)
+                co_return;
+            tokens = pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
+        }
+        if (tokens.isEmpty())
+            co_return;
+
+        QStringList confirmed;
+        for (const auto &token : std::as_const(tokens)) {
+            if (!self)
+                co_return;
+            try {
+                co_await self->m_api().signOut(token);
+                confirmed.append(token);
+            } catch (const std::exception &e) {
+                qCDebug(lcAccount) << "Revocation failed:" << describe(e);
+            }
+        }
+
+        const auto lock = co_await AsyncMutex::lock(mutex);
+        if (!self)
+            co_return;
+        // Sign-outs may have queued more tokens meanwhile: only the confirmed ones go.
+        auto remaining = pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
+        if (!self)
+            co_return;
+        remaining.removeIf([&](const QString &token) { return confirmed.contains(token); });
+        if (remaining.isEmpty()) {
+            co_await self->m_keychain->remove(Keychain::pendingRevocation);
+        } else {
+            co_await self->m_keychain->save(remaining.join(u'\n'), Keychain::pendingRevocation);
+            qCInfo(lcAccount) << "Sign-out not confirmed yet; will retry at the next launch";
+        }
+    } catch (const std::exception &e) {
+        qCWarning(lcAccount) << "Revocation failed:" << describe(e);
+    }
+}
+
+QCoro::Task<> Account::revokeOnce(APIClient api, QString token)
+{
+    try {
+        co_await api.signOut(token);
+    } catch (const std::exception &e) {
+        qCInfo(lcAccount) << "Sign-out not confirmed:" << describe(e);
+    }
+}

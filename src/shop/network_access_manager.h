@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QNetworkAccessManager>
+#include <QSslConfiguration>
+
+#include <optional>
+
+// The network access manager of one role (the shop API on the main thread, downloads on the
+// worker thread), set up the one way Quennet talks to its shop: no cookies, no cache, no
+// automatic redirects, a 60 s transfer time-out, its own User-Agent, and the extra trusted
+// certificates on every connection.
+class NetworkAccessManager : public QNetworkAccessManager
+{
+    Q_OBJECT
+
+public:
+    // extraCertificates: a PEM file ("shopCertificates") trusted besides the system's.
+    explicit NetworkAccessManager(const std::optional<QString> &extraCertificates,
+                                  QObject *parent = nullptr);
+
+    [[nodiscard]] static QByteArray userAgent();
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
+                                 QIODevice *outgoingData) override;
+
+private:
+    QSslConfiguration m_tls;
+};

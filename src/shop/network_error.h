@@ -1,0 +1,28 @@
+#pragma once
+
+#include "error.h"
+
+#include <QNetworkReply>
+
+// A transport failure (no connection, time-out, TLS, cancellation) passed through as Qt reports
+// it: its callers word it.
+class NetworkError : public Error
+{
+public:
+    NetworkError(QNetworkReply::NetworkError code, QString message);
+
+    // Qt's sentence may hold the request's address: its query (a signature) is cut out.
+    [[nodiscard]] static NetworkError fromReply(const QNetworkReply &reply);
+
+    [[nodiscard]] QNetworkReply::NetworkError code() const { return m_code; }
+    [[nodiscard]] QString description() const override { return m_message; }
+
+    bool operator==(const NetworkError &other) const
+    {
+        return m_code == other.m_code && m_message == other.m_message;
+    }
+
+private:
+    QNetworkReply::NetworkError m_code;
+    QString m_message;
+};
