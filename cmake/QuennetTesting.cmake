@@ -1,13 +1,30 @@
-# quennet_add_test(NAME SOURCES... LIBS...): one Qt Test executable registered with CTest.
+# quennet_add_test(NAME SOURCES... LIBS... [SESSIONS keyring nobus]): one Qt Test executable
+# registered with CTest. Every run keeps its output in test-logs/ for the token check. With
+# SESSIONS it runs once per desktop session (tests/run-in-session) as NAME_SESSION.
 function(quennet_add_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS;SESSIONS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE quennet_common_cfg Qt6::Test ${ARG_LIBS})
     target_compile_definitions(${name} PRIVATE QUENNET_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES
-        LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1;ASAN_OPTIONS=detect_leaks=1:abort_on_error=1;UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
+
+    set(sessions ${ARG_SESSIONS})
+    if(NOT sessions)
+        set(sessions plain)
+    endif()
+    set(logs ${CMAKE_BINARY_DIR}/test-logs)
+    foreach(session IN LISTS sessions)
+        set(test ${name})
+        if(ARG_SESSIONS)
+            set(test ${name}_${session})
+        endif()
+        add_test(NAME ${test}
+            COMMAND ${PROJECT_SOURCE_DIR}/tests/run-in-session ${session} ${logs}/${test}.log
+                $<TARGET_FILE:${name}>)
+        set_tests_properties(${test} PROPERTIES
+            LABELS "${ARG_LABELS}"
+            FIXTURES_SETUP quennet_test_logs
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1;QT_LOGGING_RULES=app.quennet.*=true;QUENNET_TEST_TOKENS=${logs}/${test}.tokens;ASAN_OPTIONS=detect_leaks=1:abort_on_error=1;UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
+    endforeach()
 endfunction()
 
 # quennet_add_fuzzer(NAME SOURCES... LIBS...): a libFuzzer target, seeded from SEEDS.

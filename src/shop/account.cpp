@@ -58,7 +58,7 @@ void Account::setPageOpener(std::function<void(const QUrl &)> open)
     m_openPage = std::move(open);
 }
 
-void Account::setClock(std::shared_ptr<const Clock> clock)
+void Account::setClock(std::shared_ptr<Clock> clock)
 {
     m_clock = std::move(clock);
 }

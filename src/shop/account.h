@@ -46,7 +46,7 @@ public:
 
     // How the verification page reaches the user's browser; nothing is opened without one.
     void setPageOpener(std::function<void(const QUrl &)> open);
-    void setClock(std::shared_ptr<const Clock> clock);
+    void setClock(std::shared_ptr<Clock> clock);
     // Called after every sign-out, asked for or forced by the shop.
     void setOnSignOut(std::function<void()> onSignOut);
 
@@ -105,7 +105,7 @@ private:
     Keychain *m_keychain;
     std::function<void(const QUrl &)> m_openPage;
     std::function<void()> m_onSignOut;
-    std::shared_ptr<const Clock> m_clock;
+    std::shared_ptr<Clock> m_clock;
     std::shared_ptr<AsyncMutex> m_keychainMutex;
 
     State m_state;

@@ -19,7 +19,7 @@ QDateTime Clock::now() const
 }
 
 QCoro::Task<bool> Clock::sleep(std::shared_ptr<CancelToken> token,
-                               std::chrono::milliseconds duration) const
+                               std::chrono::milliseconds duration)
 {
     if (token->isCancelled())
         co_return false;

@@ -8,9 +8,8 @@
 
 class CancelToken;
 
-// Where tasks read the time and sleep. Tests subclass it to move time without waiting; an
-// override of sleep() must not touch the clock after its first suspension, since the owner of
-// the sleeping task may be gone by then.
+// Where tasks read the time and sleep. Tests subclass it to move time without waiting. Tasks
+// hold it by shared pointer, since a sleeping task may outlive its owner.
 class Clock
 {
 public:
@@ -26,5 +25,5 @@ public:
     // True when the whole duration passed; false as soon as the token is cancelled. Qt timers
     // stop during suspend, so the sleep may end later than asked.
     [[nodiscard]] virtual QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
-                                                  std::chrono::milliseconds duration) const;
+                                                  std::chrono::milliseconds duration);
 };

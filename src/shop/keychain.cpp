@@ -58,12 +58,17 @@ bool writeFile(const QString &path, const QJsonObject &secrets)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    // Unbuffered, because a buffered QSaveFile commits a short write (a full disk) as success.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return false;
     // Restricted before the first byte goes in.
     if (!file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         return false;
-    file.write(QJsonDocument(secrets).toJson(QJsonDocument::Compact));
+    const auto json = QJsonDocument(secrets).toJson(QJsonDocument::Compact);
+    if (file.write(json) != json.size()) {
+        file.cancelWriting();
+        return false;
+    }
     return file.commit();
 }
 } // namespace
