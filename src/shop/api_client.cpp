@@ -102,12 +102,16 @@ QCoro::Task<Response> perform(QPointer<QNetworkAccessManager> manager, Call call
 
         const int code = response.status.value_or(0);
         const bool redirect = code == 301 || code == 302 || code == 303 || code == 307 || code == 308;
-        const auto location = reply->header(QNetworkRequest::LocationHeader).toUrl();
+        // Qt's parsed Location header drops relative references.
+        const auto location = QUrl::fromEncoded(reply->rawHeader("Location"), QUrl::StrictMode);
         if (!redirect || !location.isValid() || hop == maxRedirects)
             co_return response;
         const QUrl target = url.resolved(location);
         if (!sameOrigin(target, url)) {
-            qCWarning(lcShop) << "Refused a redirect to another host:" << target.host();
+            qCWarning(lcShop).noquote() << "Refused a redirect to"
+                                        << target.adjusted(QUrl::RemoveUserInfo | QUrl::RemovePath
+                                                           | QUrl::RemoveQuery | QUrl::RemoveFragment)
+                                               .toString();
             co_return response;
         }
         // 303, and 301 and 302 after a POST, continue as a GET, as browsers do.

@@ -1,8 +1,46 @@
 #include "test_support.h"
 
+#include <QJsonObject>
 #include <QTcpSocket>
 
 using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+DevShop::Options withSampleContent(DevShop::Options options, const QString &stateDir)
+{
+    options.contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT);
+    options.stateDir = stateDir;
+    return options;
+}
+} // namespace
+
+TestShop::TestShop(DevShop::Options options)
+    : m_shop(withSampleContent(std::move(options), m_state.path()))
+{
+    m_running = m_shop.start();
+}
+
+QUrl TestShop::baseOnLocalhost() const
+{
+    auto url = base();
+    url.setHost(u"localhost"_s);
+    return url;
+}
+
+int TestShop::requests(const QString &endpoint) const
+{
+    const auto counts = m_shop.stats().value("requests"_L1).toObject();
+    return counts.value(base().path() + u'/' + endpoint).toInt();
+}
+
+QString TestShop::issueToken()
+{
+    const auto token = m_shop.issueToken();
+    recordToken(token);
+    return token;
+}
 
 QCoro::Task<bool> TestClock::sleep(std::shared_ptr<CancelToken> token,
                                    std::chrono::milliseconds duration)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "clock.h"
+#include "dev_shop.h"
 #include "error.h"
 
 #include <QCoroTask>
@@ -8,6 +9,7 @@
 #include <QFile>
 #include <QList>
 #include <QTcpServer>
+#include <QTemporaryDir>
 #include <QUrl>
 
 #include <exception>
@@ -16,7 +18,7 @@
 
 // What a task ended with: its value, or what it threw.
 template<typename T>
-struct Outcome {
+struct Result {
     std::optional<T> value;
     std::exception_ptr error;
 
@@ -39,20 +41,24 @@ struct Outcome {
     {
         if (!error)
             return QStringLiteral("no failure");
-        if (const auto e = failure<Error>())
-            return e->description();
-        return QStringLiteral("not an Error");
+        try {
+            std::rethrow_exception(error);
+        } catch (const Error &e) {
+            return e.description();
+        } catch (...) {
+            return QStringLiteral("not an Error");
+        }
     }
 };
 
 // Runs a task to its end in a nested event loop; unlike QCoro::waitFor, it survives a throw.
 template<typename T>
-Outcome<T> finish(QCoro::Task<T> task)
+Result<T> finish(QCoro::Task<T> task)
 {
-    Outcome<T> outcome;
+    Result<T> outcome;
     QEventLoop loop;
     bool done = false;
-    [](QCoro::Task<T> task, Outcome<T> &outcome, QEventLoop &loop, bool &done) -> QCoro::Task<> {
+    [](QCoro::Task<T> task, Result<T> &outcome, QEventLoop &loop, bool &done) -> QCoro::Task<> {
         try {
             outcome.value = co_await task;
         } catch (...) {
@@ -67,7 +73,7 @@ Outcome<T> finish(QCoro::Task<T> task)
 }
 
 // A task without a value ends with true.
-inline Outcome<bool> finish(QCoro::Task<> task)
+inline Result<bool> finish(QCoro::Task<> task)
 {
     return finish([](QCoro::Task<> task) -> QCoro::Task<bool> {
         co_await task;
@@ -93,6 +99,29 @@ private:
     QDateTime m_now = QDateTime::fromSecsSinceEpoch(1'750'000'000, Qt::UTC);
     QList<std::chrono::milliseconds> m_sleeps;
     std::function<void(std::chrono::milliseconds)> m_onSleep;
+};
+
+// A development shop in-process on port 0, over the build's sample content.
+class TestShop
+{
+public:
+    explicit TestShop(DevShop::Options options = {});
+
+    [[nodiscard]] bool isRunning() const { return m_running; }
+    [[nodiscard]] DevShop &shop() { return m_shop; }
+    [[nodiscard]] QUrl base() const { return m_shop.baseUrl(); }
+    // The same shop under its other name: localhost for 127.0.0.1.
+    [[nodiscard]] QUrl baseOnLocalhost() const;
+    [[nodiscard]] QString caPath() const { return m_shop.caPath(); }
+    // Requests the shop has seen at an API endpoint ("library").
+    [[nodiscard]] int requests(const QString &endpoint) const;
+    // A fresh token of the sample account, listed for the token check.
+    [[nodiscard]] QString issueToken();
+
+private:
+    QTemporaryDir m_state;
+    DevShop m_shop;
+    bool m_running = false;
 };
 
 // Adds a token to the list that the token check looks for in every test's output.
