@@ -16,8 +16,9 @@ DevShop::Options withSampleContent(DevShop::Options options, const QString &stat
 }
 } // namespace
 
-TestShop::TestShop(DevShop::Options options)
-    : m_shop(withSampleContent(std::move(options), m_state.path()))
+TestShop::TestShop(DevShop::Options options, const QString &stateDir)
+    : m_ownState(stateDir.isEmpty() ? std::optional<QTemporaryDir>(std::in_place) : std::nullopt)
+    , m_shop(withSampleContent(std::move(options), m_ownState ? m_ownState->path() : stateDir))
 {
     m_running = m_shop.start();
 }

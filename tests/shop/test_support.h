@@ -101,11 +101,12 @@ private:
     std::function<void(std::chrono::milliseconds)> m_onSleep;
 };
 
-// A development shop in-process on port 0, over the build's sample content.
+// A development shop in-process on port 0, over the build's sample content. Shops given the same
+// state folder share its certificates, which are slow to make.
 class TestShop
 {
 public:
-    explicit TestShop(DevShop::Options options = {});
+    explicit TestShop(DevShop::Options options = {}, const QString &stateDir = {});
 
     [[nodiscard]] bool isRunning() const { return m_running; }
     [[nodiscard]] DevShop &shop() { return m_shop; }
@@ -119,7 +120,7 @@ public:
     [[nodiscard]] QString issueToken();
 
 private:
-    QTemporaryDir m_state;
+    std::optional<QTemporaryDir> m_ownState;
     DevShop m_shop;
     bool m_running = false;
 };
