@@ -501,4 +501,4 @@ void AccountTest::forcedSignOut()
 }
 
 QTEST_GUILESS_MAIN(AccountTest)
-#include "tst_account.moc"
+#include "test_account.moc"

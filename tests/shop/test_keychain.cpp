@@ -129,4 +129,4 @@ void KeychainTest::failedSaveKeepsPreviousItem()
 }
 
 QTEST_GUILESS_MAIN(KeychainTest)
-#include "tst_keychain.moc"
+#include "test_keychain.moc"

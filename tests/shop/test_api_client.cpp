@@ -448,4 +448,4 @@ void APIClientTest::cancellationAbortsTheRequest()
 }
 
 QTEST_GUILESS_MAIN(APIClientTest)
-#include "tst_api_client.moc"
+#include "test_api_client.moc"
