@@ -50,6 +50,7 @@ class AccountTest : public QObject
 
 private Q_SLOTS:
     void init();
+    void cleanup();
     void signInThroughTheApprovalPage();
     void signInEndings_data();
     void signInEndings();
@@ -105,8 +106,17 @@ void AccountTest::init()
     m_signOuts = 0;
 }
 
+void AccountTest::cleanup()
+{
+    // Cancelled tasks end once their aborted replies finish; a manager destroyed first would
+    // take the replies along and leave the tasks waiting for ever.
+    if (m_manager)
+        QTRY_VERIFY(m_manager->findChildren<QNetworkReply *>().isEmpty());
+}
+
 void AccountTest::startShop(DevShop::Options options)
 {
+    cleanup();
     // Connections kept alive would hold the old shop's threads until they time out.
     m_manager.reset();
     m_shop.emplace(options, m_shopState.path());
