@@ -44,19 +44,21 @@ void DefaultsTest::shopBaseURL_data()
         << QByteArray("[General]\nshopBaseURL=https://127.0.0.1:8443/api/app/v1\n"
                       "shopCertificates=/tmp/devshop/ca.pem\n")
         << QUrl(u"https://127.0.0.1:8443/api/app/v1"_s) << std::optional(u"/tmp/devshop/ca.pem"_s);
-    QTest::newRow("quoted") << QByteArray("[General]\nshopBaseURL=\"http://localhost:8080/api/app/v1\"\n")
-                            << QUrl(u"http://localhost:8080/api/app/v1"_s) << std::optional<QString>();
-    QTest::newRow("empty") << QByteArray("[General]\nshopBaseURL=\nshopCertificates=\n") << production
-                           << std::optional<QString>();
+    QTest::newRow("quoted") << QByteArray(
+        "[General]\nshopBaseURL=\"http://localhost:8080/api/app/v1\"\n")
+                            << QUrl(u"http://localhost:8080/api/app/v1"_s)
+                            << std::optional<QString>();
+    QTest::newRow("empty") << QByteArray("[General]\nshopBaseURL=\nshopCertificates=\n")
+                           << production << std::optional<QString>();
     QTest::newRow("not a URL") << QByteArray("[General]\nshopBaseURL=shop.example\n") << production
                                << std::optional<QString>();
     QTest::newRow("another scheme") << QByteArray("[General]\nshopBaseURL=ftp://shop.example/api\n")
                                     << production << std::optional<QString>();
-    QTest::newRow("no host") << QByteArray("[General]\nshopBaseURL=https:///api/app/v1\n") << production
-                             << std::optional<QString>();
+    QTest::newRow("no host") << QByteArray("[General]\nshopBaseURL=https:///api/app/v1\n")
+                             << production << std::optional<QString>();
     // INI reads an unquoted comma as a list.
-    QTest::newRow("a list") << QByteArray("[General]\nshopBaseURL=https://a.example,b\n") << production
-                            << std::optional<QString>();
+    QTest::newRow("a list") << QByteArray("[General]\nshopBaseURL=https://a.example,b\n")
+                            << production << std::optional<QString>();
 }
 
 void DefaultsTest::shopBaseURL()

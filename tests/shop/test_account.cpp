@@ -25,12 +25,12 @@ const auto didntWork = u"That code didn't work. Start again."_s;
 
 QJsonObject statusFault(const char *endpoint, int status, const QString &error = {}, int times = 1)
 {
-    QJsonObject fault{{u"endpoint"_s, QLatin1StringView(endpoint)},
-                      {u"status"_s, status},
-                      {u"times"_s, times}};
+    QJsonObject fault { { u"endpoint"_s, QLatin1StringView(endpoint) },
+                        { u"status"_s, status },
+                        { u"times"_s, times } };
     if (!error.isEmpty())
         fault.insert(u"error"_s, error);
-    return {{u"statuses"_s, QJsonArray{fault}}};
+    return { { u"statuses"_s, QJsonArray { fault } } };
 }
 
 QList<std::chrono::milliseconds> seconds(std::initializer_list<int> values)
@@ -70,7 +70,10 @@ private:
     void startShop(DevShop::Options options);
     // An account over a fresh keychain folder, talking to base.
     std::unique_ptr<Account> makeAccount(std::function<QUrl()> base);
-    std::unique_ptr<Account> makeAccount() { return makeAccount([this] { return m_shop->base(); }); }
+    std::unique_ptr<Account> makeAccount()
+    {
+        return makeAccount([this] { return m_shop->base(); });
+    }
     [[nodiscard]] std::optional<QString> stored(QLatin1StringView item);
     void store(const QString &value, QLatin1StringView item);
     // What a person does on the page the account opened: check the code and decide.
@@ -93,7 +96,7 @@ void AccountTest::init()
     QStandardPaths::setTestModeEnabled(true);
     if (qEnvironmentVariableIsEmpty("QUENNET_SESSION"))
         QSKIP("runs only inside tests/run-in-session");
-    startShop({.pollInterval = 0});
+    startShop({ .pollInterval = 0 });
     m_folder.emplace();
     m_keychain = std::make_unique<Keychain>(m_folder->path());
     finish(m_keychain->remove(Keychain::sessionToken));
@@ -156,7 +159,8 @@ QUrl AccountTest::deadBase() const
 
 void AccountTest::decideInPage(const QUrl &page, const QString &userCode, const QString &action)
 {
-    const auto request = [this](QNetworkRequest request, QByteArray body) -> QCoro::Task<QByteArray> {
+    const auto request = [this](QNetworkRequest request,
+                                QByteArray body) -> QCoro::Task<QByteArray> {
         std::unique_ptr<QNetworkReply> reply(body.isNull() ? m_manager->get(request)
                                                            : m_manager->post(request, body));
         co_await reply.get();
@@ -217,13 +221,14 @@ void AccountTest::signInEndings_data()
     QTest::addColumn<QString>("logged");
 
     QTest::newRow("denied in the browser") << QJsonObject() << u"deny"_s << denied << QString();
-    QTest::newRow("expired_token") << statusFault("device/token", 400, u"expired_token"_s) << QString()
-                                   << expired << QString();
+    QTest::newRow("expired_token") << statusFault("device/token", 400, u"expired_token"_s)
+                                   << QString() << expired << QString();
     QTest::newRow("an unknown error") << statusFault("device/token", 400, u"invalid_grant"_s)
                                       << QString() << didntWork << QString();
     // Only logged; but the code is spent, so the next poll fails.
     QTest::newRow("a token reply that doesn't decode")
-        << QJsonObject{{u"malformed"_s, QJsonArray{u"device/token"_s}}} << u"approve"_s << didntWork
+        << QJsonObject { { u"malformed"_s, QJsonArray { u"device/token"_s } } } << u"approve"_s
+        << didntWork
         << u"Polling failed, trying again: The shop sent something the app didn't understand."_s;
 }
 
@@ -262,7 +267,8 @@ void AccountTest::noDeviceCode()
 
     // Any error at all reads the same.
     account = makeAccount([this] { return deadBase(); });
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Sign-in failed: Connection refused"_s));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"^Sign-in failed: Connection refused"_s));
     account->signIn();
     QTRY_COMPARE(account->status(), Status::Failed);
     QCOMPARE(account->message(), unreachable);
@@ -274,12 +280,14 @@ void AccountTest::pollIntervals_data()
     QTest::addColumn<QJsonObject>("faults");
     QTest::addColumn<QList<std::chrono::milliseconds>>("sleeps");
 
-    QTest::newRow("0 means every second") << 0 << QJsonObject() << seconds({1, 1, 1, 1});
-    QTest::newRow("as the shop says") << 5 << QJsonObject() << seconds({5, 5, 5, 5});
-    QTest::newRow("two 429s") << 5 << statusFault("device/token", 429, {}, 2) << seconds({5, 10, 15, 15});
-    QTest::newRow("two slow_downs") << 5 << statusFault("device/token", 400, u"slow_down"_s, 2)
-                                    << seconds({5, 10, 15, 15});
-    QTest::newRow("slowed from 0") << 0 << statusFault("device/token", 429, {}, 1) << seconds({1, 6, 6, 6});
+    QTest::newRow("0 means every second") << 0 << QJsonObject() << seconds({ 1, 1, 1, 1 });
+    QTest::newRow("as the shop says") << 5 << QJsonObject() << seconds({ 5, 5, 5, 5 });
+    QTest::newRow("two 429s") << 5 << statusFault("device/token", 429, {}, 2)
+                              << seconds({ 5, 10, 15, 15 });
+    QTest::newRow("two slow_downs")
+        << 5 << statusFault("device/token", 400, u"slow_down"_s, 2) << seconds({ 5, 10, 15, 15 });
+    QTest::newRow("slowed from 0")
+        << 0 << statusFault("device/token", 429, {}, 1) << seconds({ 1, 6, 6, 6 });
 }
 
 void AccountTest::pollIntervals()
@@ -288,7 +296,7 @@ void AccountTest::pollIntervals()
     QFETCH(QJsonObject, faults);
     QFETCH(QList<std::chrono::milliseconds>, sleeps);
 
-    startShop({.pollInterval = interval});
+    startShop({ .pollInterval = interval });
     QVERIFY(m_shop->shop().setFaults(faults));
     auto account = makeAccount();
     account->signIn();
@@ -302,13 +310,13 @@ void AccountTest::defaultIntervalAndDeadline()
 {
     // The shop always sends an interval; the stand-in sends none, then says "pending" for ever.
     StandInServer server;
-    const QJsonObject code{{u"device_code"_s, u"dc"_s},
-                           {u"user_code"_s, u"WXYZ"_s},
-                           {u"verification_uri"_s, u"https://shop.example/activate"_s},
-                           {u"expires_in"_s, 12}};
-    server.enqueue({.body = QJsonDocument(code).toJson()});
+    const QJsonObject code { { u"device_code"_s, u"dc"_s },
+                             { u"user_code"_s, u"WXYZ"_s },
+                             { u"verification_uri"_s, u"https://shop.example/activate"_s },
+                             { u"expires_in"_s, 12 } };
+    server.enqueue({ .body = QJsonDocument(code).toJson() });
     for (int i = 0; i < 3; ++i)
-        server.enqueue({.status = 400, .body = R"({"error": "authorization_pending"})"});
+        server.enqueue({ .status = 400, .body = R"({"error": "authorization_pending"})" });
     QTest::ignoreMessage(QtWarningMsg, "Ignored a verification page that isn't the shop's");
 
     auto account = makeAccount([&] { return server.base(); });
@@ -316,12 +324,12 @@ void AccountTest::defaultIntervalAndDeadline()
     QTRY_COMPARE(account->status(), Status::Failed);
     QCOMPARE(account->message(), expired);
     // Polls at 5, 10 and 15 s; the next round finds the 12 s deadline passed.
-    QCOMPARE(m_clock->sleeps(), seconds({5, 5, 5}));
+    QCOMPARE(m_clock->sleeps(), seconds({ 5, 5, 5 }));
     QCOMPARE(server.requests().size(), 4);
 
     // A code that has expired on arrival is never polled.
     account.reset();
-    startShop({.codeLifetime = 0});
+    startShop({ .codeLifetime = 0 });
     account = makeAccount();
     account->signIn();
     QTRY_COMPARE(account->status(), Status::Failed);
@@ -339,12 +347,14 @@ void AccountTest::verificationPage_data()
     // HERE is the stand-in's port: its host is the shop's.
     QTest::newRow("the shop's page") << u"https://127.0.0.1:HERE/activate"_s << QString()
                                      << u"https://127.0.0.1:HERE/activate"_s;
-    QTest::newRow("the complete page first") << u"https://127.0.0.1:HERE/activate"_s
-                                             << u"https://127.0.0.1:HERE/activate?code=1"_s
-                                             << u"https://127.0.0.1:HERE/activate?code=1"_s;
-    QTest::newRow("another host") << u"https://elsewhere.example/activate"_s << QString() << QString();
-    QTest::newRow("a complete page elsewhere") << u"https://127.0.0.1:HERE/activate"_s
-                                               << u"https://elsewhere.example/activate"_s << QString();
+    QTest::newRow("the complete page first")
+        << u"https://127.0.0.1:HERE/activate"_s << u"https://127.0.0.1:HERE/activate?code=1"_s
+        << u"https://127.0.0.1:HERE/activate?code=1"_s;
+    QTest::newRow("another host") << u"https://elsewhere.example/activate"_s << QString()
+                                  << QString();
+    QTest::newRow("a complete page elsewhere")
+        << u"https://127.0.0.1:HERE/activate"_s << u"https://elsewhere.example/activate"_s
+        << QString();
     QTest::newRow("plain http") << u"http://127.0.0.1:HERE/activate"_s << QString() << QString();
 }
 
@@ -358,14 +368,14 @@ void AccountTest::verificationPage()
     const auto here = [&](QString text) {
         return text.replace(u"HERE"_s, QString::number(server.base().port()));
     };
-    QJsonObject code{{u"device_code"_s, u"dc"_s},
-                     {u"user_code"_s, u"WXYZ"_s},
-                     {u"verification_uri"_s, here(uri)},
-                     {u"expires_in"_s, 900}};
+    QJsonObject code { { u"device_code"_s, u"dc"_s },
+                       { u"user_code"_s, u"WXYZ"_s },
+                       { u"verification_uri"_s, here(uri) },
+                       { u"expires_in"_s, 900 } };
     if (!complete.isEmpty())
         code.insert(u"verification_uri_complete"_s, here(complete));
-    server.enqueue({.body = QJsonDocument(code).toJson()});
-    server.enqueue({.hold = true});
+    server.enqueue({ .body = QJsonDocument(code).toJson() });
+    server.enqueue({ .hold = true });
     if (opened.isEmpty())
         QTest::ignoreMessage(QtWarningMsg, "Ignored a verification page that isn't the shop's");
 
@@ -373,7 +383,7 @@ void AccountTest::verificationPage()
     account->signIn();
     QTRY_COMPARE(account->status(), Status::Waiting);
     QCOMPARE(account->userCode(), u"WXYZ"_s);
-    QCOMPARE(m_opened, opened.isEmpty() ? QList<QUrl>() : QList<QUrl>{QUrl(here(opened))});
+    QCOMPARE(m_opened, opened.isEmpty() ? QList<QUrl>() : QList<QUrl> { QUrl(here(opened)) });
 
     // "Open Browser Again" follows the same rule.
     if (opened.isEmpty())
@@ -440,11 +450,12 @@ void AccountTest::offlineSignOutsRevokedAtNextLaunch()
     const auto second = m_shop->issueToken();
     QUrl base = deadBase();
     std::unique_ptr<Account> account;
-    for (const auto &token : {first, second}) {
+    for (const auto &token : { first, second }) {
         store(token, Keychain::sessionToken);
         account = makeAccount([&] { return base; });
         QCOMPARE(account->status(), Status::SignedIn);
-        QTest::ignoreMessage(QtInfoMsg, "Sign-out not confirmed yet; will retry at the next launch");
+        QTest::ignoreMessage(QtInfoMsg,
+                             "Sign-out not confirmed yet; will retry at the next launch");
         finish(account->signOut());
         QCOMPARE(account->status(), Status::SignedOut);
         QCOMPARE(stored(Keychain::sessionToken), std::nullopt);
@@ -458,7 +469,7 @@ void AccountTest::offlineSignOutsRevokedAtNextLaunch()
     finish(account->revokePending());
     QCOMPARE(stored(Keychain::pendingRevocation), std::nullopt);
     const APIClient client(m_manager.get(), base);
-    for (const auto &token : {first, second}) {
+    for (const auto &token : { first, second }) {
         QCOMPARE(finish(client.library(token, std::nullopt)).failure<APIClient::Failure>(),
                  APIClient::Failure::signedOut());
     }

@@ -92,24 +92,28 @@ void APIClientTest::requestsAsSent()
 {
     StandInServer server;
     for (int i = 0; i < 5; ++i)
-        server.enqueue({.status = 204, .headers = {{"Set-Cookie", "session=crumbs; Path=/"}}});
+        server.enqueue(
+            { .status = 204, .headers = { { "Set-Cookie", "session=crumbs; Path=/" } } });
     const auto client = standInClient(server);
 
     finish(client.signOut(u"token-one"_s));
     finish(client.pollToken(u"device-one"_s));
     finish(client.library(u"token-two"_s, u"W/\"a, b\""_s));
     finish(client.library(u"token-three"_s, std::nullopt));
-    finish(client.links(u"token-four"_s, {{u"pack-a"_s, u"f_0123456789ab"_s}, {u"pack-b"_s, u"f_ba9876543210"_s}}));
+    finish(client.links(
+        u"token-four"_s,
+        { { u"pack-a"_s, u"f_0123456789ab"_s }, { u"pack-b"_s, u"f_ba9876543210"_s } }));
 
     const auto &requests = server.requests();
     QCOMPARE(requests.size(), 5);
-    const QList<QByteArray> paths{"/api/app/v1/sign-out", "/api/app/v1/device/token",
-                                  "/api/app/v1/library", "/api/app/v1/library",
-                                  "/api/app/v1/downloads"};
-    const QList<QByteArray> methods{"POST", "POST", "GET", "GET", "POST"};
-    const QList<std::optional<QByteArray>> authorizations{
+    const QList<QByteArray> paths { "/api/app/v1/sign-out", "/api/app/v1/device/token",
+                                    "/api/app/v1/library", "/api/app/v1/library",
+                                    "/api/app/v1/downloads" };
+    const QList<QByteArray> methods { "POST", "POST", "GET", "GET", "POST" };
+    const QList<std::optional<QByteArray>> authorizations {
         QByteArray("Bearer token-one"), std::nullopt, QByteArray("Bearer token-two"),
-        QByteArray("Bearer token-three"), QByteArray("Bearer token-four")};
+        QByteArray("Bearer token-three"), QByteArray("Bearer token-four")
+    };
     for (qsizetype i = 0; i < requests.size(); ++i) {
         const auto &request = requests[i];
         QCOMPARE(request.path, paths[i]);
@@ -126,13 +130,16 @@ void APIClientTest::requestsAsSent()
 
     QCOMPARE(requests[0].body, QByteArray("{}"));
     const auto poll = QJsonDocument::fromJson(requests[1].body).object();
-    QCOMPARE(poll, (QJsonObject{{u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s},
-                                {u"device_code"_s, u"device-one"_s},
-                                {u"client_id"_s, u"mac-app"_s}}));
+    QCOMPARE(poll,
+             (QJsonObject { { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
+                            { u"device_code"_s, u"device-one"_s },
+                            { u"client_id"_s, u"mac-app"_s } }));
     const auto links = QJsonDocument::fromJson(requests[4].body).object();
-    const QJsonArray files{QJsonObject{{u"pack"_s, u"pack-a"_s}, {u"id"_s, u"f_0123456789ab"_s}},
-                           QJsonObject{{u"pack"_s, u"pack-b"_s}, {u"id"_s, u"f_ba9876543210"_s}}};
-    QCOMPARE(links, (QJsonObject{{u"files"_s, files}}));
+    const QJsonArray files {
+        QJsonObject { { u"pack"_s, u"pack-a"_s }, { u"id"_s, u"f_0123456789ab"_s } },
+        QJsonObject { { u"pack"_s, u"pack-b"_s }, { u"id"_s, u"f_ba9876543210"_s } }
+    };
+    QCOMPARE(links, (QJsonObject { { u"files"_s, files } }));
 }
 
 void APIClientTest::statusSentences_data()
@@ -143,36 +150,39 @@ void APIClientTest::statusSentences_data()
     QTest::addColumn<QString>("sentence");
 
     const auto status = [](const char *endpoint, int code, const QString &error = {}) {
-        QJsonObject fault{{u"endpoint"_s, QLatin1StringView(endpoint)}, {u"status"_s, code}};
+        QJsonObject fault { { u"endpoint"_s, QLatin1StringView(endpoint) }, { u"status"_s, code } };
         if (!error.isEmpty())
             fault.insert(u"error"_s, error);
-        return QJsonObject{{u"statuses"_s, QJsonArray{fault}}};
+        return QJsonObject { { u"statuses"_s, QJsonArray { fault } } };
     };
     const auto malformed = [](const char *endpoint) {
-        return QJsonObject{{u"malformed"_s, QJsonArray{QLatin1StringView(endpoint)}}};
+        return QJsonObject { { u"malformed"_s, QJsonArray { QLatin1StringView(endpoint) } } };
     };
 
-    QTest::newRow("418 with a detail") << u"catalogue"_s << status("catalogue", 418, u"teapot"_s)
-                                       << Failure::Kind::Status << u"The shop replied 418 (teapot)."_s;
+    QTest::newRow("418 with a detail")
+        << u"catalogue"_s << status("catalogue", 418, u"teapot"_s) << Failure::Kind::Status
+        << u"The shop replied 418 (teapot)."_s;
     QTest::newRow("418 without JSON") << u"catalogue"_s << status("catalogue", 418)
                                       << Failure::Kind::Status << u"The shop replied 418."_s;
-    QTest::newRow("503 maintenance") << u"device/code"_s << status("device/code", 503, u"maintenance"_s)
-                                     << Failure::Kind::Status << u"The shop replied 503 (maintenance)."_s;
+    QTest::newRow("503 maintenance")
+        << u"device/code"_s << status("device/code", 503, u"maintenance"_s) << Failure::Kind::Status
+        << u"The shop replied 503 (maintenance)."_s;
     QTest::newRow("401 with a body") << u"library"_s << status("library", 401, u"invalid_token"_s)
                                      << Failure::Kind::SignedOut << u"You've been signed out."_s;
     QTest::newRow("401 on sign-out") << u"sign-out"_s << status("sign-out", 401, u"invalid_token"_s)
                                      << Failure::Kind::SignedOut << u"You've been signed out."_s;
     QTest::newRow("429") << u"downloads"_s << status("downloads", 429, u"slow_down"_s)
-                         << Failure::Kind::SlowDown << u"The shop is busy. Try again in a minute."_s;
-    QTest::newRow("bad catalogue body") << u"catalogue"_s << malformed("catalogue")
-                                        << Failure::Kind::InvalidReply
-                                        << u"The shop sent something the app didn't understand."_s;
-    QTest::newRow("bad library body") << u"library"_s << malformed("library")
-                                      << Failure::Kind::InvalidReply
-                                      << u"The shop sent something the app didn't understand."_s;
-    QTest::newRow("bad device code") << u"device/code"_s << malformed("device/code")
-                                     << Failure::Kind::InvalidReply
-                                     << u"The shop sent something the app didn't understand."_s;
+                         << Failure::Kind::SlowDown
+                         << u"The shop is busy. Try again in a minute."_s;
+    QTest::newRow("bad catalogue body")
+        << u"catalogue"_s << malformed("catalogue") << Failure::Kind::InvalidReply
+        << u"The shop sent something the app didn't understand."_s;
+    QTest::newRow("bad library body")
+        << u"library"_s << malformed("library") << Failure::Kind::InvalidReply
+        << u"The shop sent something the app didn't understand."_s;
+    QTest::newRow("bad device code")
+        << u"device/code"_s << malformed("device/code") << Failure::Kind::InvalidReply
+        << u"The shop sent something the app didn't understand."_s;
     QTest::newRow("bad links") << u"downloads"_s << malformed("downloads")
                                << Failure::Kind::InvalidReply
                                << u"The shop sent something the app didn't understand."_s;
@@ -189,7 +199,7 @@ void APIClientTest::statusSentences()
     const auto token = m_shop->issueToken();
     const auto library = finish(client.library(token, std::nullopt)).value.value();
     const auto &pack = library->reply.packs.first();
-    const APIClient::WantedFile file{pack.slug, pack.colourways.first().files.first().id};
+    const APIClient::WantedFile file { pack.slug, pack.colourways.first().files.first().id };
     QVERIFY(m_shop->shop().setFaults(faults));
 
     std::exception_ptr error;
@@ -202,8 +212,8 @@ void APIClientTest::statusSentences()
     else if (endpoint == "sign-out"_L1)
         error = finish(client.signOut(token)).error;
     else if (endpoint == "downloads"_L1)
-        error = finish(client.links(token, {file})).error;
-    const Result<bool> outcome{.error = error};
+        error = finish(client.links(token, { file })).error;
+    const Result<bool> outcome { .error = error };
 
     const auto failure = outcome.failure<Failure>();
     QVERIFY2(failure, qPrintable(outcome.errorDescription()));
@@ -216,14 +226,15 @@ void APIClientTest::deviceCodeReplies_data()
     QTest::addColumn<QJsonObject>("reply");
     QTest::addColumn<std::optional<APIClient::DeviceCode>>("expected");
 
-    const QJsonObject full{{u"device_code"_s, u"dc"_s},
-                           {u"user_code"_s, u"ABCD-EFGH"_s},
-                           {u"verification_uri"_s, u"https://shop.quennet.app/activate"_s},
-                           {u"verification_uri_complete"_s, u"https://shop.quennet.app/activate?c=1"_s},
-                           {u"expires_in"_s, 900},
-                           {u"interval"_s, 5},
-                           {u"unknown"_s, u"ignored"_s}};
-    const APIClient::DeviceCode code{
+    const QJsonObject full { { u"device_code"_s, u"dc"_s },
+                             { u"user_code"_s, u"ABCD-EFGH"_s },
+                             { u"verification_uri"_s, u"https://shop.quennet.app/activate"_s },
+                             { u"verification_uri_complete"_s,
+                               u"https://shop.quennet.app/activate?c=1"_s },
+                             { u"expires_in"_s, 900 },
+                             { u"interval"_s, 5 },
+                             { u"unknown"_s, u"ignored"_s } };
+    const APIClient::DeviceCode code {
         .deviceCode = u"dc"_s,
         .userCode = u"ABCD-EFGH"_s,
         .verificationURI = QUrl(u"https://shop.quennet.app/activate"_s),
@@ -248,14 +259,18 @@ void APIClientTest::deviceCodeReplies_data()
 
     QTest::newRow("every field") << full << std::optional(code);
     QTest::newRow("no complete URI, no interval")
-        << without({"verification_uri_complete", "interval"}) << std::optional(minimal);
+        << without({ "verification_uri_complete", "interval" }) << std::optional(minimal);
     auto nulls = with("verification_uri_complete", QJsonValue::Null);
     nulls.insert(u"interval"_s, QJsonValue::Null);
     QTest::newRow("nulls for the optional fields") << nulls << std::optional(minimal);
-    QTest::newRow("no expiry") << without({"expires_in"}) << std::optional<APIClient::DeviceCode>();
-    QTest::newRow("no user code") << without({"user_code"}) << std::optional<APIClient::DeviceCode>();
-    QTest::newRow("expiry as text") << with("expires_in", u"900"_s) << std::optional<APIClient::DeviceCode>();
-    QTest::newRow("interval as a fraction") << with("interval", 2.5) << std::optional<APIClient::DeviceCode>();
+    QTest::newRow("no expiry") << without({ "expires_in" })
+                               << std::optional<APIClient::DeviceCode>();
+    QTest::newRow("no user code") << without({ "user_code" })
+                                  << std::optional<APIClient::DeviceCode>();
+    QTest::newRow("expiry as text")
+        << with("expires_in", u"900"_s) << std::optional<APIClient::DeviceCode>();
+    QTest::newRow("interval as a fraction")
+        << with("interval", 2.5) << std::optional<APIClient::DeviceCode>();
     QTest::newRow("not a URL") << with("verification_uri", u"https://[::1"_s)
                                << std::optional<APIClient::DeviceCode>();
 }
@@ -266,7 +281,7 @@ void APIClientTest::deviceCodeReplies()
     QFETCH(std::optional<APIClient::DeviceCode>, expected);
 
     StandInServer server;
-    server.enqueue({.body = QJsonDocument(reply).toJson()});
+    server.enqueue({ .body = QJsonDocument(reply).toJson() });
     const auto outcome = finish(standInClient(server).requestDeviceCode(u"Computer"_s));
     if (expected) {
         QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
@@ -275,7 +290,7 @@ void APIClientTest::deviceCodeReplies()
         QCOMPARE(outcome.failure<Failure>(), Failure::invalidReply());
     }
     QCOMPARE(QJsonDocument::fromJson(server.requests().value(0).body).object(),
-             (QJsonObject{{u"client_id"_s, u"mac-app"_s}, {u"device"_s, u"Computer"_s}}));
+             (QJsonObject { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Computer"_s } }));
 }
 
 void APIClientTest::tokenPoll_data()
@@ -285,28 +300,33 @@ void APIClientTest::tokenPoll_data()
     QTest::addColumn<std::optional<Poll>>("expected"); // none: invalidReply
 
     const auto status = [](int code, const QString &error = {}) {
-        QJsonObject fault{{u"endpoint"_s, u"device/token"_s}, {u"status"_s, code}, {u"times"_s, 1}};
+        QJsonObject fault { { u"endpoint"_s, u"device/token"_s },
+                            { u"status"_s, code },
+                            { u"times"_s, 1 } };
         if (!error.isEmpty())
             fault.insert(u"error"_s, error);
-        return QJsonObject{{u"statuses"_s, QJsonArray{fault}}};
+        return QJsonObject { { u"statuses"_s, QJsonArray { fault } } };
     };
     QTest::newRow("waiting") << QJsonObject() << false << std::optional(Poll::Pending);
     QTest::newRow("approved") << QJsonObject() << true << std::optional(Poll::Token);
     QTest::newRow("approved, body without a token")
-        << QJsonObject{{u"malformed"_s, QJsonArray{u"device/token"_s}}} << true
+        << QJsonObject { { u"malformed"_s, QJsonArray { u"device/token"_s } } } << true
         << std::optional<Poll>();
-    QTest::newRow("pending in capitals") << status(400, u"AUTHORIZATION_PENDING"_s) << false
-                                         << std::optional(Poll::Unknown);
-    QTest::newRow("pending with another status") << status(403, u"authorization_pending"_s)
-                                                 << false << std::optional(Poll::Pending);
-    QTest::newRow("slow_down") << status(400, u"slow_down"_s) << false << std::optional(Poll::SlowDown);
+    QTest::newRow("pending in capitals")
+        << status(400, u"AUTHORIZATION_PENDING"_s) << false << std::optional(Poll::Unknown);
+    QTest::newRow("pending with another status")
+        << status(403, u"authorization_pending"_s) << false << std::optional(Poll::Pending);
+    QTest::newRow("slow_down") << status(400, u"slow_down"_s) << false
+                               << std::optional(Poll::SlowDown);
     QTest::newRow("429 without a body") << status(429) << false << std::optional(Poll::SlowDown);
-    QTest::newRow("429 says denied") << status(429, u"access_denied"_s) << false
-                                     << std::optional(Poll::SlowDown);
-    QTest::newRow("denied") << status(400, u"access_denied"_s) << false << std::optional(Poll::Denied);
-    QTest::newRow("expired") << status(400, u"expired_token"_s) << false << std::optional(Poll::Expired);
-    QTest::newRow("another error") << status(400, u"invalid_grant"_s) << false
-                                   << std::optional(Poll::Unknown);
+    QTest::newRow("429 says denied")
+        << status(429, u"access_denied"_s) << false << std::optional(Poll::SlowDown);
+    QTest::newRow("denied") << status(400, u"access_denied"_s) << false
+                            << std::optional(Poll::Denied);
+    QTest::newRow("expired") << status(400, u"expired_token"_s) << false
+                             << std::optional(Poll::Expired);
+    QTest::newRow("another error")
+        << status(400, u"invalid_grant"_s) << false << std::optional(Poll::Unknown);
     QTest::newRow("500 without a body") << status(500) << false << std::optional(Poll::Unknown);
 }
 
@@ -354,7 +374,7 @@ void APIClientTest::libraryEntityTags()
 
     // A 304 is not modified whatever came with it.
     StandInServer server;
-    server.enqueue({.status = 304, .body = "not json at all"});
+    server.enqueue({ .status = 304, .body = "not json at all" });
     QCOMPARE(*finish(standInClient(server).library(token, first->etag)).value, std::nullopt);
 }
 
@@ -366,7 +386,7 @@ void APIClientTest::linksAndSignOut()
     const auto &pack = library->reply.packs.first();
     const auto &file = pack.colourways.first().files.first();
 
-    const auto links = finish(client.links(token, {{pack.slug, file.id}})).value;
+    const auto links = finish(client.links(token, { { pack.slug, file.id } })).value;
     QVERIFY(links);
     QCOMPARE(links->size(), 1);
     QCOMPARE(links->first().pack, pack.slug);
@@ -401,7 +421,8 @@ void APIClientTest::redirects_data()
     QTest::addColumn<bool>("followed");
 
     // SHOP is the development shop's port, HERE the stand-in's.
-    QTest::newRow("the shop under another name") << u"https://localhost:SHOP/api/app/v1/library"_s << false;
+    QTest::newRow("the shop under another name")
+        << u"https://localhost:SHOP/api/app/v1/library"_s << false;
     QTest::newRow("another scheme") << u"https://127.0.0.1:HERE/api/app/v1/library"_s << false;
     QTest::newRow("another port") << u"http://127.0.0.1:SHOP/api/app/v1/library"_s << false;
     QTest::newRow("same origin") << u"/api/app/v1/library?moved=1"_s << true;
@@ -416,8 +437,8 @@ void APIClientTest::redirects()
     const auto target = QString(location)
                             .replace(u"SHOP"_s, QString::number(m_shop->base().port()))
                             .replace(u"HERE"_s, QString::number(server.base().port()));
-    server.enqueue({.status = 302, .headers = {{"Location", target.toUtf8()}}});
-    server.enqueue({.body = R"({"email": "moved@example.com", "packs": []})"});
+    server.enqueue({ .status = 302, .headers = { { "Location", target.toUtf8() } } });
+    server.enqueue({ .body = R"({"email": "moved@example.com", "packs": []})" });
     const auto token = m_shop->issueToken();
     const int seenByShop = m_shop->requests(u"library"_s);
 
@@ -438,7 +459,7 @@ void APIClientTest::redirects()
 void APIClientTest::cancellationAbortsTheRequest()
 {
     StandInServer server;
-    server.enqueue({.hold = true});
+    server.enqueue({ .hold = true });
     CancelToken cancel;
     auto task = standInClient(server).catalogue(&cancel);
     QTRY_COMPARE(server.requests().size(), 1);

@@ -41,7 +41,8 @@ bool KeychainTest::expectsSecretStore() const
 QString KeychainTest::inSecretStore(const QString &item) const
 {
     QProcess tool;
-    tool.start(u"secret-tool"_s, {u"lookup"_s, u"server"_s, u"app.quennet.Quennet"_s, u"user"_s, item});
+    tool.start(u"secret-tool"_s,
+               { u"lookup"_s, u"server"_s, u"app.quennet.Quennet"_s, u"user"_s, item });
     tool.waitForFinished();
     return QString::fromUtf8(tool.readAllStandardOutput());
 }
@@ -93,7 +94,7 @@ void KeychainTest::variantInUse()
         return;
     }
 
-    struct stat info {};
+    struct stat info { };
     QCOMPARE(::stat(QFile::encodeName(path).constData(), &info), 0);
     QCOMPARE(info.st_mode & 0777, mode_t(0600));
     // Rewritten whole, the file keeps its mode.
@@ -115,7 +116,7 @@ void KeychainTest::failedSaveKeepsPreviousItem()
 
     // A file size limit makes the write fail part-way, even for root.
     std::signal(SIGXFSZ, SIG_IGN);
-    rlimit original{};
+    rlimit original {};
     getrlimit(RLIMIT_FSIZE, &original);
     rlimit small = original;
     small.rlim_cur = 100;

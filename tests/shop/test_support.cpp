@@ -117,7 +117,7 @@ void StandInServer::serve(QTcpSocket *socket)
             const auto colon = line.indexOf(':');
             const auto name = line.left(colon).trimmed().toLower();
             const auto value = line.mid(colon + 1).trimmed();
-            request.headers.append({name, value});
+            request.headers.append({ name, value });
             if (name == "content-length")
                 length = value.toLongLong();
         }
@@ -126,7 +126,7 @@ void StandInServer::serve(QTcpSocket *socket)
         request.body = buffer.mid(headEnd + 4, length);
         m_requests.append(request);
 
-        const Reply reply = m_replies.isEmpty() ? Reply{.status = 500} : m_replies.takeFirst();
+        const Reply reply = m_replies.isEmpty() ? Reply { .status = 500 } : m_replies.takeFirst();
         if (reply.hold)
             return;
         QByteArray response = "HTTP/1.1 " + QByteArray::number(reply.status) + " Reply\r\n";
