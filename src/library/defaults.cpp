@@ -38,11 +38,6 @@ QUrl Defaults::shopBaseURL() const
     return usable ? url : productionShopURL();
 }
 
-void Defaults::setShopBaseURL(const std::optional<QUrl> &url)
-{
-    setString("shopBaseURL", url ? std::optional(url->toString()) : std::nullopt);
-}
-
 std::optional<QString> Defaults::shopCertificates() const
 {
     auto path = string("shopCertificates");
@@ -51,28 +46,10 @@ std::optional<QString> Defaults::shopCertificates() const
     return path;
 }
 
-void Defaults::setShopCertificates(const std::optional<QString> &path)
-{
-    setString("shopCertificates", path);
-}
-
-void Defaults::sync()
-{
-    m_settings.sync();
-}
-
 std::optional<QString> Defaults::string(QAnyStringView key) const
 {
     const auto value = m_settings.value(key);
     if (!value.isValid() || value.typeId() != QMetaType::QString)
         return std::nullopt;
     return value.toString();
-}
-
-void Defaults::setString(QAnyStringView key, const std::optional<QString> &value)
-{
-    if (value)
-        m_settings.setValue(key, *value);
-    else
-        m_settings.remove(key);
 }

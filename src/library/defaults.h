@@ -21,18 +21,12 @@ public:
     // "shopBaseURL": the service root, for development; the production shop when unset or not an
     // absolute http(s) URL with a host.
     [[nodiscard]] QUrl shopBaseURL() const;
-    void setShopBaseURL(const std::optional<QUrl> &url);
 
     // "shopCertificates": a PEM file whose certificates are trusted besides the system's.
     [[nodiscard]] std::optional<QString> shopCertificates() const;
-    void setShopCertificates(const std::optional<QString> &path);
-
-    // Writes pending changes now; QSettings otherwise writes when idle or destroyed.
-    void sync();
 
 private:
     [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
-    void setString(QAnyStringView key, const std::optional<QString> &value);
 
     QSettings m_settings;
 };

@@ -19,20 +19,12 @@ void ComputerNameTest::prettyHostName_data()
     QTest::addColumn<QByteArray>("machineInfo");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("bare word") << QByteArray("PRETTY_HOSTNAME=Studio\n") << u"Studio"_s;
-    QTest::newRow("double quotes")
-        << QByteArray("CHASSIS=laptop\nPRETTY_HOSTNAME=\"Ana's Laptop\"\n") << u"Ana's Laptop"_s;
-    QTest::newRow("single quotes")
-        << QByteArray("PRETTY_HOSTNAME='The \"Big\" One'") << u"The \"Big\" One"_s;
-    QTest::newRow("escapes") << QByteArray(R"(PRETTY_HOSTNAME="Back\\slash \"quoted\"")")
-                             << uR"(Back\slash "quoted")"_s;
-    QTest::newRow("UTF-8") << QByteArray("PRETTY_HOSTNAME=\"Zoë’s Mac\"") << u"Zoë’s Mac"_s;
-    QTest::newRow("the last one counts")
-        << QByteArray("PRETTY_HOSTNAME=old\nPRETTY_HOSTNAME=new\n") << u"new"_s;
-    QTest::newRow("another key only") << QByteArray("ICON_NAME=computer-laptop\n") << QString();
-    QTest::newRow("a longer key") << QByteArray("NOT_PRETTY_HOSTNAME=x\n") << QString();
-    QTest::newRow("empty") << QByteArray("PRETTY_HOSTNAME=\"\"\n") << QString();
-    QTest::newRow("blank") << QByteArray("PRETTY_HOSTNAME=\"   \"\n") << QString();
+    QTest::newRow("bare") << QByteArray("CHASSIS=laptop\nPRETTY_HOSTNAME=Studio\n") << u"Studio"_s;
+    QTest::newRow("double quotes, escapes")
+        << QByteArray(R"(PRETTY_HOSTNAME="Zoë’s \"Big\" One")") << u"Zoë’s \"Big\" One"_s;
+    QTest::newRow("single quotes") << QByteArray("PRETTY_HOSTNAME='a\\b'") << u"a\\b"_s;
+    QTest::newRow("a longer key") << QByteArray("NOT_PRETTY_HOSTNAME=x") << QString();
+    QTest::newRow("blank") << QByteArray("PRETTY_HOSTNAME=\"  \"") << QString();
 }
 
 void ComputerNameTest::prettyHostName()
