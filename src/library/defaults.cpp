@@ -38,11 +38,6 @@ QUrl Defaults::shopBaseURL() const
     return usable ? url : productionShopURL();
 }
 
-void Defaults::setShopBaseURL(const std::optional<QUrl> &url)
-{
-    setString("shopBaseURL", url ? std::optional(url->toString()) : std::nullopt);
-}
-
 std::optional<QString> Defaults::shopCertificates() const
 {
     auto path = string("shopCertificates");
@@ -51,9 +46,12 @@ std::optional<QString> Defaults::shopCertificates() const
     return path;
 }
 
-void Defaults::setShopCertificates(const std::optional<QString> &path)
+std::optional<QString> Defaults::string(QAnyStringView key) const
 {
-    setString("shopCertificates", path);
+    const auto value = m_settings.value(key);
+    if (!value.isValid() || value.typeId() != QMetaType::QString)
+        return std::nullopt;
+    return value.toString();
 }
 
 QStringList Defaults::favouriteColourways() const
@@ -72,25 +70,4 @@ QStringList Defaults::favouriteColourways() const
 void Defaults::setFavouriteColourways(const QStringList &keys)
 {
     m_settings.setValue("favouriteColourways", keys);
-}
-
-void Defaults::sync()
-{
-    m_settings.sync();
-}
-
-std::optional<QString> Defaults::string(QAnyStringView key) const
-{
-    const auto value = m_settings.value(key);
-    if (!value.isValid() || value.typeId() != QMetaType::QString)
-        return std::nullopt;
-    return value.toString();
-}
-
-void Defaults::setString(QAnyStringView key, const std::optional<QString> &value)
-{
-    if (value)
-        m_settings.setValue(key, *value);
-    else
-        m_settings.remove(key);
 }
