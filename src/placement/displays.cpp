@@ -45,8 +45,9 @@ Displays::Displays(DesktopBackend *backend, PlacementRecords records, std::share
     connect(m_backend, &DesktopBackend::screensChanged, this, &Displays::refresh);
     connect(m_backend, &DesktopBackend::picturesChanged, this, &Displays::refresh);
     connect(m_backend, &DesktopBackend::workspaceChanged, this, &Displays::refresh);
-    if (qGuiApp) {
-        connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+    // qGuiApp would be a bad cast in a program without a GUI.
+    if (auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        connect(application, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
             if (state == Qt::ApplicationActive)
                 refresh();
         });

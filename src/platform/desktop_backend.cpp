@@ -43,15 +43,18 @@ QList<DesktopScreen> DesktopBackend::screens() const
 
 void DesktopBackend::followQtScreens()
 {
+    auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    if (!application)
+        return;
     const auto watch = [this](QScreen *screen) {
         connect(screen, &QScreen::geometryChanged, this, &DesktopBackend::screensChanged);
     };
     for (QScreen *screen : QGuiApplication::screens())
         watch(screen);
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this, watch](QScreen *screen) {
+    connect(application, &QGuiApplication::screenAdded, this, [this, watch](QScreen *screen) {
         watch(screen);
         Q_EMIT screensChanged();
     });
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &DesktopBackend::screensChanged);
-    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &DesktopBackend::screensChanged);
+    connect(application, &QGuiApplication::screenRemoved, this, &DesktopBackend::screensChanged);
+    connect(application, &QGuiApplication::primaryScreenChanged, this, &DesktopBackend::screensChanged);
 }
