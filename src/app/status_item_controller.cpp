@@ -135,6 +135,7 @@ bool StatusItemController::preparePanel()
             &StatusItemController::resizePanel);
     if (QQuickItem *root = m_panel->rootObject()) {
         connect(root, SIGNAL(closeRequested()), this, SLOT(closePanel()));
+        resizePanel(root->implicitHeight());
     }
     m_animation = new QPropertyAnimation(m_panel, "y", this);
     return true;
