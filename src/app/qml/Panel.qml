@@ -14,7 +14,8 @@ Rectangle {
     implicitHeight: content.implicitHeight + 2 * content.y
     color: palette.window
     border.color: palette.mid
-    radius: 10
+    // Square: without a compositor, rounded corners would show black.
+    radius: 0
 
     ColumnLayout {
         id: content
