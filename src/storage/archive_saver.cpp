@@ -11,8 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // Puts a file into the folder under the first free form of name; moving leaves nothing behind,
 // copying keeps the source. QFile never overwrites, so a name taken meanwhile is skipped.
 QString place(const QString &source, const QString &folder, const QString &name, bool move)

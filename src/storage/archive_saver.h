@@ -11,8 +11,7 @@ class Transfers;
 // Saves the desktop files of a pack into the user's Downloads folder: its archives for desktops
 // ("mac" on the wire), or its wallpaper files when it has none. Each lands under a name that is
 // free there, and never outside the folder.
-class ArchiveSaver
-{
+class ArchiveSaver {
 public:
     // The menu item of the Linux build.
     static constexpr auto label = "Save Desktop Files to Downloads";

@@ -4,8 +4,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace ContentRange
-{
+namespace ContentRange {
 std::optional<qint64> start(QByteArrayView header)
 {
     // Not anchored: the first match anywhere in the header counts.

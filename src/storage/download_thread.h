@@ -3,7 +3,6 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QThread>
-
 #include <functional>
 #include <memory>
 #include <optional>
@@ -14,8 +13,7 @@ class QNetworkAccessManager;
 // The one worker thread of downloads, disk writes and hashing, with its own network access
 // manager. The main thread hands work over and is woken, queued, when it ends, so it never waits
 // on the network or the disk.
-class DownloadThread : public QObject
-{
+class DownloadThread : public QObject {
     Q_OBJECT
 
 public:
@@ -29,8 +27,7 @@ public:
     [[nodiscard]] QNetworkAccessManager *manager();
 
     // Runs work on the worker thread and resumes with what it returned or threw.
-    template<typename Work>
-    [[nodiscard]] QCoro::Task<std::invoke_result_t<Work>> run(Work work);
+    template<typename Work> [[nodiscard]] QCoro::Task<std::invoke_result_t<Work>> run(Work work);
 
 private:
     [[nodiscard]] QCoro::Task<> perform(std::function<void()> work);
@@ -44,8 +41,7 @@ private:
     QNetworkAccessManager *m_manager = nullptr; // a child of m_context
 };
 
-template<typename Work>
-QCoro::Task<std::invoke_result_t<Work>> DownloadThread::run(Work work)
+template<typename Work> QCoro::Task<std::invoke_result_t<Work>> DownloadThread::run(Work work)
 {
     using Result = std::invoke_result_t<Work>;
     if constexpr (std::is_void_v<Result>) {

@@ -13,14 +13,12 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSaveFile>
-
 #include <array>
 #include <coroutine>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
 
 constexpr qint64 readChunk = 64 * 1024;
@@ -30,8 +28,7 @@ constexpr int maxRedirects = 5;
 
 // Resumes the awaiting coroutine at the reply's next sign of life: its headers, more bytes, or
 // its end. Only await it while the reply has not finished.
-class NextActivity
-{
+class NextActivity {
 public:
     explicit NextActivity(QNetworkReply *reply)
         : m_reply(reply)
@@ -143,7 +140,8 @@ QCoro::Task<> FetchAttempt::fetch()
     }
 
     // Bytes are resumed only when the validator they came with is known.
-    std::optional<QByteArray> validator = readValidator(DownloadCache::validatorPath(m_target.partial));
+    std::optional<QByteArray> validator =
+        readValidator(DownloadCache::validatorPath(m_target.partial));
     qint64 offset = validator ? size : 0;
     bool restarted = false;
     for (;;) {
@@ -322,7 +320,6 @@ void FetchAttempt::throwTransportError(const QNetworkReply &reply) const
 {
     // Qt reports its transfer time-out as a cancellation too.
     if (reply.error() == QNetworkReply::OperationCanceledError && !m_cancelled)
-        throw NetworkError(QNetworkReply::TimeoutError,
-                           u"Nothing arrived for 60 seconds."_s);
+        throw NetworkError(QNetworkReply::TimeoutError, u"Nothing arrived for 60 seconds."_s);
     throw NetworkError::fromReply(reply);
 }

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QObject>
 #include <QPointer>
-
 #include <memory>
 
 class DownloadThread;
@@ -15,8 +14,7 @@ class WorkerReply;
 // One attempt of the file fetcher, carried out on the download thread: the ranged request, the
 // response's status, streaming into the partial file, and the verification. It reports to a
 // reply on the main thread and deletes itself when it is done.
-class FetchAttempt : public QObject
-{
+class FetchAttempt : public QObject {
     Q_OBJECT
 
 public:

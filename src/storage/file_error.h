@@ -3,12 +3,10 @@
 #include "error.h"
 
 // A file that could not be created, written, moved or read, with the system's reason.
-class FileError : public Error
-{
+class FileError : public Error {
 public:
     FileError(QString path, QString reason);
 
-    [[nodiscard]] const QString &path() const { return m_path; }
     [[nodiscard]] QString description() const override;
 
     bool operator==(const FileError &other) const

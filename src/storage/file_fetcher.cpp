@@ -11,16 +11,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-#include <openssl/evp.h>
-
 #include <filesystem>
 #include <memory>
+#include <openssl/evp.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 constexpr qint64 hashChunk = 1024 * 1024;
 
 // The file's SHA-256 in lowercase hexadecimal; none when it cannot be read.

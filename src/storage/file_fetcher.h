@@ -5,7 +5,6 @@
 #include <QCoroTask>
 #include <QPointer>
 #include <QUrl>
-
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,11 +17,9 @@ class DownloadThread;
 // nothing between calls: what a later attempt needs lives in the partial file and the validator
 // beside it. The work runs on the download thread; only progress and the end reach the main
 // thread. Whether to try again is the caller's business.
-class FileFetcher
-{
+class FileFetcher {
 public:
-    class Failure : public Error
-    {
+    class Failure : public Error {
     public:
         enum class Kind { Status, LinkRejected, Mismatch };
 

@@ -62,7 +62,6 @@ QCoro::Task<Cache::Saved> LibraryRefresher::refresh(QPointer<LibraryRefresher> s
     if (!token) {
         // Signed out: the copy keeps no library.
         self->m_etag.reset();
-        self->m_live = false;
         co_await save(thread, path, saved);
         co_return saved;
     }
@@ -108,7 +107,6 @@ QCoro::Task<Cache::Saved> LibraryRefresher::refresh(QPointer<LibraryRefresher> s
 
     qCInfo(lcShop, "Library changed: %lld packs", qint64(result->reply.packs.size()));
     self->m_etag = result->etag;
-    self->m_live = true;
     saved.library = result->reply;
     saved.account = result->reply.email;
     co_await save(thread, path, saved);

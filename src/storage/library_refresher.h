@@ -5,7 +5,6 @@
 #include "shop_session.h"
 
 #include <QObject>
-
 #include <functional>
 #include <memory>
 
@@ -15,8 +14,7 @@ class DownloadThread;
 // Fetches the catalogue and the library and keeps their disk copy, "shop-cache.json". The
 // library's entity tag saves sending an unchanged library again; a failure leaves the copy's
 // library as it was.
-class LibraryRefresher : public QObject
-{
+class LibraryRefresher : public QObject {
     Q_OBJECT
 
 public:
@@ -28,9 +26,6 @@ public:
     // Both replies, fresh or, for an unchanged library, from the disk copy; without a library
     // when signed out. Throws what the shop threw.
     [[nodiscard]] QCoro::Task<Cache::Saved> refresh(std::shared_ptr<CancelToken> cancel);
-
-    // The library came from the shop in this run, not only from the disk copy.
-    [[nodiscard]] bool isLive() const { return m_live; }
 
 private:
     static QCoro::Task<Cache::Saved> refresh(QPointer<LibraryRefresher> self,
@@ -44,5 +39,4 @@ private:
     QPointer<DownloadThread> m_thread;
     QString m_cachePath;
     std::optional<QString> m_etag;
-    bool m_live = false;
 };

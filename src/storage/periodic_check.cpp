@@ -6,8 +6,7 @@
 
 #include <QLoggingCategory>
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
 } // namespace
 
@@ -56,8 +55,8 @@ QCoro::Task<> PeriodicCheck::loop(QPointer<PeriodicCheck> self, std::shared_ptr<
         while (self && !cancel->isCancelled()) {
             const auto nap = std::make_shared<CancelToken>();
             self->m_nap = nap;
-            const auto left = std::chrono::milliseconds(
-                std::max<qint64>(0, clock->now().msecsTo(self->m_due)));
+            const auto left =
+                std::chrono::milliseconds(std::max<qint64>(0, clock->now().msecsTo(self->m_due)));
             co_await clock->sleep(nap, left);
             if (!self || cancel->isCancelled())
                 co_return;

@@ -4,7 +4,6 @@
 #include <QDateTime>
 #include <QObject>
 #include <QPointer>
-
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -16,8 +15,7 @@ class Defaults;
 // The six-hourly library check, honouring "checksForNewFiles". Qt's timers stop while the
 // computer sleeps, so the check keeps its due moment in wall-clock time and looks at it again
 // after every wake.
-class PeriodicCheck : public QObject
-{
+class PeriodicCheck : public QObject {
     Q_OBJECT
 
 public:
@@ -32,8 +30,6 @@ public:
     void stop();
     // The computer woke from sleep (logind's PrepareForSleep(false)).
     void woke();
-
-    [[nodiscard]] QDateTime due() const { return m_due; }
 
 private:
     static QCoro::Task<> loop(QPointer<PeriodicCheck> self, std::shared_ptr<CancelToken> cancel);

@@ -7,8 +7,7 @@
 
 // Earlier placements, newest last, for going back: each entry holds what the displays of one
 // change showed before it, by display id. Only the latest changes are kept.
-class PlacementHistory
-{
+class PlacementHistory {
 public:
     using Entry = QMap<QString, Placement>;
 

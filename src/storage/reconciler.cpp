@@ -10,8 +10,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
 
 QString describe(const std::exception &error)
@@ -47,16 +46,22 @@ void Reconciler::request(QMap<QString, OwnedPack> owned)
 
 QCoro::Task<> Reconciler::run(QPointer<Reconciler> self, QMap<QString, OwnedPack> owned)
 {
-    for (;;) {
-        for (const auto &replacement : self->replacements(owned)) {
-            co_await update(self, replacement);
-            if (!self)
-                co_return;
+    try {
+        for (;;) {
+            for (const auto &replacement : self->replacements(owned)) {
+                co_await update(self, replacement);
+                if (!self)
+                    co_return;
+            }
+            if (!self->m_requested)
+                break;
+            owned = *std::exchange(self->m_requested, std::nullopt);
         }
-        if (!self->m_requested)
-            break;
-        owned = *std::exchange(self->m_requested, std::nullopt);
+    } catch (const std::exception &error) {
+        qCWarning(lcShop) << "Updating installed files stopped:" << describe(error);
     }
+    if (!self)
+        co_return;
     self->m_running = false;
     Q_EMIT self->settled();
 }
@@ -65,7 +70,8 @@ QList<Reconciler::Replacement> Reconciler::replacements(const QMap<QString, Owne
 {
     // Installed names are "COLOURWAY-EDITION-ID.heic", and colourway slugs may hold hyphens: an
     // old file is one whose name starts like the current file's and ends with an id.
-    static const QRegularExpression id(QRegularExpression::anchoredPattern(u"f_[0-9a-f]+\\.heic"_s));
+    static const QRegularExpression id(
+        QRegularExpression::anchoredPattern(u"f_[0-9a-f]+\\.heic"_s));
     QList<Replacement> result;
     const auto installed = m_cache.installedFiles();
     for (const auto &pack : owned) {

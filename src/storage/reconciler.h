@@ -7,7 +7,6 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
-
 #include <functional>
 
 class DownloadThread;
@@ -18,8 +17,7 @@ class WallpaperTarget;
 // display shows (same colourway and edition, new file id), the new file is downloaded in the
 // background, the displays move over to it, and the old file goes under the keep rule. A failed
 // update leaves the old file where it is.
-class Reconciler : public QObject
-{
+class Reconciler : public QObject {
     Q_OBJECT
 
 public:
@@ -31,7 +29,6 @@ public:
 
     // Runs a pass over the given packs now, or once the pass under way has ended.
     void request(QMap<QString, OwnedPack> owned);
-    [[nodiscard]] bool isRunning() const { return m_running; }
 
 Q_SIGNALS:
     // A pass ended with nothing more asked for.

@@ -1,5 +1,6 @@
 #include "shop.h"
 
+#include "account.h"
 #include "archive_saver.h"
 #include "async_mutex.h"
 #include "cancel_token.h"
@@ -19,8 +20,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
 
 QString describe(const std::exception &error)
@@ -53,13 +53,14 @@ Shop::Shop(Services services, QObject *parent)
                                 m_services.clock, this);
     m_refresher = new LibraryRefresher(m_services.api, session, m_services.downloads,
                                        m_cache.shopCachePath(), this);
-    m_periodic = new PeriodicCheck(m_services.defaults, m_services.clock, [this] { refresh(); }, this);
-    m_requests = new WallpaperRequests([this](WallpaperFile file) { return localFile(std::move(file)); },
-                                       m_services.target, m_services.helper,
-                                       PlacementRecords(m_services.folder), m_services.clock, this);
-    m_reconciler = new Reconciler(m_cache, m_services.target, PlacementRecords(m_services.folder),
-                                  m_requests, m_services.downloads,
-                                  [this](const QString &path) { return keeps(path); }, this);
+    m_periodic = new PeriodicCheck(
+        m_services.defaults, m_services.clock, [this] { refresh(); }, this);
+    m_requests = new WallpaperRequests(
+        [this](WallpaperFile file) { return localFile(std::move(file)); }, m_services.target,
+        m_services.helper, PlacementRecords(m_services.folder), m_services.clock, this);
+    m_reconciler = new Reconciler(
+        m_cache, m_services.target, PlacementRecords(m_services.folder), m_requests,
+        m_services.downloads, [this](const QString &path) { return keeps(path); }, this);
     m_saver = std::make_unique<ArchiveSaver>(m_transfers, m_services.downloads, m_services.folder,
                                              m_services.downloadsFolder);
 
@@ -72,6 +73,9 @@ Shop::Shop(Services services, QObject *parent)
     connect(m_transfers, &Transfers::ended, this, &Shop::rescanDownloaded);
     connect(m_transfers, &Transfers::failed, this,
             [this](const QString &message) { setMessage(Notice::failed(message)); });
+    // A new session brings its own library; an ended one takes it away.
+    if (m_services.account)
+        connect(m_services.account, &Account::generationChanged, this, [this] { refresh(); });
     connect(m_requests, &WallpaperRequests::historyChanged, this, &Shop::historyChanged);
     connect(m_requests, &WallpaperRequests::goingBackChanged, this, &Shop::isGoingBackChanged);
 }
@@ -277,7 +281,8 @@ QCoro::Task<> Shop::saveDesktopFiles(QPointer<Shop> self, QString pack)
         qCWarning(lcShop, "Saving %s to Downloads failed: %s", qUtf8Printable(pack),
                   qUtf8Printable(describe(error)));
         if (self)
-            self->setMessage(Notice::failed(u"Couldn't save %1 to Downloads. %2"_s.arg(pack, describe(error))));
+            self->setMessage(
+                Notice::failed(u"Couldn't save %1 to Downloads. %2"_s.arg(pack, describe(error))));
     }
 }
 

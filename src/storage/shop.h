@@ -10,7 +10,6 @@
 #include <QDateTime>
 #include <QObject>
 #include <QSet>
-
 #include <functional>
 #include <memory>
 
@@ -39,8 +38,7 @@ using PlacementHistoryEntries = QList<PlacementHistory::Entry>;
 // files are on disk, what is downloading and how far, and the notice for the panel. It refreshes
 // the library (at start-up from its disk copy first), makes wallpaper files local on demand, and
 // carries a request to set a wallpaper through to the displays.
-class Shop : public QObject
-{
+class Shop : public QObject {
     Q_OBJECT
     Q_PROPERTY(Status status READ status NOTIFY stateChanged)
     Q_PROPERTY(QString stateMessage READ stateMessage NOTIFY stateChanged)
@@ -65,16 +63,14 @@ public:
     Q_ENUM(Status)
 
     // An edition whose file cannot be had yet, such as one of a pack not released.
-    class Unavailable : public Error
-    {
+    class Unavailable : public Error {
     public:
         [[nodiscard]] QString description() const override;
         bool operator==(const Unavailable &) const { return true; }
     };
 
     // A colourway of a pack the user does not have.
-    class NotInPacks : public Error
-    {
+    class NotInPacks : public Error {
     public:
         [[nodiscard]] QString description() const override;
         bool operator==(const NotInPacks &) const { return true; }

@@ -4,7 +4,6 @@
 #include "library_reply.h"
 
 #include <QMap>
-
 #include <optional>
 
 // What the store publishes of the catalogue and the library: the packs shown, the phases, and

@@ -5,8 +5,7 @@
 
 #include <QLoggingCategory>
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
 
 // Started by the store, awaited by no one: it words its own failures.

@@ -2,7 +2,6 @@
 
 #include <QCoroTask>
 #include <QPointer>
-
 #include <optional>
 
 class Account;
@@ -10,8 +9,7 @@ class Keychain;
 
 // The store's side of the session: the token, read from the keychain before each shop request
 // (there is no copy in memory), and what follows when the shop refuses it or it has vanished.
-class ShopSession
-{
+class ShopSession {
 public:
     ShopSession(Account *account, Keychain *keychain);
 

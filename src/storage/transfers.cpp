@@ -11,8 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
 
 constexpr int linkMargin = 60; // seconds a reused link must still be valid
@@ -93,8 +92,8 @@ QCoro::Task<> Transfers::run(QPointer<Transfers> self, Download download,
                 qCWarning(lcDownloads, "Download of %s failed: %s", qUtf8Printable(download.name),
                           qUtf8Printable(describe(error)));
                 if (self)
-                    Q_EMIT self->failed(u"Couldn't download %1. %2"_s.arg(download.name,
-                                                                           describe(error)));
+                    Q_EMIT self->failed(
+                        u"Couldn't download %1. %2"_s.arg(download.name, describe(error)));
                 failure = std::current_exception();
                 break;
             }

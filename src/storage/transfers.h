@@ -7,7 +7,6 @@
 
 #include <QHash>
 #include <QObject>
-
 #include <functional>
 #include <memory>
 
@@ -18,8 +17,7 @@ class WorkerReply;
 // Gets verified local copies of files: one download per file at a time, whoever asks, through
 // signed links that are reused while they last, with one more try after a failure. Publishes the
 // progress of what is downloading.
-class Transfers : public QObject
-{
+class Transfers : public QObject {
     Q_OBJECT
 
 public:
@@ -61,7 +59,8 @@ Q_SIGNALS:
 private:
     static QCoro::Task<QString> local(QPointer<Transfers> self, Download download);
     static QCoro::Task<> run(QPointer<Transfers> self, Download download,
-                             std::shared_ptr<WorkerReply> done, std::shared_ptr<CancelToken> cancel);
+                             std::shared_ptr<WorkerReply> done,
+                             std::shared_ptr<CancelToken> cancel);
     static QCoro::Task<> fetch(QPointer<Transfers> self, Download download,
                                std::shared_ptr<CancelToken> cancel);
     static QCoro::Task<QUrl> link(QPointer<Transfers> self, Download download,

@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
 } // namespace
 
@@ -19,9 +18,9 @@ QString WallpaperRequests::Overtaken::description() const
     return u"Another wallpaper was set while this one downloaded."_s;
 }
 
-WallpaperRequests::WallpaperRequests(Local local, WallpaperTarget *target,
-                                     WorkspaceHelper *helper, PlacementRecords records,
-                                     std::shared_ptr<Clock> clock, QObject *parent)
+WallpaperRequests::WallpaperRequests(Local local, WallpaperTarget *target, WorkspaceHelper *helper,
+                                     PlacementRecords records, std::shared_ptr<Clock> clock,
+                                     QObject *parent)
     : QObject(parent)
     , m_local(std::move(local))
     , m_target(target)

@@ -7,7 +7,6 @@
 #include <QCoroTask>
 #include <QHash>
 #include <QObject>
-
 #include <functional>
 #include <memory>
 
@@ -20,14 +19,12 @@ struct WallpaperFile;
 // back, an update): make its file local, then hand it to the displays unless a newer request for
 // the same display overtook it while it downloaded. Keeps the generation of each display, the
 // files that are about to be set, and the history of earlier placements.
-class WallpaperRequests : public QObject
-{
+class WallpaperRequests : public QObject {
     Q_OBJECT
 
 public:
     // Every display of the request was taken over by a newer one while its file downloaded.
-    class Overtaken : public Error
-    {
+    class Overtaken : public Error {
     public:
         [[nodiscard]] QString description() const override;
         bool operator==(const Overtaken &) const { return true; }
@@ -53,7 +50,10 @@ public:
     // failure after trying every display.
     [[nodiscard]] QCoro::Task<> goBack(Resolve resolve);
 
-    [[nodiscard]] const QList<PlacementHistory::Entry> &history() const { return m_history.entries(); }
+    [[nodiscard]] const QList<PlacementHistory::Entry> &history() const
+    {
+        return m_history.entries();
+    }
     [[nodiscard]] bool isGoingBack() const { return m_goingBack; }
     // A file between its download and its handing over: the keep rule must not remove it.
     [[nodiscard]] bool isPinned(const QString &path) const { return m_pins.contains(path); }

@@ -1,14 +1,12 @@
 #pragma once
 
 #include <QObject>
-
 #include <exception>
 
 // The main-thread end of one job on the download thread: the job posts its progress and, last,
 // its end here. The awaiting task holds it until ended() has been emitted, so the job may post
 // to it without checking.
-class WorkerReply : public QObject
-{
+class WorkerReply : public QObject {
     Q_OBJECT
 
 public:

@@ -4,8 +4,7 @@
 
 // What the store tells the workspace helper: a wallpaper was just set on these displays, for it
 // to keep on every workspace when the user wants that. The placement layer implements it.
-class WorkspaceHelper
-{
+class WorkspaceHelper {
 public:
     virtual ~WorkspaceHelper() = default;
 

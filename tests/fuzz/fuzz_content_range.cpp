@@ -2,8 +2,7 @@
 
 #include <QByteArray>
 
-namespace
-{
+namespace {
 // Whether the header has "bytes " and then the number in decimal (leading zeros allowed) and "-".
 bool holds(const QByteArray &header, qint64 start)
 {

@@ -8,8 +8,7 @@
 // whole-process test kills it part-way and starts it again.
 //   download_one SOURCE CA DESTINATION PARTIAL SIZE SHA256
 
-namespace
-{
+namespace {
 QCoro::Task<int> download(FileFetcher fetcher, QUrl source, FileFetcher::Target target)
 {
     try {

@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QString randomId(char prefix)
 {
     return QLatin1Char(prefix) + u'_'
@@ -89,7 +88,8 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
             { u"archives"_s, archives },
         });
         if (pack.owned && !pack.free)
-            owned.append(QJsonObject { { u"slug"_s, pack.slug }, { u"since"_s, u"2025-01-01T00:00:00Z"_s } });
+            owned.append(QJsonObject { { u"slug"_s, pack.slug },
+                                       { u"since"_s, u"2025-01-01T00:00:00Z"_s } });
     }
     const QJsonObject manifest {
         { u"account"_s,

@@ -5,7 +5,6 @@
 #include <QJsonObject>
 #include <QList>
 #include <QTemporaryDir>
-
 #include <optional>
 
 // Content for the development shop made to measure: files of chosen sizes filled with random
@@ -41,8 +40,7 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs);
 [[nodiscard]] QByteArray readAll(const QString &path);
 
 // A development shop on port 0 over made-to-measure content, for one test case.
-class ContentShop
-{
+class ContentShop {
 public:
     explicit ContentShop(QList<ContentPack> packs, DevShop::Options options = {});
 
@@ -53,8 +51,6 @@ public:
     // port with the same state, so that tokens stay valid.
     bool restart(QList<ContentPack> packs);
     [[nodiscard]] const QList<ContentPack> &packs() const { return m_packs; }
-    [[nodiscard]] QString contentDir() const { return m_content.path(); }
-    [[nodiscard]] QString stateDir() const { return m_state.path(); }
 
     // The bytes the shop serves for a file or archive id.
     [[nodiscard]] QByteArray bytes(const QString &id) const;

@@ -13,13 +13,11 @@
 
 #include <QHash>
 #include <QTemporaryDir>
-
 #include <memory>
 
 // A clock that moves only when the test moves it. Sleepers wake when it passes their deadline,
 // unless the test moves it as a suspend would, with the timers stopped.
-class ManualClock : public Clock
-{
+class ManualClock : public Clock {
 public:
     [[nodiscard]] QDateTime now() const override { return m_now; }
     QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
@@ -27,7 +25,6 @@ public:
 
     void setNow(const QDateTime &now) { m_now = now; }
     void advance(std::chrono::seconds by, bool wakeSleepers = true);
-    [[nodiscard]] int sleepers() const { return int(m_sleepers.size()); }
 
 private:
     struct Sleeper {
@@ -41,8 +38,7 @@ private:
 
 // Stands in for the displays: shows what it is given, answers the keep rule from that, and
 // writes the placement records as the displays do.
-class FakeTarget : public WallpaperTarget
-{
+class FakeTarget : public WallpaperTarget {
 public:
     FakeTarget(QString folder, QStringList displayIds);
 
@@ -62,8 +58,7 @@ private:
 
 // The store with everything it works with, over a development shop with made-to-measure
 // content, signed in as the shop's account.
-class StoreRig
-{
+class StoreRig {
 public:
     explicit StoreRig(QList<ContentPack> packs, bool signedIn = true);
     ~StoreRig();
@@ -78,7 +73,10 @@ public:
     [[nodiscard]] FakeTarget &target() { return *m_target; }
     [[nodiscard]] QString folder() const { return m_folder.path(); }
     // Two levels below a folder of its own, so that nothing can land above it unseen.
-    [[nodiscard]] QString downloadsFolder() const { return m_downloads.path() + QStringLiteral("/home/Downloads"); }
+    [[nodiscard]] QString downloadsFolder() const
+    {
+        return m_downloads.path() + QStringLiteral("/home/Downloads");
+    }
     [[nodiscard]] QString downloadsRoot() const { return m_downloads.path(); }
     [[nodiscard]] APIClient api() const;
 

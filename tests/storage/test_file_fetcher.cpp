@@ -15,8 +15,7 @@
 using namespace Qt::Literals::StringLiterals;
 using Failure = FileFetcher::Failure;
 
-namespace
-{
+namespace {
 constexpr qint64 MiB = 1024 * 1024;
 
 // What a fetch left on disk.
@@ -29,8 +28,7 @@ struct Leftovers {
 
 // The file fetcher against the development shop's fault switches, and a stand-in server for the
 // partial responses the shop does not make.
-class TestFileFetcher : public QObject
-{
+class TestFileFetcher : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -77,7 +75,8 @@ void TestFileFetcher::initTestCase()
     m_shop.emplace(QList<ContentPack> { {
         .slug = u"test"_s,
         .free = true,
-        .files = { { u"small"_s, u"light"_s, 200'000 }, { u"large"_s, u"dark"_s, 3 * MiB + 12'345 } },
+        .files = { { u"small"_s, u"light"_s, 200'000 },
+                   { u"large"_s, u"dark"_s, 3 * MiB + 12'345 } },
     } });
     QVERIFY(m_shop->isRunning());
     m_small = m_shop->packs()[0].files[0];
@@ -109,8 +108,8 @@ Result<bool> TestFileFetcher::fetch(const QUrl &source, const FileFetcher::Targe
                                     FileFetcher::Progress progress,
                                     std::shared_ptr<CancelToken> cancel)
 {
-    return finish(FileFetcher(m_thread.get()).fetch(source, target, std::move(progress),
-                                                     std::move(cancel)));
+    return finish(
+        FileFetcher(m_thread.get()).fetch(source, target, std::move(progress), std::move(cancel)));
 }
 
 void TestFileFetcher::leavePartial(const FileFetcher::Target &target, const QByteArray &bytes,
@@ -184,7 +183,8 @@ void TestFileFetcher::resumesAfterACut_data()
     qInfo("Cut offsets from seed %u", seed);
     QRandomGenerator random(seed);
     QTest::newRow("inside the first block") << qint64(random.bounded(1, int(MiB)));
-    QTest::newRow("past the first block") << qint64(random.bounded(int(MiB), int(m_large.bytes - 1)));
+    QTest::newRow("past the first block")
+        << qint64(random.bounded(int(MiB), int(m_large.bytes - 1)));
     QTest::newRow("after one byte") << 1LL;
 }
 
@@ -193,7 +193,8 @@ void TestFileFetcher::resumesAfterACut()
     QFETCH(qint64, cut);
     const auto file = target(m_large);
     const QStringList before = m_shop->ranges(m_large.id);
-    QVERIFY(m_shop->setFaults(qPrintable(u"{\"cut\": {\"afterBytes\": %1, \"times\": 1}}"_s.arg(cut))));
+    QVERIFY(
+        m_shop->setFaults(qPrintable(u"{\"cut\": {\"afterBytes\": %1, \"times\": 1}}"_s.arg(cut))));
 
     const auto broken = fetch(m_shop->publicUrl(m_large.id), file);
     QVERIFY(broken.failure<NetworkError>());
@@ -220,8 +221,10 @@ void TestFileFetcher::startsOver_data()
     QTest::addColumn<bool>("asksForRange");
 
     // The stale bytes are not the file's, so prepending them would show as a mismatch.
-    QTest::newRow("range ignored") << "{\"ignoreRange\": true}"_ba << "\"stale\""_ba << true;
-    QTest::newRow("validator changed") << "{}"_ba << "\"changed\""_ba << true;
+    QTest::newRow("range ignored") << "{\"ignoreRange\": true}"_ba
+                                   << "\"stale\""_ba << true;
+    QTest::newRow("validator changed") << "{}"_ba
+                                       << "\"changed\""_ba << true;
     QTest::newRow("no validator") << "{}"_ba << QByteArray() << false;
 }
 
@@ -309,7 +312,9 @@ void TestFileFetcher::partialResponses()
     QFETCH(bool, arrives);
     const QByteArray bytes = m_shop->bytes(m_small.id);
     StandInServer server;
-    StandInServer::Reply reply { .status = 206, .body = bytes.mid(from), .headers = { { "ETag", "\"v\"" } } };
+    StandInServer::Reply reply { .status = 206,
+                                 .body = bytes.mid(from),
+                                 .headers = { { "ETag", "\"v\"" } } };
     if (!contentRange.isEmpty())
         reply.headers.append({ "Content-Range", contentRange });
     server.enqueue(reply);
@@ -339,7 +344,8 @@ void TestFileFetcher::mismatches_data()
     QTest::addColumn<bool>("arrives");
 
     QTest::newRow("the shop's digest in capitals") << "{}"_ba << 0LL << u"upper"_s << true;
-    QTest::newRow("bytes altered") << "{\"alterBytes\": \"same-etag\"}"_ba << 0LL << u"shop"_s << false;
+    QTest::newRow("bytes altered")
+        << "{\"alterBytes\": \"same-etag\"}"_ba << 0LL << u"shop"_s << false;
     QTest::newRow("one byte short") << "{}"_ba << 1LL << u"shop"_s << false;
     QTest::newRow("one byte long") << "{}"_ba << -1LL << u"shop"_s << false;
     QTest::newRow("another digest") << "{}"_ba << 0LL << QString(64, u'0') << false;
@@ -354,8 +360,8 @@ void TestFileFetcher::mismatches()
     auto file = target(m_large);
     file.size += sizeChange;
     file.sha256 = digest == "shop"_L1 ? m_large.sha256
-        : digest == "upper"_L1       ? m_large.sha256.toUpper()
-                                     : digest;
+        : digest == "upper"_L1        ? m_large.sha256.toUpper()
+                                      : digest;
     QVERIFY(m_shop->setFaults(faults.constData()));
 
     const auto outcome = fetch(m_shop->publicUrl(m_large.id), file);
@@ -363,7 +369,8 @@ void TestFileFetcher::mismatches()
         QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
         return;
     }
-    QCOMPARE(outcome.errorDescription(), u"The download didn't match the shop's copy. Try again."_s);
+    QCOMPARE(outcome.errorDescription(),
+             u"The download didn't match the shop's copy. Try again."_s);
     const auto left = leftovers(file);
     QVERIFY(!left.destination && !left.partial && !left.validator);
 }
@@ -413,8 +420,8 @@ void TestFileFetcher::cancellationKeepsThePartialFile()
     const auto cancel = std::make_shared<CancelToken>();
     bool started = false;
     const FileFetcher::Progress progress = [&](double) { started = true; };
-    auto task = FileFetcher(m_thread.get()).fetch(m_shop->publicUrl(m_large.id), file, progress,
-                                                  cancel);
+    auto task =
+        FileFetcher(m_thread.get()).fetch(m_shop->publicUrl(m_large.id), file, progress, cancel);
     QTRY_VERIFY(started);
     cancel->cancel();
     const auto outcome = finish(std::move(task));

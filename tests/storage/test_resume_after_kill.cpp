@@ -4,15 +4,13 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
-
 #include <signal.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 // The whole process dies in the middle of a download (kill -9) and is started again: the second
 // run resumes from the partial file with a ranged request and ends with the verified file.
-class TestResumeAfterKill : public QObject
-{
+class TestResumeAfterKill : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -30,8 +28,10 @@ void TestResumeAfterKill::resumesFromThePartialFile()
     QTemporaryDir folder;
     const QString destination = folder.filePath(u"Quennet/big/night.heic"_s);
     const QString partial = folder.filePath(u"Partial/"_s + file.id + u".partial"_s);
-    const QStringList arguments { shop.publicUrl(file.id).toString(), shop.shop().caPath(),
-                                  destination, partial, QString::number(file.bytes), file.sha256 };
+    const QStringList arguments {
+        shop.publicUrl(file.id).toString(), shop.shop().caPath(), destination, partial,
+        QString::number(file.bytes),        file.sha256
+    };
 
     // Slow enough to be caught part-way, once a block or two is on disk.
     QVERIFY(shop.setFaults("{\"bytesPerSecond\": 1048576}"));

@@ -13,8 +13,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 constexpr qint64 MiB = 1024 * 1024;
 
 ContentPack aurora(const QString &macArchive = u"Aurora (Mac).zip"_s)
@@ -44,8 +43,7 @@ bool started(StoreRig &rig)
 
 // The store's downloads and requests to set: shared transfers, retries, links, notices, the
 // Downloads folder, generations, history, updates and removal, against the development shop.
-class TestShopDownloads : public QObject
-{
+class TestShopDownloads : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -108,10 +106,10 @@ void TestShopDownloads::retries_data()
     QTest::newRow("403, then a new link")
         << "{\"statuses\": [{\"endpoint\": \"files\", \"status\": 403, \"times\": 1}]}"_ba
         << QString() << 2 << 2;
-    QTest::newRow("cut once") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 1}}"_ba
-                              << QString() << 2 << 2;
-    QTest::newRow("cut twice") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 2}}"_ba
-                               << u"*"_s << 2 << 2;
+    QTest::newRow("cut once") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 1}}"_ba << QString()
+                              << 2 << 2;
+    QTest::newRow("cut twice") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 2}}"_ba << u"*"_s
+                               << 2 << 2;
     QTest::newRow("mismatch, not retried")
         << "{\"alterBytes\": \"same-etag\"}"_ba
         << u"The download didn't match the shop's copy. Try again."_s << 1 << 1;
@@ -177,7 +175,8 @@ void TestShopDownloads::vanishedToken()
     QVERIFY(started(rig));
     finish(rig.keychain().remove(QString(Keychain::sessionToken)));
 
-    const auto outcome = finish(rig.store().localFile(rig.file(u"aurora"_s, u"emerald"_s, Edition::Dark)));
+    const auto outcome =
+        finish(rig.store().localFile(rig.file(u"aurora"_s, u"emerald"_s, Edition::Dark)));
     QCOMPARE(outcome.errorDescription(), u"You've been signed out."_s);
     QTRY_COMPARE(rig.account().status(), Account::Status::SignedOut);
     QCOMPARE(rig.shop().requests(u"downloads"_s), 0);
@@ -189,7 +188,8 @@ void TestShopDownloads::desktopFilesToDownloads_data()
     QTest::addColumn<QStringList>("existing");
     QTest::addColumn<QString>("saved");
 
-    QTest::newRow("the shop's name") << u"Aurora (Mac).zip"_s << QStringList() << u"Aurora (Mac).zip"_s;
+    QTest::newRow("the shop's name")
+        << u"Aurora (Mac).zip"_s << QStringList() << u"Aurora (Mac).zip"_s;
     QTest::newRow("climbing out") << u"../../x"_s << QStringList() << u"x"_s;
     QTest::newRow("absolute") << u"/etc/passwd"_s << QStringList() << u"passwd"_s;
     QTest::newRow("backslashes") << u"..\\..\\y.zip"_s << QStringList() << u"y.zip"_s;
@@ -221,7 +221,8 @@ void TestShopDownloads::desktopFilesToDownloads()
     QCOMPARE(readAll(path), rig.shop().bytes(archive.id));
     // Nothing else appeared, here or above.
     QStringList everywhere;
-    QDirIterator files(rig.downloadsRoot(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    QDirIterator files(rig.downloadsRoot(), QDir::Files | QDir::Hidden,
+                       QDirIterator::Subdirectories);
     while (files.hasNext())
         everywhere.append(QFileInfo(files.next()).path());
     QCOMPARE(everywhere, QStringList(existing.size() + 1, rig.downloadsFolder()));
@@ -239,7 +240,8 @@ void TestShopDownloads::whatCannotBeSet()
                  .errorDescription(),
              u"It isn't available to set yet."_s);
     // The nearest edition there is.
-    QCOMPARE(rig.store().editionFor(u"aurora"_s, u"violet"_s, Edition::TimeOfDay), Edition::Automatic);
+    QCOMPARE(rig.store().editionFor(u"aurora"_s, u"violet"_s, Edition::TimeOfDay),
+             Edition::Automatic);
     QCOMPARE(rig.store().editionFor(u"aurora"_s, u"emerald"_s, Edition::Dark), Edition::Dark);
     QCOMPARE(rig.store().editionFor(u"aurora"_s, u"emerald"_s, Edition::Automatic), Edition::Light);
     QCOMPARE(rig.target().sets, 0);
@@ -251,25 +253,29 @@ void TestShopDownloads::overtakenRequests()
     QVERIFY(started(rig));
     // The older request waits for a slow transfer of the large file.
     QVERIFY(rig.shop().setFaults("{\"bytesPerSecond\": 6000000}"));
-    auto older = rig.store().setWallpaper(u"aurora"_s, u"violet"_s, Edition::Automatic,
-                                          { u"A"_s, u"B"_s });
+    auto older =
+        rig.store().setWallpaper(u"aurora"_s, u"violet"_s, Edition::Automatic, { u"A"_s, u"B"_s });
     QTRY_VERIFY(!rig.store().progress().isEmpty());
     QVERIFY(rig.shop().setFaults("{}"));
-    const auto newer = finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"A"_s }));
+    const auto newer =
+        finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"A"_s }));
     QVERIFY2(newer.value, qPrintable(newer.errorDescription()));
 
     const auto outcome = finish(std::move(older));
     QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
     const auto &cache = rig.store().cache();
-    QCOMPARE(rig.target().shown.value(u"A"_s), cache.localPath(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light)));
-    QCOMPARE(rig.target().shown.value(u"B"_s), cache.localPath(rig.file(u"aurora"_s, u"violet"_s, Edition::Automatic)));
+    QCOMPARE(rig.target().shown.value(u"A"_s),
+             cache.localPath(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light)));
+    QCOMPARE(rig.target().shown.value(u"B"_s),
+             cache.localPath(rig.file(u"aurora"_s, u"violet"_s, Edition::Automatic)));
 
     // Overtaken on every display it asked for.
     QVERIFY(rig.shop().setFaults("{\"bytesPerSecond\": 6000000}"));
     auto oldest = rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Dark, { u"B"_s });
     QTRY_VERIFY(!rig.store().progress().isEmpty());
     QVERIFY(rig.shop().setFaults("{}"));
-    QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"B"_s })).value);
+    QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"B"_s }))
+                .value);
     QCOMPARE(finish(std::move(oldest)).errorDescription(),
              u"Another wallpaper was set while this one downloaded."_s);
     QCOMPARE(rig.target().shown.value(u"B"_s), rig.target().shown.value(u"A"_s));
@@ -280,7 +286,8 @@ void TestShopDownloads::goingBack()
     StoreRig rig(samplePacks());
     QVERIFY(started(rig));
     const auto set = [&](Edition edition) {
-        return finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, edition, { u"A"_s })).value.has_value();
+        return finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, edition, { u"A"_s }))
+            .value.has_value();
     };
     QVERIFY(set(Edition::Light));
     QVERIFY(rig.store().history().isEmpty()); // nothing was shown before
@@ -319,7 +326,9 @@ void TestShopDownloads::replacedFilesAreUpdated()
     StoreRig rig(samplePacks());
     QVERIFY(started(rig));
     const auto old = rig.file(u"aurora"_s, u"emerald"_s, Edition::Light);
-    QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"A"_s, u"B"_s })).value);
+    QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light,
+                                            { u"A"_s, u"B"_s }))
+                .value);
     const QString oldPath = rig.store().cache().localPath(old);
 
     // The shop replaces the file: same colourway and edition, a new id.
@@ -330,7 +339,10 @@ void TestShopDownloads::replacedFilesAreUpdated()
     auto *reconciler = rig.store().findChild<Reconciler *>();
     QSignalSpy settled(reconciler, &Reconciler::settled);
     if (!updated)
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Couldn't update aurora/emerald-light-f_.*: Couldn't download EMERALD. |The shop replied 500."_s));
+        QTest::ignoreMessage(
+            QtWarningMsg,
+            QRegularExpression(
+                u"^Couldn't update aurora/emerald-light-f_.*: Couldn't download EMERALD. |The shop replied 500."_s));
     finish(rig.store().refresh());
     QTRY_COMPARE(settled.size(), 1);
 
@@ -353,7 +365,8 @@ void TestShopDownloads::removeDownloadsKeepsWhatIsShown()
     const auto violet = rig.file(u"aurora"_s, u"violet"_s, Edition::Automatic);
     QVERIFY(finish(rig.store().localFile(light)).value);
     QVERIFY(finish(rig.store().localFile(violet)).value);
-    QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Dark, { u"B"_s })).value);
+    QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Dark, { u"B"_s }))
+                .value);
     QCOMPARE(rig.store().downloaded().size(), 3);
 
     // Not while a download runs.

@@ -10,8 +10,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 QList<ContentPack> samplePacks()
 {
     return {
@@ -34,8 +33,7 @@ QStringList slugs(const QList<Pack> &packs)
 
 // The store's catalogue and library: refresh, the disk copy, the six-hourly check and the
 // settings it keeps, against the development shop.
-class TestShopLibrary : public QObject
-{
+class TestShopLibrary : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -69,7 +67,8 @@ void TestShopLibrary::refreshShowsAndKeepsTheLibrary()
     QCOMPARE(store.owned().keys().size(), 4);
     // Bought files come through signed links, free ones from their address on the shop.
     QCOMPARE(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light).source, FileSource::shop());
-    QCOMPARE(rig.file(u"meadow"_s, u"dew"_s, Edition::Light).source.kind(), FileSource::Kind::Public);
+    QCOMPARE(rig.file(u"meadow"_s, u"dew"_s, Edition::Light).source.kind(),
+             FileSource::Kind::Public);
     QCOMPARE(store.lastChecked(), rig.clock().now());
     QCOMPARE(rig.account().email(), u"tess.test@example.com"_s);
 
@@ -108,9 +107,9 @@ void TestShopLibrary::failedRefreshKeepsWhatWasThere_data()
     QTest::newRow("library 503")
         << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 503}]}"_ba
         << u"The shop replied 503."_s << false;
-    QTest::newRow("catalogue malformed") << "{\"malformed\": [\"catalogue\"]}"_ba
-                                         << u"The shop sent something the app didn't understand."_s
-                                         << false;
+    QTest::newRow("catalogue malformed")
+        << "{\"malformed\": [\"catalogue\"]}"_ba
+        << u"The shop sent something the app didn't understand."_s << false;
     QTest::newRow("token refused")
         << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 401}]}"_ba
         << u"You've been signed out."_s << true;
@@ -135,7 +134,8 @@ void TestShopLibrary::failedRefreshKeepsWhatWasThere()
     QCOMPARE(rig.store().owned(), owned);
     QCOMPARE(readAll(rig.store().cache().shopCachePath()), copy);
     QCOMPARE(rig.store().lastChecked(), checked);
-    QCOMPARE(rig.store().message(), std::optional(Notice::failed(u"Couldn't check for new files. "_s + reason)));
+    QCOMPARE(rig.store().message(),
+             std::optional(Notice::failed(u"Couldn't check for new files. "_s + reason)));
     QTRY_COMPARE(rig.account().status() == Account::Status::SignedOut, signedOut);
 }
 
@@ -160,7 +160,8 @@ void TestShopLibrary::nothingToShow()
 {
     StoreRig rig(samplePacks());
     QVERIFY(rig.isReady());
-    QVERIFY(rig.shop().setFaults("{\"statuses\": [{\"endpoint\": \"catalogue\", \"status\": 502}]}"));
+    QVERIFY(
+        rig.shop().setFaults("{\"statuses\": [{\"endpoint\": \"catalogue\", \"status\": 502}]}"));
     finish(rig.store().start());
     QCOMPARE(rig.store().status(), Shop::Status::Failed);
     QCOMPARE(rig.store().stateMessage(), u"Couldn't check for new files. The shop replied 502."_s);
@@ -175,6 +176,15 @@ void TestShopLibrary::signedOutKeepsNoLibrary()
     QCOMPARE(rig.shop().requests(u"library"_s), 0);
     QCOMPARE(rig.store().owned().keys(), QStringList { u"meadow"_s });
     QVERIFY(!Cache::load(rig.store().cache().shopCachePath())->library);
+
+    // Signing out later takes the library away, in memory and on disk.
+    StoreRig signedIn(samplePacks());
+    QVERIFY(signedIn.isReady());
+    finish(signedIn.store().start());
+    QVERIFY(!signedIn.store().bought().isEmpty());
+    finish(signedIn.account().signOut());
+    QTRY_VERIFY(signedIn.store().bought().isEmpty());
+    QVERIFY(!Cache::load(signedIn.store().cache().shopCachePath())->library);
 }
 
 void TestShopLibrary::periodicCheck_data()
