@@ -46,10 +46,106 @@ std::optional<QString> Defaults::shopCertificates() const
     return path;
 }
 
+bool Defaults::shuffleIsOn() const
+{
+    return flag("shuffleIsOn");
+}
+
+void Defaults::setShuffleIsOn(bool on)
+{
+    m_settings.setValue("shuffleIsOn", on);
+}
+
+QString Defaults::shuffleInterval() const
+{
+    return string("shuffleInterval").value_or(QString());
+}
+
+void Defaults::setShuffleInterval(const QString &raw)
+{
+    m_settings.setValue("shuffleInterval", raw);
+}
+
+QString Defaults::shuffleSource() const
+{
+    return string("shuffleSource").value_or(QString());
+}
+
+void Defaults::setShuffleSource(const QString &raw)
+{
+    m_settings.setValue("shuffleSource", raw);
+}
+
+bool Defaults::shuffleDifferentOnEachDisplay() const
+{
+    return flag("shuffleDifferentOnEachDisplay");
+}
+
+void Defaults::setShuffleDifferentOnEachDisplay(bool on)
+{
+    m_settings.setValue("shuffleDifferentOnEachDisplay", on);
+}
+
+std::optional<QDateTime> Defaults::shuffleAnchor() const
+{
+    const auto text = string("shuffleAnchor");
+    if (!text)
+        return std::nullopt;
+    const auto anchor = QDateTime::fromString(*text, Qt::ISODateWithMs);
+    if (!anchor.isValid())
+        return std::nullopt;
+    return anchor.toUTC();
+}
+
+void Defaults::setShuffleAnchor(const QDateTime &anchor)
+{
+    m_settings.setValue("shuffleAnchor", anchor.toUTC().toString(Qt::ISODateWithMs));
+}
+
+QStringList Defaults::shufflePlayed() const
+{
+    return strings("shufflePlayed");
+}
+
+void Defaults::setShufflePlayed(const QStringList &keys)
+{
+    m_settings.setValue("shufflePlayed", keys);
+}
+
+QByteArray Defaults::focusWallpaper() const
+{
+    return m_settings.value("focusWallpaper").toByteArray();
+}
+
+QByteArray Defaults::focusRestores() const
+{
+    return m_settings.value("focusRestores").toByteArray();
+}
+
 std::optional<QString> Defaults::string(QAnyStringView key) const
 {
     const auto value = m_settings.value(key);
     if (!value.isValid() || value.typeId() != QMetaType::QString)
         return std::nullopt;
     return value.toString();
+}
+
+bool Defaults::flag(QAnyStringView key) const
+{
+    // INI gives back the text "true" or "false" once the file has been read again.
+    const auto value = m_settings.value(key);
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    return value.typeId() == QMetaType::QString && value.toString() == "true"_L1;
+}
+
+QStringList Defaults::strings(QAnyStringView key) const
+{
+    // INI keeps a list of one item as plain text, and an empty list as nothing at all.
+    const auto value = m_settings.value(key);
+    if (value.typeId() == QMetaType::QStringList)
+        return value.toStringList();
+    if (value.typeId() == QMetaType::QString && !value.toString().isEmpty())
+        return { value.toString() };
+    return {};
 }

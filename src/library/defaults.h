@@ -1,14 +1,13 @@
 #pragma once
 
+#include <QDateTime>
 #include <QSettings>
 #include <QUrl>
-
 #include <optional>
 
 // The user's settings: the system's keys over an INI file. Each layer adds typed accessors for
 // the keys it owns; a missing or malformed value reads as the key's default.
-class Defaults
-{
+class Defaults {
 public:
     // $XDG_CONFIG_HOME/app.quennet.Quennet/defaults.ini
     Defaults();
@@ -25,8 +24,31 @@ public:
     // "shopCertificates": a PEM file whose certificates are trusted besides the system's.
     [[nodiscard]] std::optional<QString> shopCertificates() const;
 
+    // The shuffle's settings. Interval and source are kept as their raw text; the shuffle reads
+    // an unknown text as its default.
+    [[nodiscard]] bool shuffleIsOn() const;
+    void setShuffleIsOn(bool on);
+    [[nodiscard]] QString shuffleInterval() const;
+    void setShuffleInterval(const QString &raw);
+    [[nodiscard]] QString shuffleSource() const;
+    void setShuffleSource(const QString &raw);
+    [[nodiscard]] bool shuffleDifferentOnEachDisplay() const;
+    void setShuffleDifferentOnEachDisplay(bool on);
+    // ISO 8601 text; none when absent or unreadable.
+    [[nodiscard]] std::optional<QDateTime> shuffleAnchor() const;
+    void setShuffleAnchor(const QDateTime &anchor);
+    // Colourway keys played in the current round.
+    [[nodiscard]] QStringList shufflePlayed() const;
+    void setShufflePlayed(const QStringList &keys);
+
+    // The Do Not Disturb wallpaper's record and the restores still to do, as JSON data.
+    [[nodiscard]] QByteArray focusWallpaper() const;
+    [[nodiscard]] QByteArray focusRestores() const;
+
 private:
     [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
+    [[nodiscard]] bool flag(QAnyStringView key) const;
+    [[nodiscard]] QStringList strings(QAnyStringView key) const;
 
     QSettings m_settings;
 };

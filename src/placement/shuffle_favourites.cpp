@@ -1,0 +1,6 @@
+#include "shuffle_favourites.h"
+
+ShuffleFavourites::ShuffleFavourites(QObject *parent)
+    : QObject(parent)
+{
+}
