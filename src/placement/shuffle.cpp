@@ -18,7 +18,8 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace {
+namespace
+{
 Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
 
 // Long enough for the screens to settle after a change.

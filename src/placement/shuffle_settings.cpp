@@ -3,7 +3,8 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace ShuffleSettings {
+namespace ShuffleSettings
+{
 QString rawValue(Interval interval)
 {
     switch (interval) {

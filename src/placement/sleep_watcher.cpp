@@ -6,7 +6,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 Q_LOGGING_CATEGORY(lcSleep, "app.quennet.Quennet.Sleep")
 }
 

@@ -146,7 +146,8 @@ QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
     return choices;
 }
 
-namespace {
+namespace
+{
 QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 {
     const auto path = folder.filePath(u"defaults.ini"_s);

@@ -12,7 +12,8 @@ using Interval = ShuffleSettings::Interval;
 using Source = ShuffleSettings::Source;
 using Screen = ShuffleDisplays::Screen;
 
-namespace {
+namespace
+{
 QDateTime utc(const char *text)
 {
     return QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate).toUTC();

@@ -7,7 +7,8 @@
 using namespace Qt::Literals::StringLiterals;
 using Interval = ShuffleSettings::Interval;
 
-namespace {
+namespace
+{
 QDateTime utc(const char *text)
 {
     return QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate).toUTC();

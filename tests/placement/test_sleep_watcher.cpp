@@ -9,7 +9,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 QDBusMessage prepareForSleep(bool start)
 {
     auto message = QDBusMessage::createSignal(
