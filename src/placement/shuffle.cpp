@@ -229,7 +229,7 @@ QCoro::Task<> Shuffle::carryOut(QPointer<Shuffle> self, std::shared_ptr<AsyncMut
     const auto lock = co_await AsyncMutex::lock(mutex);
     if (!self)
         co_return;
-    const Prepared prepared = self->prepare(true);
+    const Prepared prepared = self->prepare();
     if (prepared.candidates.isEmpty())
         throw NothingToShuffle(self->m_source);
 
@@ -278,14 +278,14 @@ std::optional<Shuffle::Choice> Shuffle::downloadedStandIn(Edition wanted)
     return onDisk.at(Deck::uniform(*m_services.random, quint32(onDisk.size())));
 }
 
-Shuffle::Prepared Shuffle::prepare(bool reuse) const
+Shuffle::Prepared Shuffle::prepare() const
 {
     Prepared next;
     next.candidates = candidates();
     next.screens = m_services.displays->screens();
     next.played = played(next.candidates);
     next.differentOnEachDisplay = m_differentOnEachDisplay;
-    if (reuse && m_prepared && m_prepared->candidates == next.candidates
+    if (m_prepared && m_prepared->candidates == next.candidates
         && m_prepared->screens == next.screens && m_prepared->played == next.played
         && m_prepared->differentOnEachDisplay == next.differentOnEachDisplay)
         return *m_prepared;
@@ -340,7 +340,7 @@ void Shuffle::refresh()
 {
     UpNext upNext;
     if (m_isOn) {
-        m_prepared = prepare(true);
+        m_prepared = prepare();
         for (const auto &target : targets(*m_prepared)) {
             for (const auto &id : target.displayIds)
                 upNext.insert(id, target.choice);

@@ -148,7 +148,8 @@ private:
     void screensChanged();
     void refresh();
 
-    [[nodiscard]] Prepared prepare(bool reuse) const;
+    // The draw for the next shuffle: the one prepared before while its inputs hold.
+    [[nodiscard]] Prepared prepare() const;
     [[nodiscard]] QList<Target> targets(const Prepared &prepared) const;
     [[nodiscard]] QStringList played(const QList<Choice> &candidates) const;
     [[nodiscard]] std::optional<Choice> downloadedStandIn(Edition wanted);

@@ -58,9 +58,6 @@ void DeckTest::draw_data()
     QTest::addColumn<bool>("distinct");
 
     const QStringList none;
-    QTest::newRow("from the unplayed")
-        << 5 << QStringList { u"p/c1"_s, u"p/c2"_s } << none << 2 << false
-        << QStringList { u"p/c3"_s, u"p/c4"_s, u"p/c5"_s } << none << true;
     QTest::newRow("round ends in the draw: the last unplayed, then not what is shown")
         << 5 << QStringList { u"p/c1"_s, u"p/c2"_s, u"p/c3"_s, u"p/c4"_s }
         << QStringList { u"p/c4"_s } << 3 << true

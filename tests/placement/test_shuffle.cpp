@@ -96,8 +96,6 @@ void ShuffleTest::settings_data()
                                                     { u"shuffleSource"_s, u"Favourites"_s },
                                                     { u"shuffleAnchor"_s, u"yesterday"_s } }
                                    << false << Interval::Day << Source::All << false << wednesday;
-    QTest::newRow("hour") << QVariantMap { { u"shuffleInterval"_s, u"hour"_s } } << false
-                          << Interval::Hour << Source::All << false << wednesday;
     QTest::newRow("week") << QVariantMap { { u"shuffleInterval"_s, u"week"_s } } << false
                           << Interval::Week << Source::All << false << wednesday;
 }
