@@ -61,9 +61,10 @@ QDateTime distantFuture()
 {
     return QDateTime(QDate(9999, 12, 31), QTime(0, 0), QTimeZone::utc());
 }
-} // namespace
 
-std::optional<QDateTime> ShuffleSchedule::firstMoment(const QTimeZone &zone, QDate date, QTime time)
+// The first moment the zone's clocks show this date and time: the earlier of a time shown twice,
+// and the end of the jump for a time the clocks skip.
+std::optional<QDateTime> firstMoment(const QTimeZone &zone, QDate date, QTime time)
 {
     if (!zone.isValid())
         return std::nullopt;
@@ -87,6 +88,7 @@ std::optional<QDateTime> ShuffleSchedule::firstMoment(const QTimeZone &zone, QDa
         return std::nullopt;
     return transition.atUtc;
 }
+} // namespace
 
 std::optional<QDateTime> ShuffleSchedule::nextBoundary(Interval interval, const QDateTime &anchor,
                                                        const QTimeZone &zone,

@@ -31,10 +31,6 @@ public:
                                                                const QDateTime &anchor,
                                                                const QTimeZone &zone,
                                                                Qt::DayOfWeek firstDay);
-    // The first moment the zone's clocks show this date and time: the earlier of a time shown
-    // twice, and the end of the jump for a time the clocks skip.
-    [[nodiscard]] static std::optional<QDateTime> firstMoment(const QTimeZone &zone, QDate date,
-                                                              QTime time);
 
     [[nodiscard]] QDateTime anchor() const { return m_anchor; }
     // When the next scheduled shuffle is due; invalid while stopped.
