@@ -149,3 +149,21 @@ QStringList Defaults::strings(QAnyStringView key) const
         return { value.toString() };
     return {};
 }
+
+QStringList Defaults::favouriteColourways() const
+{
+    const QVariant value = m_settings.value("favouriteColourways");
+    if (value.typeId() == QMetaType::QStringList)
+        return value.toStringList();
+    if (value.typeId() == QMetaType::QString) {
+        const QStringList parts = value.toString().split(u'/');
+        if (parts.size() == 2 && !parts[0].isEmpty() && !parts[1].isEmpty())
+            return { value.toString() };
+    }
+    return {};
+}
+
+void Defaults::setFavouriteColourways(const QStringList &keys)
+{
+    m_settings.setValue("favouriteColourways", keys);
+}

@@ -2,12 +2,15 @@
 
 #include <QDateTime>
 #include <QSettings>
+#include <QStringList>
 #include <QUrl>
+
 #include <optional>
 
 // The user's settings: the system's keys over an INI file. Each layer adds typed accessors for
 // the keys it owns; a missing or malformed value reads as the key's default.
-class Defaults {
+class Defaults
+{
 public:
     // $XDG_CONFIG_HOME/app.quennet.Quennet/defaults.ini
     Defaults();
@@ -44,6 +47,11 @@ public:
     // The Do Not Disturb wallpaper's record and the restores still to do, as JSON data.
     [[nodiscard]] QByteArray focusWallpaper() const;
     [[nodiscard]] QByteArray focusRestores() const;
+
+    // "favouriteColourways": colourway keys, newest first. Anything but a list of text reads as
+    // empty; INI keeps a one-item list as plain text, which counts when it is a colourway key.
+    [[nodiscard]] QStringList favouriteColourways() const;
+    void setFavouriteColourways(const QStringList &keys);
 
 private:
     [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;

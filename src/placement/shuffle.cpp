@@ -4,7 +4,7 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
-#include "shuffle_favourites.h"
+#include "favourites.h"
 #include "shuffle_schedule.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
@@ -66,7 +66,7 @@ Shuffle::Shuffle(Services services, QObject *parent)
     m_restoresPending = holdsRecord(defaults.focusRestores());
 
     connect(m_services.store, &ShuffleStore::choicesChanged, this, &Shuffle::refresh);
-    connect(m_services.favourites, &ShuffleFavourites::keysChanged, this, &Shuffle::refresh);
+    connect(m_services.favourites, &Favourites::keysChanged, this, &Shuffle::refresh);
     connect(m_services.displays, &ShuffleDisplays::changed, this, &Shuffle::refresh);
     connect(m_services.displays, &ShuffleDisplays::screensChanged, this, &Shuffle::screensChanged);
     connect(m_services.sleep, &SleepWatcher::aboutToSleep, m_schedule,

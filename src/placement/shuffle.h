@@ -18,8 +18,8 @@ class AsyncMutex;
 class CancelToken;
 class Clock;
 class Defaults;
+class Favourites;
 class QRandomGenerator;
-class ShuffleFavourites;
 class ShuffleSchedule;
 class ShuffleStore;
 class SleepWatcher;
@@ -28,7 +28,8 @@ class SleepWatcher;
 // of their packs, the same pick on every display or a different one on each. The panel's shuffle
 // block and the settings pane observe it. It also keeps the Do Not Disturb wallpaper's state,
 // since that wallpaper and a shuffle must not fight over a display.
-class Shuffle : public QObject {
+class Shuffle : public QObject
+{
     Q_OBJECT
     Q_PROPERTY(bool isOn READ isOn WRITE setOn NOTIFY isOnChanged)
     Q_PROPERTY(
@@ -50,7 +51,8 @@ public:
     using UpNext = QMap<QString, ShuffleChoice>;
 
     // There is nothing in the source to pick from.
-    class NothingToShuffle : public Error {
+    class NothingToShuffle : public Error
+    {
     public:
         explicit NothingToShuffle(Source source);
 
@@ -66,7 +68,7 @@ public:
     struct Services {
         ShuffleStore *store = nullptr;
         ShuffleDisplays *displays = nullptr;
-        ShuffleFavourites *favourites = nullptr;
+        Favourites *favourites = nullptr;
         Defaults *defaults = nullptr;
         SleepWatcher *sleep = nullptr;
         std::shared_ptr<Clock> clock;

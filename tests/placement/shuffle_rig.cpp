@@ -1,11 +1,11 @@
 #include "shuffle_rig.h"
 
+#include "await_task.h"
 #include "cancel_token.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QCoroSignal>
-#include <QEventLoop>
 #include <QSettings>
 
 using namespace Qt::Literals::StringLiterals;
@@ -124,17 +124,6 @@ void FakeDisplays::show(const QString &id, const QString &key, Edition edition)
     Q_EMIT changed();
 }
 
-FakeFavourites::FakeFavourites(QObject *parent)
-    : ShuffleFavourites(parent)
-{
-}
-
-void FakeFavourites::setKeys(const QStringList &keys)
-{
-    m_keys = keys;
-    Q_EMIT keysChanged();
-}
-
 QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
 {
     Pack sample { .slug = pack, .name = pack.toUpper() };
@@ -160,6 +149,7 @@ QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 
 ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint32 seed)
     : defaults(settingsFile(folder, settings))
+    , favourites(&defaults)
     , clock(std::make_shared<SimulatedClock>(now))
     , random(seed)
 {
@@ -194,20 +184,10 @@ QStringList ShuffleRig::setKeys() const
 
 std::optional<QString> failureOf(QCoro::Task<> task)
 {
-    std::optional<QString> failure;
-    bool done = false;
-    QEventLoop loop;
-    [](QCoro::Task<> task, std::optional<QString> &failure, bool &done,
-       QEventLoop &loop) -> QCoro::Task<> {
-        try {
-            co_await task;
-        } catch (const Error &error) {
-            failure = error.description();
-        }
-        done = true;
-        loop.quit();
-    }(std::move(task), failure, done, loop);
-    if (!done)
-        loop.exec();
-    return failure;
+    try {
+        awaitTask(std::move(task));
+    } catch (const Error &error) {
+        return error.description();
+    }
+    return std::nullopt;
 }

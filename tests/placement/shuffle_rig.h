@@ -2,9 +2,9 @@
 
 #include "clock.h"
 #include "defaults.h"
+#include "favourites.h"
 #include "shuffle.h"
 #include "shuffle_displays.h"
-#include "shuffle_favourites.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
 
@@ -14,9 +14,8 @@
 
 // A clock for schedules: nothing moves until the test moves it, and then each sleeper wakes at
 // its own deadline, in order, as a real one would.
-class SimulatedClock
-    : public QObject
-    , public Clock {
+class SimulatedClock : public QObject, public Clock
+{
     Q_OBJECT
 
 public:
@@ -47,7 +46,8 @@ private:
 };
 
 // The library store as the shuffle sees it: choices, files on disk, and the sets it was asked for.
-class FakeStore : public ShuffleStore {
+class FakeStore : public ShuffleStore
+{
     Q_OBJECT
 
 public:
@@ -77,7 +77,9 @@ private:
     QList<ShuffleChoice> m_choices;
 };
 
-class FakeDisplays : public ShuffleDisplays {
+class FakeDisplays : public ShuffleDisplays
+
+{
     Q_OBJECT
 
 public:
@@ -90,19 +92,6 @@ public:
 
 private:
     QList<Screen> m_screens;
-};
-
-class FakeFavourites : public ShuffleFavourites {
-    Q_OBJECT
-
-public:
-    explicit FakeFavourites(QObject *parent = nullptr);
-
-    [[nodiscard]] QStringList keys() const override { return m_keys; }
-    void setKeys(const QStringList &keys);
-
-private:
-    QStringList m_keys;
 };
 
 // Colourways c1…cN of pack p, in that order.
@@ -123,12 +112,12 @@ struct ShuffleRig {
     Defaults defaults;
     FakeStore store;
     FakeDisplays displays;
-    FakeFavourites favourites;
+    Favourites favourites;
     SleepWatcher sleep;
     std::shared_ptr<SimulatedClock> clock;
     QRandomGenerator random;
     std::unique_ptr<Shuffle> shuffle;
 };
 
-// Runs a task to its end; the failure's sentence, or none.
+// Runs a task to its end; the sentence of what it threw, or none.
 [[nodiscard]] std::optional<QString> failureOf(QCoro::Task<> task);

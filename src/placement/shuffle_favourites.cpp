@@ -1,6 +1,0 @@
-#include "shuffle_favourites.h"
-
-ShuffleFavourites::ShuffleFavourites(QObject *parent)
-    : QObject(parent)
-{
-}
