@@ -38,11 +38,6 @@ QUrl Defaults::shopBaseURL() const
     return usable ? url : productionShopURL();
 }
 
-void Defaults::setShopBaseURL(const std::optional<QUrl> &url)
-{
-    setString("shopBaseURL", url ? std::optional(url->toString()) : std::nullopt);
-}
-
 std::optional<QString> Defaults::shopCertificates() const
 {
     auto path = string("shopCertificates");
@@ -51,9 +46,30 @@ std::optional<QString> Defaults::shopCertificates() const
     return path;
 }
 
-void Defaults::setShopCertificates(const std::optional<QString> &path)
+std::optional<QString> Defaults::string(QAnyStringView key) const
 {
-    setString("shopCertificates", path);
+    const auto value = m_settings.value(key);
+    if (!value.isValid() || value.typeId() != QMetaType::QString)
+        return std::nullopt;
+    return value.toString();
+}
+
+QStringList Defaults::favouriteColourways() const
+{
+    const QVariant value = m_settings.value("favouriteColourways");
+    if (value.typeId() == QMetaType::QStringList)
+        return value.toStringList();
+    if (value.typeId() == QMetaType::QString) {
+        const QStringList parts = value.toString().split(u'/');
+        if (parts.size() == 2 && !parts[0].isEmpty() && !parts[1].isEmpty())
+            return { value.toString() };
+    }
+    return {};
+}
+
+void Defaults::setFavouriteColourways(const QStringList &keys)
+{
+    m_settings.setValue("favouriteColourways", keys);
 }
 
 bool Defaults::checksForNewFiles() const
@@ -96,27 +112,6 @@ void Defaults::setSeenColourways(const QMap<QString, QStringList> &seen)
     for (auto it = seen.cbegin(); it != seen.cend(); ++it)
         map.insert(it.key(), it.value());
     m_settings.setValue("seenColourways", map);
-}
-
-void Defaults::sync()
-{
-    m_settings.sync();
-}
-
-std::optional<QString> Defaults::string(QAnyStringView key) const
-{
-    const auto value = m_settings.value(key);
-    if (!value.isValid() || value.typeId() != QMetaType::QString)
-        return std::nullopt;
-    return value.toString();
-}
-
-void Defaults::setString(QAnyStringView key, const std::optional<QString> &value)
-{
-    if (value)
-        m_settings.setValue(key, *value);
-    else
-        m_settings.remove(key);
 }
 
 bool Defaults::boolean(QAnyStringView key, bool fallback) const

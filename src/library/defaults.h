@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSettings>
+#include <QStringList>
 #include <QUrl>
 
 #include <optional>
@@ -21,11 +22,14 @@ public:
     // "shopBaseURL": the service root, for development; the production shop when unset or not an
     // absolute http(s) URL with a host.
     [[nodiscard]] QUrl shopBaseURL() const;
-    void setShopBaseURL(const std::optional<QUrl> &url);
 
     // "shopCertificates": a PEM file whose certificates are trusted besides the system's.
     [[nodiscard]] std::optional<QString> shopCertificates() const;
-    void setShopCertificates(const std::optional<QString> &path);
+
+    // "favouriteColourways": colourway keys, newest first. Anything but a list of text reads as
+    // empty; INI keeps a one-item list as plain text, which counts when it is a colourway key.
+    [[nodiscard]] QStringList favouriteColourways() const;
+    void setFavouriteColourways(const QStringList &keys);
 
     // "checksForNewFiles": whether the library is checked every six hours; on when absent.
     [[nodiscard]] bool checksForNewFiles() const;
@@ -39,12 +43,8 @@ public:
     [[nodiscard]] QMap<QString, QStringList> seenColourways() const;
     void setSeenColourways(const QMap<QString, QStringList> &seen);
 
-    // Writes pending changes now; QSettings otherwise writes when idle or destroyed.
-    void sync();
-
 private:
     [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
-    void setString(QAnyStringView key, const std::optional<QString> &value);
     [[nodiscard]] bool boolean(QAnyStringView key, bool fallback) const;
 
     QSettings m_settings;

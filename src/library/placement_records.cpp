@@ -1,11 +1,10 @@
 #include "placement_records.h"
 
+#include "atomic_file.h"
 #include "error.h"
 
-#include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -52,15 +51,7 @@ PlacementFile PlacementRecords::load() const
 
 bool PlacementRecords::save(const PlacementFile &record) const
 {
-    if (!QDir().mkpath(m_folder))
-        return false;
-    QSaveFile file(placementFilePath());
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    const QByteArray bytes = record.encode();
-    if (file.write(bytes) != bytes.size())
-        return false;
-    return file.commit();
+    return writeAtomically(placementFilePath(), record.encode());
 }
 
 bool PlacementRecords::isReleased(const QString &displayId,

@@ -30,7 +30,7 @@ QString describe(const std::exception &error)
 
 Account::State failed(QString message)
 {
-    return {.status = Account::Status::Failed, .message = std::move(message)};
+    return { .status = Account::Status::Failed, .message = std::move(message) };
 }
 
 QStringList pendingTokens(const std::optional<QString> &stored)
@@ -123,7 +123,7 @@ QCoro::Task<> Account::load(QPointer<Account> self, QUuid attempt)
         const auto token = co_await self->m_keychain->read(Keychain::sessionToken);
         // A sign-in started meanwhile decides the state itself.
         if (token && self && self->m_attempt == attempt && self->status() == Status::SignedOut)
-            self->setState({.status = Status::SignedIn});
+            self->setState({ .status = Status::SignedIn });
     } catch (const std::exception &error) {
         qCWarning(lcAccount) << "Couldn't read the session:" << describe(error);
     }
@@ -133,7 +133,7 @@ void Account::signIn()
 {
     stopPolling();
     m_attempt = QUuid::createUuid();
-    setState({.status = Status::Requesting});
+    setState({ .status = Status::Requesting });
     m_pollCancel = std::make_shared<CancelToken>();
     m_polling = poll(this, m_attempt, m_pollCancel);
 }
@@ -157,18 +157,20 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
             co_return;
         if (!code) {
             qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
-            self->setState(failed(u"Couldn't reach the shop. Check your connection and try again."_s));
+            self->setState(
+                failed(u"Couldn't reach the shop. Check your connection and try again."_s));
             co_return;
         }
 
-        self->setState({.status = Status::Waiting, .code = code});
+        self->setState({ .status = Status::Waiting, .code = code });
         self->openVerificationPage();
 
-        std::chrono::seconds interval = code->interval ? std::max(1s, std::chrono::seconds(*code->interval)) : 5s;
+        std::chrono::seconds interval =
+            code->interval ? std::max(1s, std::chrono::seconds(*code->interval)) : 5s;
         const auto clock = self->m_clock;
         const auto deadline =
             clock->sinceBoot() + std::chrono::seconds(std::min(code->expiresIn, longestExpiry));
-        Q_FOREVER {
+        while (true) {
             if (clock->sinceBoot() >= deadline) {
                 self->setState(failed(u"That code expired."_s));
                 co_return;
@@ -226,12 +228,13 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
                 co_return;
             }
             if (!saved) {
-                self->setState(failed(u"Couldn't save your sign-in on this computer. Try again."_s));
+                self->setState(
+                    failed(u"Couldn't save your sign-in on this computer. Try again."_s));
                 co_return;
             }
             self->m_generation = QUuid::createUuid();
             Q_EMIT self->generationChanged();
-            self->setState({.status = Status::SignedIn});
+            self->setState({ .status = Status::SignedIn });
             co_return;
         }
     } catch (const std::exception &e) {
@@ -297,13 +300,14 @@ QCoro::Task<Account::Retired> Account::retireSessionToken(QPointer<Account> self
         co_return {};
     auto pending = pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
     if (!self)
-        co_return {.token = token};
+        co_return { .token = token };
     if (!pending.contains(*token))
         pending.append(*token);
-    const bool queued = co_await self->m_keychain->save(pending.join(u'\n'), Keychain::pendingRevocation);
+    const bool queued =
+        co_await self->m_keychain->save(pending.join(u'\n'), Keychain::pendingRevocation);
     if (self)
         co_await self->m_keychain->remove(Keychain::sessionToken);
-    co_return {.token = token, .queued = queued};
+    co_return { .token = token, .queued = queued };
 }
 
 QCoro::Task<> Account::signedOutByShop()
@@ -367,7 +371,8 @@ QCoro::Task<> Account::revokePending(QPointer<Account> self)
         if (!self)
             co_return;
         // Sign-outs may have queued more tokens meanwhile: only the confirmed ones go.
-        auto remaining = pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
+        auto remaining =
+            pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
         if (!self)
             co_return;
         remaining.removeIf([&](const QString &token) { return confirmed.contains(token); });

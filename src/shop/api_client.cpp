@@ -47,13 +47,13 @@ QNetworkRequest makeRequest(const QUrl &url, const std::optional<QString> &token
 
 Call get(QNetworkRequest request)
 {
-    return {std::move(request), "GET", {}};
+    return { std::move(request), "GET", {} };
 }
 
 Call post(QNetworkRequest request, const QJsonObject &body)
 {
     request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
-    return {std::move(request), "POST", QJsonDocument(body).toJson(QJsonDocument::Compact)};
+    return { std::move(request), "POST", QJsonDocument(body).toJson(QJsonDocument::Compact) };
 }
 
 // Qt reports HTTP statuses as error codes too (400 as ProtocolInvalidOperationError, 404 as
@@ -101,17 +101,17 @@ QCoro::Task<Response> perform(QPointer<QNetworkAccessManager> manager, Call call
             response.etag = QString::fromLatin1(reply->rawHeader("ETag"));
 
         const int code = response.status.value_or(0);
-        const bool redirect = code == 301 || code == 302 || code == 303 || code == 307 || code == 308;
+        const bool redirect =
+            code == 301 || code == 302 || code == 303 || code == 307 || code == 308;
         // Qt's parsed Location header drops relative references.
         const auto location = QUrl::fromEncoded(reply->rawHeader("Location"), QUrl::StrictMode);
         if (!redirect || !location.isValid() || hop == maxRedirects)
             co_return response;
         const QUrl target = url.resolved(location);
         if (!sameOrigin(target, url)) {
-            qCWarning(lcShop).noquote() << "Refused a redirect to"
-                                        << target.adjusted(QUrl::RemoveUserInfo | QUrl::RemovePath
-                                                           | QUrl::RemoveQuery | QUrl::RemoveFragment)
-                                               .toString();
+            const auto origin = target.adjusted(QUrl::RemoveUserInfo | QUrl::RemovePath
+                                                | QUrl::RemoveQuery | QUrl::RemoveFragment);
+            qCWarning(lcShop).noquote() << "Refused a redirect to" << origin.toString();
             co_return response;
         }
         // 303, and 301 and 302 after a POST, continue as a GET, as browsers do.
@@ -256,7 +256,7 @@ bool APIClient::isShopPage(const QUrl &url) const
 QCoro::Task<APIClient::DeviceCode> APIClient::requestDeviceCode(QString device,
                                                                 CancelToken *cancel) const
 {
-    const QJsonObject body{{u"client_id"_s, clientId}, {u"device"_s, device}};
+    const QJsonObject body { { u"client_id"_s, clientId }, { u"device"_s, device } };
     const auto response =
         co_await perform(m_manager, post(makeRequest(endpoint("device/code"_L1)), body), cancel);
     const auto json = checked(response);
@@ -267,10 +267,10 @@ QCoro::Task<APIClient::TokenPoll> APIClient::pollToken(QString deviceCode,
                                                        CancelToken *cancel) const
 {
     // The device-code grant reports its progress through error bodies, so no status check.
-    const QJsonObject body{
-        {u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s},
-        {u"device_code"_s, deviceCode},
-        {u"client_id"_s, clientId},
+    const QJsonObject body {
+        { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
+        { u"device_code"_s, deviceCode },
+        { u"client_id"_s, clientId },
     };
     const auto response =
         co_await perform(m_manager, post(makeRequest(endpoint("device/token"_L1)), body), cancel);
@@ -278,22 +278,23 @@ QCoro::Task<APIClient::TokenPoll> APIClient::pollToken(QString deviceCode,
     if (response.status == 200) {
         co_return decoded([&] {
             const auto object = JsonFields::parseObject(response.body);
-            return TokenPoll{TokenPoll::Outcome::Token, JsonFields::string(object, "access_token"_L1)};
+            return TokenPoll { TokenPoll::Outcome::Token,
+                               JsonFields::string(object, "access_token"_L1) };
         });
     }
     if (response.status == 429)
-        co_return TokenPoll{TokenPoll::Outcome::SlowDown};
+        co_return TokenPoll { TokenPoll::Outcome::SlowDown };
 
     const auto error = errorDetail(response.body).value_or(QString());
     if (error == "authorization_pending"_L1)
-        co_return TokenPoll{TokenPoll::Outcome::Pending};
+        co_return TokenPoll { TokenPoll::Outcome::Pending };
     if (error == "slow_down"_L1)
-        co_return TokenPoll{TokenPoll::Outcome::SlowDown};
+        co_return TokenPoll { TokenPoll::Outcome::SlowDown };
     if (error == "access_denied"_L1)
-        co_return TokenPoll{TokenPoll::Outcome::Denied};
+        co_return TokenPoll { TokenPoll::Outcome::Denied };
     if (error == "expired_token"_L1)
-        co_return TokenPoll{TokenPoll::Outcome::Expired};
-    co_return TokenPoll{TokenPoll::Outcome::Unknown};
+        co_return TokenPoll { TokenPoll::Outcome::Expired };
+    co_return TokenPoll { TokenPoll::Outcome::Unknown };
 }
 
 QCoro::Task<> APIClient::signOut(QString token, CancelToken *cancel) const
@@ -323,7 +324,7 @@ APIClient::library(QString token, std::optional<QString> etag, CancelToken *canc
     if (response.status == 304)
         co_return std::nullopt;
     const auto json = checked(response);
-    co_return LibraryResult{decoded([&] { return LibraryReply::decode(json); }), response.etag};
+    co_return LibraryResult { decoded([&] { return LibraryReply::decode(json); }), response.etag };
 }
 
 QCoro::Task<QList<APIClient::Link>> APIClient::links(QString token, QList<WantedFile> files,
@@ -331,8 +332,8 @@ QCoro::Task<QList<APIClient::Link>> APIClient::links(QString token, QList<Wanted
 {
     QJsonArray wanted;
     for (const auto &file : std::as_const(files))
-        wanted.append(QJsonObject{{u"pack"_s, file.pack}, {u"id"_s, file.id}});
-    const QJsonObject body{{u"files"_s, wanted}};
+        wanted.append(QJsonObject { { u"pack"_s, file.pack }, { u"id"_s, file.id } });
+    const QJsonObject body { { u"files"_s, wanted } };
     const auto response = co_await perform(
         m_manager, post(makeRequest(endpoint("downloads"_L1), token), body), cancel);
     const auto json = checked(response);

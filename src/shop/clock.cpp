@@ -8,7 +8,7 @@
 
 std::chrono::nanoseconds Clock::sinceBoot() const
 {
-    timespec time{};
+    timespec time {};
     clock_gettime(CLOCK_BOOTTIME, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }

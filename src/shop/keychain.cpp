@@ -1,14 +1,13 @@
 #include "keychain.h"
 
 #include "application_folder.h"
+#include "atomic_file.h"
 
 #include <QCoroSignal>
-#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <qt6keychain/keychain.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -56,20 +55,8 @@ QJsonObject readFile(const QString &path)
 
 bool writeFile(const QString &path, const QJsonObject &secrets)
 {
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    // Unbuffered, because a buffered QSaveFile commits a short write (a full disk) as success.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return false;
-    // Restricted before the first byte goes in.
-    if (!file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
-        return false;
-    const auto json = QJsonDocument(secrets).toJson(QJsonDocument::Compact);
-    if (file.write(json) != json.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
+    return writeAtomically(path, QJsonDocument(secrets).toJson(QJsonDocument::Compact),
+                           QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 } // namespace
 

@@ -1,14 +1,12 @@
 #include "shop_cache.h"
 
+#include "atomic_file.h"
 #include "error.h"
 #include "json_fields.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -45,13 +43,7 @@ bool save(const QString &path, const Saved &saved)
     if (saved.base)
         object.insert("base"_L1, saved.base->toString());
 
-    if (!QDir().mkpath(QFileInfo(path).path()))
-        return false;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    const QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    return file.write(bytes) == bytes.size() && file.commit();
+    return writeAtomically(path, QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
 bool update(const QString &path, const std::function<void(Saved &)> &change)

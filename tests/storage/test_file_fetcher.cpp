@@ -5,6 +5,7 @@
 #include "file_fetcher.h"
 #include "network_error.h"
 #include "shop_content.h"
+#include "failure_text.h"
 #include "test_support.h"
 
 #include <QRandomGenerator>
@@ -206,7 +207,7 @@ void TestFileFetcher::resumesAfterACut()
     QVERIFY(!leftovers(file).destination);
 
     const auto resumed = fetch(m_shop->publicUrl(m_large.id), file);
-    QVERIFY2(resumed.value, qPrintable(resumed.errorDescription()));
+    QVERIFY2(resumed.value, qPrintable(failureText(resumed)));
     const QStringList asked = m_shop->ranges(m_large.id).mid(before.size());
     QCOMPARE(asked, kept > 0 ? QStringList { u"bytes=%1-"_s.arg(kept) } : QStringList());
     QCOMPARE(readAll(file.destination), m_shop->bytes(m_large.id));
@@ -239,7 +240,7 @@ void TestFileFetcher::startsOver()
     QVERIFY(m_shop->setFaults(faults.constData()));
 
     const auto outcome = fetch(m_shop->publicUrl(m_large.id), file);
-    QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+    QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
     QCOMPARE(m_shop->ranges(m_large.id).size() - before.size(), asksForRange ? 1 : 0);
     QCOMPARE(readAll(file.destination), m_shop->bytes(m_large.id));
 }
@@ -282,7 +283,7 @@ void TestFileFetcher::statuses()
 
     const auto outcome = fetch(m_shop->publicUrl(m_small.id), file);
     if (failure.isEmpty()) {
-        QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+        QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
         QCOMPARE(readAll(file.destination), m_shop->bytes(m_small.id));
     } else {
         QCOMPARE(outcome.failure<Failure>()->description(), failure);
@@ -328,7 +329,7 @@ void TestFileFetcher::partialResponses()
     QCOMPARE(request.header("If-Range"), "\"v\""_ba);
     QCOMPARE(request.header("Accept-Encoding"), "identity"_ba);
     if (arrives) {
-        QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+        QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
         QCOMPARE(readAll(file.destination), bytes);
     } else {
         QCOMPARE(outcome.failure<Failure>(), std::optional(Failure::mismatch()));
@@ -366,10 +367,10 @@ void TestFileFetcher::mismatches()
 
     const auto outcome = fetch(m_shop->publicUrl(m_large.id), file);
     if (arrives) {
-        QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+        QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
         return;
     }
-    QCOMPARE(outcome.errorDescription(),
+    QCOMPARE(failureText(outcome),
              u"The download didn't match the shop's copy. Try again."_s);
     const auto left = leftovers(file);
     QVERIFY(!left.destination && !left.partial && !left.validator);
@@ -388,7 +389,7 @@ void TestFileFetcher::completePartialNeedsNoRequest()
     const int before = m_shop->fileRequests(m_small.id);
 
     const auto outcome = fetch(m_shop->publicUrl(m_small.id), file);
-    QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+    QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
     QCOMPARE(m_shop->fileRequests(m_small.id), before);
     QCOMPARE(readAll(file.destination), m_shop->bytes(m_small.id));
     QCOMPARE(QDir(QFileInfo(file.destination).path()).entryList(QDir::Files).size(), 1);
@@ -404,7 +405,7 @@ void TestFileFetcher::progressOnTheMainThread()
         fractions.append(fraction);
     };
     const auto outcome = fetch(m_shop->publicUrl(m_large.id), target(m_large), progress);
-    QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+    QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
     QVERIFY(!offMain);
     QVERIFY(std::is_sorted(fractions.cbegin(), fractions.cend()));
     QCOMPARE(fractions.last(), 1.0);

@@ -2,6 +2,7 @@
 #include "network_error.h"
 #include "reconciler.h"
 #include "store_rig.h"
+#include "failure_text.h"
 #include "test_support.h"
 #include "transfers.h"
 
@@ -80,7 +81,7 @@ void TestShopDownloads::requestsShareOneTransfer()
     QVERIFY(!rig.store().canRemoveDownloads());
     const auto one = finish(std::move(first));
     const auto two = finish(std::move(second));
-    QVERIFY2(one.value && two.value, qPrintable(one.errorDescription()));
+    QVERIFY2(one.value && two.value, qPrintable(failureText(one)));
     QCOMPARE(*one.value, *two.value);
     QCOMPARE(readAll(*one.value), rig.shop().bytes(file.id));
     QCOMPARE(rig.shop().fileRequests(file.id), 1);
@@ -130,7 +131,7 @@ void TestShopDownloads::retries()
     QCOMPARE(rig.shop().fileRequests(file.id), transfers);
     QCOMPARE(rig.shop().requests(u"downloads"_s), links);
     if (failure.isEmpty()) {
-        QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+        QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
         QCOMPARE(readAll(*outcome.value), rig.shop().bytes(file.id));
         return;
     }
@@ -177,7 +178,7 @@ void TestShopDownloads::vanishedToken()
 
     const auto outcome =
         finish(rig.store().localFile(rig.file(u"aurora"_s, u"emerald"_s, Edition::Dark)));
-    QCOMPARE(outcome.errorDescription(), u"You've been signed out."_s);
+    QCOMPARE(failureText(outcome), u"You've been signed out."_s);
     QTRY_COMPARE(rig.account().status(), Account::Status::SignedOut);
     QCOMPARE(rig.shop().requests(u"downloads"_s), 0);
 }
@@ -233,11 +234,9 @@ void TestShopDownloads::whatCannotBeSet()
     StoreRig rig(samplePacks());
     QVERIFY(started(rig));
     const auto ids = QStringList { u"A"_s };
-    QCOMPARE(finish(rig.store().setWallpaper(u"harbour"_s, u"sea"_s, Edition::Light, ids))
-                 .errorDescription(),
+    QCOMPARE(failureText(finish(rig.store().setWallpaper(u"harbour"_s, u"sea"_s, Edition::Light, ids))),
              u"That wallpaper isn't in your packs."_s);
-    QCOMPARE(finish(rig.store().setWallpaper(u"glacier"_s, u"ice"_s, Edition::Light, ids))
-                 .errorDescription(),
+    QCOMPARE(failureText(finish(rig.store().setWallpaper(u"glacier"_s, u"ice"_s, Edition::Light, ids))),
              u"It isn't available to set yet."_s);
     // The nearest edition there is.
     QCOMPARE(rig.store().editionFor(u"aurora"_s, u"violet"_s, Edition::TimeOfDay),
@@ -259,10 +258,10 @@ void TestShopDownloads::overtakenRequests()
     QVERIFY(rig.shop().setFaults("{}"));
     const auto newer =
         finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"A"_s }));
-    QVERIFY2(newer.value, qPrintable(newer.errorDescription()));
+    QVERIFY2(newer.value, qPrintable(failureText(newer)));
 
     const auto outcome = finish(std::move(older));
-    QVERIFY2(outcome.value, qPrintable(outcome.errorDescription()));
+    QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
     const auto &cache = rig.store().cache();
     QCOMPARE(rig.target().shown.value(u"A"_s),
              cache.localPath(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light)));
@@ -276,7 +275,7 @@ void TestShopDownloads::overtakenRequests()
     QVERIFY(rig.shop().setFaults("{}"));
     QVERIFY(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"B"_s }))
                 .value);
-    QCOMPARE(finish(std::move(oldest)).errorDescription(),
+    QCOMPARE(failureText(finish(std::move(oldest))),
              u"Another wallpaper was set while this one downloaded."_s);
     QCOMPARE(rig.target().shown.value(u"B"_s), rig.target().shown.value(u"A"_s));
 }

@@ -1,6 +1,7 @@
 #include "cancel_token.h"
 #include "shop_cache.h"
 #include "store_rig.h"
+#include "failure_text.h"
 #include "test_support.h"
 
 #include <QSignalSpy>

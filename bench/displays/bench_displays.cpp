@@ -1,0 +1,179 @@
+// Two timings, each beside its peer in the same run:
+//  - setting a wallpaper whose rendering is already made, until the desktop shows it, against
+//    xwallpaper drawing the same rendering by itself;
+//  - the first rendering of a 6000x4000 picture, against heif-convert of the same file.
+// Run it under an X server with two monitors: tests/run-in-session xorg LOG bench_displays
+#include "clock.h"
+#include "displays.h"
+#include "owned_pack.h"
+#include "renderer.h"
+#include "wallpaper_setter.h"
+#include "x11_backend.h"
+
+#include <QCoroTask>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QScreen>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+double median(QList<double> values)
+{
+    std::ranges::sort(values);
+    return values.isEmpty() ? 0 : values[values.size() / 2];
+}
+
+QColor shownAt(int x, int y)
+{
+    return QGuiApplication::primaryScreen()->grabWindow(0, x, y, 1, 1).toImage().pixelColor(0, 0);
+}
+
+// HEIC keeps colours as YCbCr: a pure red comes back as 254, 0, 0.
+bool near(const QColor &a, const QColor &b)
+{
+    return qAbs(a.red() - b.red()) < 8 && qAbs(a.green() - b.green()) < 8 && qAbs(a.blue() - b.blue()) < 8;
+}
+
+// Milliseconds until the middle of the first monitor shows colour.
+double untilShown(QElapsedTimer &timer, const QColor &colour)
+{
+    while (!near(shownAt(960, 540), colour)) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        if (timer.elapsed() > 10000) {
+            std::printf("never shown: %s instead of %s\n", qPrintable(shownAt(960, 540).name()), qPrintable(colour.name()));
+            return -1;
+        }
+    }
+    return timer.nsecsElapsed() / 1e6;
+}
+
+bool run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    return process.waitForFinished(600000) && process.exitCode() == 0;
+}
+
+// A plain picture in one colour, as a one-picture HEIC.
+QString plainHeic(const QString &folder, const QString &name, QColor colour)
+{
+    QImage image(640, 400, QImage::Format_RGB32);
+    image.fill(colour);
+    const QString png = folder + u'/' + name + u".png"_s;
+    const QString heic = folder + u'/' + name + u".heic"_s;
+    image.save(png);
+    return run(u"heif-enc"_s, { u"-L"_s, u"-o"_s, heic, png }) ? heic : QString();
+}
+
+// A 6000x4000 picture with enough detail that the encoder and decoder have real work.
+QString largeHeic(const QString &folder)
+{
+    const QString heic = folder + u"/large-6000x4000.heic"_s;
+    if (QFile::exists(heic))
+        return heic;
+    QImage image(6000, 4000, QImage::Format_RGB32);
+    QPainter painter(&image);
+    QLinearGradient sky(0, 0, 0, 4000);
+    sky.setColorAt(0, QColor(0x22, 0x55, 0x99));
+    sky.setColorAt(1, QColor(0xee, 0xbb, 0x88));
+    painter.fillRect(image.rect(), sky);
+    QRandomGenerator random(7);
+    for (int i = 0; i < 4000; ++i) {
+        painter.setBrush(QColor::fromRgb(random.generate()));
+        painter.setPen(Qt::NoPen);
+        painter.drawEllipse(QPointF(random.bounded(6000), random.bounded(4000)), random.bounded(80), random.bounded(80));
+    }
+    painter.end();
+    const QString png = folder + u"/large.png"_s;
+    image.save(png);
+    return run(u"heif-enc"_s, { u"-q"_s, u"80"_s, u"-o"_s, heic, png }) ? heic : QString();
+}
+
+QCoro::Task<> setCached(int rounds)
+{
+    QTemporaryDir dir;
+    auto *backend = new X11Backend(dir.filePath(u"desktop-x11.json"_s));
+    const auto clock = std::make_shared<Clock>();
+    Displays displays(backend, PlacementRecords(dir.path()), clock);
+    const Renderer renderer(dir.filePath(u"Rendered"_s));
+    WallpaperSetter setter(&displays, renderer, nullptr, clock);
+    const QStringList first { setter.displayIds().first() };
+
+    const QList<std::pair<QString, QColor>> pictures { { plainHeic(dir.path(), u"red"_s, Qt::red), Qt::red },
+                                                       { plainHeic(dir.path(), u"blue"_s, Qt::blue), Qt::blue } };
+    // Quennet always shows red over blue, the peer blue over red; the first two sets render.
+    const auto set = [&](int which) -> QCoro::Task<double> {
+        const QString path = pictures[which].first;
+        const QColor colour = pictures[which].second;
+        const WallpaperFile file { .id = u"f_"_s + colour.name().mid(1), .pack = u"p"_s, .colourway = u"c"_s,
+                                   .edition = Edition::Light };
+        QElapsedTimer timer;
+        timer.start();
+        co_await setter.setWallpaper(file, path, { .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s }, first);
+        co_return untilShown(timer, colour);
+    };
+    co_await set(1);
+    co_await set(0);
+    const QString blue = renderer.renderingPath(u"f_0000ff"_s, 0);
+    QList<double> quennet;
+    QList<double> peer;
+    for (int round = 0; round < rounds; ++round) {
+        QElapsedTimer timer;
+        timer.start();
+        run(u"xwallpaper"_s, { u"--output"_s, u"DUMMY0"_s, u"--zoom"_s, blue });
+        peer.append(untilShown(timer, Qt::blue));
+        quennet.append(co_await set(0));
+    }
+    std::printf("set a cached wallpaper until shown (%d rounds): Quennet %.1f ms, xwallpaper alone %.1f ms, "
+                "ratio %.2fx; goal 100 ms\n",
+                rounds, median(quennet), median(peer), median(quennet) / median(peer));
+}
+
+void firstRendering(const QString &cacheFolder, int rounds)
+{
+    QDir().mkpath(cacheFolder);
+    const QString heic = largeHeic(cacheFolder);
+    if (heic.isEmpty()) {
+        std::printf("could not make the 6000x4000 picture\n");
+        return;
+    }
+    QList<double> quennet;
+    QList<double> peer;
+    for (int round = 0; round < rounds; ++round) {
+        QTemporaryDir dir;
+        QElapsedTimer timer;
+        timer.start();
+        if (!Renderer(dir.filePath(u"Rendered"_s)).render(heic, u"f_large"_s, 0))
+            std::printf("rendering failed\n");
+        quennet.append(timer.nsecsElapsed() / 1e6);
+        timer.restart();
+        run(u"heif-convert"_s, { heic, dir.filePath(u"peer.png"_s) });
+        peer.append(timer.nsecsElapsed() / 1e6);
+    }
+    std::printf("first rendering of 6000x4000 (%d rounds): Quennet %.0f ms, heif-convert %.0f ms, ratio %.2fx; "
+                "goal 1.1x\n",
+                rounds, median(quennet), median(peer), median(quennet) / median(peer));
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    QGuiApplication app(argc, argv);
+    const QStringList arguments = app.arguments();
+    const QString cache = arguments.value(1, QDir::tempPath() + u"/quennet-bench"_s);
+    QCoro::waitFor(setCached(arguments.value(2, u"20"_s).toInt()));
+    firstRendering(cache, 3);
+    return 0;
+}

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "account.h"
+#include "login_item.h"
+#include "notice_presenter.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QPointer>
+#include <QUrl>
+#include <QVariantList>
+#include <QtQmlIntegration>
+
+#include <memory>
+
+class Defaults;
+class Keychain;
+class NetworkAccessManager;
+class QQmlEngine;
+class QQuickWindow;
+class StatusItemController;
+
+// The composition root: builds the long-lived objects in start-up order, owns them for the life
+// of the process, and gives the views what they show.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by main")
+    Q_PROPERTY(Account *account READ account CONSTANT)
+    Q_PROPERTY(LoginItem *loginItem READ loginItem CONSTANT)
+    Q_PROPERTY(NoticePresenter *notice READ notice CONSTANT)
+    Q_PROPERTY(QString libraryState READ libraryState NOTIFY libraryStateChanged)
+    Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY libraryStateChanged)
+    Q_PROPERTY(QString version READ version CONSTANT)
+    Q_PROPERTY(QVariantList acknowledgements READ acknowledgements CONSTANT)
+    Q_PROPERTY(QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY
+                   settingsPaneChanged)
+
+public:
+    struct Options {
+        bool atLogin = false; // started by the session's autostart
+        QString program; // what open-at-login starts
+    };
+
+    explicit AppDelegate(Options options, QObject *parent = nullptr);
+    ~AppDelegate() override;
+
+    // The running delegate, for whoever cannot be handed it; null before start-up and after.
+    [[nodiscard]] static AppDelegate *current();
+
+    // The start-up sequence after the instance check.
+    void start();
+    // Makes every view once, without showing it; false when one fails to load.
+    [[nodiscard]] bool selfTest();
+
+    [[nodiscard]] Account *account() const { return m_account; }
+    [[nodiscard]] LoginItem *loginItem() const { return m_loginItem; }
+    [[nodiscard]] NoticePresenter *notice() const { return m_notice; }
+    [[nodiscard]] StatusItemController *statusItem() const { return m_statusItem; }
+    // "signedOut", "loading", "unreachable" or "ready": which of the panel's states shows.
+    [[nodiscard]] QString libraryState() const;
+    [[nodiscard]] bool isSignedIn() const;
+    [[nodiscard]] static QString version();
+    [[nodiscard]] static QVariantList acknowledgements();
+    [[nodiscard]] QString settingsPane() const { return m_settingsPane; }
+    void setSettingsPane(const QString &pane);
+
+    Q_INVOKABLE void openMain();
+    Q_INVOKABLE void openSettings(const QString &pane = {});
+    Q_INVOKABLE void closePanel();
+    Q_INVOKABLE void checkForNewFiles();
+    Q_INVOKABLE void signIn();
+    Q_INVOKABLE void openBrowserAgain();
+    Q_INVOKABLE void cancelSignIn();
+    Q_INVOKABLE void signOut();
+    Q_INVOKABLE void quit();
+
+Q_SIGNALS:
+    void libraryStateChanged();
+    void settingsPaneChanged();
+
+private:
+    static QCoro::Task<> restoreSession(QPointer<AppDelegate> self);
+    static QCoro::Task<> signOut(QPointer<AppDelegate> self);
+    void accountChanged();
+    [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
+
+    Options m_options;
+    std::unique_ptr<Defaults> m_defaults;
+    Keychain *m_keychain = nullptr;
+    NetworkAccessManager *m_network = nullptr;
+    Account *m_account = nullptr;
+    LoginItem *m_loginItem = nullptr;
+    NoticePresenter *m_notice = nullptr;
+    QQmlEngine *m_engine = nullptr;
+    StatusItemController *m_statusItem = nullptr;
+    QPointer<QQuickWindow> m_main;
+    QPointer<QQuickWindow> m_settings;
+    QString m_settingsPane = QStringLiteral("general");
+    bool m_wasSignedIn = false;
+};

@@ -1,0 +1,44 @@
+#include "app_delegate.h"
+#include "single_instance.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QQuickStyle>
+#include <QtQml/QQmlExtensionPlugin>
+
+Q_IMPORT_QML_PLUGIN(QuennetPlugin)
+
+using namespace Qt::Literals::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"Quennet"_s);
+    QApplication::setApplicationVersion(AppDelegate::version());
+    QApplication::setDesktopFileName(u"app.quennet.Quennet"_s);
+    // A tray application: closing its windows leaves it running.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QQuickStyle::setStyle(u"Fusion"_s);
+
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption atLogin(u"at-login"_s, u"Started at login: stay in the tray."_s);
+    const QCommandLineOption selfTest(u"self-test"_s, u"Load every view hidden, then quit."_s);
+    parser.addOptions({atLogin, selfTest});
+    parser.process(application);
+
+    SingleInstance instance;
+    if (!parser.isSet(selfTest) && !instance.claim()) {
+        return 0;
+    }
+    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(selfTest),
+                          .program = QApplication::applicationFilePath()});
+    QObject::connect(&instance, &SingleInstance::openMainWindowRequested, &delegate,
+                     &AppDelegate::openMain);
+    delegate.start();
+    if (parser.isSet(selfTest)) {
+        return delegate.selfTest() ? 0 : 1;
+    }
+    return QApplication::exec();
+}

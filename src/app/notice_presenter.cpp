@@ -1,0 +1,88 @@
+#include "notice_presenter.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLocale>
+
+using namespace Qt::Literals::StringLiterals;
+
+NoticePresenter::NoticePresenter(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void NoticePresenter::setNotice(const std::optional<Notice> &notice)
+{
+    if (notice != m_notice) {
+        m_notice = notice;
+        Q_EMIT changed();
+    }
+}
+
+QString NoticePresenter::kind() const
+{
+    if (!m_notice) {
+        return {};
+    }
+    switch (m_notice->kind()) {
+    case Notice::Kind::Downloading:
+        return u"downloading"_s;
+    case Notice::Kind::Saved:
+        return u"saved"_s;
+    case Notice::Kind::Failed:
+        return u"failed"_s;
+    }
+    return {};
+}
+
+QString NoticePresenter::text() const
+{
+    if (!m_notice) {
+        return {};
+    }
+    switch (m_notice->kind()) {
+    case Notice::Kind::Downloading:
+        return m_notice->count() == 1
+            ? u"Downloading"_s
+            : u"Downloading %1 files"_s.arg(QLocale().toString(m_notice->count()));
+    case Notice::Kind::Saved:
+        return u"Saved %1 to Downloads"_s.arg(m_notice->url().fileName());
+    case Notice::Kind::Failed:
+        return m_notice->message();
+    }
+    return {};
+}
+
+QString NoticePresenter::percent() const
+{
+    if (!m_notice || m_notice->kind() != Notice::Kind::Downloading) {
+        return {};
+    }
+    const QLocale locale;
+    return locale.toString(qRound(m_notice->fraction() * 100)) + locale.percent();
+}
+
+double NoticePresenter::fraction() const
+{
+    return m_notice ? m_notice->fraction() : 0;
+}
+
+void NoticePresenter::showInFolder() const
+{
+    if (!m_notice || m_notice->kind() != Notice::Kind::Saved) {
+        return;
+    }
+    const QUrl file = m_notice->url();
+    // The file manager selects the file where it implements the freedesktop interface; else the
+    // folder opens.
+    auto call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    call << QStringList{file.toString()} << QString();
+    const auto reply = QDBusConnection::sessionBus().call(call, QDBus::Block, 2000);
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file.toLocalFile()).path()));
+    }
+}

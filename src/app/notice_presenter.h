@@ -1,0 +1,43 @@
+#pragma once
+
+#include "notice.h"
+
+#include <QObject>
+#include <QtQmlIntegration>
+
+#include <optional>
+
+// The panel's notice line in words: what NoticeView shows for the store's current notice.
+class NoticePresenter : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(bool visible READ isVisible NOTIFY changed)
+    Q_PROPERTY(QString kind READ kind NOTIFY changed)
+    Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(QString percent READ percent NOTIFY changed)
+    Q_PROPERTY(double fraction READ fraction NOTIFY changed)
+
+public:
+    explicit NoticePresenter(QObject *parent = nullptr);
+
+    void setNotice(const std::optional<Notice> &notice);
+
+    [[nodiscard]] bool isVisible() const { return m_notice.has_value(); }
+    // "downloading", "saved", "failed", or empty without a notice.
+    [[nodiscard]] QString kind() const;
+    [[nodiscard]] QString text() const;
+    // Whole percent in the user's locale, while downloading.
+    [[nodiscard]] QString percent() const;
+    [[nodiscard]] double fraction() const;
+
+    // Shows a saved file in the file manager.
+    Q_INVOKABLE void showInFolder() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    std::optional<Notice> m_notice;
+};

@@ -1,0 +1,104 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Quennet
+
+// Signing in: the code to approve in the browser, and each step of waiting for it.
+ColumnLayout {
+    id: sheet
+
+    required property AppDelegate app
+    readonly property int status: app.account.status
+
+    spacing: 10
+
+    Label {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        font.pixelSize: 17
+        font.weight: Font.DemiBold
+        text: sheet.status === Account.Waiting ? "Approve this computer in your browser"
+                                               : "Sign in to use the packs you've bought"
+    }
+    Label {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        visible: sheet.status === Account.SignedOut || sheet.status === Account.Requesting
+        color: palette.placeholderText
+        text: "With the email address you bought them with."
+    }
+
+    // The code, large and spaced, so it can be compared at a glance.
+    Frame {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: 4
+        visible: sheet.status === Account.Waiting
+        padding: 12
+        Label {
+            text: sheet.app.account.userCode
+            font.family: "monospace"
+            font.pixelSize: 28
+            font.letterSpacing: 4
+            font.weight: Font.DemiBold
+        }
+    }
+    Label {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        visible: sheet.status === Account.Waiting
+        color: palette.placeholderText
+        text: "Check the code there matches this one."
+    }
+    RowLayout {
+        Layout.alignment: Qt.AlignHCenter
+        visible: sheet.status === Account.Waiting || sheet.status === Account.Requesting
+        BusyIndicator {
+            running: parent.visible
+            implicitWidth: 20
+            implicitHeight: 20
+        }
+        Label {
+            text: "Waiting for approval…"
+            color: palette.placeholderText
+        }
+    }
+    Label {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        visible: sheet.status === Account.Failed
+        text: "\u26a0 " + sheet.app.account.message
+    }
+
+    RowLayout {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: 6
+        spacing: 8
+        Button {
+            visible: sheet.status === Account.SignedOut
+            text: "Sign In…"
+            highlighted: true
+            onClicked: sheet.app.signIn()
+        }
+        Button {
+            visible: sheet.status === Account.Waiting
+            text: "Open Browser Again"
+            onClicked: sheet.app.openBrowserAgain()
+        }
+        Button {
+            visible: sheet.status === Account.Failed
+            text: "Start Again"
+            highlighted: true
+            onClicked: sheet.app.signIn()
+        }
+        Button {
+            visible: sheet.status === Account.Waiting || sheet.status === Account.Requesting
+                     || sheet.status === Account.Failed
+            text: "Cancel"
+            onClicked: sheet.app.cancelSignIn()
+        }
+    }
+}

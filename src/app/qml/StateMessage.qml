@@ -1,0 +1,55 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+// A calm, centred message for a state of the library: a title, a sentence, and maybe an action.
+ColumnLayout {
+    id: message
+
+    property string title
+    property string detail
+    property bool busy: false
+    property string symbol
+    property string actionText
+    signal action()
+
+    spacing: 6
+
+    BusyIndicator {
+        Layout.alignment: Qt.AlignHCenter
+        visible: message.busy
+        running: visible
+        implicitWidth: 32
+        implicitHeight: 32
+    }
+    Label {
+        Layout.alignment: Qt.AlignHCenter
+        visible: message.symbol !== ""
+        text: message.symbol
+        font.pixelSize: 28
+        color: palette.placeholderText
+    }
+    Label {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        text: message.title
+        font.pixelSize: 15
+        font.weight: Font.DemiBold
+    }
+    Label {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        visible: text !== ""
+        text: message.detail
+        color: palette.placeholderText
+    }
+    Button {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: 6
+        visible: message.actionText !== ""
+        text: message.actionText
+        onClicked: message.action()
+    }
+}

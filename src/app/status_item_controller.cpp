@@ -1,0 +1,244 @@
+#include "status_item_controller.h"
+
+#include "panel_window.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPainter>
+#include <QPropertyAnimation>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QScreen>
+#include <QSystemTrayIcon>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int openingMs = 200;
+
+// GNOME's "enable-animations", as the desktop portal reports it; on when nobody says.
+bool reducedMotion()
+{
+    if (qEnvironmentVariableIsSet("QUENNET_REDUCED_MOTION")) {
+        return qEnvironmentVariableIntValue("QUENNET_REDUCED_MOTION") != 0;
+    }
+    auto call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+        u"org.freedesktop.portal.Settings"_s, u"Read"_s);
+    call << u"org.gnome.desktop.interface"_s << u"enable-animations"_s;
+    const auto reply = QDBusConnection::sessionBus().call(call, QDBus::Block, 500);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        return false;
+    }
+    // The portal wraps the value in a variant, sometimes twice.
+    QVariant value = reply.arguments().constFirst();
+    while (value.canConvert<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
+}
+
+// A picture on a tilted frame, drawn so that no icon theme is needed.
+QIcon trayGlyph()
+{
+    QIcon icon = QIcon::fromTheme(u"preferences-desktop-wallpaper"_s);
+    if (!icon.isNull()) {
+        return icon;
+    }
+    QPixmap pixmap(64, 64);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor ink = QGuiApplication::palette().color(QPalette::WindowText);
+    painter.setPen(QPen(ink, 5));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(8, 14, 48, 38), 6, 6);
+    painter.setBrush(ink);
+    painter.setPen(Qt::NoPen);
+    painter.drawEllipse(QPointF(22, 27), 5, 5);
+    painter.drawPolygon(QPolygonF({{12, 48}, {30, 32}, {40, 42}, {46, 36}, {54, 48}}));
+    return QIcon(pixmap);
+}
+
+} // namespace
+
+StatusItemController::StatusItemController(Actions actions, QQmlEngine *engine,
+                                           QVariantMap rootProperties, QObject *parent)
+    : QObject(parent)
+    , m_actions(std::move(actions))
+    , m_engine(engine)
+    , m_rootProperties(std::move(rootProperties))
+    , m_tray(new QSystemTrayIcon(trayGlyph(), this))
+{
+    m_tray->setToolTip(u"Quennet"_s);
+    connect(m_tray, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Context) {
+                    showMenu();
+                } else if (reason == QSystemTrayIcon::Trigger) {
+                    leftClicked();
+                }
+            });
+    m_tray->show();
+}
+
+StatusItemController::~StatusItemController()
+{
+    delete m_panel;
+    delete m_menu;
+}
+
+void StatusItemController::leftClicked()
+{
+    if (QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier) {
+        showMenu();
+    } else {
+        togglePanel();
+    }
+}
+
+void StatusItemController::togglePanel()
+{
+    if (m_shown) {
+        closePanel();
+    } else if (m_rules.mayOpen(QDateTime::currentDateTimeUtc())) {
+        showPanel();
+    }
+}
+
+bool StatusItemController::preparePanel()
+{
+    if (m_panel) {
+        return m_panel->status() == QQuickView::Ready;
+    }
+    m_panel = new PanelWindow(m_engine);
+    m_panel->setTitle(u"Quennet"_s);
+    m_panel->setInitialProperties(m_rootProperties);
+    m_panel->setSource(QUrl(u"qrc:/qt/qml/Quennet/qml/Panel.qml"_s));
+    if (m_panel->status() != QQuickView::Ready) {
+        qWarning() << m_panel->errors();
+        return false;
+    }
+    connect(m_panel, &PanelWindow::cancelled, this, &StatusItemController::closePanel);
+    connect(m_panel, &PanelWindow::resignedFocus, this, [this] {
+        if (m_shown) {
+            m_rules.dismissed(QDateTime::currentDateTimeUtc());
+            closePanel();
+        }
+    });
+    connect(m_panel, &PanelWindow::contentHeightChanged, this,
+            &StatusItemController::resizePanel);
+    if (QQuickItem *root = m_panel->rootObject()) {
+        connect(root, SIGNAL(closeRequested()), this, SLOT(closePanel()));
+        resizePanel(root->implicitHeight());
+    }
+    m_animation = new QPropertyAnimation(m_panel, "y", this);
+    return true;
+}
+
+QRect StatusItemController::availableArea() const
+{
+    const QRect icon = m_tray->geometry();
+    QScreen *screen = icon.isEmpty() ? nullptr : QGuiApplication::screenAt(icon.center());
+    if (!screen) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    return screen ? screen->availableGeometry() : QRect();
+}
+
+void StatusItemController::showPanel()
+{
+    if (m_shown || !preparePanel()) {
+        return;
+    }
+    m_shown = true;
+    Q_EMIT shownChanged();
+    const QRect frame = PanelRules::frame(m_tray->geometry(), availableArea(),
+                                          int(std::lround(m_contentHeight)));
+    m_animation->stop();
+    if (reducedMotion()) {
+        m_panel->setGeometry(frame);
+        m_panel->show();
+        m_panel->requestActivate();
+        finishOpening();
+        return;
+    }
+    m_opening = true;
+    m_panel->setGeometry(frame.translated(0, -PanelRules::openingLift));
+    m_panel->setOpacity(0);
+    m_panel->show();
+    m_panel->requestActivate();
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment({0.2, 0.9}, {0.3, 1.0}, {1.0, 1.0});
+    m_animation->setDuration(openingMs);
+    m_animation->setEasingCurve(curve);
+    m_animation->setStartValue(m_panel->y());
+    m_animation->setEndValue(frame.y());
+    disconnect(m_animation, &QPropertyAnimation::finished, nullptr, nullptr);
+    connect(m_animation, &QPropertyAnimation::valueChanged, m_panel, [this] {
+        m_panel->setOpacity(m_animation->currentTime() / double(openingMs));
+    });
+    connect(m_animation, &QPropertyAnimation::finished, this,
+            &StatusItemController::finishOpening);
+    m_animation->start();
+}
+
+void StatusItemController::finishOpening()
+{
+    m_opening = false;
+    m_panel->setOpacity(1);
+    disconnect(m_animation, nullptr, m_panel, nullptr);
+    // A height that arrived while the panel moved is applied now.
+    if (PanelRules::resizes(m_panel->height(), m_contentHeight)) {
+        m_panel->setHeight(int(std::lround(m_contentHeight)));
+    }
+}
+
+void StatusItemController::closePanel()
+{
+    if (!m_shown) {
+        return;
+    }
+    m_shown = false;
+    m_opening = false;
+    Q_EMIT shownChanged();
+    m_animation->stop();
+    disconnect(m_animation, nullptr, m_panel, nullptr);
+    // Without a compositor a fade shows nothing, and the next open must not find it half done.
+    m_panel->hide();
+}
+
+void StatusItemController::resizePanel(double height)
+{
+    if (height <= 0) {
+        return;
+    }
+    m_contentHeight = height;
+    if (m_opening || !m_panel || !m_shown) {
+        return;
+    }
+    if (PanelRules::resizes(m_panel->height(), height)) {
+        // The top edge stays where it is: the panel hangs from the tray.
+        m_panel->setHeight(int(std::lround(height)));
+    }
+}
+
+void StatusItemController::showMenu()
+{
+    closePanel();
+    // Built afresh each time, so it always says what is true now.
+    delete m_menu;
+    m_menu = new QMenu;
+    m_menu->addAction(u"Open Quennet"_s, this, [this] { m_actions.openMain(); });
+    m_menu->addAction(u"Settings…"_s, QKeySequence(u"Ctrl+,"_s), this,
+                      [this] { m_actions.openSettings(); });
+    m_menu->addSeparator();
+    m_menu->addAction(u"Quit Quennet"_s, QKeySequence::Quit, this, [this] { m_actions.quit(); });
+    const QRect icon = m_tray->geometry();
+    m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft());
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "panel_rules.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+
+class PanelWindow;
+class QMenu;
+class QPropertyAnimation;
+class QQmlEngine;
+class QSystemTrayIcon;
+
+// Quennet's presence in the tray: a left click opens or closes the panel below the icon, a right
+// click or Control-click shows the status menu.
+class StatusItemController : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged)
+
+public:
+    struct Actions {
+        std::function<void()> openMain;
+        std::function<void()> openSettings;
+        std::function<void()> quit;
+    };
+
+    // The panel's view is made from the engine the first time it opens; rootProperties are given
+    // to it then.
+    StatusItemController(Actions actions, QQmlEngine *engine, QVariantMap rootProperties,
+                         QObject *parent = nullptr);
+    ~StatusItemController() override;
+
+    [[nodiscard]] bool isShown() const { return m_shown; }
+    [[nodiscard]] QSystemTrayIcon *trayIcon() const { return m_tray; }
+
+    void showPanel();
+    void togglePanel();
+    void showMenu();
+    // The panel's content asked for this height.
+    void resizePanel(double height);
+    // Makes the panel's view now, without showing it (the self-test checks that it loads).
+    [[nodiscard]] bool preparePanel();
+
+public Q_SLOTS:
+    void closePanel();
+
+Q_SIGNALS:
+    void shownChanged();
+
+private:
+    void leftClicked();
+    [[nodiscard]] QRect availableArea() const;
+    void finishOpening();
+
+    Actions m_actions;
+    QQmlEngine *m_engine;
+    QVariantMap m_rootProperties;
+    QSystemTrayIcon *m_tray;
+    QPointer<QMenu> m_menu;
+    PanelWindow *m_panel = nullptr;
+    QPropertyAnimation *m_animation = nullptr;
+    PanelRules m_rules;
+    bool m_shown = false;
+    bool m_opening = false;
+    double m_contentHeight = PanelRules::initialHeight;
+};

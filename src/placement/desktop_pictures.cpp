@@ -1,0 +1,66 @@
+#include "desktop_pictures.h"
+
+#include "gnome_slideshow.h"
+#include "heic_file.h"
+#include "picture_choice.h"
+#include "renderer.h"
+
+#include <QSaveFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace DesktopPictures
+{
+namespace
+{
+QString rendered(const Renderer &renderer, const Request &request, int index)
+{
+    const auto path = renderer.render(request.source, request.fileId, index);
+    if (!path)
+        throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
+    return *path;
+}
+
+std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request &request,
+                                        const PictureChoice::Pictures &pictures)
+{
+    const auto changes = PictureChoice::schedule(pictures);
+    if (changes.isEmpty())
+        return std::nullopt;
+    QList<GnomeSlideshow::Entry> entries;
+    for (const HeicMetadata::TimedPicture &change : changes)
+        entries.append({ change.dayFraction, rendered(renderer, request, change.index) });
+    const QString path = renderer.companionPath(request.fileId, u"xml"_s);
+    QSaveFile file(path);
+    const QByteArray xml = GnomeSlideshow::xml(entries);
+    if (!file.open(QIODevice::WriteOnly) || file.write(xml) != xml.size() || !file.commit())
+        throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
+    const int now = PictureChoice::pictureFor(pictures, Edition::TimeOfDay, request.dark, request.time);
+    return DesktopPicture { .path = path, .still = rendered(renderer, request, now) };
+}
+} // namespace
+
+Prepared prepare(const Renderer &renderer, const Request &request)
+{
+    const auto file = HeicFile::open(request.source);
+    if (!file)
+        return { .picture = { .path = request.source } };
+    const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(file->xmp()), file->pictureCount(),
+                                             file->primaryIndex() };
+
+    if (request.edition == Edition::TimeOfDay && request.slideshow) {
+        if (auto picture = slideshow(renderer, request, pictures))
+            return { .picture = *picture };
+    }
+    if (request.edition == Edition::Automatic && request.pair) {
+        const int light = PictureChoice::pictureFor(pictures, Edition::Automatic, false, request.time);
+        const int dark = PictureChoice::pictureFor(pictures, Edition::Automatic, true, request.time);
+        if (light != dark)
+            return { .picture = { .path = rendered(renderer, request, light),
+                                  .dark = rendered(renderer, request, dark) } };
+    }
+    const int index = PictureChoice::pictureFor(pictures, request.edition, request.dark, request.time);
+    return { .picture = { .path = rendered(renderer, request, index) },
+             .nextChange = PictureChoice::nextChange(pictures, request.edition, request.time) };
+}
+} // namespace DesktopPictures

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "desktop_backend.h"
+#include "placement.h"
+#include "placement_records.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QObject>
+#include <QRectF>
+
+#include <memory>
+#include <optional>
+
+class CancelToken;
+class Clock;
+
+// Which displays are attached, what each shows, and which of the user's wallpapers was put on
+// which: the only caller of the desktop's set-picture operation and the only writer of
+// "placements.json".
+class Displays : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QList<Display> all READ all NOTIFY allChanged)
+
+public:
+    // One attached display as the desktop showed it at the last refresh. Nested: X11's headers,
+    // which Qt's GUI headers pull in, take the global name.
+    struct Display {
+        QString id; // stable across reconnection and restarts: the key of every per-display record
+        QString name;
+        QRectF frame; // relative to the top-left corner of the first screen
+        bool isMain = false; // the first screen of the desktop's list
+        std::optional<QString> wallpaper; // what it shows, by the current-picture rule
+
+        bool operator==(const Display &) const = default;
+    };
+
+    // A picture just set that the desktop may not report yet.
+    struct Pending {
+        QString path;
+        QDateTime until;
+    };
+
+    // Reads the placement records, refreshes, then follows screen, activation and workspace
+    // changes.
+    Displays(DesktopBackend *backend, PlacementRecords records, std::shared_ptr<Clock> clock,
+             QObject *parent = nullptr);
+    ~Displays() override;
+
+    [[nodiscard]] QList<Display> all() const { return m_all; }
+    [[nodiscard]] PlacementFile file() const { return m_file; }
+    [[nodiscard]] DesktopBackend *backend() const { return m_backend; }
+    [[nodiscard]] bool hasPending() const { return !m_pending.isEmpty(); }
+
+    // Re-reads the screens and their pictures; observers hear only of a change.
+    void refresh();
+
+    // Gives picture to the desktop on every attached display whose id is listed and records
+    // placement for each, with picture's path as its path; detached ids are skipped. Throws the
+    // desktop's DesktopError after saving what was recorded.
+    QCoro::Task<> set(DesktopPicture picture, Placement placement, QStringList displayIds);
+    // Puts a recorded picture back on one display.
+    QCoro::Task<> restore(QString displayId, Placement placement);
+
+    // The current-picture rule: what the desktop reports, unless a picture set less than 3 s ago
+    // has not reached it yet.
+    [[nodiscard]] std::optional<QString> current(const DesktopScreen &screen, const QString &displayId);
+    [[nodiscard]] std::optional<Placement> placement(const QString &displayId) const;
+    // Whether a display shows the wallpaper recorded for it, rather than something chosen in
+    // your desktop settings ("Not from your packs").
+    [[nodiscard]] bool showsOwnWallpaper(const Display &display) const;
+
+    // Writes the records; false when they could not be written.
+    bool save();
+
+Q_SIGNALS:
+    void allChanged();
+    void fileChanged();
+
+private:
+    void settle();
+
+    DesktopBackend *m_backend;
+    PlacementRecords m_records;
+    std::shared_ptr<Clock> m_clock;
+    QList<Display> m_all;
+    PlacementFile m_file;
+    QHash<QString, Pending> m_pending;
+    std::shared_ptr<CancelToken> m_settling;
+};

@@ -1,0 +1,168 @@
+#include "wallpaper_setter.h"
+
+#include "cancel_token.h"
+#include "clock.h"
+#include "colour_scheme.h"
+#include "desktop_pictures.h"
+#include "displays.h"
+#include "owned_pack.h"
+
+#include <QCoroFuture>
+#include <QLoggingCategory>
+#include <QPointer>
+#include <QtConcurrent/QtConcurrentRun>
+
+Q_LOGGING_CATEGORY(lcSetter, "app.quennet.Quennet.Wallpaper")
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+// Wakes follow() at the next phase time. Qt timers stop during suspend, so the wait is counted
+// from the wall clock again after every wake by the next schedule.
+QCoro::Task<> wakeAt(QPointer<WallpaperSetter> owner, std::shared_ptr<Clock> clock,
+                     std::shared_ptr<CancelToken> token, std::chrono::milliseconds wait)
+{
+    if (!co_await clock->sleep(token, wait) || !owner)
+        co_return;
+    try {
+        co_await owner->follow();
+    } catch (const Error &error) {
+        qCWarning(lcSetter) << "Could not switch pictures:" << error.what();
+    }
+}
+
+QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictures::Request request)
+{
+    // A failure crosses threads as text: QFuture carries only QException subclasses.
+    using Outcome = std::pair<std::optional<DesktopPictures::Prepared>, QString>;
+    // Not inside the co_await expression: g++ 12 destroys such temporaries twice.
+    QFuture<Outcome> preparing = QtConcurrent::run([renderer, request]() -> Outcome {
+        try {
+            return { DesktopPictures::prepare(renderer, request), {} };
+        } catch (const DesktopError &error) {
+            return { std::nullopt, error.description() };
+        }
+    });
+    const Outcome outcome = co_await preparing;
+    if (!outcome.first)
+        throw DesktopError(outcome.second);
+    co_return *outcome.first;
+}
+} // namespace
+
+WallpaperSetter::WallpaperSetter(Displays *displays, Renderer renderer, ColourScheme *scheme,
+                                 std::shared_ptr<Clock> clock, QObject *parent)
+    : QObject(parent)
+    , m_displays(displays)
+    , m_renderer(std::move(renderer))
+    , m_scheme(scheme)
+    , m_clock(std::move(clock))
+{
+    if (m_scheme) {
+        connect(m_scheme, &ColourScheme::changed, this, [this] {
+            [](QPointer<WallpaperSetter> self) -> QCoro::Task<> {
+                try {
+                    co_await self->follow();
+                } catch (const Error &error) {
+                    qCWarning(lcSetter) << "Could not follow the colour scheme:" << error.what();
+                }
+            }(this);
+        });
+    }
+}
+
+WallpaperSetter::~WallpaperSetter()
+{
+    if (m_schedule)
+        m_schedule->cancel();
+}
+
+QStringList WallpaperSetter::displayIds() const
+{
+    QStringList ids;
+    for (const Displays::Display &display : m_displays->all())
+        ids.append(display.id);
+    return ids;
+}
+
+DesktopPictures::Request WallpaperSetter::request(QString source, QString fileId, Edition edition,
+                                                  bool everyDisplay) const
+{
+    const auto capabilities = m_displays->backend()->capabilities();
+    return { .source = std::move(source),
+             .fileId = std::move(fileId),
+             .edition = edition,
+             .dark = m_scheme && m_scheme->isDark(),
+             .time = m_clock->now().toLocalTime().time(),
+             .pair = capabilities.testFlag(DesktopBackend::Capability::LightDarkPair),
+             // A slideshow file cannot be cut into one display's part of a spanned picture.
+             .slideshow = everyDisplay && capabilities.testFlag(DesktopBackend::Capability::TimedSlideshow) };
+}
+
+QCoro::Task<> WallpaperSetter::setWallpaper(WallpaperFile file, QString localPath, Placement placement,
+                                            QStringList displayIds)
+{
+    bool everyDisplay = true;
+    for (const QString &id : this->displayIds())
+        everyDisplay = everyDisplay && displayIds.contains(id);
+    const QPointer<WallpaperSetter> self(this);
+    const auto ready = co_await prepared(m_renderer, request(localPath, file.id, file.edition, everyDisplay));
+    if (!self)
+        co_return;
+    co_await m_displays->set(ready.picture, std::move(placement), std::move(displayIds));
+    if (self)
+        scheduleAt(ready.nextChange);
+}
+
+QCoro::Task<> WallpaperSetter::follow()
+{
+    const QPointer<WallpaperSetter> self(this);
+    std::optional<QTime> next;
+    for (const Displays::Display &display : m_displays->all()) {
+        const auto placement = m_displays->placement(display.id);
+        const auto edition = placement ? editionFromRawValue(placement->edition) : std::nullopt;
+        if (!placement || !m_displays->showsOwnWallpaper(display)
+            || (edition != Edition::Automatic && edition != Edition::TimeOfDay))
+            continue;
+        const auto source = m_renderer.sourceOf(placement->path);
+        if (!source)
+            continue;
+        const auto ready = co_await prepared(
+            m_renderer, request(*source, Renderer::fileIdOf(placement->path), *edition, false));
+        if (!self)
+            co_return;
+        if (ready.nextChange && (!next || *ready.nextChange < *next))
+            next = ready.nextChange;
+        if (ready.picture.path != placement->path)
+            co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
+        if (!self)
+            co_return;
+    }
+    scheduleAt(next);
+}
+
+void WallpaperSetter::scheduleAt(std::optional<QTime> next)
+{
+    if (m_schedule)
+        m_schedule->cancel();
+    m_schedule.reset();
+    if (!next)
+        return;
+    const int now = m_clock->now().toLocalTime().time().msecsSinceStartOfDay();
+    constexpr int day = 24 * 60 * 60 * 1000;
+    // A second late, so the change is due when it wakes.
+    const int wait = (next->msecsSinceStartOfDay() - now + day) % day + 1000;
+    m_schedule = std::make_shared<CancelToken>();
+    wakeAt(this, m_clock, m_schedule, std::chrono::milliseconds(wait));
+}
+
+bool WallpaperSetter::isShown(const QString &localPath) const
+{
+    for (const Displays::Display &display : m_displays->all()) {
+        if (display.wallpaper
+            && (*display.wallpaper == localPath || m_renderer.sourceOf(*display.wallpaper) == localPath))
+            return true;
+    }
+    return false;
+}

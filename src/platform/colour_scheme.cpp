@@ -1,0 +1,60 @@
+#include "colour_scheme.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+const auto service = u"org.freedesktop.portal.Desktop"_s;
+const auto path = u"/org/freedesktop/portal/desktop"_s;
+const auto interface = u"org.freedesktop.portal.Settings"_s;
+const auto group = u"org.freedesktop.appearance"_s;
+const auto key = u"color-scheme"_s;
+
+// Read() wraps the value in one more variant than the signal does.
+QVariant unwrap(QVariant value)
+{
+    while (value.canConvert<QDBusVariant>() && value.typeId() == qMetaTypeId<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+} // namespace
+
+ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
+    : QObject(parent)
+    , m_bus(bus)
+{
+    if (!m_bus.isConnected())
+        return;
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
+    auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
+    message << group << key;
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        if (!reply.isError())
+            take(reply.value().variant());
+        call->deleteLater();
+    });
+}
+
+void ColourScheme::settingChanged(const QDBusMessage &message)
+{
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() == 3 && arguments[0].toString() == group && arguments[1].toString() == key)
+        take(arguments[2]);
+}
+
+void ColourScheme::take(const QVariant &value)
+{
+    // 1 prefers dark; 0 (no preference) and 2 (prefers light) show light.
+    const bool dark = unwrap(value).toUInt() == 1;
+    if (dark == m_dark)
+        return;
+    m_dark = dark;
+    Q_EMIT changed();
+}

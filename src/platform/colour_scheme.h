@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+
+class QDBusMessage;
+
+// Whether the desktop prefers dark, from the desktop portal's appearance setting
+// (org.freedesktop.appearance color-scheme). Light until the portal says otherwise.
+class ColourScheme : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
+
+public:
+    explicit ColourScheme(const QDBusConnection &bus, QObject *parent = nullptr);
+
+    [[nodiscard]] bool isDark() const { return m_dark; }
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void settingChanged(const QDBusMessage &message);
+
+private:
+    void take(const QVariant &value);
+
+    QDBusConnection m_bus;
+    bool m_dark = false;
+};

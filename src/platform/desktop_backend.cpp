@@ -1,0 +1,60 @@
+#include "desktop_backend.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+using namespace Qt::Literals::StringLiterals;
+
+DesktopError::DesktopError(QString description)
+    : m_description(std::move(description))
+{
+}
+
+DesktopBackend::DesktopBackend(QObject *parent)
+    : QObject(parent)
+{
+}
+
+DesktopBackend::~DesktopBackend() = default;
+
+QStringList DesktopBackend::imageFormats() const
+{
+    return { u"png"_s, u"jpg"_s, u"jpeg"_s };
+}
+
+QList<DesktopScreen> DesktopBackend::screens() const
+{
+    QList<DesktopScreen> result;
+    QList<QScreen *> screens = QGuiApplication::screens();
+    // Qt lists the primary screen first on X11 but not on every platform.
+    if (const auto primary = QGuiApplication::primaryScreen(); primary && !screens.isEmpty())
+        screens.move(screens.indexOf(primary), 0);
+    for (const QScreen *screen : std::as_const(screens)) {
+        if (screen->name().isEmpty())
+            continue;
+        result.append({ .connector = screen->name(),
+                        .manufacturer = screen->manufacturer(),
+                        .model = screen->model(),
+                        .serial = screen->serialNumber(),
+                        .geometry = screen->geometry() });
+    }
+    return result;
+}
+
+void DesktopBackend::followQtScreens()
+{
+    auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    if (!application)
+        return;
+    const auto watch = [this](QScreen *screen) {
+        connect(screen, &QScreen::geometryChanged, this, &DesktopBackend::screensChanged);
+    };
+    for (QScreen *screen : QGuiApplication::screens())
+        watch(screen);
+    connect(application, &QGuiApplication::screenAdded, this, [this, watch](QScreen *screen) {
+        watch(screen);
+        Q_EMIT screensChanged();
+    });
+    connect(application, &QGuiApplication::screenRemoved, this, &DesktopBackend::screensChanged);
+    connect(application, &QGuiApplication::primaryScreenChanged, this, &DesktopBackend::screensChanged);
+}

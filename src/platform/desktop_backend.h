@@ -1,0 +1,97 @@
+#pragma once
+
+#include "error.h"
+
+#include <QCoroTask>
+#include <QList>
+#include <QObject>
+#include <QRect>
+
+#include <optional>
+
+// One screen as the desktop lists it. Qt's screen geometry already has a top-left origin.
+struct DesktopScreen {
+    QString connector; // "DP-1", "DUMMY0"
+    QString manufacturer; // from the EDID, empty when the screen has none
+    QString model;
+    QString serial;
+    QRect geometry; // in the virtual desktop
+
+    bool operator==(const DesktopScreen &) const = default;
+};
+
+// What the desktop is given to show: a picture, or a timed slideshow file, with an optional
+// picture for dark mode on desktops that keep a light/dark pair.
+struct DesktopPicture {
+    QString path;
+    std::optional<QString> dark;
+    // For a slideshow: the picture due now, for desktops that must draw it themselves.
+    std::optional<QString> still;
+
+    [[nodiscard]] QString stillPath() const { return still.value_or(path); }
+
+    bool operator==(const DesktopPicture &) const = default;
+};
+
+// The desktop refused a picture, or its settings could not be reached; the desktop's own words.
+class DesktopError : public Error
+{
+public:
+    explicit DesktopError(QString description);
+
+    [[nodiscard]] QString description() const override { return m_description; }
+
+    bool operator==(const DesktopError &other) const { return m_description == other.m_description; }
+
+private:
+    QString m_description;
+};
+
+// The one way to the desktop's wallpaper: which screens there are, what each shows, setting a
+// picture on some of them, and hearing about changes made elsewhere. One subclass per desktop
+// family; capabilities() says what that family can do.
+class DesktopBackend : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Capability {
+        PerDisplay = 0x1, // a different picture on each screen
+        ReadBack = 0x2, // the desktop tells what it shows, whoever set it
+        LightDarkPair = 0x4, // the desktop switches between a light and a dark picture itself
+        TimedSlideshow = 0x8, // the desktop follows a timed slideshow file itself
+        Workspaces = 0x10, // reports workspace switches
+    };
+    Q_DECLARE_FLAGS(Capabilities, Capability)
+
+    explicit DesktopBackend(QObject *parent = nullptr);
+    ~DesktopBackend() override;
+
+    [[nodiscard]] virtual QString name() const = 0;
+    [[nodiscard]] virtual Capabilities capabilities() const = 0;
+    // File suffixes the desktop draws; anything else is rendered first.
+    [[nodiscard]] virtual QStringList imageFormats() const;
+
+    // In the desktop's order, the primary screen first. By default Qt's list.
+    [[nodiscard]] virtual QList<DesktopScreen> screens() const;
+
+    // The file a screen shows as far as the desktop can tell: read back where it can, else the
+    // last picture this backend set there while nothing has changed it since. None when it shows
+    // something else or nothing is known.
+    [[nodiscard]] virtual std::optional<QString> picture(const DesktopScreen &screen) const = 0;
+
+    // Throws DesktopError.
+    virtual QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) = 0;
+
+Q_SIGNALS:
+    void screensChanged();
+    // Something may have changed a picture: another program or the desktop's own settings.
+    void picturesChanged();
+    void workspaceChanged();
+
+protected:
+    // Emits screensChanged for Qt's screen signals; backends that list screens otherwise don't.
+    void followQtScreens();
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(DesktopBackend::Capabilities)

@@ -1,0 +1,39 @@
+#include "desktop_backends.h"
+
+#include "gnome_backend.h"
+#include "plasma_backend.h"
+#include "portal_backend.h"
+#include "sway_backend.h"
+#include "x11_backend.h"
+#include "xfce_backend.h"
+
+#include <QDBusConnection>
+
+#include <QLoggingCategory>
+
+Q_LOGGING_CATEGORY(lcBackends, "app.quennet.Quennet.Desktop")
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace DesktopBackends
+{
+DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObject *parent)
+{
+    DesktopBackend *backend = nullptr;
+    if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
+        backend = new SwayBackend(sway, folder + u"/desktop-sway.json"_s, parent);
+    else if (PlasmaBackend::isPlasma(currentDesktop))
+        backend = new PlasmaBackend(QDBusConnection::sessionBus(), parent);
+    else if (XfceBackend::isXfce(currentDesktop))
+        backend = new XfceBackend(QDBusConnection::sessionBus(), parent);
+    else if (const auto family = GnomeBackend::familyOf(currentDesktop);
+        family && GnomeBackend::isAvailable(*family))
+        backend = new GnomeBackend(*family, folder, parent);
+    else if (X11Backend::isAvailable() || qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        backend = new X11Backend(folder + u"/desktop-x11.json"_s, parent);
+    else
+        backend = new PortalBackend(QDBusConnection::sessionBus(), folder + u"/desktop-portal.json"_s, parent);
+    qCInfo(lcBackends) << "Desktop" << currentDesktop << "uses" << backend->name();
+    return backend;
+}
+} // namespace DesktopBackends

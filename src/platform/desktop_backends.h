@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+class DesktopBackend;
+class QObject;
+
+// Picks the backend for the running desktop from XDG_CURRENT_DESKTOP and what is there.
+namespace DesktopBackends
+{
+// folder: where backends keep their files (spanned pictures, what they set). Never null: sway
+// by its socket, then Plasma, XFCE and the GNOME family by XDG_CURRENT_DESKTOP, then xwallpaper
+// on X11, then the desktop portal.
+[[nodiscard]] DesktopBackend *make(const QString &currentDesktop, const QString &folder,
+                                   QObject *parent = nullptr);
+} // namespace DesktopBackends

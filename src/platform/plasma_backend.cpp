@@ -1,0 +1,105 @@
+#include "plasma_backend.h"
+
+#include <QCoroDBusPendingCall>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusReply>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
+#include <QLoggingCategory>
+#include <QUrl>
+
+Q_LOGGING_CATEGORY(lcPlasma, "app.quennet.Quennet.Desktop.Plasma")
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+QDBusMessage script(const QString &text)
+{
+    auto message = QDBusMessage::createMethodCall(u"org.kde.plasmashell"_s, u"/PlasmaShell"_s,
+                                                  u"org.kde.PlasmaShell"_s, u"evaluateScript"_s);
+    message << text;
+    return message;
+}
+
+QString geometryKey(const QRect &geometry)
+{
+    return u"%1,%2,%3,%4"_s.arg(geometry.x()).arg(geometry.y()).arg(geometry.width()).arg(geometry.height());
+}
+
+// Values go into the script as JSON, which is also JavaScript.
+QString literal(const QJsonValue &value)
+{
+    return QString::fromUtf8(QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+}
+
+const auto eachDesktop = uR"(
+var ds = desktops();
+for (var i = 0; i < ds.length; i++) {
+    var d = ds[i];
+    var g = screenGeometry(d.screen);
+    var key = g.x + "," + g.y + "," + g.width + "," + g.height;
+)"_s;
+} // namespace
+
+PlasmaBackend::PlasmaBackend(const QDBusConnection &bus, QObject *parent)
+    : DesktopBackend(parent)
+    , m_bus(bus)
+{
+    followQtScreens();
+}
+
+bool PlasmaBackend::isPlasma(const QString &currentDesktop)
+{
+    return currentDesktop.split(u':').contains(u"KDE"_s, Qt::CaseInsensitive);
+}
+
+QString PlasmaBackend::name() const
+{
+    return u"KDE Plasma"_s;
+}
+
+DesktopBackend::Capabilities PlasmaBackend::capabilities() const
+{
+    return Capability::PerDisplay | Capability::ReadBack;
+}
+
+std::optional<QString> PlasmaBackend::picture(const DesktopScreen &screen) const
+{
+    const QDBusReply<QString> reply = m_bus.call(script(eachDesktop + uR"(
+    if (key == %1) {
+        d.currentConfigGroup = ["Wallpaper", "org.kde.image", "General"];
+        print(d.wallpaperPlugin == "org.kde.image" ? d.readConfig("Image") : "");
+    }
+}
+)"_s.arg(literal(geometryKey(screen.geometry)))));
+    if (!reply.isValid())
+        return std::nullopt;
+    const QUrl url(reply.value().trimmed());
+    if (url.isEmpty())
+        return std::nullopt;
+    return url.isLocalFile() ? url.toLocalFile() : url.toString();
+}
+
+QCoro::Task<> PlasmaBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
+{
+    QJsonArray targets;
+    for (const DesktopScreen &screen : std::as_const(screens))
+        targets.append(geometryKey(screen.geometry));
+    const QString text = eachDesktop + uR"(
+    if (%1.indexOf(key) >= 0) {
+        d.wallpaperPlugin = "org.kde.image";
+        d.currentConfigGroup = ["Wallpaper", "org.kde.image", "General"];
+        d.writeConfig("Image", %2);
+        d.writeConfig("FillMode", 2);
+    }
+}
+)"_s.arg(literal(targets), literal(QUrl::fromLocalFile(picture.stillPath()).toString()));
+    qCDebug(lcPlasma) << "Setting" << picture.stillPath() << "on" << targets;
+    QDBusPendingCall pending = m_bus.asyncCall(script(text));
+    const QDBusMessage reply = co_await pending;
+    if (reply.type() == QDBusMessage::ErrorMessage)
+        throw DesktopError(reply.errorMessage());
+}

@@ -1,0 +1,54 @@
+#include "shown_pictures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+ShownPictures::ShownPictures(QString path)
+    : m_path(std::move(path))
+{
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject pictures = root.value("pictures"_L1).toObject();
+    for (auto it = pictures.begin(); it != pictures.end(); ++it) {
+        if (it->isString())
+            m_pictures.insert(it.key(), it->toString());
+    }
+    m_extra = root.value("extra"_L1).toObject();
+}
+
+std::optional<QString> ShownPictures::picture(const QString &connector) const
+{
+    const auto it = m_pictures.constFind(connector);
+    return it == m_pictures.cend() ? std::nullopt : std::optional(*it);
+}
+
+void ShownPictures::setPicture(const QString &connector, const QString &path)
+{
+    m_pictures.insert(connector, path);
+}
+
+void ShownPictures::forget(const QString &connector)
+{
+    m_pictures.remove(connector);
+}
+
+void ShownPictures::save() const
+{
+    QJsonObject pictures;
+    for (auto it = m_pictures.begin(); it != m_pictures.end(); ++it)
+        pictures.insert(it.key(), *it);
+    QDir().mkpath(QFileInfo(m_path).path());
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    file.write(QJsonDocument(QJsonObject { { u"pictures"_s, pictures }, { u"extra"_s, m_extra } })
+                   .toJson(QJsonDocument::Compact));
+    file.commit();
+}

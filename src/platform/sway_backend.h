@@ -1,0 +1,33 @@
+#pragma once
+
+#include "desktop_backend.h"
+#include "shown_pictures.h"
+
+class QLocalSocket;
+
+// sway, through its IPC socket ($SWAYSOCK): outputs with their EDID names, "output NAME bg FILE
+// fill" per output, and workspace events. sway cannot say what swaybg shows, so the
+// answer is what this backend set.
+class SwayBackend : public DesktopBackend
+{
+    Q_OBJECT
+
+public:
+    // socket: $SWAYSOCK; stateFile: where what was set is kept across restarts.
+    SwayBackend(QString socket, const QString &stateFile, QObject *parent = nullptr);
+    ~SwayBackend() override;
+
+    [[nodiscard]] QString name() const override;
+    [[nodiscard]] Capabilities capabilities() const override;
+    [[nodiscard]] QList<DesktopScreen> screens() const override;
+    [[nodiscard]] std::optional<QString> picture(const DesktopScreen &screen) const override;
+    QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
+
+private:
+    void readEvents();
+
+    QString m_socket;
+    ShownPictures m_shown;
+    QLocalSocket *m_events = nullptr;
+    QByteArray m_buffer;
+};

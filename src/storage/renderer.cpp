@@ -1,0 +1,109 @@
+#include "renderer.h"
+
+#include "heic_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageWriter>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLoggingCategory>
+#include <QSaveFile>
+
+Q_LOGGING_CATEGORY(lcRenderer, "app.quennet.Quennet.Rendering")
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+QJsonObject stamp(const QString &source)
+{
+    const QFileInfo info(source);
+    return { { u"source"_s, info.absoluteFilePath() },
+             { u"bytes"_s, info.size() },
+             { u"modified"_s, info.lastModified().toMSecsSinceEpoch() } };
+}
+
+bool writeAtomically(const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+}
+} // namespace
+
+Renderer::Renderer(QString folder)
+    : m_folder(std::move(folder))
+{
+}
+
+QString Renderer::fileIdOf(const QString &path)
+{
+    // "f_0123-2.png" and "f_0123.xml" belong to "f_0123".
+    const QString name = QFileInfo(path).completeBaseName();
+    const qsizetype dash = name.lastIndexOf(u'-');
+    return dash > 0 ? name.left(dash) : name;
+}
+
+QString Renderer::renderingPath(const QString &fileId, int index) const
+{
+    return m_folder + u'/' + fileId + u'-' + QString::number(index) + u".png"_s;
+}
+
+QString Renderer::companionPath(const QString &fileId, const QString &suffix) const
+{
+    return m_folder + u'/' + fileId + u'.' + suffix;
+}
+
+QString Renderer::recordPath(const QString &fileId) const
+{
+    return m_folder + u'/' + fileId + u".source.json"_s;
+}
+
+bool Renderer::isCurrent(const QString &source, const QString &fileId) const
+{
+    QFile record(recordPath(fileId));
+    const QJsonObject now = stamp(source);
+    if (record.open(QIODevice::ReadOnly) && QJsonDocument::fromJson(record.readAll()).object() == now)
+        return true;
+    record.close();
+    QDir dir(m_folder);
+    for (const QString &old : dir.entryList({ fileId + u"-*"_s, fileId + u".*"_s }, QDir::Files))
+        dir.remove(old);
+    dir.mkpath(u"."_s);
+    writeAtomically(record.fileName(), QJsonDocument(now).toJson(QJsonDocument::Compact));
+    return false;
+}
+
+std::optional<QString> Renderer::render(const QString &source, const QString &fileId, int index) const
+{
+    const QString path = renderingPath(fileId, index);
+    if (isCurrent(source, fileId) && QFile::exists(path))
+        return path;
+    const auto file = HeicFile::open(source);
+    const QImage picture = file ? file->picture(index) : QImage();
+    if (picture.isNull()) {
+        qCWarning(lcRenderer) << "Cannot decode picture" << index << "of" << source;
+        return std::nullopt;
+    }
+    QSaveFile out(path);
+    QImageWriter writer(&out, "png");
+    // The fastest compression: a rendering is written once and read once by the desktop.
+    writer.setQuality(90);
+    if (!out.open(QIODevice::WriteOnly) || !writer.write(picture) || !out.commit()) {
+        qCWarning(lcRenderer) << "Cannot write" << path << writer.errorString();
+        return std::nullopt;
+    }
+    return path;
+}
+
+std::optional<QString> Renderer::sourceOf(const QString &path) const
+{
+    if (QFileInfo(path).absolutePath() != QFileInfo(m_folder).absoluteFilePath())
+        return std::nullopt;
+    QFile record(recordPath(fileIdOf(path)));
+    if (!record.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QString source = QJsonDocument::fromJson(record.readAll()).object().value("source"_L1).toString();
+    return source.isEmpty() ? std::nullopt : std::optional(source);
+}

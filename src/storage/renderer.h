@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+// Decodes the pictures of wallpaper files into "Rendered/" in the application folder, since most
+// desktops cannot show HEIC. A rendering is named after the file's id and the picture's index and
+// is reused for as long as the file on disk stays the same. Safe to use from worker threads.
+class Renderer
+{
+public:
+    // folder: the "Rendered" folder.
+    explicit Renderer(QString folder);
+
+    [[nodiscard]] QString folder() const { return m_folder; }
+    [[nodiscard]] QString renderingPath(const QString &fileId, int index) const;
+
+    // The rendering of one picture of source, made when missing or older than source; none when
+    // the picture cannot be decoded or written. Decoding a large picture takes seconds: call it
+    // off the main thread.
+    [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId, int index) const;
+
+    // The wallpaper file a rendering or a file made from renderings (a slideshow) belongs to;
+    // none for other paths.
+    [[nodiscard]] std::optional<QString> sourceOf(const QString &path) const;
+    // The file id a rendering or companion file is named after.
+    [[nodiscard]] static QString fileIdOf(const QString &path);
+    // Where a file made from a wallpaper file's renderings goes (suffix: "xml", …).
+    [[nodiscard]] QString companionPath(const QString &fileId, const QString &suffix) const;
+
+private:
+    [[nodiscard]] QString recordPath(const QString &fileId) const;
+    // Whether the renderings of fileId were made from source as it is now; when not, they are
+    // removed and source is recorded in their place.
+    bool isCurrent(const QString &source, const QString &fileId) const;
+
+    QString m_folder;
+};

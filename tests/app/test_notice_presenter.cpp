@@ -1,0 +1,59 @@
+#include "notice_presenter.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+// The words of the panel's notice line.
+class NoticePresenterTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+
+    void words_data()
+    {
+        QTest::addColumn<std::optional<Notice>>("notice");
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("percent");
+        QTest::newRow("none") << std::optional<Notice>() << QString() << QString() << QString();
+        QTest::newRow("one file") << std::optional(Notice::downloading(1, 0.42)) << u"downloading"_s
+                                  << u"Downloading"_s << u"42%"_s;
+        QTest::newRow("two files") << std::optional(Notice::downloading(2, 0.996))
+                                   << u"downloading"_s << u"Downloading 2 files"_s << u"100%"_s;
+        QTest::newRow("saved") << std::optional(Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)))
+                               << u"saved"_s << u"Saved pack.zip to Downloads"_s << QString();
+        QTest::newRow("failed") << std::optional(Notice::failed(u"The shop is busy. Try again in a minute."_s))
+                                << u"failed"_s << u"The shop is busy. Try again in a minute."_s
+                                << QString();
+    }
+
+    void words()
+    {
+        QFETCH(std::optional<Notice>, notice);
+        NoticePresenter presenter;
+        presenter.setNotice(notice);
+        QCOMPARE(presenter.isVisible(), notice.has_value());
+        QTEST(presenter.kind(), "kind");
+        QTEST(presenter.text(), "text");
+        QTEST(presenter.percent(), "percent");
+    }
+
+    // The view redraws on every change of the notice, and only then.
+    void changes()
+    {
+        NoticePresenter presenter;
+        QSignalSpy changed(&presenter, &NoticePresenter::changed);
+        presenter.setNotice(Notice::downloading(2, 0.1));
+        presenter.setNotice(Notice::downloading(2, 0.1));
+        presenter.setNotice(Notice::downloading(2, 0.2));
+        presenter.setNotice(std::nullopt);
+        QCOMPARE(changed.size(), 3);
+    }
+};
+
+QTEST_GUILESS_MAIN(NoticePresenterTest)
+#include "test_notice_presenter.moc"

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "clock.h"
+#include "desktop_backend.h"
+
+#include <QHash>
+
+// A desktop whose screens and pictures the test decides; set requests are recorded.
+class FakeDesktop : public DesktopBackend
+{
+    Q_OBJECT
+
+public:
+    using DesktopBackend::DesktopBackend;
+
+    QList<DesktopScreen> shownScreens;
+    QHash<QString, QString> shown; // connector -> picture the desktop reports
+    bool reportsAtOnce = true; // whether a set shows up in picture() straight away
+    std::optional<QString> refusal; // set fails with this
+    QList<std::pair<DesktopPicture, QStringList>> requests;
+
+    [[nodiscard]] QString name() const override { return QStringLiteral("fake"); }
+    [[nodiscard]] Capabilities capabilities() const override { return Capability::PerDisplay; }
+    [[nodiscard]] QList<DesktopScreen> screens() const override { return shownScreens; }
+    [[nodiscard]] std::optional<QString> picture(const DesktopScreen &screen) const override
+    {
+        const auto it = shown.constFind(screen.connector);
+        return it == shown.cend() ? std::nullopt : std::optional(*it);
+    }
+    QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
+};
+
+// Time that moves only when a test moves it, or by exactly as much as a task sleeps. A sleep
+// ends only when the test allows it.
+class FakeClock : public Clock
+{
+public:
+    QDateTime time = QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
+    int sleeps = 0; // finished sleeps
+    int allowed = 1000; // sleeps that may still finish
+
+    [[nodiscard]] QDateTime now() const override { return time; }
+    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token, std::chrono::milliseconds duration) override;
+};

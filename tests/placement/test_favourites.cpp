@@ -1,0 +1,90 @@
+#include "defaults.h"
+#include "favourites.h"
+
+#include <QRect>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+class FavouritesTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_path;
+
+private Q_SLOTS:
+    void init()
+    {
+        m_path = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + u".ini"_s);
+        QFile::remove(m_path);
+    }
+
+    void toggleOrder_data()
+    {
+        QTest::addColumn<QStringList>("toggles");
+        QTest::addColumn<QStringList>("stored");
+        QTest::newRow("newest first") << QStringList { u"a/1"_s, u"b/2"_s } << QStringList { u"b/2"_s, u"a/1"_s };
+        QTest::newRow("twice is nothing") << QStringList { u"a/1"_s, u"b/2"_s, u"b/2"_s } << QStringList { u"a/1"_s };
+        QTest::newRow("removal keeps the others' order")
+            << QStringList { u"a/1"_s, u"b/2"_s, u"c/3"_s, u"b/2"_s } << QStringList { u"c/3"_s, u"a/1"_s };
+        QTest::newRow("last one removed") << QStringList { u"a/1"_s, u"a/1"_s } << QStringList {};
+    }
+
+    void toggleOrder()
+    {
+        QFETCH(QStringList, toggles);
+        QFETCH(QStringList, stored);
+        {
+            Defaults defaults(m_path);
+            Favourites favourites(&defaults);
+            QSignalSpy changed(&favourites, &Favourites::keysChanged);
+            for (const QString &key : std::as_const(toggles))
+                favourites.toggle(key.section(u'/', 0, 0), key.section(u'/', 1));
+            QCOMPARE(favourites.keys(), stored);
+            QCOMPARE(changed.size(), toggles.size());
+        }
+        // Read back from the file by a new start.
+        Defaults defaults(m_path);
+        QCOMPARE(Favourites(&defaults).keys(), stored);
+    }
+
+    void equalListIsTakenSilently()
+    {
+        Defaults defaults(m_path);
+        Favourites favourites(&defaults);
+        favourites.toggle(u"a"_s, u"1"_s);
+        QSignalSpy changed(&favourites, &Favourites::keysChanged);
+        favourites.setKeys({ u"a/1"_s });
+        QCOMPARE(changed.size(), 0);
+        favourites.setKeys({ u"b/2"_s, u"a/1"_s });
+        QCOMPARE(changed.size(), 1);
+    }
+
+    void storedValueOfTheWrongType_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("number") << QVariant(42) << QStringList {};
+        QTest::newRow("bytes") << QVariant(QByteArray("a/1")) << QStringList {};
+        QTest::newRow("rectangle") << QVariant(QRect(1, 2, 3, 4)) << QStringList {};
+        QTest::newRow("text that is no key") << QVariant(u"hello"_s) << QStringList {};
+        QTest::newRow("one key") << QVariant(u"a/1"_s) << QStringList { u"a/1"_s };
+        QTest::newRow("list") << QVariant(QStringList { u"a/1"_s, u"b/2"_s }) << QStringList { u"a/1"_s, u"b/2"_s };
+    }
+
+    void storedValueOfTheWrongType()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QStringList, keys);
+        QSettings(m_path, QSettings::IniFormat).setValue("favouriteColourways", value);
+        Defaults defaults(m_path);
+        QCOMPARE(Favourites(&defaults).keys(), keys);
+    }
+};
+
+QTEST_GUILESS_MAIN(FavouritesTest)
+#include "test_favourites.moc"

@@ -1,0 +1,62 @@
+#include "desktop_backend.h"
+#include "display_id.h"
+
+#include <QTest>
+#include <QUuid>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+DesktopScreen screen(const QString &connector, const QString &manufacturer = {}, const QString &model = {},
+                     const QString &serial = {})
+{
+    return { .connector = connector, .manufacturer = manufacturer, .model = model, .serial = serial };
+}
+} // namespace
+
+class DisplayIdTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sameOrDifferent_data()
+    {
+        QTest::addColumn<DesktopScreen>("a");
+        QTest::addColumn<DesktopScreen>("b");
+        QTest::addColumn<bool>("same");
+        const auto dell = screen(u"DP-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK2"_s);
+        QTest::newRow("same monitor on another connector") << dell << screen(u"HDMI-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK2"_s) << true;
+        QTest::newRow("Qt 6.4's trailing dash") << dell << screen(u"DP-1"_s, u"DEL-"_s, u"U2720Q-"_s, u"7XK2-"_s) << true;
+        QTest::newRow("another serial") << dell << screen(u"DP-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK3"_s) << false;
+        QTest::newRow("no EDID: the connector") << screen(u"DUMMY0"_s) << screen(u"DUMMY0"_s) << true;
+        QTest::newRow("no EDID, other connector") << screen(u"DUMMY0"_s) << screen(u"DUMMY1"_s) << false;
+        QTest::newRow("EDID is not a connector name") << screen(u"X"_s, u"DUMMY0"_s) << screen(u"DUMMY0"_s) << false;
+    }
+
+    void sameOrDifferent()
+    {
+        QFETCH(DesktopScreen, a);
+        QFETCH(DesktopScreen, b);
+        QFETCH(bool, same);
+        QCOMPARE(displayId(a) == displayId(b), same);
+        const QUuid uuid(displayId(a));
+        QCOMPARE(uuid.version(), QUuid::Sha1);
+        QCOMPARE(uuid.toString(QUuid::WithoutBraces).toUpper(), displayId(a));
+    }
+
+    void twinsWithoutSerialNumbersDiffer()
+    {
+        const auto left = screen(u"DP-1"_s, u"ACM"_s, u"View"_s);
+        const auto right = screen(u"DP-2"_s, u"ACM"_s, u"View"_s);
+        const QList<QString> ids = displayIds({ left, right, screen(u"eDP-1"_s) });
+        QCOMPARE(ids.size(), 3);
+        QVERIFY(ids[0] != ids[1]);
+        QCOMPARE(ids[2], displayId(screen(u"eDP-1"_s)));
+        // Stable: the same list gives the same ids.
+        QCOMPARE(displayIds({ left, right, screen(u"eDP-1"_s) }), ids);
+    }
+};
+
+QTEST_GUILESS_MAIN(DisplayIdTest)
+#include "test_display_id.moc"

@@ -1,0 +1,157 @@
+#include "gnome_backend.h"
+
+#include "await_task.h"
+
+#include <QCoroTask>
+#include <QGuiApplication>
+#include <QImage>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+// What another program reads from the desktop's settings.
+QString gsettings(const QString &key, const QString &value = {})
+{
+    QProcess process;
+    QStringList arguments { value.isEmpty() ? u"get"_s : u"set"_s, u"org.gnome.desktop.background"_s, key };
+    if (!value.isEmpty())
+        arguments.append(value);
+    process.start(u"gsettings"_s, arguments);
+    process.waitForFinished(30000);
+    QString text = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    if (text.startsWith(u'\'') && text.endsWith(u'\''))
+        text = text.mid(1, text.size() - 2);
+    return text;
+}
+
+QString fileUri(const QString &path)
+{
+    return QUrl::fromLocalFile(path).toString();
+}
+} // namespace
+
+// Under dconf on a private bus, with two dummy monitors side by side.
+class GnomeBackendTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+
+    QString picture(const char *name, Qt::GlobalColor colour)
+    {
+        QImage image(160, 90, QImage::Format_RGB32);
+        image.fill(colour);
+        const QString path = m_dir.filePath(QString::fromLatin1(name) + u".png"_s);
+        image.save(path);
+        return path;
+    }
+
+    std::unique_ptr<GnomeBackend> make()
+    {
+        return std::make_unique<GnomeBackend>(GnomeBackend::Family::Gnome, m_dir.filePath(u"Rendered"_s));
+    }
+
+private Q_SLOTS:
+    void family_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::addColumn<int>("family"); // -1: none
+        QTest::newRow("GNOME") << u"GNOME"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Ubuntu") << u"ubuntu:GNOME"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Budgie") << u"Budgie:GNOME"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Unity") << u"Unity"_s << int(GnomeBackend::Family::Gnome);
+        QTest::newRow("Cinnamon") << u"X-Cinnamon"_s << int(GnomeBackend::Family::Cinnamon);
+        QTest::newRow("MATE") << u"MATE"_s << int(GnomeBackend::Family::Mate);
+        QTest::newRow("KDE") << u"KDE"_s << -1;
+        QTest::newRow("none") << QString() << -1;
+    }
+
+    void family()
+    {
+        QFETCH(QString, desktop);
+        QFETCH(int, family);
+        const auto found = GnomeBackend::familyOf(desktop);
+        QCOMPARE(found ? int(*found) : -1, family);
+    }
+
+    void lightAndDarkAreSetAndReadBack()
+    {
+        QVERIFY(GnomeBackend::isAvailable(GnomeBackend::Family::Gnome));
+        const auto backend = make();
+        QVERIFY(backend->capabilities().testFlags(DesktopBackend::Capability::LightDarkPair
+                                                  | DesktopBackend::Capability::ReadBack));
+        const QString light = picture("light", Qt::white);
+        const QString dark = picture("dark", Qt::black);
+        awaitTask(backend->setPicture({ .path = light, .dark = dark }, backend->screens()));
+        QCOMPARE(gsettings(u"picture-uri"_s), fileUri(light));
+        QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
+        QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);
+        for (const DesktopScreen &screen : backend->screens())
+            QCOMPARE(backend->picture(screen), light);
+
+        // Without a dark picture both keys name the one picture.
+        awaitTask(backend->setPicture({ .path = dark }, backend->screens()));
+        QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
+    }
+
+    void outsideChangeIsSeen()
+    {
+        const auto backend = make();
+        QSignalSpy changed(backend.get(), &DesktopBackend::picturesChanged);
+        gsettings(u"picture-uri"_s, u"file:///usr/share/elsewhere.png"_s);
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(backend->picture(backend->screens()[0]), u"/usr/share/elsewhere.png"_s);
+    }
+
+    void differentPicturesAreSpanned()
+    {
+        const auto backend = make();
+        const auto screens = backend->screens();
+        QCOMPARE(screens.size(), 2);
+        const QString blue = picture("blue", Qt::blue);
+        const QString red = picture("red", Qt::red);
+        awaitTask(backend->setPicture({ .path = blue }, screens));
+        awaitTask(backend->setPicture({ .path = red }, { screens[0] }));
+
+        QCOMPARE(gsettings(u"picture-options"_s), u"spanned"_s);
+        const QImage spanned(QUrl(gsettings(u"picture-uri"_s)).toLocalFile());
+        QCOMPARE(spanned.size(), QSize(3840, 1080));
+        QCOMPARE(spanned.pixelColor(100, 100), QColor(Qt::red));
+        QCOMPARE(spanned.pixelColor(1919, 1079), QColor(Qt::red));
+        QCOMPARE(spanned.pixelColor(1920, 0), QColor(Qt::blue));
+        QCOMPARE(backend->picture(screens[0]), red);
+        QCOMPARE(backend->picture(screens[1]), blue);
+
+        // A pair on one display: the dark spanned picture has it, the other display keeps its one.
+        awaitTask(backend->setPicture({ .path = picture("green", Qt::green), .dark = picture("yellow", Qt::yellow) },
+                                           { screens[1] }));
+        const QImage dark(QUrl(gsettings(u"picture-uri-dark"_s)).toLocalFile());
+        QCOMPARE(dark.pixelColor(100, 100), QColor(Qt::red));
+        QCOMPARE(dark.pixelColor(3000, 500), QColor(Qt::yellow));
+        QCOMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).pixelColor(3000, 500), QColor(Qt::green));
+    }
+
+    void spannedPictureFollowsTheDisplays()
+    {
+        const auto backend = make();
+        QVERIFY(QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--off"_s }) == 0);
+        QTRY_COMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).size(), QSize(1920, 1080));
+        QVERIFY(QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s,
+                                                 u"--left-of"_s, u"DUMMY0"_s }) == 0);
+        QTRY_COMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).size(), QSize(3840, 1080));
+        const QImage spanned(QUrl(gsettings(u"picture-uri"_s)).toLocalFile());
+        // DUMMY1 now on the left.
+        QCOMPARE(spanned.pixelColor(100, 100), QColor(Qt::green));
+        QCOMPARE(spanned.pixelColor(2000, 100), QColor(Qt::red));
+        QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--right-of"_s, u"DUMMY0"_s });
+    }
+};
+
+QTEST_MAIN(GnomeBackendTest)
+#include "test_gnome_backend.moc"

@@ -1,0 +1,122 @@
+#include "root_pixels.h"
+#include "x11_backend.h"
+
+#include "await_task.h"
+
+#include <QCoroTask>
+#include <QGuiApplication>
+#include <QImage>
+#include <QProcess>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+// Under Xorg with two dummy monitors side by side, DUMMY0 at 0,0 and DUMMY1 at 1920,0.
+class X11BackendTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_state;
+
+    QString picture(const char *name, Qt::GlobalColor colour)
+    {
+        QImage image(64, 40, QImage::Format_RGB32);
+        image.fill(colour);
+        const QString path = m_dir.filePath(QString::fromLatin1(name) + u".png"_s);
+        image.save(path);
+        return path;
+    }
+
+    static DesktopScreen screenNamed(const X11Backend &backend, const QString &connector)
+    {
+        for (const DesktopScreen &screen : backend.screens()) {
+            if (screen.connector == connector)
+                return screen;
+        }
+        return {};
+    }
+
+    static bool xrandr(const QStringList &arguments)
+    {
+        return QProcess::execute(u"xrandr"_s, arguments) == 0;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(X11Backend::isAvailable());
+        QCOMPARE(QGuiApplication::screens().size(), 2);
+        m_state = m_dir.filePath(u"desktop-x11.json"_s);
+    }
+
+    void differentPicturePerMonitor()
+    {
+        X11Backend backend(m_state);
+        const auto screens = backend.screens();
+        QCOMPARE(screens.size(), 2);
+        QCOMPARE(screens[0].connector, u"DUMMY0"_s);
+        const QString red = picture("red", Qt::red);
+        const QString blue = picture("blue", Qt::blue);
+        awaitTask(backend.setPicture({ .path = red }, { screens[0] }));
+        awaitTask(backend.setPicture({ .path = blue }, { screens[1] }));
+        QCOMPARE(rootPixel(100, 100), QColor(Qt::red));
+        QCOMPARE(rootPixel(1920 + 100, 1000), QColor(Qt::blue));
+        QCOMPARE(backend.picture(screens[0]), red);
+        QCOMPARE(backend.picture(screens[1]), blue);
+
+        // A slideshow's file is no picture for xwallpaper: it draws the still.
+        const QString green = picture("green", Qt::green);
+        awaitTask(backend.setPicture({ .path = m_dir.filePath(u"f.xml"_s), .still = green }, { screens[1] }));
+        QCOMPARE(rootPixel(1920 + 100, 100), QColor(Qt::green));
+        awaitTask(backend.setPicture({ .path = blue }, { screens[1] }));
+    }
+
+    void knowsWhatItSetAfterARestart()
+    {
+        X11Backend backend(m_state);
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY1"_s)), m_dir.filePath(u"blue.png"_s));
+    }
+
+    void monitorOffAndOnKeepsItsPicture()
+    {
+        X11Backend backend(m_state);
+        QSignalSpy screens(&backend, &DesktopBackend::screensChanged);
+        QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--off"_s }));
+        QTRY_COMPARE(QGuiApplication::screens().size(), 1);
+        QVERIFY(!screens.isEmpty());
+        QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--right-of"_s, u"DUMMY0"_s }));
+        QTRY_COMPARE(QGuiApplication::screens().size(), 2);
+        QTRY_COMPARE(screenNamed(backend, u"DUMMY1"_s).geometry, QRect(1920, 0, 1920, 1080));
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY1"_s)), m_dir.filePath(u"blue.png"_s));
+        QCOMPARE(rootPixel(1920 + 100, 100), QColor(Qt::blue));
+    }
+
+    void outsideRunForgetsOnlyThatMonitor()
+    {
+        X11Backend backend(m_state);
+        QSignalSpy changed(&backend, &DesktopBackend::picturesChanged);
+        QCOMPARE(QProcess::execute(u"xwallpaper"_s, { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s,
+                                                      picture("yellow", Qt::yellow) }), 0);
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY1"_s)), std::nullopt);
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
+        // Still so after a restart.
+        QCOMPARE(X11Backend(m_state).picture(screenNamed(backend, u"DUMMY1"_s)), std::nullopt);
+    }
+
+    void refusalIsReported()
+    {
+        X11Backend backend(m_state);
+        QVERIFY_THROWS_EXCEPTION(DesktopError, awaitTask(backend.setPicture(
+            { .path = m_dir.filePath(u"missing.png"_s) }, { screenNamed(backend, u"DUMMY0"_s) })));
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
+    }
+};
+
+QTEST_MAIN(X11BackendTest)
+#include "test_x11_backend.moc"
