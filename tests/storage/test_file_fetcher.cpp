@@ -37,8 +37,6 @@ private Q_SLOTS:
     void init();
     void contentRange_data();
     void contentRange();
-    void redirectRule_data();
-    void redirectRule();
     void resumesAfterACut_data();
     void resumesAfterACut();
     void startsOver_data();
@@ -148,31 +146,6 @@ void TestFileFetcher::contentRange()
     QFETCH(QByteArray, header);
     QFETCH(qint64, start);
     QCOMPARE(ContentRange::start(header).value_or(-1), start);
-}
-
-void TestFileFetcher::redirectRule_data()
-{
-    QTest::addColumn<QString>("original");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<bool>("allowed");
-
-    const QString link = u"https://shop.example/files/f_1?sig=a"_s;
-    QTest::newRow("same host, other path") << link << u"https://shop.example/cdn/f_1"_s << true;
-    QTest::newRow("same host, other port") << link << u"https://shop.example:8443/f_1"_s << true;
-    QTest::newRow("other host") << link << u"https://cdn.example/f_1"_s << false;
-    QTest::newRow("plain http") << link << u"http://shop.example/files/f_1"_s << false;
-    QTest::newRow("host in capitals") << link << u"https://SHOP.example/f_1"_s << true;
-    QTest::newRow("neither has a host") << u"file:///a"_s << u"file:///b"_s << true;
-    QTest::newRow("one has no host") << u"file:///a"_s << u"file://host/b"_s << false;
-}
-
-void TestFileFetcher::redirectRule()
-{
-    QFETCH(QString, original);
-    QFETCH(QString, target);
-    QFETCH(bool, allowed);
-    // QUrl lowers the host's case as it parses, as every client does.
-    QCOMPARE(FileFetcher::allowsRedirect(QUrl(original), QUrl(target)), allowed);
 }
 
 void TestFileFetcher::resumesAfterACut_data()
