@@ -59,12 +59,12 @@ Range parseRange(const QString &header, qint64 size)
 {
     if (!header.startsWith("bytes="_L1) || header.contains(u','))
         return {};
-    const QStringView spec = QStringView(header).mid(6).trimmed();
-    const qsizetype dash = spec.indexOf(u'-');
+    const QStringView range = QStringView(header).mid(6).trimmed();
+    const qsizetype dash = range.indexOf(u'-');
     if (dash < 0)
         return {};
-    const QStringView firstText = spec.left(dash).trimmed();
-    const QStringView lastText = spec.mid(dash + 1).trimmed();
+    const QStringView firstText = range.left(dash).trimmed();
+    const QStringView lastText = range.mid(dash + 1).trimmed();
     if (firstText.isEmpty()) {
         const auto suffix = number(lastText);
         if (!suffix)
