@@ -5,23 +5,23 @@
 #include "clock.h"
 #include "defaults.h"
 #include "favourites.h"
+#include "shuffle_log.h"
 #include "shuffle_schedule.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLoggingCategory>
 #include <QRandomGenerator>
 #include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
 Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
 
+namespace
+{
 // Long enough for the screens to settle after a change.
 constexpr auto screensSettle = 2s;
 

@@ -3,9 +3,9 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
+#include "shuffle_log.h"
 
 #include <QLocale>
-#include <QLoggingCategory>
 #include <QTimeZone>
 
 using ShuffleSettings::Interval;
@@ -43,8 +43,6 @@ QList<QTime> boundaries(Interval interval, QDate date, Qt::DayOfWeek firstDay)
     }
     return times;
 }
-
-Q_LOGGING_CATEGORY(lcSchedule, "app.quennet.Quennet.Shuffle")
 
 constexpr auto retryDelay = 900s;
 // Long enough for the displays to come back after a wake.
@@ -217,11 +215,11 @@ QCoro::Task<> ShuffleSchedule::run(QPointer<ShuffleSchedule> self,
                 co_return;
             if (clock->now() < due)
                 continue;
-            qCDebug(lcSchedule) << "Shuffle due, anchor" << self->m_anchor;
+            qCDebug(lcShuffle) << "Shuffle due, anchor" << self->m_anchor;
             Q_EMIT self->due();
             co_return;
         }
     } catch (const std::exception &error) {
-        qCCritical(lcSchedule) << "Shuffle schedule stopped:" << error.what();
+        qCCritical(lcShuffle) << "Shuffle schedule stopped:" << error.what();
     }
 }
