@@ -113,7 +113,8 @@ bool DevShop::start()
     ShopState &shop = *m_state;
     server->set_pre_routing_handler([&shop](const httplib::Request &request, httplib::Response &) {
         if (!request.path.starts_with("/_devshop/"))
-            shop.count(QString::fromStdString(request.path));
+            shop.count(QString::fromStdString(request.path),
+                       QString::fromStdString(request.get_header_value("Range")));
         return httplib::Server::HandlerResponse::Unhandled;
     });
     installApiRoutes(*server, shop);

@@ -1,5 +1,7 @@
 #include "shop_state.h"
 
+#include <QJsonArray>
+
 ShopState::ShopState(ContentStore content, Settings settings, QString adminSecret)
     : m_content(std::move(content))
     , m_settings(std::move(settings))
@@ -16,10 +18,12 @@ QString ShopState::setFaults(const QJsonObject &document)
     return problem;
 }
 
-void ShopState::count(const QString &path)
+void ShopState::count(const QString &path, const QString &range)
 {
     const std::lock_guard lock(m_statsMutex);
     ++m_requests[path];
+    if (!range.isEmpty())
+        m_ranges[path].append(range);
 }
 
 QJsonObject ShopState::stats() const
@@ -28,5 +32,8 @@ QJsonObject ShopState::stats() const
     QJsonObject requests;
     for (auto it = m_requests.cbegin(); it != m_requests.cend(); ++it)
         requests.insert(it.key(), it.value());
-    return { { QLatin1String("requests"), requests } };
+    QJsonObject ranges;
+    for (auto it = m_ranges.cbegin(); it != m_ranges.cend(); ++it)
+        ranges.insert(it.key(), QJsonArray::fromStringList(it.value()));
+    return { { QLatin1String("requests"), requests }, { QLatin1String("ranges"), ranges } };
 }

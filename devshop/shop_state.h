@@ -42,8 +42,9 @@ public:
     [[nodiscard]] bool isStopping() const { return m_stopping; }
     void setStopping() { m_stopping = true; }
 
-    void count(const QString &path);
-    // {"requests": {"PATH": COUNT, …}}
+    // range: the request's Range header, if it had one.
+    void count(const QString &path, const QString &range = {});
+    // {"requests": {"PATH": COUNT, …}, "ranges": {"PATH": [RANGE, …]}}
     [[nodiscard]] QJsonObject stats() const;
 
 private:
@@ -58,4 +59,5 @@ private:
     std::atomic<bool> m_stopping { false };
     mutable std::mutex m_statsMutex;
     QHash<QString, int> m_requests;
+    QHash<QString, QStringList> m_ranges;
 };

@@ -46,12 +46,99 @@ std::optional<QString> Defaults::shopCertificates() const
     return path;
 }
 
+bool Defaults::shuffleIsOn() const
+{
+    return boolean("shuffleIsOn", false);
+}
+
+void Defaults::setShuffleIsOn(bool on)
+{
+    m_settings.setValue("shuffleIsOn", on);
+}
+
+QString Defaults::shuffleInterval() const
+{
+    return string("shuffleInterval").value_or(QString());
+}
+
+void Defaults::setShuffleInterval(const QString &raw)
+{
+    m_settings.setValue("shuffleInterval", raw);
+}
+
+QString Defaults::shuffleSource() const
+{
+    return string("shuffleSource").value_or(QString());
+}
+
+void Defaults::setShuffleSource(const QString &raw)
+{
+    m_settings.setValue("shuffleSource", raw);
+}
+
+bool Defaults::shuffleDifferentOnEachDisplay() const
+{
+    return boolean("shuffleDifferentOnEachDisplay", false);
+}
+
+void Defaults::setShuffleDifferentOnEachDisplay(bool on)
+{
+    m_settings.setValue("shuffleDifferentOnEachDisplay", on);
+}
+
+std::optional<QDateTime> Defaults::shuffleAnchor() const
+{
+    const auto text = string("shuffleAnchor");
+    if (!text)
+        return std::nullopt;
+    const auto anchor = QDateTime::fromString(*text, Qt::ISODateWithMs);
+    if (!anchor.isValid())
+        return std::nullopt;
+    return anchor.toUTC();
+}
+
+void Defaults::setShuffleAnchor(const QDateTime &anchor)
+{
+    m_settings.setValue("shuffleAnchor", anchor.toUTC().toString(Qt::ISODateWithMs));
+}
+
+QStringList Defaults::shufflePlayed() const
+{
+    return strings("shufflePlayed");
+}
+
+void Defaults::setShufflePlayed(const QStringList &keys)
+{
+    m_settings.setValue("shufflePlayed", keys);
+}
+
+QByteArray Defaults::focusWallpaper() const
+{
+    return m_settings.value("focusWallpaper").toByteArray();
+}
+
+QByteArray Defaults::focusRestores() const
+{
+    return m_settings.value("focusRestores").toByteArray();
+}
+
 std::optional<QString> Defaults::string(QAnyStringView key) const
 {
     const auto value = m_settings.value(key);
     if (!value.isValid() || value.typeId() != QMetaType::QString)
         return std::nullopt;
     return value.toString();
+}
+
+QStringList Defaults::strings(QAnyStringView key) const
+{
+    // INI keeps a list of one item as plain text, and an empty list as nothing at all.
+    const auto value = m_settings.value(key);
+    if (value.typeId() == QMetaType::QStringList)
+        return value.toStringList();
+    if (value.typeId() == QMetaType::QString && !value.toString().isEmpty())
+        return { value.toString() };
+    return {};
 }
 
 QStringList Defaults::favouriteColourways() const
@@ -70,4 +157,58 @@ QStringList Defaults::favouriteColourways() const
 void Defaults::setFavouriteColourways(const QStringList &keys)
 {
     m_settings.setValue("favouriteColourways", keys);
+}
+
+bool Defaults::checksForNewFiles() const
+{
+    return boolean("checksForNewFiles", true);
+}
+
+void Defaults::setChecksForNewFiles(bool on)
+{
+    m_settings.setValue("checksForNewFiles", on);
+}
+
+bool Defaults::showsUnreleasedPacks() const
+{
+    return boolean("showsUnreleasedPacks", false);
+}
+
+void Defaults::setShowsUnreleasedPacks(bool on)
+{
+    m_settings.setValue("showsUnreleasedPacks", on);
+}
+
+QMap<QString, QStringList> Defaults::seenColourways() const
+{
+    QMap<QString, QStringList> seen;
+    const auto value = m_settings.value("seenColourways");
+    if (value.typeId() != QMetaType::QVariantMap)
+        return seen;
+    const auto map = value.toMap();
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        if (it->typeId() == QMetaType::QStringList)
+            seen.insert(it.key(), it->toStringList());
+    }
+    return seen;
+}
+
+void Defaults::setSeenColourways(const QMap<QString, QStringList> &seen)
+{
+    QVariantMap map;
+    for (auto it = seen.cbegin(); it != seen.cend(); ++it)
+        map.insert(it.key(), it.value());
+    m_settings.setValue("seenColourways", map);
+}
+
+bool Defaults::boolean(QAnyStringView key, bool fallback) const
+{
+    // The INI file keeps booleans as text.
+    const auto text = string(key);
+    if (text == "true"_L1)
+        return true;
+    if (text == "false"_L1)
+        return false;
+    const auto value = m_settings.value(key);
+    return value.typeId() == QMetaType::Bool ? value.toBool() : fallback;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QSettings>
 #include <QStringList>
 #include <QUrl>
@@ -26,13 +27,48 @@ public:
     // "shopCertificates": a PEM file whose certificates are trusted besides the system's.
     [[nodiscard]] std::optional<QString> shopCertificates() const;
 
+    // The shuffle's settings. Interval and source are kept as their raw text; the shuffle reads
+    // an unknown text as its default.
+    [[nodiscard]] bool shuffleIsOn() const;
+    void setShuffleIsOn(bool on);
+    [[nodiscard]] QString shuffleInterval() const;
+    void setShuffleInterval(const QString &raw);
+    [[nodiscard]] QString shuffleSource() const;
+    void setShuffleSource(const QString &raw);
+    [[nodiscard]] bool shuffleDifferentOnEachDisplay() const;
+    void setShuffleDifferentOnEachDisplay(bool on);
+    // ISO 8601 text; none when absent or unreadable.
+    [[nodiscard]] std::optional<QDateTime> shuffleAnchor() const;
+    void setShuffleAnchor(const QDateTime &anchor);
+    // Colourway keys played in the current round.
+    [[nodiscard]] QStringList shufflePlayed() const;
+    void setShufflePlayed(const QStringList &keys);
+
+    // The Do Not Disturb wallpaper's record and the restores still to do, as JSON data.
+    [[nodiscard]] QByteArray focusWallpaper() const;
+    [[nodiscard]] QByteArray focusRestores() const;
+
     // "favouriteColourways": colourway keys, newest first. Anything but a list of text reads as
     // empty; INI keeps a one-item list as plain text, which counts when it is a colourway key.
     [[nodiscard]] QStringList favouriteColourways() const;
     void setFavouriteColourways(const QStringList &keys);
 
+    // "checksForNewFiles": whether the library is checked every six hours; on when absent.
+    [[nodiscard]] bool checksForNewFiles() const;
+    void setChecksForNewFiles(bool on);
+
+    // "showsUnreleasedPacks": whether packs whose files are not out yet are listed; off when absent.
+    [[nodiscard]] bool showsUnreleasedPacks() const;
+    void setShowsUnreleasedPacks(bool on);
+
+    // "seenColourways": pack slug to the colourway slugs the user has been shown.
+    [[nodiscard]] QMap<QString, QStringList> seenColourways() const;
+    void setSeenColourways(const QMap<QString, QStringList> &seen);
+
 private:
     [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
+    [[nodiscard]] bool boolean(QAnyStringView key, bool fallback) const;
+    [[nodiscard]] QStringList strings(QAnyStringView key) const;
 
     QSettings m_settings;
 };

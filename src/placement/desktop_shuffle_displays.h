@@ -1,0 +1,21 @@
+#pragma once
+
+#include "shuffle_displays.h"
+
+#include <QPointer>
+
+class Displays;
+
+// The displays as the shuffle sees them, read from Displays.
+class DesktopShuffleDisplays : public ShuffleDisplays
+{
+    Q_OBJECT
+
+public:
+    explicit DesktopShuffleDisplays(Displays *displays, QObject *parent = nullptr);
+
+    [[nodiscard]] QList<Screen> screens() const override;
+
+private:
+    QPointer<Displays> m_displays;
+};

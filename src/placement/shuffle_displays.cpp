@@ -1,0 +1,6 @@
+#include "shuffle_displays.h"
+
+ShuffleDisplays::ShuffleDisplays(QObject *parent)
+    : QObject(parent)
+{
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "placement.h"
+
+#include <QObject>
+#include <optional>
+
+// What the shuffle needs of the displays: which are attached, in the desktop's order, what was
+// put on each and whether it still shows that. The composition root implements it over Displays.
+class ShuffleDisplays : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Screen {
+        QString id;
+        std::optional<Placement> placement;
+        // False for a picture chosen in your desktop settings ("Not from your packs").
+        bool showsOwnWallpaper = false;
+
+        bool operator==(const Screen &) const = default;
+    };
+
+    explicit ShuffleDisplays(QObject *parent = nullptr);
+
+    [[nodiscard]] virtual QList<Screen> screens() const = 0;
+
+Q_SIGNALS:
+    // Any change: a display attached or detached, a picture or a placement.
+    void changed();
+    // Screens were added, removed or rearranged.
+    void screensChanged();
+};

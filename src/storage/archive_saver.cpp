@@ -1,0 +1,76 @@
+#include "archive_saver.h"
+
+#include "content_rules.h"
+#include "download_thread.h"
+#include "downloads_folder.h"
+#include "file_error.h"
+#include "transfers.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+// Puts a file into the folder under the first free form of name; moving leaves nothing behind,
+// copying keeps the source. QFile never overwrites, so a name taken meanwhile is skipped.
+QString place(const QString &source, const QString &folder, const QString &name, bool move)
+{
+    if (!QDir().mkpath(folder))
+        throw FileError(folder, u"The folder could not be created."_s);
+    for (;;) {
+        const QString path = DownloadsFolder::uniquePath(folder, name);
+        QFile file(source);
+        if (move ? file.rename(path) : file.copy(path))
+            return path;
+        if (!QFile::exists(path))
+            throw FileError(path, file.errorString());
+    }
+}
+} // namespace
+
+ArchiveSaver::ArchiveSaver(Transfers *transfers, DownloadThread *thread, QString root,
+                           QString downloadsFolder)
+    : m_transfers(transfers)
+    , m_thread(thread)
+    , m_root(std::move(root))
+    , m_downloadsFolder(std::move(downloadsFolder))
+{
+}
+
+QString ArchiveSaver::fileName(const Archive &archive)
+{
+    return DownloadsFolder::safeName(archive.filename).value_or(u"Quennet.zip"_s);
+}
+
+QCoro::Task<QString> ArchiveSaver::save(Archive archive) const
+{
+    const QPointer<DownloadThread> thread = m_thread;
+    const QString folder = m_downloadsFolder;
+    const QString name = fileName(archive);
+    // The shop takes an archive's digest as given: only a well-formed one is checked.
+    const auto digest = archive.sha256 && ContentRules::isValidHash(*archive.sha256)
+        ? archive.sha256
+        : std::nullopt;
+    Transfers::Download download {
+        .key = u"archive/"_s + archive.id,
+        .name = name,
+        .pack = archive.pack,
+        .id = archive.id,
+        .source = archive.source,
+        .target = { .destination = m_root + u"/Archives/"_s + archive.id,
+                    .partial = m_root + u"/Partial/"_s + archive.id + u".partial"_s,
+                    .size = archive.bytes,
+                    .sha256 = digest },
+    };
+    const QString staged = co_await m_transfers->local(std::move(download));
+    auto move = [staged, folder, name] { return place(staged, folder, name, true); };
+    co_return co_await thread->run(std::move(move));
+}
+
+QCoro::Task<QString> ArchiveSaver::copy(QString localPath, QString name) const
+{
+    const QString folder = m_downloadsFolder;
+    auto copy = [localPath, folder, name] { return place(localPath, folder, name, false); };
+    co_return co_await m_thread->run(std::move(copy));
+}

@@ -1,0 +1,388 @@
+#include "shop.h"
+
+#include "account.h"
+#include "archive_saver.h"
+#include "async_mutex.h"
+#include "cancel_token.h"
+#include "clock.h"
+#include "defaults.h"
+#include "download_thread.h"
+#include "edition_choice.h"
+#include "file_fetcher.h"
+#include "library_refresher.h"
+#include "periodic_check.h"
+#include "reconciler.h"
+#include "transfers.h"
+#include "wallpaper_target.h"
+
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
+
+QString describe(const std::exception &error)
+{
+    if (const auto *known = dynamic_cast<const Error *>(&error))
+        return known->description();
+    return QString::fromUtf8(error.what());
+}
+} // namespace
+
+QString Shop::Unavailable::description() const
+{
+    return u"It isn't available to set yet."_s;
+}
+
+QString Shop::NotInPacks::description() const
+{
+    return u"That wallpaper isn't in your packs."_s;
+}
+
+Shop::Shop(Services services, QObject *parent)
+    : QObject(parent)
+    , m_services(std::move(services))
+    , m_cache(m_services.folder)
+    , m_cancel(std::make_shared<CancelToken>())
+    , m_refreshing(std::make_shared<AsyncMutex>())
+{
+    const ShopSession session(m_services.account, m_services.keychain);
+    m_transfers = new Transfers(FileFetcher(m_services.downloads), m_services.api, session,
+                                m_services.clock, this);
+    m_refresher = new LibraryRefresher(m_services.api, session, m_services.downloads,
+                                       m_cache.shopCachePath(), this);
+    m_periodic = new PeriodicCheck(
+        m_services.defaults, m_services.clock, [this] { refresh(); }, this);
+    m_requests = new WallpaperRequests(
+        [this](WallpaperFile file) { return localFile(std::move(file)); }, m_services.target,
+        m_services.helper, PlacementRecords(m_services.folder), m_services.clock, this);
+    m_reconciler = new Reconciler(
+        m_cache, m_services.target, PlacementRecords(m_services.folder), m_requests,
+        m_services.downloads, [this](const QString &path) { return keeps(path); }, this);
+    m_saver = std::make_unique<ArchiveSaver>(m_transfers, m_services.downloads, m_services.folder,
+                                             m_services.downloadsFolder);
+
+    m_showsUnreleased = m_services.defaults->showsUnreleasedPacks();
+    const auto seen = m_services.defaults->seenColourways();
+    for (auto it = seen.cbegin(); it != seen.cend(); ++it)
+        m_seen.insert(it.key(), QSet<QString>(it->cbegin(), it->cend()));
+
+    connect(m_transfers, &Transfers::progressChanged, this, &Shop::showProgress);
+    connect(m_transfers, &Transfers::ended, this, &Shop::rescanDownloaded);
+    connect(m_transfers, &Transfers::failed, this,
+            [this](const QString &message) { setMessage(Notice::failed(message)); });
+    // A new session brings its own library; an ended one takes it away.
+    if (m_services.account)
+        connect(m_services.account, &Account::generationChanged, this, [this] { refresh(); });
+    connect(m_requests, &WallpaperRequests::historyChanged, this, &Shop::historyChanged);
+    connect(m_requests, &WallpaperRequests::goingBackChanged, this, &Shop::isGoingBackChanged);
+}
+
+Shop::~Shop()
+{
+    m_cancel->cancel();
+}
+
+QCoro::Task<> Shop::start()
+{
+    return start(this);
+}
+
+QCoro::Task<> Shop::start(QPointer<Shop> self)
+{
+    try {
+        const auto copy = co_await self->m_refresher->load();
+        if (!self)
+            co_return;
+        if (copy) {
+            self->apply(*copy);
+            self->setState(Status::Ready);
+        }
+        self->rescanDownloaded();
+        self->m_periodic->start();
+        co_await self->refresh();
+    } catch (const std::exception &error) {
+        qCWarning(lcShop) << "Start-up failed:" << describe(error);
+    }
+}
+
+QCoro::Task<> Shop::refresh()
+{
+    return refresh(this, m_refreshing, m_cancel);
+}
+
+QCoro::Task<> Shop::refresh(QPointer<Shop> self, std::shared_ptr<AsyncMutex> mutex,
+                            std::shared_ptr<CancelToken> cancel)
+{
+    try {
+        // One at a time: a second request runs after the first, and mostly finds it unchanged.
+        const auto lock = co_await AsyncMutex::lock(mutex);
+        if (!self || cancel->isCancelled())
+            co_return;
+        const auto saved = co_await self->m_refresher->refresh(cancel);
+        if (!self)
+            co_return;
+        self->apply(saved);
+        self->m_lastChecked = self->m_services.clock->now();
+        Q_EMIT self->lastCheckedChanged();
+        self->setState(Status::Ready);
+        self->m_reconciler->request(self->m_contents.owned);
+    } catch (const std::exception &error) {
+        if (!self || cancel->isCancelled())
+            co_return;
+        const QString reason = describe(error);
+        qCWarning(lcShop, "Refresh failed: %s", qUtf8Printable(reason));
+        const QString message = u"Couldn't check for new files. "_s + reason;
+        // What is shown already stays; with nothing to show the state says why.
+        if (self->m_status == Status::Ready)
+            self->setMessage(Notice::failed(message));
+        else
+            self->setState(Status::Failed, message);
+    }
+}
+
+void Shop::systemWoke()
+{
+    m_periodic->woke();
+}
+
+void Shop::apply(const Cache::Saved &saved)
+{
+    m_saved = saved;
+    const QUrl base = saved.base.value_or(m_services.api().base());
+    setContents(ShopContents::from(saved.catalogue, saved.library, base, m_showsUnreleased));
+    if (saved.library)
+        ShopSession(m_services.account, m_services.keychain).setEmail(saved.library->email);
+}
+
+void Shop::setContents(ShopContents contents)
+{
+    if (m_contents == contents)
+        return;
+    m_contents = std::move(contents);
+    Q_EMIT contentsChanged();
+}
+
+void Shop::setShowsUnreleased(bool shows)
+{
+    if (m_showsUnreleased == shows)
+        return;
+    m_showsUnreleased = shows;
+    m_services.defaults->setShowsUnreleasedPacks(shows);
+    Q_EMIT showsUnreleasedChanged();
+    if (m_saved)
+        apply(*m_saved);
+}
+
+QCoro::Task<QString> Shop::localFile(WallpaperFile file)
+{
+    Transfers::Download download {
+        .key = DownloadCache::fileKey(file),
+        .name = displayName(file),
+        .pack = file.pack,
+        .id = file.id,
+        .source = file.source,
+        .target = { .destination = m_cache.localPath(file),
+                    .partial = m_cache.partialPath(file),
+                    .size = file.bytes,
+                    .sha256 = file.sha256 },
+    };
+    return m_transfers->local(std::move(download));
+}
+
+QString Shop::displayName(const WallpaperFile &file) const
+{
+    for (const auto &pack : m_contents.packs) {
+        if (pack.slug != file.pack)
+            continue;
+        for (const auto &colourway : pack.colourways) {
+            if (colourway.slug == file.colourway)
+                return colourway.name;
+        }
+    }
+    return file.colourway;
+}
+
+std::optional<Edition> Shop::editionFor(const QString &pack, const QString &colourway,
+                                        Edition wanted) const
+{
+    const auto owned = m_contents.owned.constFind(pack);
+    if (owned == m_contents.owned.cend())
+        return std::nullopt;
+    return chooseEdition(*owned, colourway, wanted);
+}
+
+QCoro::Task<> Shop::setWallpaper(QString pack, QString colourway, Edition edition,
+                                 QStringList displayIds)
+{
+    const auto owned = m_contents.owned.constFind(pack);
+    if (owned == m_contents.owned.cend())
+        throw NotInPacks();
+    const auto chosen = chooseEdition(*owned, colourway, edition);
+    if (!chosen)
+        throw Unavailable();
+    const QPointer<WallpaperRequests> requests = m_requests;
+    co_await requests->set(*owned->file(colourway, *chosen), displayIds,
+                           WallpaperRequests::Kind::Change);
+}
+
+QCoro::Task<> Shop::goBack()
+{
+    const QPointer<Shop> self = this;
+    WallpaperRequests::Resolve resolve = [self](const Placement &placement) {
+        return self ? self->fileFor(placement) : std::nullopt;
+    };
+    co_await m_requests->goBack(std::move(resolve));
+}
+
+std::optional<WallpaperFile> Shop::fileFor(const Placement &placement) const
+{
+    const auto edition = editionFromRawValue(placement.edition);
+    const auto owned = m_contents.owned.constFind(placement.pack);
+    if (!edition || owned == m_contents.owned.cend())
+        return std::nullopt;
+    return owned->file(placement.colourway, *edition);
+}
+
+QCoro::Task<> Shop::saveDesktopFiles(QString pack)
+{
+    return saveDesktopFiles(this, std::move(pack));
+}
+
+QCoro::Task<> Shop::saveDesktopFiles(QPointer<Shop> self, QString pack)
+{
+    try {
+        const OwnedPack owned = self->m_contents.owned.value(pack);
+        QString saved;
+        for (const auto &archive : owned.archives) {
+            if (archive.device != QLatin1StringView(ArchiveSaver::desktopDevice))
+                continue;
+            saved = co_await self->m_saver->save(archive);
+            if (!self)
+                co_return;
+        }
+        // Without an archive for desktops, the wallpaper files themselves.
+        if (saved.isEmpty()) {
+            for (const auto &file : owned.allFiles()) {
+                const QString local = co_await self->localFile(file);
+                if (!self)
+                    co_return;
+                saved = co_await self->m_saver->copy(local, QFileInfo(local).fileName());
+                if (!self)
+                    co_return;
+            }
+        }
+        if (saved.isEmpty())
+            throw Unavailable();
+        self->setMessage(Notice::saved(QUrl::fromLocalFile(saved)));
+    } catch (const std::exception &error) {
+        qCWarning(lcShop, "Saving %s to Downloads failed: %s", qUtf8Printable(pack),
+                  qUtf8Printable(describe(error)));
+        if (self)
+            self->setMessage(
+                Notice::failed(u"Couldn't save %1 to Downloads. %2"_s.arg(pack, describe(error))));
+    }
+}
+
+void Shop::markSeen(const QString &pack)
+{
+    if (!m_saved)
+        return;
+    QSet<QString> slugs;
+    for (const auto &entry : m_saved->catalogue.catalogue(m_services.api().base())) {
+        if (entry.slug != pack)
+            continue;
+        for (const auto &colourway : entry.colourways)
+            slugs.insert(colourway.slug);
+    }
+    m_seen.insert(pack, slugs);
+    QMap<QString, QStringList> stored;
+    for (auto it = m_seen.cbegin(); it != m_seen.cend(); ++it) {
+        QStringList list(it->cbegin(), it->cend());
+        list.sort();
+        stored.insert(it.key(), list);
+    }
+    m_services.defaults->setSeenColourways(stored);
+    Q_EMIT seenChanged();
+}
+
+QCoro::Task<> Shop::removeDownloads()
+{
+    if (!canRemoveDownloads())
+        co_return;
+    const QPointer<Shop> self = this;
+    QSet<QString> kept;
+    for (const auto &file : m_cache.installedFiles()) {
+        if (keeps(file.path))
+            kept.insert(file.path);
+    }
+    try {
+        auto remove = [cache = m_cache, kept] {
+            cache.removeDownloads([&kept](const QString &path) { return kept.contains(path); });
+        };
+        co_await m_services.downloads->run(std::move(remove));
+    } catch (const std::exception &error) {
+        qCWarning(lcShop) << "Removing downloads failed:" << describe(error);
+    }
+    if (self)
+        self->rescanDownloaded();
+}
+
+bool Shop::keeps(const QString &path) const
+{
+    return m_services.target->isShown(path) || m_requests->isPinned(path);
+}
+
+DownloadProgress Shop::progress() const
+{
+    return m_transfers->progress();
+}
+
+bool Shop::canRemoveDownloads() const
+{
+    return !m_transfers->isRunning();
+}
+
+void Shop::showProgress()
+{
+    Q_EMIT progressChanged();
+    if (m_transfers->isRunning())
+        setMessage(Notice::downloading(m_transfers->count(), m_transfers->fraction()));
+    else if (m_message && m_message->kind() == Notice::Kind::Downloading)
+        setMessage(std::nullopt);
+}
+
+void Shop::rescanDownloaded()
+{
+    QSet<QString> keys;
+    for (const auto &file : m_cache.installedFiles())
+        keys.insert(file.key);
+    if (keys == m_downloaded)
+        return;
+    m_downloaded = std::move(keys);
+    Q_EMIT downloadedChanged();
+}
+
+void Shop::setState(Status status, const QString &message)
+{
+    if (m_status == status && m_stateMessage == message)
+        return;
+    m_status = status;
+    m_stateMessage = message;
+    Q_EMIT stateChanged();
+}
+
+void Shop::setMessage(OptionalNotice message)
+{
+    if (m_message == message)
+        return;
+    m_message = std::move(message);
+    Q_EMIT messageChanged();
+}
+
+void Shop::dismissMessage()
+{
+    setMessage(std::nullopt);
+}

@@ -1,0 +1,195 @@
+#pragma once
+
+#include "api_client.h"
+#include "download_cache.h"
+#include "notice.h"
+#include "shop_cache.h"
+#include "shop_contents.h"
+#include "wallpaper_requests.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QSet>
+#include <functional>
+#include <memory>
+
+class Account;
+class ArchiveSaver;
+class AsyncMutex;
+class CancelToken;
+class Clock;
+class Defaults;
+class DownloadThread;
+class Keychain;
+class LibraryRefresher;
+class PeriodicCheck;
+class Reconciler;
+class Transfers;
+class WallpaperTarget;
+class WorkspaceHelper;
+
+using OwnedPacks = QMap<QString, OwnedPack>;
+using DownloadProgress = QHash<QString, double>;
+using SeenColourways = QMap<QString, QSet<QString>>;
+using OptionalNotice = std::optional<Notice>;
+using PlacementHistoryEntries = QList<PlacementHistory::Entry>;
+
+// The one main-thread object that holds what the user may use: the catalogue, the library, which
+// files are on disk, what is downloading and how far, and the notice for the panel. It refreshes
+// the library (at start-up from its disk copy first), makes wallpaper files local on demand, and
+// carries a request to set a wallpaper through to the displays.
+class Shop : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(Status status READ status NOTIFY stateChanged)
+    Q_PROPERTY(QString stateMessage READ stateMessage NOTIFY stateChanged)
+    Q_PROPERTY(QList<Pack> packs READ packs NOTIFY contentsChanged)
+    Q_PROPERTY(QList<Phase> phases READ phases NOTIFY contentsChanged)
+    Q_PROPERTY(OwnedPacks owned READ owned NOTIFY contentsChanged)
+    Q_PROPERTY(OwnedPacks bought READ bought NOTIFY contentsChanged)
+    Q_PROPERTY(OwnedPacks free READ freePacks NOTIFY contentsChanged)
+    Q_PROPERTY(DownloadProgress progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(bool canRemoveDownloads READ canRemoveDownloads NOTIFY progressChanged)
+    Q_PROPERTY(QSet<QString> downloaded READ downloaded NOTIFY downloadedChanged)
+    Q_PROPERTY(QDateTime lastChecked READ lastChecked NOTIFY lastCheckedChanged)
+    Q_PROPERTY(SeenColourways seen READ seen NOTIFY seenChanged)
+    Q_PROPERTY(OptionalNotice message READ message NOTIFY messageChanged)
+    Q_PROPERTY(bool showsUnreleased READ showsUnreleased WRITE setShowsUnreleased NOTIFY
+                   showsUnreleasedChanged)
+    Q_PROPERTY(PlacementHistoryEntries history READ history NOTIFY historyChanged)
+    Q_PROPERTY(bool isGoingBack READ isGoingBack NOTIFY isGoingBackChanged)
+
+public:
+    enum class Status { Loading, Ready, Failed };
+    Q_ENUM(Status)
+
+    // An edition whose file cannot be had yet, such as one of a pack not released.
+    class Unavailable : public Error {
+    public:
+        [[nodiscard]] QString description() const override;
+        bool operator==(const Unavailable &) const { return true; }
+    };
+
+    // A colourway of a pack the user does not have.
+    class NotInPacks : public Error {
+    public:
+        [[nodiscard]] QString description() const override;
+        bool operator==(const NotInPacks &) const { return true; }
+    };
+
+    using Overtaken = WallpaperRequests::Overtaken;
+
+    // What the store works with; the composition root fills it in.
+    struct Services {
+        std::function<APIClient()> api;
+        Account *account = nullptr;
+        Keychain *keychain = nullptr;
+        Defaults *defaults = nullptr;
+        DownloadThread *downloads = nullptr;
+        WallpaperTarget *target = nullptr;
+        WorkspaceHelper *helper = nullptr; // none: no workspace helper to tell
+        std::shared_ptr<Clock> clock;
+        QString folder; // the application folder
+        QString downloadsFolder; // QStandardPaths::DownloadLocation
+    };
+
+    explicit Shop(Services services, QObject *parent = nullptr);
+    ~Shop() override;
+
+    // Shows the disk copy at once, then refreshes from the shop and starts the six-hourly check.
+    QCoro::Task<> start();
+    // Fetches catalogue and library. Never throws: a failure is worded in the state or message.
+    QCoro::Task<> refresh();
+    // The computer woke from sleep: the six-hourly check looks at its due moment again.
+    void systemWoke();
+
+    // The verified local copy of a file, downloaded first when needed. Throws the download's
+    // failure after wording it in the message.
+    [[nodiscard]] QCoro::Task<QString> localFile(WallpaperFile file);
+    // Saves the pack's desktop files into Downloads. Never throws: the message says how it went.
+    QCoro::Task<> saveDesktopFiles(QString pack);
+    // The user has now seen every current colourway of the pack.
+    void markSeen(const QString &pack);
+    // The edition to set when the caller wants one; none when the colourway has no file.
+    [[nodiscard]] std::optional<Edition> editionFor(const QString &pack, const QString &colourway,
+                                                    Edition wanted) const;
+    // Sets a colourway's edition (or the nearest one there is) on the displays. Throws
+    // NotInPacks, Unavailable, Overtaken, a download failure or the desktop's error.
+    [[nodiscard]] QCoro::Task<> setWallpaper(QString pack, QString colourway, Edition edition,
+                                             QStringList displayIds);
+    // Puts back what the displays showed before the latest change. Throws like setWallpaper.
+    [[nodiscard]] QCoro::Task<> goBack();
+    // Deletes downloads but what the displays show and what is about to be set. Does nothing
+    // while a download runs.
+    QCoro::Task<> removeDownloads();
+    void dismissMessage();
+
+    [[nodiscard]] Status status() const { return m_status; }
+    [[nodiscard]] QString stateMessage() const { return m_stateMessage; }
+    [[nodiscard]] QList<Pack> packs() const { return m_contents.packs; }
+    [[nodiscard]] QList<Phase> phases() const { return m_contents.phases; }
+    [[nodiscard]] OwnedPacks owned() const { return m_contents.owned; }
+    [[nodiscard]] OwnedPacks bought() const { return m_contents.bought; }
+    [[nodiscard]] OwnedPacks freePacks() const { return m_contents.free; }
+    [[nodiscard]] DownloadProgress progress() const;
+    [[nodiscard]] bool canRemoveDownloads() const;
+    [[nodiscard]] QSet<QString> downloaded() const { return m_downloaded; }
+    [[nodiscard]] QDateTime lastChecked() const { return m_lastChecked; }
+    [[nodiscard]] SeenColourways seen() const { return m_seen; }
+    [[nodiscard]] OptionalNotice message() const { return m_message; }
+    [[nodiscard]] bool showsUnreleased() const { return m_showsUnreleased; }
+    void setShowsUnreleased(bool shows);
+    [[nodiscard]] PlacementHistoryEntries history() const { return m_requests->history(); }
+    [[nodiscard]] bool isGoingBack() const { return m_requests->isGoingBack(); }
+
+    [[nodiscard]] const DownloadCache &cache() const { return m_cache; }
+    [[nodiscard]] Transfers *transfers() const { return m_transfers; }
+
+Q_SIGNALS:
+    void stateChanged();
+    void contentsChanged();
+    void progressChanged();
+    void downloadedChanged();
+    void lastCheckedChanged();
+    void seenChanged();
+    void messageChanged();
+    void showsUnreleasedChanged();
+    void historyChanged();
+    void isGoingBackChanged();
+
+private:
+    static QCoro::Task<> start(QPointer<Shop> self);
+    static QCoro::Task<> refresh(QPointer<Shop> self, std::shared_ptr<AsyncMutex> mutex,
+                                 std::shared_ptr<CancelToken> cancel);
+    static QCoro::Task<> saveDesktopFiles(QPointer<Shop> self, QString pack);
+
+    void apply(const Cache::Saved &saved);
+    void setContents(ShopContents contents);
+    void setState(Status status, const QString &message = {});
+    void setMessage(OptionalNotice message);
+    void showProgress();
+    void rescanDownloaded();
+    [[nodiscard]] bool keeps(const QString &path) const;
+    [[nodiscard]] QString displayName(const WallpaperFile &file) const;
+    [[nodiscard]] std::optional<WallpaperFile> fileFor(const Placement &placement) const;
+
+    Services m_services;
+    DownloadCache m_cache;
+    std::shared_ptr<CancelToken> m_cancel;
+    std::shared_ptr<AsyncMutex> m_refreshing;
+    Transfers *m_transfers;
+    LibraryRefresher *m_refresher;
+    PeriodicCheck *m_periodic;
+    WallpaperRequests *m_requests;
+    Reconciler *m_reconciler;
+    std::unique_ptr<ArchiveSaver> m_saver;
+
+    Status m_status = Status::Loading;
+    QString m_stateMessage;
+    std::optional<Cache::Saved> m_saved;
+    ShopContents m_contents;
+    QSet<QString> m_downloaded;
+    QDateTime m_lastChecked;
+    SeenColourways m_seen;
+    OptionalNotice m_message;
+    bool m_showsUnreleased = false;
+};

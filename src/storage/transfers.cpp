@@ -1,0 +1,192 @@
+#include "transfers.h"
+
+#include "cancel_token.h"
+#include "clock.h"
+#include "network_error.h"
+#include "worker_reply.h"
+
+#include <QCoroSignal>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
+
+constexpr int linkMargin = 60; // seconds a reused link must still be valid
+
+QString describe(const std::exception &error)
+{
+    if (const auto *known = dynamic_cast<const Error *>(&error))
+        return known->description();
+    return QString::fromUtf8(error.what());
+}
+
+// Worth one more try: everything but a file that arrived wrong, or a session the shop refused.
+bool isRetriable(const std::exception &error)
+{
+    if (const auto *failure = dynamic_cast<const FileFetcher::Failure *>(&error))
+        return failure->kind() != FileFetcher::Failure::Kind::Mismatch;
+    if (const auto *failure = dynamic_cast<const APIClient::Failure *>(&error))
+        return failure->kind() != APIClient::Failure::Kind::SignedOut;
+    return true;
+}
+
+NetworkError cancelled()
+{
+    return NetworkError(QNetworkReply::OperationCanceledError, u"Operation canceled"_s);
+}
+} // namespace
+
+Transfers::Transfers(FileFetcher fetcher, std::function<APIClient()> api, ShopSession session,
+                     std::shared_ptr<Clock> clock, QObject *parent)
+    : QObject(parent)
+    , m_fetcher(std::move(fetcher))
+    , m_api(std::move(api))
+    , m_session(std::move(session))
+    , m_clock(std::move(clock))
+    , m_cancel(std::make_shared<CancelToken>())
+{
+}
+
+Transfers::~Transfers()
+{
+    m_cancel->cancel();
+}
+
+QCoro::Task<QString> Transfers::local(Download download)
+{
+    return local(this, std::move(download));
+}
+
+QCoro::Task<QString> Transfers::local(QPointer<Transfers> self, Download download)
+{
+    if (QFileInfo::exists(download.target.destination))
+        co_return download.target.destination;
+    auto done = self->m_running.value(download.key);
+    if (!done) {
+        done = std::make_shared<WorkerReply>();
+        self->m_running.insert(download.key, done);
+        self->m_sizes.insert(download.key, download.target.size);
+        self->setProgress(download.key, 0);
+        // Held by no one: it ends by itself, through done.
+        run(self, download, done, self->m_cancel);
+    }
+    if (!done->hasEnded())
+        co_await qCoro(done.get(), &WorkerReply::ended);
+    done->rethrow();
+    co_return download.target.destination;
+}
+
+QCoro::Task<> Transfers::run(QPointer<Transfers> self, Download download,
+                             std::shared_ptr<WorkerReply> done, std::shared_ptr<CancelToken> cancel)
+{
+    std::exception_ptr failure;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            co_await fetch(self, download, cancel);
+            break;
+        } catch (const std::exception &error) {
+            if (attempt == 2 || !isRetriable(error) || cancel->isCancelled() || !self) {
+                qCWarning(lcDownloads, "Download of %s failed: %s", qUtf8Printable(download.name),
+                          qUtf8Printable(describe(error)));
+                if (self)
+                    Q_EMIT self->failed(
+                        u"Couldn't download %1. %2"_s.arg(download.name, describe(error)));
+                failure = std::current_exception();
+                break;
+            }
+            qCInfo(lcDownloads, "Download interrupted, trying again: %s",
+                   qUtf8Printable(describe(error)));
+            // The next try asks for a new link.
+            self->m_links.remove(download.key);
+        }
+    }
+    if (self) {
+        self->m_running.remove(download.key);
+        self->m_progress.remove(download.key);
+        self->m_sizes.remove(download.key);
+        Q_EMIT self->progressChanged();
+        Q_EMIT self->ended(download.key);
+    }
+    done->postEnd(failure);
+}
+
+QCoro::Task<> Transfers::fetch(QPointer<Transfers> self, Download download,
+                               std::shared_ptr<CancelToken> cancel)
+{
+    const FileFetcher fetcher = self->m_fetcher;
+    if (download.source.kind() == FileSource::Kind::Local) {
+        co_await fetcher.copy(download.source.url().toLocalFile(), download.target);
+        co_return;
+    }
+    QUrl url = download.source.url();
+    if (download.source.kind() == FileSource::Kind::Shop)
+        url = co_await link(self, download, cancel);
+    if (!self || cancel->isCancelled())
+        throw cancelled();
+    const FileFetcher::Progress progress = [self, key = download.key](double fraction) {
+        if (self)
+            self->setProgress(key, fraction);
+    };
+    co_await fetcher.fetch(url, download.target, progress, cancel);
+}
+
+QCoro::Task<QUrl> Transfers::link(QPointer<Transfers> self, Download download,
+                                  std::shared_ptr<CancelToken> cancel)
+{
+    // A link without an expiry is never reused.
+    const auto cached = self->m_links.constFind(download.key);
+    if (cached != self->m_links.cend() && cached->expiresAt
+        && *cached->expiresAt > self->m_clock->now().addSecs(linkMargin))
+        co_return cached->url;
+
+    const APIClient api = self->m_api();
+    const ShopSession session = self->m_session;
+    const auto token = co_await session.token();
+    if (!token)
+        throw APIClient::Failure::signedOut();
+    const QList<APIClient::WantedFile> wanted { { download.pack, download.id } };
+    QList<APIClient::Link> links;
+    try {
+        links = co_await api.links(*token, wanted, cancel.get());
+    } catch (const APIClient::Failure &failure) {
+        if (failure.kind() == APIClient::Failure::Kind::SignedOut)
+            session.rejected();
+        throw;
+    }
+    if (!self || cancel->isCancelled())
+        throw cancelled();
+    for (const auto &link : std::as_const(links)) {
+        if (link.id == download.id) {
+            self->m_links.insert(download.key, link);
+            co_return link.url;
+        }
+    }
+    throw APIClient::Failure::invalidReply();
+}
+
+double Transfers::fraction() const
+{
+    double done = 0;
+    double total = 0;
+    for (auto it = m_progress.cbegin(); it != m_progress.cend(); ++it) {
+        const double size = double(std::max<qint64>(m_sizes.value(it.key()), 1));
+        done += it.value() * size;
+        total += size;
+    }
+    return total > 0 ? done / total : 0;
+}
+
+std::optional<APIClient::Link> Transfers::link(const QString &key) const
+{
+    const auto it = m_links.constFind(key);
+    return it == m_links.cend() ? std::nullopt : std::optional(*it);
+}
+
+void Transfers::setProgress(const QString &key, double fraction)
+{
+    m_progress.insert(key, fraction);
+    Q_EMIT progressChanged();
+}

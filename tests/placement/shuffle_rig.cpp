@@ -1,0 +1,193 @@
+#include "shuffle_rig.h"
+
+#include "await_task.h"
+#include "cancel_token.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QCoroSignal>
+#include <QSettings>
+
+using namespace Qt::Literals::StringLiterals;
+
+SimulatedClock::SimulatedClock(QDateTime now, QObject *parent)
+    : QObject(parent)
+    , m_now(now)
+    , m_boot(now)
+{
+}
+
+std::chrono::nanoseconds SimulatedClock::sinceBoot() const
+{
+    return std::chrono::milliseconds(m_boot.msecsTo(m_now));
+}
+
+QCoro::Task<bool> SimulatedClock::sleep(std::shared_ptr<CancelToken> token,
+                                        std::chrono::milliseconds duration)
+{
+    if (token->isCancelled())
+        co_return false;
+    const auto wake = std::make_shared<CancelToken>();
+    m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
+    connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
+    co_await qCoro(wake.get(), &CancelToken::cancelled);
+    m_sleepers.removeIf([&](const Sleeper &sleeper) { return sleeper.wake == wake; });
+    co_return !token->isCancelled();
+}
+
+void SimulatedClock::advance(std::chrono::milliseconds by)
+{
+    advanceTo(m_now.addMSecs(by.count()));
+}
+
+void SimulatedClock::advanceTo(const QDateTime &moment)
+{
+    while (true) {
+        const auto next = std::min_element(
+            m_sleepers.begin(), m_sleepers.end(),
+            [](const Sleeper &a, const Sleeper &b) { return a.deadline < b.deadline; });
+        if (next == m_sleepers.end() || next->deadline > moment)
+            break;
+        m_now = std::max(m_now, next->deadline);
+        const auto wake = next->wake;
+        m_sleepers.erase(next);
+        wake->cancel();
+        runPending();
+    }
+    m_now = std::max(m_now, moment);
+}
+
+void SimulatedClock::runPending()
+{
+    // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
+    while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
+}
+
+void SimulatedClock::suspend(std::chrono::milliseconds by)
+{
+    m_now = m_now.addMSecs(by.count());
+    for (auto &sleeper : m_sleepers)
+        sleeper.deadline = sleeper.deadline.addMSecs(by.count());
+}
+
+FakeStore::FakeStore(QObject *parent)
+    : ShuffleStore(parent)
+{
+}
+
+void FakeStore::setChoices(const QList<ShuffleChoice> &choices)
+{
+    m_choices = choices;
+    Q_EMIT choicesChanged();
+}
+
+bool FakeStore::isDownloaded(const ShuffleChoice &choice, Edition) const
+{
+    return downloaded.contains(choice.key());
+}
+
+QCoro::Task<> FakeStore::setWallpaper(ShuffleChoice choice, Edition wanted, QStringList displayIds)
+{
+    ++attempts;
+    if (downloadsFail && !downloaded.contains(choice.key()))
+        throw DownloadFailed(u"The network connection was lost."_s);
+    const Set set { choice.key(), wanted, displayIds, now ? now() : QDateTime() };
+    sets.append(set);
+    if (onSet)
+        onSet(set);
+    co_return;
+}
+
+FakeDisplays::FakeDisplays(QObject *parent)
+    : ShuffleDisplays(parent)
+{
+}
+
+void FakeDisplays::setScreens(const QList<Screen> &screens)
+{
+    m_screens = screens;
+    Q_EMIT changed();
+}
+
+void FakeDisplays::show(const QString &id, const QString &key, Edition edition)
+{
+    const auto slash = key.indexOf(u'/');
+    for (auto &screen : m_screens) {
+        if (screen.id != id)
+            continue;
+        screen.placement = Placement { .pack = key.left(slash),
+                                       .colourway = key.mid(slash + 1),
+                                       .edition = rawValue(edition),
+                                       .path = u"/cache/"_s + key + u".heic"_s };
+        screen.showsOwnWallpaper = true;
+    }
+    Q_EMIT changed();
+}
+
+QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
+{
+    Pack sample { .slug = pack, .name = pack.toUpper() };
+    for (int i = 1; i <= count; ++i)
+        sample.colourways.append({ .slug = u"c%1"_s.arg(i), .name = u"C%1"_s.arg(i) });
+    QList<ShuffleChoice> choices;
+    for (const auto &colourway : sample.colourways)
+        choices.append({ sample, colourway });
+    return choices;
+}
+
+namespace
+{
+QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
+{
+    const auto path = folder.filePath(u"defaults.ini"_s);
+    QSettings file(path, QSettings::IniFormat);
+    for (auto it = settings.begin(); it != settings.end(); ++it)
+        file.setValue(it.key(), it.value());
+    return path;
+}
+} // namespace
+
+ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint32 seed)
+    : defaults(settingsFile(folder, settings))
+    , favourites(&defaults)
+    , clock(std::make_shared<SimulatedClock>(now))
+    , random(seed)
+{
+    store.now = [clock = clock] { return clock->now(); };
+    store.onSet = [this](const FakeStore::Set &set) {
+        for (const auto &id : set.displayIds)
+            displays.show(id, set.key, set.wanted);
+    };
+    displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true } });
+}
+
+Shuffle &ShuffleRig::make()
+{
+    shuffle = std::make_unique<Shuffle>(Shuffle::Services { .store = &store,
+                                                            .displays = &displays,
+                                                            .favourites = &favourites,
+                                                            .defaults = &defaults,
+                                                            .sleep = &sleep,
+                                                            .clock = clock,
+                                                            .random = &random });
+    shuffle->start();
+    return *shuffle;
+}
+
+QStringList ShuffleRig::setKeys() const
+{
+    QStringList keys;
+    for (const auto &set : store.sets)
+        keys.append(set.key);
+    return keys;
+}
+
+std::optional<QString> failureOf(QCoro::Task<> task)
+{
+    try {
+        awaitTask(std::move(task));
+    } catch (const Error &error) {
+        return error.description();
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,123 @@
+#pragma once
+
+#include "clock.h"
+#include "defaults.h"
+#include "favourites.h"
+#include "shuffle.h"
+#include "shuffle_displays.h"
+#include "shuffle_store.h"
+#include "sleep_watcher.h"
+
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <functional>
+
+// A clock for schedules: nothing moves until the test moves it, and then each sleeper wakes at
+// its own deadline, in order, as a real one would.
+class SimulatedClock : public QObject, public Clock
+{
+    Q_OBJECT
+
+public:
+    explicit SimulatedClock(QDateTime now, QObject *parent = nullptr);
+
+    [[nodiscard]] QDateTime now() const override { return m_now; }
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override;
+    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
+                            std::chrono::milliseconds duration) override;
+
+    // Moves time on, waking every sleeper whose deadline comes; advance(0ms) runs what is due.
+    void advance(std::chrono::milliseconds by);
+    void advanceTo(const QDateTime &moment);
+    // The computer sleeps: wall time moves but sleepers' timers stand still, as Qt's do.
+    void suspend(std::chrono::milliseconds by);
+
+private:
+    void runPending();
+
+    struct Sleeper {
+        QDateTime deadline;
+        std::shared_ptr<CancelToken> wake;
+    };
+
+    QDateTime m_now;
+    QDateTime m_boot;
+    QList<Sleeper> m_sleepers;
+};
+
+// The library store as the shuffle sees it: choices, files on disk, and the sets it was asked for.
+class FakeStore : public ShuffleStore
+{
+    Q_OBJECT
+
+public:
+    struct Set {
+        QString key;
+        Edition wanted = Edition::Automatic;
+        QStringList displayIds;
+        QDateTime at;
+    };
+
+    explicit FakeStore(QObject *parent = nullptr);
+
+    void setChoices(const QList<ShuffleChoice> &choices);
+    [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
+    [[nodiscard]] bool isDownloaded(const ShuffleChoice &choice, Edition wanted) const override;
+    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition wanted,
+                               QStringList displayIds) override;
+
+    QSet<QString> downloaded; // keys on disk
+    bool downloadsFail = false; // of anything not on disk
+    std::function<QDateTime()> now;
+    QList<Set> sets;
+    int attempts = 0;
+    std::function<void(const Set &)> onSet;
+
+private:
+    QList<ShuffleChoice> m_choices;
+};
+
+class FakeDisplays : public ShuffleDisplays
+
+{
+    Q_OBJECT
+
+public:
+    explicit FakeDisplays(QObject *parent = nullptr);
+
+    [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
+    void setScreens(const QList<Screen> &screens);
+    // A display now shows one of the user's colourways, as a set leaves it.
+    void show(const QString &id, const QString &key, Edition edition = Edition::Automatic);
+
+private:
+    QList<Screen> m_screens;
+};
+
+// Colourways c1…cN of pack p, in that order.
+[[nodiscard]] QList<ShuffleChoice> sampleChoices(int count,
+                                                 const QString &pack = QStringLiteral("p"));
+
+// A shuffle over fakes, its settings in a file of its own, its random source seeded. It starts
+// with one display, "one", which follows what the store sets.
+struct ShuffleRig {
+    // settings: what the file holds before anything reads it.
+    explicit ShuffleRig(const QDateTime &now, const QVariantMap &settings = {}, quint32 seed = 1);
+
+    // Builds the shuffle from what the settings hold now, and starts it.
+    Shuffle &make();
+    [[nodiscard]] QStringList setKeys() const;
+
+    QTemporaryDir folder;
+    Defaults defaults;
+    FakeStore store;
+    FakeDisplays displays;
+    Favourites favourites;
+    SleepWatcher sleep;
+    std::shared_ptr<SimulatedClock> clock;
+    QRandomGenerator random;
+    std::unique_ptr<Shuffle> shuffle;
+};
+
+// Runs a task to its end; the sentence of what it threw, or none.
+[[nodiscard]] std::optional<QString> failureOf(QCoro::Task<> task);

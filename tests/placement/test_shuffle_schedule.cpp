@@ -1,0 +1,118 @@
+#include "shuffle_schedule.h"
+
+#include <QTest>
+#include <QTimeZone>
+#include <time.h>
+
+using namespace Qt::Literals::StringLiterals;
+using Interval = ShuffleSettings::Interval;
+
+namespace
+{
+QDateTime utc(const char *text)
+{
+    return QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate).toUTC();
+}
+} // namespace
+
+// Calendar boundaries in the zone the TZ variable names, as the user's would be, across the days
+// the clocks change: London changes at 01:00, Santiago at midnight itself.
+class ShuffleScheduleTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+    void nextBoundary_data();
+    void nextBoundary();
+};
+
+void ShuffleScheduleTest::cleanup()
+{
+    qunsetenv("TZ");
+    tzset();
+}
+
+void ShuffleScheduleTest::nextBoundary_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<Interval>("interval");
+    QTest::addColumn<Qt::DayOfWeek>("firstDay");
+    QTest::addColumn<QDateTime>("anchor");
+    QTest::addColumn<QDateTime>("expected");
+
+    const QByteArray london = "Europe/London";
+    const QByteArray santiago = "America/Santiago";
+    const auto monday = Qt::Monday;
+    const auto sunday = Qt::Sunday;
+
+    // London: 2024-03-31 01:00 GMT becomes 02:00 BST; 2024-10-27 02:00 BST becomes 01:00 GMT.
+    QTest::newRow("London, the night before spring")
+        << london << Interval::Day << monday << utc("2024-03-30T12:00:00Z")
+        << utc("2024-03-31T00:00:00Z");
+    QTest::newRow("London, a day of 23 hours")
+        << london << Interval::Day << monday << utc("2024-03-31T00:00:00Z")
+        << utc("2024-03-31T23:00:00Z");
+    QTest::newRow("London, a day of 25 hours")
+        << london << Interval::Day << monday << utc("2024-10-26T23:30:00Z")
+        << utc("2024-10-28T00:00:00Z");
+    QTest::newRow("London, the week from Monday")
+        << london << Interval::Week << monday << utc("2024-03-30T12:00:00Z")
+        << utc("2024-03-31T23:00:00Z");
+    QTest::newRow("London, the week from Sunday")
+        << london << Interval::Week << sunday << utc("2024-03-30T12:00:00Z")
+        << utc("2024-03-31T00:00:00Z");
+    QTest::newRow("London, the skipped hour comes as the jump")
+        << london << Interval::Hour << monday << utc("2024-03-31T00:30:00Z")
+        << utc("2024-03-31T01:00:00Z");
+    QTest::newRow("London, the hour after the jump")
+        << london << Interval::Hour << monday << utc("2024-03-31T01:00:00Z")
+        << utc("2024-03-31T02:00:00Z");
+    QTest::newRow("London, six hours in summer time")
+        << london << Interval::SixHours << monday << utc("2024-03-31T04:59:00Z")
+        << utc("2024-03-31T05:00:00Z");
+
+    // Santiago: 2024-04-06 24:00 -03 becomes 23:00 -04; 2024-09-08 00:00 -04 becomes 01:00 -03.
+    QTest::newRow("Santiago, midnight after the repeated hour")
+        << santiago << Interval::Day << monday << utc("2024-04-06T15:00:00Z")
+        << utc("2024-04-07T04:00:00Z");
+    QTest::newRow("Santiago, inside the repeated hour")
+        << santiago << Interval::Day << monday << utc("2024-04-07T03:30:00Z")
+        << utc("2024-04-07T04:00:00Z");
+    QTest::newRow("Santiago, the skipped midnight comes as the jump")
+        << santiago << Interval::Day << monday << utc("2024-09-07T16:00:00Z")
+        << utc("2024-09-08T04:00:00Z");
+    QTest::newRow("Santiago, the midnight after the jump")
+        << santiago << Interval::Day << monday << utc("2024-09-08T04:00:00Z")
+        << utc("2024-09-09T03:00:00Z");
+    QTest::newRow("Santiago, the week from Sunday starts at the jump")
+        << santiago << Interval::Week << sunday << utc("2024-09-05T12:00:00Z")
+        << utc("2024-09-08T04:00:00Z");
+    QTest::newRow("Santiago, the week from Monday")
+        << santiago << Interval::Week << monday << utc("2024-09-05T12:00:00Z")
+        << utc("2024-09-09T03:00:00Z");
+    QTest::newRow("Santiago, six hours over the jump")
+        << santiago << Interval::SixHours << monday << utc("2024-09-08T00:00:00Z")
+        << utc("2024-09-08T04:00:00Z");
+    QTest::newRow("Santiago, six hours after the jump")
+        << santiago << Interval::SixHours << monday << utc("2024-09-08T04:00:00Z")
+        << utc("2024-09-08T09:00:00Z");
+}
+
+void ShuffleScheduleTest::nextBoundary()
+{
+    QFETCH(QByteArray, zone);
+    QFETCH(Interval, interval);
+    QFETCH(Qt::DayOfWeek, firstDay);
+    QFETCH(QDateTime, anchor);
+    QFETCH(QDateTime, expected);
+
+    qputenv("TZ", zone);
+    tzset();
+    const auto next =
+        ShuffleSchedule::nextBoundary(interval, anchor, QTimeZone::systemTimeZone(), firstDay);
+    QVERIFY(next);
+    QCOMPARE(next->toUTC(), expected);
+}
+
+QTEST_GUILESS_MAIN(ShuffleScheduleTest)
+#include "test_shuffle_schedule.moc"

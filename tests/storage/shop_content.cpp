@@ -1,0 +1,176 @@
+#include "shop_content.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRandomGenerator>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+QString randomId(char prefix)
+{
+    return QLatin1Char(prefix) + u'_'
+        + QString::number(QRandomGenerator::global()->generate64(), 16).rightJustified(16, u'0');
+}
+
+// Random bytes of the given size at path; returns their SHA-256.
+QString writeRandom(const QString &path, qint64 bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("Cannot write %s", qPrintable(path));
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    QByteArray block(1024 * 1024, Qt::Uninitialized);
+    for (qint64 left = bytes; left > 0;) {
+        const qint64 size = std::min<qint64>(left, block.size());
+        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(block.data()),
+                                              block.size() / 4);
+        file.write(block.constData(), size);
+        hash.addData(QByteArrayView(block.constData(), size));
+        left -= size;
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+} // namespace
+
+QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
+{
+    QJsonArray packArray;
+    QJsonArray owned;
+    for (ContentPack &pack : packs) {
+        QMap<QString, QJsonArray> byColourway;
+        for (ContentFile &file : pack.files) {
+            if (file.id.isEmpty())
+                file.id = randomId('f');
+            const QString path = u"files/%1/%2.heic"_s.arg(pack.slug, file.id);
+            file.sha256 = writeRandom(QDir(dir).filePath(path), file.bytes);
+            byColourway[file.colourway].append(QJsonObject {
+                { u"id"_s, file.id },
+                { u"edition"_s, file.edition },
+                { u"bytes"_s, file.bytes },
+                { u"path"_s, path },
+                { u"sha256"_s, file.sha256 },
+            });
+        }
+        QJsonArray colourways;
+        for (auto it = byColourway.cbegin(); it != byColourway.cend(); ++it)
+            colourways.append(QJsonObject { { u"slug"_s, it.key() },
+                                            { u"name"_s, it.key().toUpper() },
+                                            { u"art"_s, QJsonObject() },
+                                            { u"files"_s, it.value() } });
+        QJsonArray archives;
+        for (ContentArchive &archive : pack.archives) {
+            if (archive.id.isEmpty())
+                archive.id = randomId('a');
+            const QString path = u"archives/%1/%2.zip"_s.arg(pack.slug, archive.id);
+            archive.sha256 = writeRandom(QDir(dir).filePath(path), archive.bytes);
+            archives.append(QJsonObject { { u"id"_s, archive.id },
+                                          { u"device"_s, archive.device },
+                                          { u"filename"_s, archive.filename },
+                                          { u"bytes"_s, archive.bytes },
+                                          { u"path"_s, path },
+                                          { u"sha256"_s, archive.sha256 } });
+        }
+        packArray.append(QJsonObject {
+            { u"slug"_s, pack.slug },
+            { u"name"_s, pack.slug.toUpper() },
+            { u"line"_s, u"Made for a test"_s },
+            { u"price"_s, u"€1"_s },
+            { u"onSale"_s, false },
+            { u"free"_s, pack.free },
+            { u"released"_s, pack.released },
+            { u"updatedAt"_s, u"2025-06-01T12:00:00Z"_s },
+            { u"colourways"_s, colourways },
+            { u"archives"_s, archives },
+        });
+        if (pack.owned && !pack.free)
+            owned.append(QJsonObject { { u"slug"_s, pack.slug },
+                                       { u"since"_s, u"2025-01-01T00:00:00Z"_s } });
+    }
+    const QJsonObject manifest {
+        { u"account"_s,
+          QJsonObject { { u"email"_s, u"tess.test@example.com"_s }, { u"packs"_s, owned } } },
+        { u"phases"_s, QJsonArray() },
+        { u"packs"_s, packArray },
+    };
+    QFile file(QDir(dir).filePath(u"content.json"_s));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("Cannot write content.json");
+    file.write(QJsonDocument(manifest).toJson());
+    return packs;
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options)
+    : m_options(std::move(options))
+    , m_packs(writeContent(m_content.path(), std::move(packs)))
+{
+    m_options.contentDir = m_content.path();
+    m_options.stateDir = m_state.path();
+    m_shop.emplace(m_options);
+    m_running = m_shop->start();
+}
+
+bool ContentShop::restart(QList<ContentPack> packs)
+{
+    m_options.port = m_shop->port();
+    m_shop.reset();
+    m_packs = writeContent(m_content.path(), std::move(packs));
+    m_shop.emplace(m_options);
+    m_running = m_shop->start();
+    return m_running;
+}
+
+QByteArray ContentShop::bytes(const QString &id) const
+{
+    for (const auto &pack : m_packs) {
+        for (const auto &file : pack.files)
+            if (file.id == id)
+                return readAll(u"%1/files/%2/%3.heic"_s.arg(m_content.path(), pack.slug, id));
+        for (const auto &archive : pack.archives)
+            if (archive.id == id)
+                return readAll(u"%1/archives/%2/%3.zip"_s.arg(m_content.path(), pack.slug, id));
+    }
+    return {};
+}
+
+QUrl ContentShop::publicUrl(const QString &id) const
+{
+    return QUrl(u"https://127.0.0.1:%1/public/%2"_s.arg(m_shop->port()).arg(id));
+}
+
+int ContentShop::requests(const QString &endpoint) const
+{
+    const auto counts = m_shop->stats().value("requests"_L1).toObject();
+    return counts.value(m_shop->baseUrl().path() + u'/' + endpoint).toInt();
+}
+
+int ContentShop::fileRequests(const QString &id) const
+{
+    const auto counts = m_shop->stats().value("requests"_L1).toObject();
+    return counts.value(u"/files/"_s + id).toInt() + counts.value(u"/public/"_s + id).toInt();
+}
+
+QStringList ContentShop::ranges(const QString &id) const
+{
+    const auto ranges = m_shop->stats().value("ranges"_L1).toObject();
+    QStringList result;
+    for (const QString &path : QStringList { u"/files/"_s + id, u"/public/"_s + id })
+        for (const auto &range : ranges.value(path).toArray())
+            result.append(range.toString());
+    return result;
+}
+
+bool ContentShop::setFaults(const char *json)
+{
+    return m_shop->setFaults(QJsonDocument::fromJson(json).object());
+}

@@ -1,0 +1,123 @@
+#include "store_rig.h"
+
+#include "cancel_token.h"
+#include "test_support.h"
+
+#include <QCoroSignal>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+QCoro::Task<bool> ManualClock::sleep(std::shared_ptr<CancelToken> token,
+                                     std::chrono::milliseconds duration)
+{
+    if (token->isCancelled())
+        co_return false;
+    const auto wake = std::make_shared<CancelToken>();
+    QObject::connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
+    m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
+    co_await qCoro(wake.get(), &CancelToken::cancelled);
+    co_return !token->isCancelled();
+}
+
+void ManualClock::advance(std::chrono::seconds by, bool wakeSleepers)
+{
+    m_now = m_now.addSecs(by.count());
+    if (!wakeSleepers)
+        return;
+    // Woken sleepers may sleep again at once: only those due now are taken.
+    QList<Sleeper> due;
+    m_sleepers.removeIf([&](const Sleeper &sleeper) {
+        if (sleeper.wake->isCancelled())
+            return true;
+        if (sleeper.deadline > m_now)
+            return false;
+        due.append(sleeper);
+        return true;
+    });
+    for (const auto &sleeper : std::as_const(due))
+        sleeper.wake->cancel();
+}
+
+FakeTarget::FakeTarget(QString folder, QStringList displayIds)
+    : m_ids(std::move(displayIds))
+    , m_records(std::move(folder))
+{
+}
+
+QCoro::Task<> FakeTarget::setWallpaper(WallpaperFile, QString localPath, Placement placement,
+                                       QStringList displayIds)
+{
+    auto file = m_records.load();
+    for (const QString &id : std::as_const(displayIds)) {
+        shown.insert(id, localPath);
+        file.placements.insert(id, placement);
+    }
+    ++sets;
+    if (!m_records.save(file))
+        qWarning("The placement records could not be written");
+    co_return;
+}
+
+bool FakeTarget::isShown(const QString &localPath) const
+{
+    return std::find(shown.cbegin(), shown.cend(), localPath) != shown.cend();
+}
+
+StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn)
+    : m_shop(std::move(packs))
+    , m_clock(std::make_shared<ManualClock>())
+{
+    if (!m_shop.isRunning())
+        return;
+    m_manager = std::make_unique<NetworkAccessManager>(m_shop.shop().caPath());
+    m_thread = std::make_unique<DownloadThread>(m_shop.shop().caPath());
+    m_keychain = std::make_unique<Keychain>(m_folder.path());
+    m_account = std::make_unique<Account>([this] { return api(); }, m_keychain.get());
+    if (signedIn) {
+        const QString token = m_shop.shop().issueToken();
+        recordToken(token);
+        if (!finish(m_keychain->save(token, QString(Keychain::sessionToken))).value.value_or(false))
+            return;
+    }
+    finish(m_account->load());
+    m_defaults = std::make_unique<Defaults>(m_config.filePath(u"defaults.ini"_s));
+    m_target = std::make_unique<FakeTarget>(m_folder.path(), QStringList { u"A"_s, u"B"_s });
+    restartStore();
+    m_ready = true;
+}
+
+StoreRig::~StoreRig()
+{
+    // The store's tasks hear of its end through queued aborts: let them finish before the
+    // network manager and the thread they use go.
+    m_store.reset();
+    QTest::qWait(50);
+}
+
+APIClient StoreRig::api() const
+{
+    return APIClient(m_manager.get(), m_shop.baseUrl());
+}
+
+void StoreRig::restartStore()
+{
+    m_store.reset();
+    m_store = std::make_unique<Shop>(Shop::Services {
+        .api = [this] { return api(); },
+        .account = m_account.get(),
+        .keychain = m_keychain.get(),
+        .defaults = m_defaults.get(),
+        .downloads = m_thread.get(),
+        .target = m_target.get(),
+        .helper = nullptr,
+        .clock = m_clock,
+        .folder = m_folder.path(),
+        .downloadsFolder = downloadsFolder(),
+    });
+}
+
+WallpaperFile StoreRig::file(const QString &pack, const QString &colourway, Edition edition) const
+{
+    return m_store->owned().value(pack).file(colourway, edition).value_or(WallpaperFile {});
+}

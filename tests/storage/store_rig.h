@@ -1,0 +1,103 @@
+#pragma once
+
+#include "account.h"
+#include "clock.h"
+#include "defaults.h"
+#include "download_thread.h"
+#include "keychain.h"
+#include "network_access_manager.h"
+#include "placement_records.h"
+#include "shop.h"
+#include "shop_content.h"
+#include "wallpaper_target.h"
+
+#include <QHash>
+#include <QTemporaryDir>
+#include <memory>
+
+// A clock that moves only when the test moves it. Sleepers wake when it passes their deadline,
+// unless the test moves it as a suspend would, with the timers stopped.
+class ManualClock : public Clock {
+public:
+    [[nodiscard]] QDateTime now() const override { return m_now; }
+    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
+                            std::chrono::milliseconds duration) override;
+
+    void setNow(const QDateTime &now) { m_now = now; }
+    void advance(std::chrono::seconds by, bool wakeSleepers = true);
+
+private:
+    struct Sleeper {
+        QDateTime deadline;
+        std::shared_ptr<CancelToken> wake;
+    };
+
+    QDateTime m_now = QDateTime::currentDateTimeUtc();
+    QList<Sleeper> m_sleepers;
+};
+
+// Stands in for the displays: shows what it is given, answers the keep rule from that, and
+// writes the placement records as the displays do.
+class FakeTarget : public WallpaperTarget {
+public:
+    FakeTarget(QString folder, QStringList displayIds);
+
+    [[nodiscard]] QStringList displayIds() const override { return m_ids; }
+    QCoro::Task<> setWallpaper(WallpaperFile file, QString localPath, Placement placement,
+                               QStringList displayIds) override;
+    [[nodiscard]] bool isShown(const QString &localPath) const override;
+
+    // The local file each display shows.
+    QHash<QString, QString> shown;
+    int sets = 0;
+
+private:
+    QStringList m_ids;
+    PlacementRecords m_records;
+};
+
+// The store with everything it works with, over a development shop with made-to-measure
+// content, signed in as the shop's account.
+class StoreRig {
+public:
+    explicit StoreRig(QList<ContentPack> packs, bool signedIn = true);
+    ~StoreRig();
+
+    [[nodiscard]] bool isReady() const { return m_ready; }
+    [[nodiscard]] ContentShop &shop() { return m_shop; }
+    [[nodiscard]] Shop &store() { return *m_store; }
+    [[nodiscard]] Account &account() { return *m_account; }
+    [[nodiscard]] Keychain &keychain() { return *m_keychain; }
+    [[nodiscard]] Defaults &defaults() { return *m_defaults; }
+    [[nodiscard]] ManualClock &clock() { return *m_clock; }
+    [[nodiscard]] FakeTarget &target() { return *m_target; }
+    [[nodiscard]] QString folder() const { return m_folder.path(); }
+    // Two levels below a folder of its own, so that nothing can land above it unseen.
+    [[nodiscard]] QString downloadsFolder() const
+    {
+        return m_downloads.path() + QStringLiteral("/home/Downloads");
+    }
+    [[nodiscard]] QString downloadsRoot() const { return m_downloads.path(); }
+    [[nodiscard]] APIClient api() const;
+
+    // A new store over the same folders, as after a restart of the application.
+    void restartStore();
+    // The owned file of a colourway in an edition, as the store knows it.
+    [[nodiscard]] WallpaperFile file(const QString &pack, const QString &colourway,
+                                     Edition edition) const;
+
+private:
+    ContentShop m_shop;
+    QTemporaryDir m_folder;
+    QTemporaryDir m_downloads;
+    QTemporaryDir m_config;
+    std::unique_ptr<NetworkAccessManager> m_manager;
+    std::unique_ptr<DownloadThread> m_thread;
+    std::unique_ptr<Keychain> m_keychain;
+    std::unique_ptr<Account> m_account;
+    std::unique_ptr<Defaults> m_defaults;
+    std::shared_ptr<ManualClock> m_clock;
+    std::unique_ptr<FakeTarget> m_target;
+    std::unique_ptr<Shop> m_store;
+    bool m_ready = false;
+};
