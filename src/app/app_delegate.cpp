@@ -2,12 +2,24 @@
 
 #include "account.h"
 #include "application_folder.h"
+#include "clock.h"
+#include "colour_scheme.h"
 #include "defaults.h"
+#include "desktop_backends.h"
+#include "desktop_shuffle_displays.h"
+#include "displays.h"
+#include "download_thread.h"
+#include "favourites.h"
 #include "keychain.h"
 #include "login_item.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
+#include "shop.h"
+#include "shop_shuffle_store.h"
+#include "shuffle.h"
+#include "sleep_watcher.h"
 #include "status_item_controller.h"
+#include "wallpaper_setter.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -15,6 +27,8 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QRandomGenerator>
+#include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -59,6 +73,10 @@ void AppDelegate::start()
     connect(m_account, &Account::stateChanged, this, &AppDelegate::accountChanged);
     restoreSession(this);
 
+    startPlacement();
+    startStore();
+    startShuffle();
+
     m_loginItem = new LoginItem(m_options.program, {}, this);
     m_notice = new NoticePresenter(this);
 
@@ -76,6 +94,54 @@ void AppDelegate::start()
     }
 }
 
+void AppDelegate::startPlacement()
+{
+    const QString folder = applicationFolder();
+    m_clock = std::make_shared<Clock>();
+    DesktopBackend *backend = DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
+                                                    folder, this);
+    m_displays = new Displays(backend, PlacementRecords(folder), m_clock, this);
+    auto *scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
+    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), scheme, m_clock,
+                                   this);
+}
+
+void AppDelegate::startStore()
+{
+    m_downloads = new DownloadThread(m_defaults->shopCertificates(), this);
+    QPointer<NetworkAccessManager> network = m_network;
+    const QUrl base = m_defaults->shopBaseURL();
+    m_shop = new Shop({.api = [network, base] { return APIClient(network, base); },
+                       .account = m_account,
+                       .keychain = m_keychain,
+                       .defaults = m_defaults.get(),
+                       .downloads = m_downloads,
+                       .target = m_setter,
+                       .clock = m_clock,
+                       .folder = applicationFolder(),
+                       .downloadsFolder =
+                           QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
+                      this);
+    connect(m_shop, &Shop::stateChanged, this, &AppDelegate::libraryStateChanged);
+    m_shop->start();
+}
+
+void AppDelegate::startShuffle()
+{
+    m_favourites = new Favourites(m_defaults.get(), this);
+    auto *sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
+    connect(sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
+    m_shuffle = new Shuffle({.store = new ShopShuffleStore(m_shop, this),
+                             .displays = new DesktopShuffleDisplays(m_displays, this),
+                             .favourites = m_favourites,
+                             .defaults = m_defaults.get(),
+                             .sleep = sleep,
+                             .clock = m_clock,
+                             .random = QRandomGenerator::system()},
+                            this);
+    m_shuffle->start();
+}
+
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)
 {
     try {
@@ -91,12 +157,7 @@ QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)
 
 void AppDelegate::accountChanged()
 {
-    const bool signedIn = isSignedIn();
-    if (signedIn && !m_wasSignedIn) {
-        // A new session: the library is worth fetching at once.
-        checkForNewFiles();
-    }
-    m_wasSignedIn = signedIn;
+    // The store refreshes itself when a session begins; the panel only changes its state.
     Q_EMIT libraryStateChanged();
 }
 
@@ -109,6 +170,14 @@ QString AppDelegate::libraryState() const
 {
     if (!isSignedIn()) {
         return u"signedOut"_s;
+    }
+    switch (m_shop->status()) {
+    case Shop::Status::Ready:
+        return u"ready"_s;
+    case Shop::Status::Failed:
+        return u"unreachable"_s;
+    case Shop::Status::Loading:
+        break;
     }
     return u"loading"_s;
 }
@@ -186,7 +255,7 @@ void AppDelegate::closePanel()
 
 void AppDelegate::checkForNewFiles()
 {
-    // The library store refreshes here once it is part of the application.
+    m_shop->refresh();
 }
 
 void AppDelegate::signIn()

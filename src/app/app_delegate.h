@@ -13,9 +13,16 @@
 
 #include <memory>
 
+class Clock;
 class Defaults;
+class Displays;
+class DownloadThread;
+class Favourites;
 class Keychain;
 class NetworkAccessManager;
+class Shop;
+class Shuffle;
+class WallpaperSetter;
 class QQmlEngine;
 class QQuickWindow;
 class StatusItemController;
@@ -27,9 +34,17 @@ class AppDelegate : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by main")
+    Q_MOC_INCLUDE("displays.h")
+    Q_MOC_INCLUDE("favourites.h")
+    Q_MOC_INCLUDE("shop.h")
+    Q_MOC_INCLUDE("shuffle.h")
     Q_PROPERTY(Account *account READ account CONSTANT)
     Q_PROPERTY(LoginItem *loginItem READ loginItem CONSTANT)
     Q_PROPERTY(NoticePresenter *notice READ notice CONSTANT)
+    Q_PROPERTY(Shop *shop READ shop CONSTANT)
+    Q_PROPERTY(Displays *displays READ displays CONSTANT)
+    Q_PROPERTY(Favourites *favourites READ favourites CONSTANT)
+    Q_PROPERTY(Shuffle *shuffle READ shuffle CONSTANT)
     Q_PROPERTY(QString libraryState READ libraryState NOTIFY libraryStateChanged)
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY libraryStateChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
@@ -57,6 +72,10 @@ public:
     [[nodiscard]] Account *account() const { return m_account; }
     [[nodiscard]] LoginItem *loginItem() const { return m_loginItem; }
     [[nodiscard]] NoticePresenter *notice() const { return m_notice; }
+    [[nodiscard]] Shop *shop() const { return m_shop; }
+    [[nodiscard]] Displays *displays() const { return m_displays; }
+    [[nodiscard]] Favourites *favourites() const { return m_favourites; }
+    [[nodiscard]] Shuffle *shuffle() const { return m_shuffle; }
     [[nodiscard]] StatusItemController *statusItem() const { return m_statusItem; }
     // "signedOut", "loading", "unreachable" or "ready": which of the panel's states shows.
     [[nodiscard]] QString libraryState() const;
@@ -84,6 +103,9 @@ private:
     static QCoro::Task<> restoreSession(QPointer<AppDelegate> self);
     static QCoro::Task<> signOut(QPointer<AppDelegate> self);
     void accountChanged();
+    void startPlacement();
+    void startStore();
+    void startShuffle();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
 
     Options m_options;
@@ -91,6 +113,13 @@ private:
     Keychain *m_keychain = nullptr;
     NetworkAccessManager *m_network = nullptr;
     Account *m_account = nullptr;
+    std::shared_ptr<Clock> m_clock;
+    Displays *m_displays = nullptr;
+    WallpaperSetter *m_setter = nullptr;
+    DownloadThread *m_downloads = nullptr;
+    Shop *m_shop = nullptr;
+    Favourites *m_favourites = nullptr;
+    Shuffle *m_shuffle = nullptr;
     LoginItem *m_loginItem = nullptr;
     NoticePresenter *m_notice = nullptr;
     QQmlEngine *m_engine = nullptr;
@@ -98,5 +127,4 @@ private:
     QPointer<QQuickWindow> m_main;
     QPointer<QQuickWindow> m_settings;
     QString m_settingsPane = QStringLiteral("general");
-    bool m_wasSignedIn = false;
 };

@@ -23,7 +23,8 @@ namespace
 QCoro::Task<> wakeAt(QPointer<WallpaperSetter> owner, std::shared_ptr<Clock> clock,
                      std::shared_ptr<CancelToken> token, std::chrono::milliseconds wait)
 {
-    if (!co_await clock->sleep(token, wait) || !owner)
+    const bool slept = co_await clock->sleep(token, wait);
+    if (!slept || !owner)
         co_return;
     try {
         co_await owner->follow();

@@ -223,8 +223,11 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
                 co_return;
             if (!current()) {
                 // Cancelled while saving: the token must not outlive this attempt.
-                if (saved && (co_await retireSessionToken(self)).queued && self)
-                    co_await self->revokePending();
+                if (saved) {
+                    const bool queued = (co_await retireSessionToken(self)).queued;
+                    if (queued && self)
+                        co_await self->revokePending();
+                }
                 co_return;
             }
             if (!saved) {
