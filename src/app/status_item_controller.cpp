@@ -43,10 +43,11 @@ bool reducedMotion()
     return value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
 }
 
-// A picture on a tilted frame, drawn so that no icon theme is needed.
+// The installed monochrome icon, which trays recolour for light and dark panels; from a build
+// tree, the same picture drawn in the palette's text colour.
 QIcon trayGlyph()
 {
-    QIcon icon = QIcon::fromTheme(u"preferences-desktop-wallpaper"_s);
+    QIcon icon = QIcon::fromTheme(u"app.quennet.Quennet-symbolic"_s);
     if (!icon.isNull()) {
         return icon;
     }

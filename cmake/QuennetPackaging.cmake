@@ -1,0 +1,84 @@
+# Where an installed Quennet keeps its files, and the Debian packages made from them: `quennet`
+# for users and `quennet-devshop` for development.
+include(GNUInstallDirs)
+
+set(QUENNET_DATA "${PROJECT_SOURCE_DIR}/data")
+
+install(FILES "${QUENNET_DATA}/app.quennet.Quennet.desktop"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/applications" COMPONENT app)
+install(FILES "${QUENNET_DATA}/app.quennet.Quennet.metainfo.xml"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT app)
+install(FILES "${QUENNET_DATA}/icons/app.quennet.Quennet.svg"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps" COMPONENT app)
+install(FILES "${QUENNET_DATA}/icons/app.quennet.Quennet-symbolic.svg"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps" COMPONENT app)
+
+# Debian wants its own copyright and changelog in each package's documentation folder.
+foreach(component app devshop)
+    set(package quennet)
+    if(component STREQUAL "devshop")
+        set(package quennet-devshop)
+    endif()
+    install(FILES "${QUENNET_DATA}/debian/copyright"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
+    set(changelog "${CMAKE_BINARY_DIR}/package/${package}/changelog.Debian.gz")
+    file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/package/${package}")
+    add_custom_command(OUTPUT "${changelog}"
+        COMMAND gzip -9 -n -c "${QUENNET_DATA}/debian/changelog" > "${changelog}"
+        DEPENDS "${QUENNET_DATA}/debian/changelog" VERBATIM)
+    add_custom_target(quennet_changelog_${component} ALL DEPENDS "${changelog}")
+    install(FILES "${changelog}"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
+endforeach()
+
+# Man pages go in compressed, as Debian policy has them.
+function(quennet_install_man page component)
+    get_filename_component(name "${page}" NAME)
+    set(compressed "${CMAKE_BINARY_DIR}/package/man/${name}.gz")
+    file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/package/man")
+    add_custom_command(OUTPUT "${compressed}"
+        COMMAND gzip -9 -n -c "${page}" > "${compressed}" DEPENDS "${page}" VERBATIM)
+    add_custom_target(quennet_man_${name} ALL DEPENDS "${compressed}")
+    install(FILES "${compressed}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT ${component})
+endfunction()
+
+quennet_install_man("${PROJECT_SOURCE_DIR}/src/app/quennet.1" app)
+quennet_install_man("${PROJECT_SOURCE_DIR}/devshop/quennet-devshop.1" devshop)
+
+install(TARGETS quennet RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
+install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME quennet)
+set(CPACK_PACKAGE_VENDOR "The Quennet team")
+set(CPACK_PACKAGE_CONTACT "The Quennet team <team@quennet.app>")
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+# Each package has its own synopsis, the first line of its description.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+set(CPACK_PACKAGE_HOMEPAGE_URL "https://quennet.app")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL app devshop)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_APP_PACKAGE_NAME quennet)
+set(CPACK_DEBIAN_DEVSHOP_PACKAGE_NAME quennet-devshop)
+set(CPACK_DEBIAN_DEVSHOP_PACKAGE_SECTION devel)
+# The first line is the synopsis; CPack indents the rest.
+set(CPACK_DEBIAN_APP_DESCRIPTION "wallpaper packs from the Quennet shop on every display
+Quennet lives in the tray and puts the wallpaper packs bought in the Quennet
+shop on the desktop: a different wallpaper on each display, light and dark
+and time-of-day pictures, scheduled shuffling, a wallpaper for Do Not Disturb
+and scripting over D-Bus.")
+set(CPACK_DEBIAN_DEVSHOP_DESCRIPTION "development shop for Quennet
+A small HTTPS shop service on the loopback interface with sample wallpaper
+packs, for developing and testing Quennet without the real shop.")
+# Loaded at run time, so no shared-library scan finds them: QtKeychain opens libsecret with
+# dlopen, and the views need their QML modules.
+set(CPACK_DEBIAN_APP_PACKAGE_DEPENDS
+    "libsecret-1-0, qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, qml6-module-qtqml-workerscript, qml6-module-qtquick-dialogs, qt6-qpa-plugins")
+set(CPACK_DEBIAN_APP_PACKAGE_RECOMMENDS "gnome-keyring | kwalletmanager | keepassxc, xwallpaper")
+set(CPACK_DEBIAN_APP_PACKAGE_SUGGESTS "heif-gdk-pixbuf")
+include(CPack)
