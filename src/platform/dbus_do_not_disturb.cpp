@@ -2,6 +2,7 @@
 
 #include "do_not_disturb_log.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -95,10 +96,15 @@ XfconfDoNotDisturb::XfconfDoNotDisturb(const QDBusConnection &bus, QObject *pare
         setOn(false);
         return;
     }
-    m_bus.connect(xfconf, xfconfPath, xfconf, u"PropertyChanged"_s, this,
-                  SLOT(propertyChanged(QString, QString, QDBusVariant)));
-    m_bus.connect(xfconf, xfconfPath, xfconf, u"PropertyRemoved"_s, this,
-                  SLOT(propertyRemoved(QString, QString)));
+    // From any sender: xfconfd is started on demand, perhaps after this, and a match on its
+    // name would miss it.
+    const bool following =
+        m_bus.connect(QString(), xfconfPath, xfconf, u"PropertyChanged"_s, this,
+                      SLOT(propertySignal(QDBusMessage)))
+        && m_bus.connect(QString(), xfconfPath, xfconf, u"PropertyRemoved"_s, this,
+                         SLOT(propertySignal(QDBusMessage)));
+    if (!following)
+        qCWarning(lcDoNotDisturb) << "Not told of changes:" << m_bus.lastError().message();
     read();
 }
 
@@ -114,15 +120,11 @@ void XfconfDoNotDisturb::read()
     ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); });
 }
 
-void XfconfDoNotDisturb::propertyChanged(const QString &changedChannel, const QString &changedProperty,
-                                         const QDBusVariant &value)
+void XfconfDoNotDisturb::propertySignal(const QDBusMessage &message)
 {
-    if (changedChannel == channel && changedProperty == dndProperty)
-        setOn(unwrap(value.variant()).toBool());
-}
-
-void XfconfDoNotDisturb::propertyRemoved(const QString &changedChannel, const QString &changedProperty)
-{
-    if (changedChannel == channel && changedProperty == dndProperty)
-        setOn(false);
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() < 2 || arguments[0].toString() != channel || arguments[1].toString() != dndProperty)
+        return;
+    // PropertyChanged carries the new value; PropertyRemoved leaves it off.
+    setOn(message.member() == "PropertyChanged"_L1 && arguments.size() == 3 && unwrap(arguments[2]).toBool());
 }

@@ -3,9 +3,9 @@
 #include "do_not_disturb.h"
 
 #include <QDBusConnection>
-
-class QDBusMessage;
-class QDBusVariant;
+// Complete, so that D-Bus can match the slots that take them.
+#include <QDBusMessage>
+#include <QDBusVariant>
 
 // KDE Plasma's Do Not Disturb: the Inhibited property of the notification server
 // (org.freedesktop.Notifications on /org/freedesktop/Notifications). Off while no server runs.
@@ -39,8 +39,7 @@ public:
     [[nodiscard]] QString name() const override;
 
 private Q_SLOTS:
-    void propertyChanged(const QString &channel, const QString &property, const QDBusVariant &value);
-    void propertyRemoved(const QString &channel, const QString &property);
+    void propertySignal(const QDBusMessage &message);
 
 private:
     void read();

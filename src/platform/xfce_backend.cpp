@@ -45,8 +45,10 @@ XfceBackend::XfceBackend(const QDBusConnection &bus, QObject *parent)
 {
     followQtScreens();
     connect(m_root, &X11RootWindow::currentDesktopChanged, this, &DesktopBackend::workspaceChanged);
-    m_bus.connect(service, path, interface, u"PropertyChanged"_s, this,
-                  SLOT(propertyChanged(QString, QString, QDBusVariant)));
+    // From any sender: xfconfd is started on demand, perhaps after this, and a match on its
+    // name would miss it.
+    m_bus.connect(QString(), path, interface, u"PropertyChanged"_s, this,
+                  SLOT(propertyChanged(QDBusMessage)));
 }
 
 bool XfceBackend::isXfce(const QString &currentDesktop)
@@ -139,8 +141,10 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
     }
 }
 
-void XfceBackend::propertyChanged(const QString &changedChannel, const QString &property, const QDBusVariant &)
+void XfceBackend::propertyChanged(const QDBusMessage &message)
 {
-    if (changedChannel == channel && property.startsWith(u"/backdrop/"_s))
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() >= 2 && arguments[0].toString() == channel
+        && arguments[1].toString().startsWith(u"/backdrop/"_s))
         Q_EMIT picturesChanged();
 }

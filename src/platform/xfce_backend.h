@@ -4,7 +4,7 @@
 
 #include <QDBusConnection>
 // Complete, so that D-Bus can match the slot that takes it.
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QHash>
 
 class X11RootWindow;
@@ -29,7 +29,7 @@ public:
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
 
 private Q_SLOTS:
-    void propertyChanged(const QString &channel, const QString &property, const QDBusVariant &value);
+    void propertyChanged(const QDBusMessage &message);
 
 private:
     // The "last-image" properties of a monitor's workspaces: those xfconf has, and those of every
