@@ -9,6 +9,7 @@
 #include "helper_service.h"
 #include "placement_records.h"
 #include "workspace_keeper.h"
+#include "xfce_backend.h"
 
 #include <QDBusConnection>
 #include <QFile>
@@ -30,6 +31,14 @@ int main(int argc, char *argv[])
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(u"quennet-helper"_s);
 
+    // Only XFCE keeps a picture per workspace, and only without its single-workspace mode,
+    // which can be turned off at any time: everywhere else there is nothing to keep.
+    const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    if (!XfceBackend::isXfce(desktop)) {
+        qCInfo(lcHelper) << "Desktop" << desktop << "shares one picture across workspaces: nothing to do";
+        return 0;
+    }
+
     QDBusConnection bus = QDBusConnection::sessionBus();
     // One helper per session: a second one leaves it to the first. A helper ended by a signal
     // leaves its pid file behind, which names no helper process from then on.
@@ -46,7 +55,7 @@ int main(int argc, char *argv[])
     }
 
     const QString folder = applicationFolder();
-    DesktopBackend *backend = DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), folder, &application);
+    DesktopBackend *backend = DesktopBackends::make(desktop, folder, &application);
     WorkspaceKeeper keeper(backend, PlacementRecords(folder), std::make_shared<Clock>());
     QObject service;
     new HelperService(&service, &keeper);
