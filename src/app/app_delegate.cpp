@@ -8,8 +8,11 @@
 #include "desktop_backends.h"
 #include "desktop_shuffle_displays.h"
 #include "displays.h"
+#include "do_not_disturb_watchers.h"
 #include "download_thread.h"
 #include "favourites.h"
+#include "focus_filter.h"
+#include "helper_process.h"
 #include "keychain.h"
 #include "login_item.h"
 #include "network_access_manager.h"
@@ -18,6 +21,7 @@
 #include "shop_shuffle_store.h"
 #include "shuffle.h"
 #include "sleep_watcher.h"
+#include "spaces_helper.h"
 #include "status_item_controller.h"
 #include "wallpaper_setter.h"
 
@@ -76,6 +80,7 @@ void AppDelegate::start()
     startPlacement();
     startStore();
     startShuffle();
+    startFocusFilter();
 
     m_loginItem = new LoginItem(m_options.program, {}, this);
     m_notice = new NoticePresenter(this);
@@ -92,6 +97,11 @@ void AppDelegate::start()
     if (!m_options.atLogin) {
         openMain();
     }
+
+    // The workspace helper is told on every launch whether it is wanted, after its stale check.
+    m_spaces->start(m_displays->useOnAllSpaces());
+    connect(m_displays, &Displays::useOnAllSpacesChanged, m_spaces,
+            [this] { m_spaces->setWanted(m_displays->useOnAllSpaces()); });
 }
 
 void AppDelegate::startPlacement()
@@ -104,6 +114,14 @@ void AppDelegate::startPlacement()
     auto *scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
     m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), scheme, m_clock,
                                    this);
+    // The workspace helper beside this program; the store tells it of every new placement.
+    m_spaces = new SpacesHelper(
+        {.defaults = m_defaults.get(),
+         .process = new HelperProcess(QDBusConnection::sessionBus(), HelperBus::pidFilePath(), this),
+         .clock = m_clock,
+         .program = QCoreApplication::applicationDirPath() + u"/quennet-helper"_s,
+         .build = version()},
+        this);
 }
 
 void AppDelegate::startStore()
@@ -117,6 +135,7 @@ void AppDelegate::startStore()
                        .defaults = m_defaults.get(),
                        .downloads = m_downloads,
                        .target = m_setter,
+                       .helper = m_spaces,
                        .clock = m_clock,
                        .folder = applicationFolder(),
                        .downloadsFolder =
@@ -131,7 +150,8 @@ void AppDelegate::startShuffle()
     m_favourites = new Favourites(m_defaults.get(), this);
     auto *sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
     connect(sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
-    m_shuffle = new Shuffle({.store = new ShopShuffleStore(m_shop, this),
+    m_shuffleStore = new ShopShuffleStore(m_shop, this);
+    m_shuffle = new Shuffle({.store = m_shuffleStore,
                              .displays = new DesktopShuffleDisplays(m_displays, this),
                              .favourites = m_favourites,
                              .defaults = m_defaults.get(),
@@ -140,6 +160,15 @@ void AppDelegate::startShuffle()
                              .random = QRandomGenerator::system()},
                             this);
     m_shuffle->start();
+}
+
+void AppDelegate::startFocusFilter()
+{
+    // Do Not Disturb, as the desktop keeps it, puts the chosen wallpaper on through the shuffle.
+    DoNotDisturb *watcher =
+        DoNotDisturbWatchers::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), this);
+    m_focusFilter = new FocusFilter(m_defaults.get(), watcher, m_shuffle, m_shuffleStore, this);
+    m_focusFilter->start();
 }
 
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)

@@ -18,10 +18,13 @@ class Defaults;
 class Displays;
 class DownloadThread;
 class Favourites;
+class FocusFilter;
 class Keychain;
 class NetworkAccessManager;
 class Shop;
 class Shuffle;
+class ShuffleStore;
+class SpacesHelper;
 class WallpaperSetter;
 class QQmlEngine;
 class QQuickWindow;
@@ -38,6 +41,8 @@ class AppDelegate : public QObject
     Q_MOC_INCLUDE("favourites.h")
     Q_MOC_INCLUDE("shop.h")
     Q_MOC_INCLUDE("shuffle.h")
+    Q_MOC_INCLUDE("spaces_helper.h")
+    Q_MOC_INCLUDE("focus_filter.h")
     Q_PROPERTY(Account *account READ account CONSTANT)
     Q_PROPERTY(LoginItem *loginItem READ loginItem CONSTANT)
     Q_PROPERTY(NoticePresenter *notice READ notice CONSTANT)
@@ -45,6 +50,8 @@ class AppDelegate : public QObject
     Q_PROPERTY(Displays *displays READ displays CONSTANT)
     Q_PROPERTY(Favourites *favourites READ favourites CONSTANT)
     Q_PROPERTY(Shuffle *shuffle READ shuffle CONSTANT)
+    Q_PROPERTY(SpacesHelper *spacesHelper READ spacesHelper CONSTANT)
+    Q_PROPERTY(FocusFilter *focusFilter READ focusFilter CONSTANT)
     Q_PROPERTY(QString libraryState READ libraryState NOTIFY libraryStateChanged)
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY libraryStateChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
@@ -76,6 +83,8 @@ public:
     [[nodiscard]] Displays *displays() const { return m_displays; }
     [[nodiscard]] Favourites *favourites() const { return m_favourites; }
     [[nodiscard]] Shuffle *shuffle() const { return m_shuffle; }
+    [[nodiscard]] SpacesHelper *spacesHelper() const { return m_spaces; }
+    [[nodiscard]] FocusFilter *focusFilter() const { return m_focusFilter; }
     [[nodiscard]] StatusItemController *statusItem() const { return m_statusItem; }
     // "signedOut", "loading", "unreachable" or "ready": which of the panel's states shows.
     [[nodiscard]] QString libraryState() const;
@@ -106,6 +115,7 @@ private:
     void startPlacement();
     void startStore();
     void startShuffle();
+    void startFocusFilter();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
 
     Options m_options;
@@ -120,6 +130,9 @@ private:
     Shop *m_shop = nullptr;
     Favourites *m_favourites = nullptr;
     Shuffle *m_shuffle = nullptr;
+    SpacesHelper *m_spaces = nullptr;
+    FocusFilter *m_focusFilter = nullptr;
+    ShuffleStore *m_shuffleStore = nullptr;
     LoginItem *m_loginItem = nullptr;
     NoticePresenter *m_notice = nullptr;
     QQmlEngine *m_engine = nullptr;

@@ -117,9 +117,59 @@ QByteArray Defaults::focusWallpaper() const
     return m_settings.value("focusWallpaper").toByteArray();
 }
 
+void Defaults::setFocusWallpaper(const QByteArray &json)
+{
+    if (json.isEmpty())
+        m_settings.remove("focusWallpaper");
+    else
+        m_settings.setValue("focusWallpaper", json);
+    // At once: a relaunch after a crash must find the record.
+    m_settings.sync();
+}
+
 QByteArray Defaults::focusRestores() const
 {
     return m_settings.value("focusRestores").toByteArray();
+}
+
+void Defaults::setFocusRestores(const QByteArray &json)
+{
+    if (json.isEmpty())
+        m_settings.remove("focusRestores");
+    else
+        m_settings.setValue("focusRestores", json);
+    // At once: a relaunch after a crash must find the record.
+    m_settings.sync();
+}
+
+QString Defaults::focusFilterWallpaper() const
+{
+    return string("focusFilterWallpaper").value_or(QString());
+}
+
+void Defaults::setFocusFilterWallpaper(const QString &key)
+{
+    m_settings.setValue("focusFilterWallpaper", key);
+}
+
+QString Defaults::focusFilterEdition() const
+{
+    return string("focusFilterEdition").value_or(QString());
+}
+
+void Defaults::setFocusFilterEdition(const QString &raw)
+{
+    m_settings.setValue("focusFilterEdition", raw);
+}
+
+std::optional<QString> Defaults::helperStartedByBuild() const
+{
+    return string("helperStartedByBuild");
+}
+
+void Defaults::setHelperStartedByBuild(const QString &build)
+{
+    m_settings.setValue("helperStartedByBuild", build);
 }
 
 std::optional<QString> Defaults::string(QAnyStringView key) const

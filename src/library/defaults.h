@@ -44,9 +44,24 @@ public:
     [[nodiscard]] QStringList shufflePlayed() const;
     void setShufflePlayed(const QStringList &keys);
 
-    // The Do Not Disturb wallpaper's record and the restores still to do, as JSON data.
+    // The Do Not Disturb wallpaper's record and the restores still to do, as JSON data; empty
+    // data removes the key.
     [[nodiscard]] QByteArray focusWallpaper() const;
+    void setFocusWallpaper(const QByteArray &json);
     [[nodiscard]] QByteArray focusRestores() const;
+    void setFocusRestores(const QByteArray &json);
+
+    // The Do Not Disturb wallpaper setting: "focusFilterWallpaper", a colourway key (empty: none),
+    // and "focusFilterEdition", an edition option's raw value (empty: automatic).
+    [[nodiscard]] QString focusFilterWallpaper() const;
+    void setFocusFilterWallpaper(const QString &key);
+    [[nodiscard]] QString focusFilterEdition() const;
+    void setFocusFilterEdition(const QString &raw);
+
+    // "helperStartedByBuild": the build that last registered the workspace helper; none when
+    // absent.
+    [[nodiscard]] std::optional<QString> helperStartedByBuild() const;
+    void setHelperStartedByBuild(const QString &build);
 
     // "favouriteColourways": colourway keys, newest first. Anything but a list of text reads as
     // empty; INI keeps a one-item list as plain text, which counts when it is a colourway key.

@@ -20,7 +20,15 @@ QList<ShuffleDisplays::Screen> DesktopShuffleDisplays::screens() const
     for (const auto &display : m_displays->all()) {
         screens.append({ .id = display.id,
                          .placement = m_displays->placement(display.id),
-                         .showsOwnWallpaper = m_displays->showsOwnWallpaper(display) });
+                         .showsOwnWallpaper = m_displays->showsOwnWallpaper(display),
+                         .picture = display.wallpaper });
     }
     return screens;
+}
+
+QCoro::Task<> DesktopShuffleDisplays::restore(QString displayId, QString path,
+                                              std::optional<Placement> placement)
+{
+    if (m_displays)
+        co_await m_displays->restore(std::move(displayId), std::move(path), std::move(placement));
 }

@@ -15,6 +15,8 @@ public:
     explicit DesktopShuffleDisplays(Displays *displays, QObject *parent = nullptr);
 
     [[nodiscard]] QList<Screen> screens() const override;
+    [[nodiscard]] QCoro::Task<> restore(QString displayId, QString path,
+                                        std::optional<Placement> placement) override;
 
 private:
     QPointer<Displays> m_displays;

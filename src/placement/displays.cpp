@@ -105,6 +105,12 @@ bool Displays::showsOwnWallpaper(const Display &display) const
 
 QCoro::Task<> Displays::set(DesktopPicture picture, Placement placement, QStringList displayIds)
 {
+    return put(std::move(picture), std::move(placement), std::move(displayIds));
+}
+
+QCoro::Task<> Displays::put(DesktopPicture picture, std::optional<Placement> placement,
+                            QStringList displayIds)
+{
     const QList<DesktopScreen> screens = m_backend->screens();
     const QList<QString> ids = ::displayIds(screens);
     QList<DesktopScreen> targets;
@@ -120,7 +126,8 @@ QCoro::Task<> Displays::set(DesktopPicture picture, Placement placement, QString
 
     // One request for all the screens: desktops that draw one picture for all of them would
     // otherwise draw it once per screen.
-    placement.path = picture.path;
+    if (placement)
+        placement->path = picture.path;
     const QPointer<Displays> self(this);
     std::exception_ptr failure;
     try {
@@ -133,7 +140,8 @@ QCoro::Task<> Displays::set(DesktopPicture picture, Placement placement, QString
     if (!failure) {
         for (const QString &id : std::as_const(targetIds)) {
             m_pending.insert(id, { picture.path, m_clock->now().addMSecs(std::chrono::milliseconds(pendingWindow).count()) });
-            m_file.placements.insert(id, placement);
+            if (placement)
+                m_file.placements.insert(id, *placement);
         }
         Q_EMIT fileChanged();
     }
@@ -145,13 +153,23 @@ QCoro::Task<> Displays::set(DesktopPicture picture, Placement placement, QString
         std::rethrow_exception(failure);
 }
 
-QCoro::Task<> Displays::restore(QString displayId, Placement placement)
+QCoro::Task<> Displays::restore(QString displayId, QString path, std::optional<Placement> placement)
 {
     DesktopPicture picture;
-    picture.path = placement.path;
+    picture.path = std::move(path);
     QStringList ids;
     ids.append(displayId);
-    co_await set(std::move(picture), std::move(placement), std::move(ids));
+    co_await put(std::move(picture), std::move(placement), std::move(ids));
+}
+
+void Displays::setUseOnAllSpaces(bool on)
+{
+    if (on == m_file.useOnAllSpaces)
+        return;
+    m_file.useOnAllSpaces = on;
+    if (!save())
+        qCWarning(lcDisplays) << "Could not save the placements";
+    Q_EMIT useOnAllSpacesChanged();
 }
 
 bool Displays::save()

@@ -22,6 +22,8 @@ class Displays : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QList<Display> all READ all NOTIFY allChanged)
+    Q_PROPERTY(bool useOnAllSpaces READ useOnAllSpaces WRITE setUseOnAllSpaces NOTIFY
+                   useOnAllSpacesChanged)
 
 public:
     // One attached display as the desktop showed it at the last refresh. Nested: X11's headers,
@@ -60,8 +62,14 @@ public:
     // placement for each, with picture's path as its path; detached ids are skipped. Throws the
     // desktop's DesktopError after saving what was recorded.
     QCoro::Task<> set(DesktopPicture picture, Placement placement, QStringList displayIds);
-    // Puts a recorded picture back on one display.
-    QCoro::Task<> restore(QString displayId, Placement placement);
+    // Puts a picture back on one display: with a placement it is recorded again, without one the
+    // display shows a picture of its own and keeps its record.
+    QCoro::Task<> restore(QString displayId, QString path, std::optional<Placement> placement);
+
+    // "Use on all workspaces": the placement file's useOnAllSpaces, which the workspace helper
+    // follows. Saved at once.
+    [[nodiscard]] bool useOnAllSpaces() const { return m_file.useOnAllSpaces; }
+    void setUseOnAllSpaces(bool on);
 
     // The current-picture rule: what the desktop reports, unless a picture set less than 3 s ago
     // has not reached it yet.
@@ -77,8 +85,11 @@ public:
 Q_SIGNALS:
     void allChanged();
     void fileChanged();
+    void useOnAllSpacesChanged();
 
 private:
+    QCoro::Task<> put(DesktopPicture picture, std::optional<Placement> placement,
+                      QStringList displayIds);
     void settle();
 
     DesktopBackend *m_backend;

@@ -10,8 +10,6 @@
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRandomGenerator>
 #include <QScopeGuard>
 
@@ -24,12 +22,6 @@ namespace
 {
 // Long enough for the screens to settle after a change.
 constexpr auto screensSettle = 2s;
-
-bool holdsRecord(const QByteArray &json)
-{
-    const auto document = QJsonDocument::fromJson(json);
-    return document.isObject() && !document.object().isEmpty();
-}
 
 QString describe(const std::exception &error)
 {
@@ -53,6 +45,7 @@ QString Shuffle::NothingToShuffle::description() const
 Shuffle::Shuffle(Services services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
+    , m_focusTurn(std::make_shared<AsyncMutex>())
     , m_schedule(new ShuffleSchedule(m_services.defaults, m_services.clock, this))
     , m_carryingOut(std::make_shared<AsyncMutex>())
 {
@@ -62,10 +55,11 @@ Shuffle::Shuffle(Services services, QObject *parent)
     m_source = ShuffleSettings::sourceFromRawValue(defaults.shuffleSource());
     m_differentOnEachDisplay = defaults.shuffleDifferentOnEachDisplay();
     // A relaunch carries on with the Do Not Disturb state it left.
-    m_focusIsOn = holdsRecord(defaults.focusWallpaper());
-    m_restoresPending = holdsRecord(defaults.focusRestores());
+    m_focus = FocusRecord::decode(defaults.focusWallpaper());
+    m_pending = FocusRecord::decodeEntries(defaults.focusRestores());
 
     connect(m_services.store, &ShuffleStore::choicesChanged, this, &Shuffle::refresh);
+    connect(m_services.store, &ShuffleStore::choicesChanged, this, &Shuffle::choicesChanged);
     connect(m_services.favourites, &Favourites::keysChanged, this, &Shuffle::refresh);
     connect(m_services.displays, &ShuffleDisplays::changed, this, &Shuffle::refresh);
     connect(m_services.displays, &ShuffleDisplays::screensChanged, this, &Shuffle::screensChanged);
@@ -76,20 +70,24 @@ Shuffle::Shuffle(Services services, QObject *parent)
     connect(m_schedule, &ShuffleSchedule::nextDateChanged, this, &Shuffle::nextDateChanged);
     connect(m_schedule, &ShuffleSchedule::due, this, &Shuffle::tick);
     connect(m_schedule, &ShuffleSchedule::awoke, this, [this] {
-        if (m_restoresPending)
+        if (!m_pending.isEmpty())
             Q_EMIT restoresDue();
     });
+    connect(this, &Shuffle::restoresDue, this, &Shuffle::restorePending);
 }
 
 Shuffle::~Shuffle()
 {
     if (m_screens)
         m_screens->cancel();
+    if (m_retry)
+        m_retry->cancel();
 }
 
 void Shuffle::start()
 {
     settingsChanged();
+    restorePending();
 }
 
 QDateTime Shuffle::anchor() const
@@ -188,7 +186,7 @@ QCoro::Task<> Shuffle::scheduledShuffle(QPointer<Shuffle> self)
     }
     // The boundary is taken whatever comes of it: a missed one gives one shuffle, not one each.
     schedule->setAnchor(now);
-    if (self->m_focusIsOn || self->showsDesktopPicture()) {
+    if (self->m_focus || self->showsDesktopPicture()) {
         qCInfo(lcShuffle) << "Scheduled shuffle left out:" << self->m_status;
         co_return;
     }
@@ -219,7 +217,7 @@ QCoro::Task<> Shuffle::screensSettled(QPointer<Shuffle> self, std::shared_ptr<Ca
     const bool slept = co_await clock->sleep(token, screensSettle);
     if (!slept || !self)
         co_return;
-    if (self->m_restoresPending)
+    if (!self->m_pending.isEmpty())
         Q_EMIT self->restoresDue();
 }
 
@@ -364,7 +362,7 @@ QString Shuffle::currentStatus() const
         return {};
     if (showsDesktopPicture())
         return u"Paused while you use a wallpaper chosen in your desktop settings."_s;
-    if (m_focusIsOn)
+    if (m_focus)
         return u"Waiting while your Do Not Disturb wallpaper is on."_s;
     if (m_source == Source::Favourites && candidates().isEmpty())
         return u"Add favourites with the heart on a colourway to shuffle from them."_s;

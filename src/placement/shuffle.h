@@ -3,6 +3,7 @@
 #include "deck.h"
 #include "edition.h"
 #include "error.h"
+#include "focus_record.h"
 #include "shuffle_choice.h"
 #include "shuffle_displays.h"
 #include "shuffle_settings.h"
@@ -42,6 +43,7 @@ class Shuffle : public QObject
     Q_PROPERTY(UpNext upNext READ upNext NOTIFY upNextChanged)
     Q_PROPERTY(QDateTime nextDate READ nextDate NOTIFY nextDateChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    Q_PROPERTY(bool isFocusOn READ isFocusOn NOTIFY focusChanged)
 
 public:
     using Choice = ShuffleChoice;
@@ -49,6 +51,7 @@ public:
     using Source = ShuffleSettings::Source;
     // The picks of the next shuffle, by display id.
     using UpNext = QMap<QString, ShuffleChoice>;
+    using FocusRecord = ::FocusRecord;
 
     // There is nothing in the source to pick from.
     class NothingToShuffle : public Error
@@ -109,6 +112,17 @@ public:
     // The colourways of the current source, in library order.
     [[nodiscard]] QList<Choice> candidates() const;
 
+    // Do Not Disturb turned on with a wallpaper (a colourway key) in an edition, or turned off
+    // or has none (no wallpaper). Puts that wallpaper on every display, keeping what each showed;
+    // when it ends, puts those back one at a time. The same wallpaper and edition again change
+    // nothing.
+    void setFocus(const std::optional<QString> &wallpaper, Edition edition = Edition::Automatic);
+    // Whether a Do Not Disturb wallpaper is on: scheduled shuffles wait meanwhile.
+    [[nodiscard]] bool isFocusOn() const { return m_focus.has_value(); }
+    [[nodiscard]] std::optional<FocusRecord> focus() const { return m_focus; }
+    // What still waits to be put back, by display id.
+    [[nodiscard]] FocusRecord::Entries pendingRestores() const { return m_pending; }
+
 Q_SIGNALS:
     void isOnChanged();
     void intervalChanged();
@@ -119,8 +133,9 @@ Q_SIGNALS:
     void upNextChanged();
     void nextDateChanged();
     void statusChanged();
+    void focusChanged();
     // The Do Not Disturb wallpaper's pending restores are due another try: 2 s after the screens
-    // change, and whenever the scheduler wakes.
+    // change, whenever the scheduler wakes, and when a failed one may be tried again.
     void restoresDue();
 
 private:
@@ -144,6 +159,13 @@ private:
     static QCoro::Task<QString> setPick(QPointer<Shuffle> self, Target target);
     static QCoro::Task<> screensSettled(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
                                         std::shared_ptr<Clock> clock);
+    static QCoro::Task<> changeFocus(QPointer<Shuffle> self, quint64 generation, QString wallpaper,
+                                     Edition edition);
+    static QCoro::Task<> restore(QPointer<Shuffle> self);
+    static QCoro::Task<> restoreOne(QPointer<Shuffle> self, QString displayId,
+                                    FocusRecord::Entry entry);
+    static QCoro::Task<> retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
+                                 std::shared_ptr<Clock> clock, std::chrono::milliseconds wait);
 
     void settingsChanged();
     void tick();
@@ -160,6 +182,15 @@ private:
 
     void setShuffling(bool shuffling);
 
+    // Do Not Disturb: the end of it, the restores, their persistence and retry timer.
+    void endFocus();
+    void restorePending();
+    void choicesChanged();
+    void saveFocus();
+    void savePending();
+    void armRetry();
+    [[nodiscard]] std::optional<Choice> choiceFor(const QString &key) const;
+
     Services m_services;
     bool m_isOn = false;
     Interval m_interval = Interval::Day;
@@ -169,9 +200,22 @@ private:
     UpNext m_upNext;
     std::optional<Prepared> m_prepared;
     QString m_status;
-    // Do Not Disturb: its wallpaper is on; restores wait to be tried again.
-    bool m_focusIsOn = false;
-    bool m_restoresPending = false;
+    // Do Not Disturb: the record of its wallpaper while on, counted changes so that a late one
+    // is discarded, what waits to be put back and when a failed one may be tried again.
+    std::optional<FocusRecord> m_focus;
+    quint64 m_focusGeneration = 0;
+    std::optional<QCoro::Task<>> m_focusChange;
+    int m_changesRunning = 0; // including discarded ones whose set has not ended
+    bool m_focusAwaitsChoices = false; // the store had nothing yet: tried again when it has
+    FocusRecord::Entries m_pending;
+    QHash<QString, QDateTime> m_retryRestore;
+    bool m_isRestoring = false;
+    bool m_restoreAgain = false;
+    std::optional<QCoro::Task<>> m_restoring;
+    std::shared_ptr<CancelToken> m_retry;
+    std::optional<QCoro::Task<>> m_retryTask;
+    // The change and the restores take turns at the displays.
+    std::shared_ptr<AsyncMutex> m_focusTurn;
 
     ShuffleSchedule *m_schedule;
     std::optional<QCoro::Task<>> m_tick;

@@ -2,6 +2,7 @@
 
 #include "placement.h"
 
+#include <QCoroTask>
 #include <QObject>
 #include <optional>
 
@@ -17,6 +18,8 @@ public:
         std::optional<Placement> placement;
         // False for a picture chosen in your desktop settings ("Not from your packs").
         bool showsOwnWallpaper = false;
+        // The picture it shows, as far as the desktop tells.
+        std::optional<QString> picture;
 
         bool operator==(const Screen &) const = default;
     };
@@ -24,6 +27,11 @@ public:
     explicit ShuffleDisplays(QObject *parent = nullptr);
 
     [[nodiscard]] virtual QList<Screen> screens() const = 0;
+
+    // Puts a picture that is on disk back on one display, recording placement for it when it is
+    // one of the user's wallpapers. Throws the desktop's error.
+    [[nodiscard]] virtual QCoro::Task<> restore(QString displayId, QString path,
+                                                std::optional<Placement> placement) = 0;
 
 Q_SIGNALS:
     // Any change: a display attached or detached, a picture or a placement.

@@ -80,6 +80,10 @@ public:
     // something else or nothing is known.
     [[nodiscard]] virtual std::optional<QString> picture(const DesktopScreen &screen) const = 0;
 
+    // Whether the desktop keeps a picture of its own for each workspace, so that what Quennet set
+    // can be lost on a switch: the workspace helper keeps it then. False by default.
+    [[nodiscard]] virtual bool keepsPicturePerWorkspace() const { return false; }
+
     // Throws DesktopError.
     virtual QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) = 0;
 

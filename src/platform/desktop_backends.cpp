@@ -1,6 +1,7 @@
 #include "desktop_backends.h"
 
 #include "gnome_backend.h"
+#include "hyprland_backend.h"
 #include "plasma_backend.h"
 #include "portal_backend.h"
 #include "sway_backend.h"
@@ -22,6 +23,8 @@ DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObje
     DesktopBackend *backend = nullptr;
     if (const QString sway = qEnvironmentVariable("SWAYSOCK"); !sway.isEmpty())
         backend = new SwayBackend(sway, folder + u"/desktop-sway.json"_s, parent);
+    else if (const QString hyprland = HyprlandBackend::instanceFolder(); !hyprland.isEmpty())
+        backend = new HyprlandBackend(hyprland, folder + u"/desktop-hyprland.json"_s, parent);
     else if (PlasmaBackend::isPlasma(currentDesktop))
         backend = new PlasmaBackend(QDBusConnection::sessionBus(), parent);
     else if (XfceBackend::isXfce(currentDesktop))

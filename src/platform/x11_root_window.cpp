@@ -5,6 +5,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 namespace
@@ -30,12 +31,16 @@ X11RootWindow::X11RootWindow(QObject *parent)
     const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
     if (!screen)
         return;
-    const char name[] = "_XROOTPMAP_ID";
-    const auto atom = reply(xcb_intern_atom_reply(
-        m_connection, xcb_intern_atom(m_connection, 0, sizeof name - 1, name), nullptr));
-    if (!atom)
+    const auto intern = [this](const char *name) -> quint32 {
+        const auto atom = reply(xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, 0, uint16_t(std::strlen(name)), name), nullptr));
+        return atom ? atom->atom : 0;
+    };
+    m_atom = intern("_XROOTPMAP_ID");
+    m_currentDesktop = intern("_NET_CURRENT_DESKTOP");
+    m_numberOfDesktops = intern("_NET_NUMBER_OF_DESKTOPS");
+    if (!m_atom)
         return;
-    m_atom = atom->atom;
     // Our connection's own event mask on the root window: Qt's connection keeps its own.
     const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(m_connection, screen->root, XCB_CW_EVENT_MASK, &mask);
@@ -61,6 +66,28 @@ std::optional<quint32> X11RootWindow::rootPixmap() const
         return std::nullopt;
     drainLater();
     return *static_cast<const quint32 *>(xcb_get_property_value(property.get()));
+}
+
+std::optional<quint32> X11RootWindow::cardinal(quint32 atom) const
+{
+    if (!isValid() || !atom)
+        return std::nullopt;
+    const auto property = reply(xcb_get_property_reply(
+        m_connection, xcb_get_property(m_connection, 0, m_root, atom, XCB_ATOM_CARDINAL, 0, 1), nullptr));
+    drainLater();
+    if (!property || property->type != XCB_ATOM_CARDINAL || xcb_get_property_value_length(property.get()) != 4)
+        return std::nullopt;
+    return *static_cast<const quint32 *>(xcb_get_property_value(property.get()));
+}
+
+std::optional<quint32> X11RootWindow::currentDesktop() const
+{
+    return cardinal(m_currentDesktop);
+}
+
+std::optional<quint32> X11RootWindow::numberOfDesktops() const
+{
+    return cardinal(m_numberOfDesktops);
 }
 
 QByteArray X11RootWindow::fingerprint(const QRect &area) const
@@ -100,13 +127,17 @@ void X11RootWindow::drainLater() const
 void X11RootWindow::readEvents()
 {
     bool changed = false;
+    bool switched = false;
     while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
         if ((event->response_type & ~0x80) == XCB_PROPERTY_NOTIFY) {
             const auto *notify = reinterpret_cast<xcb_property_notify_event_t *>(event);
             changed = changed || notify->atom == m_atom;
+            switched = switched || (m_currentDesktop && notify->atom == m_currentDesktop);
         }
         std::free(event);
     }
     if (changed)
         Q_EMIT rootPixmapChanged();
+    if (switched)
+        Q_EMIT currentDesktopChanged();
 }

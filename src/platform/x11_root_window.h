@@ -23,18 +23,26 @@ public:
 
     [[nodiscard]] bool isValid() const { return m_root != 0; }
     [[nodiscard]] std::optional<quint32> rootPixmap() const;
+    // The window manager's current workspace and workspace count (EWMH _NET_CURRENT_DESKTOP,
+    // _NET_NUMBER_OF_DESKTOPS); none without a window manager that keeps them.
+    [[nodiscard]] std::optional<quint32> currentDesktop() const;
+    [[nodiscard]] std::optional<quint32> numberOfDesktops() const;
     // A grid of pixels of the background inside area: equal samples mean the same picture.
     [[nodiscard]] QByteArray fingerprint(const QRect &area) const;
 
 Q_SIGNALS:
     void rootPixmapChanged();
+    void currentDesktopChanged();
 
 private:
     void readEvents();
     void drainLater() const;
+    [[nodiscard]] std::optional<quint32> cardinal(quint32 atom) const;
 
     xcb_connection_t *m_connection = nullptr;
     quint32 m_root = 0;
     quint32 m_atom = 0;
+    quint32 m_currentDesktop = 0;
+    quint32 m_numberOfDesktops = 0;
     QSocketNotifier *m_notifier = nullptr;
 };

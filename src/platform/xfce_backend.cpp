@@ -1,5 +1,7 @@
 #include "xfce_backend.h"
 
+#include "x11_root_window.h"
+
 #include <QCoroDBusPendingCall>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
@@ -8,6 +10,8 @@
 #include <QLoggingCategory>
 #include <QPointer>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 Q_LOGGING_CATEGORY(lcXfce, "app.quennet.Quennet.Desktop.Xfce")
 
@@ -37,10 +41,14 @@ QDBusMessage call(const QString &method, const QVariantList &arguments)
 XfceBackend::XfceBackend(const QDBusConnection &bus, QObject *parent)
     : DesktopBackend(parent)
     , m_bus(bus)
+    , m_root(new X11RootWindow(this))
 {
     followQtScreens();
-    m_bus.connect(service, path, interface, u"PropertyChanged"_s, this,
-                  SLOT(propertyChanged(QString, QString, QDBusVariant)));
+    connect(m_root, &X11RootWindow::currentDesktopChanged, this, &DesktopBackend::workspaceChanged);
+    // From any sender: xfconfd is started on demand, perhaps after this, and a match on its
+    // name would miss it.
+    m_bus.connect(QString(), path, interface, u"PropertyChanged"_s, this,
+                  SLOT(propertyChanged(QDBusMessage)));
 }
 
 bool XfceBackend::isXfce(const QString &currentDesktop)
@@ -55,7 +63,32 @@ QString XfceBackend::name() const
 
 DesktopBackend::Capabilities XfceBackend::capabilities() const
 {
-    return Capability::PerDisplay | Capability::ReadBack;
+    return Capability::PerDisplay | Capability::ReadBack | Capability::Workspaces;
+}
+
+std::optional<QVariant> XfceBackend::property(const QString &name) const
+{
+    const QDBusMessage reply = m_bus.call(call(u"GetProperty"_s, { channel, name }));
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return std::nullopt;
+    QVariant value = reply.arguments().constFirst();
+    if (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+bool XfceBackend::keepsPicturePerWorkspace() const
+{
+    // xfdesktop's default is the single-workspace mode.
+    const auto single = property(u"/backdrop/single-workspace-mode"_s);
+    return single && !single->toBool();
+}
+
+int XfceBackend::shownWorkspace() const
+{
+    if (keepsPicturePerWorkspace())
+        return int(m_root->currentDesktop().value_or(0));
+    return property(u"/backdrop/single-workspace-number"_s).value_or(0).toInt();
 }
 
 QStringList XfceBackend::imageProperties(const QString &connector) const
@@ -69,22 +102,21 @@ QStringList XfceBackend::imageProperties(const QString &connector) const
                 properties.append(it.key());
         }
     }
-    if (properties.isEmpty())
-        properties.append(monitorBase(connector) + u"/workspace0/last-image"_s);
+    const int count = std::max<int>({ int(m_root->numberOfDesktops().value_or(1)), shownWorkspace() + 1, 1 });
+    for (int workspace = 0; workspace < count; ++workspace) {
+        const QString image = monitorBase(connector) + u"/workspace%1/last-image"_s.arg(workspace);
+        if (!properties.contains(image))
+            properties.append(image);
+    }
     properties.sort();
     return properties;
 }
 
 std::optional<QString> XfceBackend::picture(const DesktopScreen &screen) const
 {
-    const QDBusMessage reply =
-        m_bus.call(call(u"GetProperty"_s, { channel, imageProperties(screen.connector).constFirst() }));
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
-        return std::nullopt;
-    QVariant value = reply.arguments().constFirst();
-    if (value.canConvert<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    const QString shown = value.toString();
+    const auto value = property(monitorBase(screen.connector)
+                                + u"/workspace%1/last-image"_s.arg(shownWorkspace()));
+    const QString shown = value ? value->toString() : QString();
     return shown.isEmpty() ? std::nullopt : std::optional(shown);
 }
 
@@ -109,8 +141,10 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
     }
 }
 
-void XfceBackend::propertyChanged(const QString &changedChannel, const QString &property, const QDBusVariant &)
+void XfceBackend::propertyChanged(const QDBusMessage &message)
 {
-    if (changedChannel == channel && property.startsWith(u"/backdrop/"_s))
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() >= 2 && arguments[0].toString() == channel
+        && arguments[1].toString().startsWith(u"/backdrop/"_s))
         Q_EMIT picturesChanged();
 }

@@ -4,11 +4,14 @@
 
 #include <QDBusConnection>
 // Complete, so that D-Bus can match the slot that takes it.
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QHash>
 
+class X11RootWindow;
+
 // XFCE: xfdesktop's backdrop settings in xfconf, over D-Bus. One picture per monitor and per
-// workspace; Quennet sets every workspace of a monitor and reads the first one back.
+// workspace; Quennet sets every workspace of a monitor and reads back the one shown: the
+// single-workspace mode's workspace, else the current one, as the window manager tells on X11.
 class XfceBackend : public DesktopBackend
 {
     Q_OBJECT
@@ -21,14 +24,21 @@ public:
     [[nodiscard]] QString name() const override;
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] std::optional<QString> picture(const DesktopScreen &screen) const override;
+    // Without xfdesktop's single-workspace mode ("/backdrop/single-workspace-mode" false).
+    [[nodiscard]] bool keepsPicturePerWorkspace() const override;
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
 
 private Q_SLOTS:
-    void propertyChanged(const QString &channel, const QString &property, const QDBusVariant &value);
+    void propertyChanged(const QDBusMessage &message);
 
 private:
-    // The "last-image" properties of a monitor's workspaces; workspace0 when there are none yet.
+    // The "last-image" properties of a monitor's workspaces: those xfconf has, and those of every
+    // workspace the window manager counts, the shown one included.
     [[nodiscard]] QStringList imageProperties(const QString &connector) const;
+    // The workspace whose picture shows.
+    [[nodiscard]] int shownWorkspace() const;
+    [[nodiscard]] std::optional<QVariant> property(const QString &name) const;
 
     QDBusConnection m_bus;
+    X11RootWindow *m_root;
 };

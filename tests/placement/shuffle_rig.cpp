@@ -2,11 +2,13 @@
 
 #include "await_task.h"
 #include "cancel_token.h"
+#include "desktop_backend.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QCoroSignal>
 #include <QSettings>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -89,6 +91,11 @@ bool FakeStore::isDownloaded(const ShuffleChoice &choice, Edition) const
 QCoro::Task<> FakeStore::setWallpaper(ShuffleChoice choice, Edition wanted, QStringList displayIds)
 {
     ++attempts;
+    if (holds) {
+        const auto gate = std::make_shared<CancelToken>();
+        m_held.append(gate);
+        co_await qCoro(gate.get(), &CancelToken::cancelled);
+    }
     if (downloadsFail && !downloaded.contains(choice.key()))
         throw DownloadFailed(u"The network connection was lost."_s);
     const Set set { choice.key(), wanted, displayIds, now ? now() : QDateTime() };
@@ -96,6 +103,15 @@ QCoro::Task<> FakeStore::setWallpaper(ShuffleChoice choice, Edition wanted, QStr
     if (onSet)
         onSet(set);
     co_return;
+}
+
+void FakeStore::releaseHeld()
+{
+    const auto held = std::exchange(m_held, {});
+    for (const auto &gate : held) {
+        gate->cancel();
+        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
+    }
 }
 
 FakeDisplays::FakeDisplays(QObject *parent)
@@ -118,10 +134,40 @@ void FakeDisplays::show(const QString &id, const QString &key, Edition edition)
         screen.placement = Placement { .pack = key.left(slash),
                                        .colourway = key.mid(slash + 1),
                                        .edition = rawValue(edition),
-                                       .path = u"/cache/"_s + key + u".heic"_s };
+                                       .path = u"/cache/"_s + key + u".heic"_s,
+                                       .setAt = now ? now().toMSecsSinceEpoch() : 0 };
         screen.showsOwnWallpaper = true;
+        screen.picture = screen.placement->path;
     }
     Q_EMIT changed();
+}
+
+void FakeDisplays::showPicture(const QString &id, const QString &path)
+{
+    for (auto &screen : m_screens) {
+        if (screen.id == id) {
+            screen.showsOwnWallpaper = false;
+            screen.picture = path;
+        }
+    }
+    Q_EMIT changed();
+}
+
+QCoro::Task<> FakeDisplays::restore(QString displayId, QString path, std::optional<Placement> placement)
+{
+    restores.append({ displayId, path });
+    if (refusal)
+        throw DesktopError(*refusal);
+    for (auto &screen : m_screens) {
+        if (screen.id != displayId)
+            continue;
+        if (placement)
+            screen.placement = placement;
+        screen.showsOwnWallpaper = placement.has_value();
+        screen.picture = path;
+    }
+    Q_EMIT changed();
+    co_return;
 }
 
 QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
@@ -154,6 +200,7 @@ ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint3
     , random(seed)
 {
     store.now = [clock = clock] { return clock->now(); };
+    displays.now = [clock = clock] { return clock->now(); };
     store.onSet = [this](const FakeStore::Set &set) {
         for (const auto &id : set.displayIds)
             displays.show(id, set.key, set.wanted);

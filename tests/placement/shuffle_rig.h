@@ -68,13 +68,18 @@ public:
 
     QSet<QString> downloaded; // keys on disk
     bool downloadsFail = false; // of anything not on disk
+    bool holds = false; // each set waits for releaseHeld()
     std::function<QDateTime()> now;
     QList<Set> sets;
     int attempts = 0;
     std::function<void(const Set &)> onSet;
 
+    // Lets every held set go on, in order.
+    void releaseHeld();
+
 private:
     QList<ShuffleChoice> m_choices;
+    QList<std::shared_ptr<CancelToken>> m_held;
 };
 
 class FakeDisplays : public ShuffleDisplays
@@ -86,9 +91,17 @@ public:
     explicit FakeDisplays(QObject *parent = nullptr);
 
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
+    QCoro::Task<> restore(QString displayId, QString path,
+                          std::optional<Placement> placement) override;
     void setScreens(const QList<Screen> &screens);
     // A display now shows one of the user's colourways, as a set leaves it.
     void show(const QString &id, const QString &key, Edition edition = Edition::Automatic);
+    // A display now shows a picture chosen in the desktop's settings.
+    void showPicture(const QString &id, const QString &path);
+
+    std::function<QDateTime()> now;
+    std::optional<QString> refusal; // restores fail with this
+    QList<std::pair<QString, QString>> restores; // display id, path
 
 private:
     QList<Screen> m_screens;

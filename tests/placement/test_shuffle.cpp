@@ -58,7 +58,6 @@ private Q_SLOTS:
     void nothingToShuffle();
     void ticksThatWait_data();
     void ticksThatWait();
-    void restoresDue();
 };
 
 void ShuffleTest::initTestCase()
@@ -438,39 +437,6 @@ void ShuffleTest::ticksThatWait()
     rig.store.sets.clear();
     QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
     QCOMPARE(rig.store.sets.size(), 1);
-}
-
-void ShuffleTest::restoresDue()
-{
-    const auto pending = QJsonDocument(QJsonObject { { u"one"_s, QJsonObject() } }).toJson();
-    ShuffleRig rig(wednesday,
-                   { { u"shuffleIsOn"_s, true },
-                     { u"shuffleInterval"_s, u"hour"_s },
-                     { u"focusRestores"_s, pending } });
-    rig.store.setChoices(sampleChoices(2));
-    auto &shuffle = rig.make();
-    QSignalSpy due(&shuffle, &Shuffle::restoresDue);
-
-    // Two changes close together: 2 s after the last.
-    Q_EMIT rig.displays.screensChanged();
-    rig.clock->advance(1s);
-    Q_EMIT rig.displays.screensChanged();
-    rig.clock->advance(1999ms);
-    QCOMPARE(due.size(), 0);
-    rig.clock->advance(1ms);
-    QCOMPARE(due.size(), 1);
-
-    // And when the scheduler wakes.
-    rig.clock->advanceTo(utc("2024-05-01T11:00:00Z"));
-    QCOMPARE(due.size(), 2);
-
-    // Nothing pending, nothing due.
-    ShuffleRig quiet(wednesday, { { u"shuffleIsOn"_s, true } });
-    quiet.store.setChoices(sampleChoices(2));
-    QSignalSpy none(&quiet.make(), &Shuffle::restoresDue);
-    Q_EMIT quiet.displays.screensChanged();
-    quiet.clock->advance(25h);
-    QCOMPARE(none.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(ShuffleTest)

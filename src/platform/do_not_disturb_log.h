@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+// The Do Not Disturb watchers' log.
+Q_DECLARE_LOGGING_CATEGORY(lcDoNotDisturb)

@@ -1,0 +1,284 @@
+#include "await_task.h"
+#include "shuffle_rig.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+const auto wednesday = QDateTime(QDate(2024, 5, 1), QTime(10, 0), Qt::UTC);
+
+QString makeFile(const QTemporaryDir &folder, const QString &name)
+{
+    const QString path = folder.filePath(name);
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.write("picture");
+    return path;
+}
+
+// Two displays: "one" shows the user's p/c1 (its file not on disk), "two" a picture chosen in
+// the desktop's settings (on disk).
+struct FocusRig : ShuffleRig {
+    explicit FocusRig(const QVariantMap &settings = {})
+        : ShuffleRig(wednesday, settings)
+    {
+        store.setChoices(sampleChoices(4));
+        own = makeFile(folder, u"own.png"_s);
+        displays.setScreens({ { .id = u"one"_s }, { .id = u"two"_s } });
+        displays.show(u"one"_s, u"p/c1"_s);
+        displays.showPicture(u"two"_s, own);
+        clock->advance(1min);
+    }
+
+    [[nodiscard]] Shuffle::FocusRecord stored() const
+    {
+        return FocusRecord::decode(defaults.focusWallpaper()).value_or(FocusRecord());
+    }
+
+    QString own;
+};
+} // namespace
+
+// The Do Not Disturb wallpaper's state in the shuffle, over a fake store and displays, on a
+// simulated clock.
+class FocusTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void onThenOffPutsBackEachDisplay();
+    void theUsersNewerChoiceWins();
+    void aLateChangeIsDiscarded();
+    void aChangeStillDownloadingWhenItEnds();
+    void aFailedRestoreWaits300Seconds();
+    void aDetachedDisplayStaysPending();
+    void aRelaunchContinues();
+    void aSecondWallpaperKeepsTheFirstsEntries();
+    void restoresDue();
+};
+
+void FocusTest::onThenOffPutsBackEachDisplay()
+{
+    FocusRig rig({ { u"shuffleIsOn"_s, true } });
+    auto &shuffle = rig.make();
+    QSignalSpy changed(&shuffle, &Shuffle::focusChanged);
+
+    shuffle.setFocus(u"p/c3"_s, Edition::Dark);
+    QVERIFY(shuffle.isFocusOn());
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(shuffle.status(), u"Waiting while your Do Not Disturb wallpaper is on."_s);
+    QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
+    QCOMPARE(rig.store.sets.last().wanted, Edition::Dark);
+    QCOMPARE(rig.store.sets.last().displayIds, QStringList({ u"one"_s, u"two"_s }));
+    const auto record = rig.stored();
+    QCOMPARE(record.wallpaper, u"p/c3"_s);
+    QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
+    QCOMPARE(record.entries.value(u"two"_s).previous.path, rig.own);
+    QCOMPARE(record.entries.value(u"two"_s).focusSetAt, rig.clock->now());
+    // Turned on again: nothing new.
+    shuffle.setFocus(u"p/c3"_s, Edition::Dark);
+    QCOMPARE(rig.store.sets.size(), 1);
+
+    rig.clock->advance(1h);
+    shuffle.setFocus(std::nullopt);
+    QVERIFY(!shuffle.isFocusOn());
+    QCOMPARE(changed.size(), 2);
+    // "two" shows its picture of its own again.
+    QCOMPARE(shuffle.status(), u"Paused while you use a wallpaper chosen in your desktop settings."_s);
+    // c1's file is not on disk: back through the store, on its display only, in its edition.
+    QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
+    QCOMPARE(rig.store.sets.last().displayIds, QStringList { u"one"_s });
+    QCOMPARE(rig.store.sets.last().wanted, Edition::Automatic);
+    // The picture of its own is on disk: straight back.
+    QCOMPARE(rig.displays.restores, (QList<std::pair<QString, QString>> { { u"two"_s, rig.own } }));
+    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QVERIFY(rig.defaults.focusWallpaper().isEmpty());
+    QVERIFY(rig.defaults.focusRestores().isEmpty());
+}
+
+void FocusTest::theUsersNewerChoiceWins()
+{
+    FocusRig rig;
+    auto &shuffle = rig.make();
+    shuffle.setFocus(u"p/c3"_s);
+    rig.clock->advance(5min);
+    // The user picks c2 on "one", and a picture of their own on "two".
+    awaitTask(rig.store.setWallpaper(rig.store.choices()[1], Edition::Automatic, { u"one"_s }));
+    rig.displays.showPicture(u"two"_s, u"/theirs.png"_s);
+    rig.store.sets.clear();
+
+    shuffle.setFocus(std::nullopt);
+    QVERIFY(rig.store.sets.isEmpty());
+    QVERIFY(rig.displays.restores.isEmpty());
+    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QCOMPARE(rig.displays.screens()[0].placement->colourway, u"c2"_s);
+}
+
+void FocusTest::aLateChangeIsDiscarded()
+{
+    FocusRig rig;
+    auto &shuffle = rig.make();
+    rig.store.holds = true;
+    shuffle.setFocus(u"p/c3"_s);
+    shuffle.setFocus(u"p/c4"_s);
+    // The first one's set ends first; the record must not say c3.
+    rig.store.releaseHeld();
+    rig.clock->advance(0ms);
+    rig.store.releaseHeld();
+    const auto record = rig.stored();
+    QCOMPARE(record.wallpaper, u"p/c4"_s);
+    QCOMPARE(shuffle.focus()->wallpaper, u"p/c4"_s);
+    // What the displays showed before either.
+    QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
+    QCOMPARE(record.entries.value(u"two"_s).previous.path, rig.own);
+}
+
+void FocusTest::aChangeStillDownloadingWhenItEnds()
+{
+    FocusRig rig;
+    auto &shuffle = rig.make();
+    rig.store.holds = true;
+    shuffle.setFocus(u"p/c3"_s);
+    rig.clock->advance(0ms);
+    shuffle.setFocus(std::nullopt);
+    QVERIFY(rig.defaults.focusWallpaper().isEmpty());
+    // The late set lands after Do Not Disturb ended: it is taken off again.
+    rig.store.holds = false;
+    rig.store.releaseHeld();
+    QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
+    QCOMPARE(rig.displays.restores.size(), 1);
+    QVERIFY(shuffle.pendingRestores().isEmpty());
+}
+
+void FocusTest::aFailedRestoreWaits300Seconds()
+{
+    FocusRig rig;
+    auto &shuffle = rig.make();
+    shuffle.setFocus(u"p/c3"_s);
+    // "two"'s picture goes away; "one" cannot be set by the desktop.
+    QFile::remove(rig.own);
+    rig.store.setChoices(sampleChoices(3).mid(2)); // c1 is no longer in the packs
+    shuffle.setFocus(std::nullopt);
+    QCOMPARE(shuffle.pendingRestores().keys(), QStringList({ u"one"_s, u"two"_s }));
+
+    // Other occasions come and go: nothing is tried before its time.
+    Q_EMIT shuffle.restoresDue();
+    rig.clock->advance(299s);
+    QVERIFY(rig.displays.restores.isEmpty());
+    QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
+
+    makeFile(rig.folder, u"own.png"_s);
+    rig.store.setChoices(sampleChoices(4));
+    rig.clock->advance(1s);
+    QCOMPARE(rig.displays.restores.size(), 1);
+    QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
+    QVERIFY(shuffle.pendingRestores().isEmpty());
+}
+
+void FocusTest::aDetachedDisplayStaysPending()
+{
+    FocusRig rig;
+    auto &shuffle = rig.make();
+    shuffle.setFocus(u"p/c3"_s);
+    const auto two = rig.displays.screens()[1];
+    rig.displays.setScreens({ rig.displays.screens()[0] });
+    shuffle.setFocus(std::nullopt);
+    QCOMPARE(shuffle.pendingRestores().keys(), QStringList { u"two"_s });
+    QCOMPARE(FocusRecord::decodeEntries(rig.defaults.focusRestores()).keys(), QStringList { u"two"_s });
+
+    // Back: tried 2 s after the screens change.
+    rig.displays.setScreens({ rig.displays.screens()[0], two });
+    Q_EMIT rig.displays.screensChanged();
+    rig.clock->advance(1999ms);
+    QVERIFY(rig.displays.restores.isEmpty());
+    rig.clock->advance(1ms);
+    QCOMPARE(rig.displays.restores, (QList<std::pair<QString, QString>> { { u"two"_s, rig.own } }));
+    QVERIFY(rig.defaults.focusRestores().isEmpty());
+}
+
+void FocusTest::aRelaunchContinues()
+{
+    FocusRig rig;
+    rig.make().setFocus(u"p/c3"_s);
+    // Quennet ends with Do Not Disturb on, and starts again.
+    rig.shuffle.reset();
+    auto &again = rig.make();
+    QVERIFY(again.isFocusOn());
+    again.setFocus(u"p/c3"_s);
+    QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
+
+    // Ended with restores pending: the next start carries them out.
+    rig.displays.refusal = u"The desktop is busy."_s;
+    again.setFocus(std::nullopt);
+    QCOMPARE(again.pendingRestores().keys(), QStringList { u"two"_s });
+    rig.shuffle.reset();
+    rig.displays.refusal.reset();
+    auto &third = rig.make();
+    QVERIFY(!third.isFocusOn());
+    QVERIFY(third.pendingRestores().isEmpty());
+    QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
+}
+
+void FocusTest::aSecondWallpaperKeepsTheFirstsEntries()
+{
+    FocusRig rig;
+    auto &shuffle = rig.make();
+    shuffle.setFocus(u"p/c3"_s);
+    rig.clock->advance(1min);
+    shuffle.setFocus(u"p/c4"_s, Edition::Light);
+    QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c4"_s }));
+    const auto record = rig.stored();
+    QCOMPARE(record.wallpaper, u"p/c4"_s);
+    QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
+    QCOMPARE(record.entries.value(u"one"_s).focusSetAt, rig.clock->now());
+
+    shuffle.setFocus(std::nullopt);
+    QCOMPARE(rig.setKeys().last(), u"p/c1"_s);
+    QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
+}
+
+void FocusTest::restoresDue()
+{
+    // Waiting for a display that is not attached.
+    const FocusRecord::Entries gone {
+        { u"gone"_s, { .previous = { .path = u"/p.png"_s }, .focusSetAt = wednesday } }
+    };
+    const auto pending = FocusRecord::encode(gone);
+    ShuffleRig rig(wednesday,
+                   { { u"shuffleIsOn"_s, true },
+                     { u"shuffleInterval"_s, u"hour"_s },
+                     { u"focusRestores"_s, pending } });
+    rig.store.setChoices(sampleChoices(2));
+    auto &shuffle = rig.make();
+    QSignalSpy due(&shuffle, &Shuffle::restoresDue);
+
+    // Two changes close together: 2 s after the last.
+    Q_EMIT rig.displays.screensChanged();
+    rig.clock->advance(1s);
+    Q_EMIT rig.displays.screensChanged();
+    rig.clock->advance(1999ms);
+    QCOMPARE(due.size(), 0);
+    rig.clock->advance(1ms);
+    QCOMPARE(due.size(), 1);
+
+    // And when the scheduler wakes.
+    rig.clock->advanceTo(QDateTime(QDate(2024, 5, 1), QTime(11, 0), Qt::UTC));
+    QCOMPARE(due.size(), 2);
+    QCOMPARE(shuffle.pendingRestores().keys(), QStringList { u"gone"_s });
+
+    // Nothing pending, nothing due.
+    ShuffleRig quiet(wednesday, { { u"shuffleIsOn"_s, true } });
+    quiet.store.setChoices(sampleChoices(2));
+    QSignalSpy none(&quiet.make(), &Shuffle::restoresDue);
+    Q_EMIT quiet.displays.screensChanged();
+    quiet.clock->advance(25h);
+    QCOMPARE(none.size(), 0);
+}
+
+QTEST_GUILESS_MAIN(FocusTest)
+#include "test_focus.moc"

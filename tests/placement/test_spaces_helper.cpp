@@ -1,0 +1,208 @@
+#include "defaults.h"
+#include "helper_process.h"
+#include "shuffle_rig.h"
+#include "spaces_helper.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using Status = SpacesHelper::Status;
+
+namespace
+{
+const QString helperProgram = QStringLiteral(QUENNET_HELPER);
+
+bool helperOwnsItsName()
+{
+    return QDBusConnection::sessionBus().interface()->isServiceRegistered(
+        QLatin1StringView(HelperBus::service));
+}
+
+// A quennet-helper of an older build, started the way the session would.
+std::unique_ptr<QProcess> startHelper(bool withBus = true)
+{
+    auto process = std::make_unique<QProcess>();
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"XFCE"_s);
+    if (!withBus)
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+    process->setProcessEnvironment(environment);
+    process->start(helperProgram, {});
+    return process;
+}
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+} // namespace
+
+// The helper's autostart entry and the running helper, on a private session bus, with the real
+// quennet-helper program.
+class SpacesHelperTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    struct Rig {
+        explicit Rig(const QString &folder, const QString &build = u"0.1.0"_s)
+            : defaults(folder + u"/defaults.ini"_s)
+            , process(QDBusConnection::sessionBus(), HelperBus::pidFilePath())
+            , clock(std::make_shared<SimulatedClock>(QDateTime::currentDateTimeUtc()))
+            , helper({ .defaults = &defaults,
+                       .process = &process,
+                       .clock = clock,
+                       .program = helperProgram,
+                       .build = build,
+                       .autostartFolder = folder + u"/autostart"_s })
+        {
+        }
+
+        Defaults defaults;
+        HelperProcess process;
+        std::shared_ptr<SimulatedClock> clock;
+        SpacesHelper helper;
+    };
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        // Where the helper has something to do: elsewhere it ends at once.
+        qputenv("XDG_CURRENT_DESKTOP", "XFCE");
+    }
+
+    void cleanup()
+    {
+        if (helperOwnsItsName()) {
+            HelperProcess process(QDBusConnection::sessionBus(), HelperBus::pidFilePath());
+            QCoro::waitFor(process.end());
+        }
+        QFile::remove(m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s));
+        QFile::remove(m_folder.filePath(u"defaults.ini"_s));
+    }
+
+    void wantedOrNot()
+    {
+        Rig rig(m_folder.path());
+        QCOMPARE(rig.helper.status(), Status::NotRegistered);
+        rig.helper.setWanted(true);
+        QCOMPARE(rig.helper.status(), Status::Enabled);
+        QCOMPARE(AutostartEntry(u"app.quennet.Quennet.helper.desktop"_s, m_folder.filePath(u"autostart"_s)).program(),
+                 helperProgram);
+        QCOMPARE(rig.defaults.helperStartedByBuild(), u"0.1.0"_s);
+        // Started at once, not only at the next login.
+        QTRY_VERIFY(helperOwnsItsName());
+        QVERIFY(rig.process.isRunning());
+
+        rig.helper.setWanted(false);
+        QCOMPARE(rig.helper.status(), Status::NotRegistered);
+        QVERIFY(!QFile::exists(rig.helper.entryPath()));
+        QTRY_VERIFY(!helperOwnsItsName());
+    }
+
+    void statusFromTheEntry_data()
+    {
+        QTest::addColumn<QByteArray>("entry");
+        QTest::addColumn<Status>("status");
+        const QByteArray exec = "[Desktop Entry]\nType=Application\nExec=" + helperProgram.toUtf8() + '\n';
+        QTest::newRow("hidden") << exec + "Hidden=true\n" << Status::NotRegistered;
+        QTest::newRow("turned off in the desktop's settings")
+            << exec + "X-GNOME-Autostart-enabled=false\n" << Status::RequiresApproval;
+        QTest::newRow("program gone") << QByteArray("[Desktop Entry]\nExec=\"/gone/quennet helper\"\n")
+                                      << Status::NotFound;
+        QTest::newRow("only an action hides") << exec + "[Desktop Action x]\nHidden=true\n" << Status::Enabled;
+    }
+
+    void statusFromTheEntry()
+    {
+        QFETCH(QByteArray, entry);
+        QFETCH(Status, status);
+        QDir().mkpath(m_folder.filePath(u"autostart"_s));
+        writeFile(m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s), entry);
+        QCOMPARE(Rig(m_folder.path()).helper.status(), status);
+    }
+
+    void aFailedRegistrationIsLogged()
+    {
+        // A file where the autostart folder should be.
+        QTemporaryDir blocked;
+        writeFile(blocked.filePath(u"autostart"_s), "not a folder");
+        Rig rig(blocked.path());
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"^Login item not changed: "_s));
+        rig.helper.setWanted(true);
+        QCOMPARE(rig.helper.status(), Status::NotRegistered);
+        QCOMPARE(rig.defaults.helperStartedByBuild(), std::nullopt);
+        QVERIFY(rig.helper.isWanted());
+    }
+
+    void aStaleHelperIsEndedAndRegisteredAgain()
+    {
+        // Build 0.0.9 registered its helper, which still runs.
+        {
+            Rig old(m_folder.path(), u"0.0.9"_s);
+            old.helper.setWanted(true);
+        }
+        QTRY_VERIFY(helperOwnsItsName());
+        const auto oldPid = HelperProcess(QDBusConnection::sessionBus(), HelperBus::pidFilePath()).pid();
+        QVERIFY(oldPid);
+
+        Rig rig(m_folder.path());
+        auto check = rig.helper.checkRunning();
+        QTRY_VERIFY(!QFile::exists(rig.helper.entryPath()));
+        QVERIFY(!helperOwnsItsName());
+        QCOMPARE(rig.helper.status(), Status::NotRegistered);
+        rig.clock->advance(9999ms);
+        QVERIFY(!QFile::exists(rig.helper.entryPath()));
+        rig.clock->advance(1ms);
+        QVERIFY(check.isReady());
+        QCOMPARE(rig.helper.status(), Status::Enabled);
+        QCOMPARE(rig.defaults.helperStartedByBuild(), u"0.1.0"_s);
+        QTRY_VERIFY(helperOwnsItsName());
+        QVERIFY(rig.process.pid() != oldPid);
+
+        // Once per launch; and the same build is left running.
+        const auto newPid = rig.process.pid();
+        QCoro::waitFor(rig.helper.checkRunning());
+        Rig next(m_folder.path());
+        QCoro::waitFor(next.helper.checkRunning());
+        QCOMPARE(next.process.pid(), newPid);
+    }
+
+    void aHelperWithoutABusIsEndedByItsPidFile()
+    {
+        auto stray = startHelper(false);
+        QTRY_VERIFY(QFile::exists(HelperBus::pidFilePath()));
+        HelperProcess process(QDBusConnection::sessionBus(), HelperBus::pidFilePath());
+        QCOMPARE(process.pid().value_or(0), stray->processId());
+        QCoro::waitFor(process.end());
+        QTRY_COMPARE(stray->state(), QProcess::NotRunning);
+        QCOMPARE(stray->exitStatus(), QProcess::CrashExit);
+
+        // A pid file naming some other process ends nothing.
+        QProcess other;
+        other.start(u"sleep"_s, { u"30"_s });
+        QVERIFY(other.waitForStarted());
+        writeFile(HelperBus::pidFilePath(), QByteArray::number(other.processId()));
+        QCOMPARE(process.pid(), std::nullopt);
+        QCoro::waitFor(process.end());
+        QVERIFY(!other.waitForFinished(300));
+        other.kill();
+        other.waitForFinished();
+        QFile::remove(HelperBus::pidFilePath());
+    }
+};
+
+QTEST_GUILESS_MAIN(SpacesHelperTest)
+#include "test_spaces_helper.moc"

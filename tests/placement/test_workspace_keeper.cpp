@@ -1,0 +1,145 @@
+#include "display_id.h"
+#include "placement_records.h"
+#include "shuffle_rig.h"
+#include "workspace_keeper.h"
+#include "xfce_backend.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+QString run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(30000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+QString image(int workspace)
+{
+    return u"/backdrop/screen0/monitorDUMMY0/workspace%1/last-image"_s.arg(workspace);
+}
+
+// What xfdesktop would read, or a change as its settings dialog makes it.
+QString xfconf(const QString &property, const QString &value = {}, const QString &type = u"string"_s)
+{
+    QStringList arguments { u"-c"_s, u"xfce4-desktop"_s, u"-p"_s, property };
+    if (!value.isEmpty())
+        arguments << u"--create"_s << u"-t"_s << type << u"-s"_s << value;
+    return run(u"xfconf-query"_s, arguments);
+}
+
+// The window manager's part: how many workspaces there are and which one shows.
+void workspaces(int count, int current)
+{
+    run(u"xprop"_s, { u"-root"_s, u"-f"_s, u"_NET_NUMBER_OF_DESKTOPS"_s, u"32c"_s, u"-set"_s,
+                      u"_NET_NUMBER_OF_DESKTOPS"_s, QString::number(count) });
+    run(u"xprop"_s, { u"-root"_s, u"-f"_s, u"_NET_CURRENT_DESKTOP"_s, u"32c"_s, u"-set"_s,
+                      u"_NET_CURRENT_DESKTOP"_s, QString::number(current) });
+}
+} // namespace
+
+// The helper's keeper on XFCE: a real xfconfd on a private bus and Xorg with two dummy monitors,
+// where xprop plays the window manager switching workspaces.
+class WorkspaceKeeperTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    QString m_ours;
+    std::unique_ptr<XfceBackend> m_backend;
+    std::shared_ptr<SimulatedClock> m_clock;
+    std::unique_ptr<WorkspaceKeeper> m_keeper;
+    Placement m_placement;
+
+    void record(bool useOnAllSpaces)
+    {
+        PlacementFile file;
+        file.useOnAllSpaces = useOnAllSpaces;
+        file.placements.insert(displayIds(m_backend->screens()).first(), m_placement);
+        QVERIFY(PlacementRecords(m_folder.path()).save(file));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_ours = m_folder.filePath(u"ours.png"_s);
+        QFile file(m_ours);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        m_placement = { .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s, .path = m_ours,
+                        .setAt = 1700000000000 };
+        m_backend = std::make_unique<XfceBackend>(QDBusConnection::sessionBus());
+        m_clock = std::make_shared<SimulatedClock>(QDateTime::currentDateTimeUtc());
+        m_keeper = std::make_unique<WorkspaceKeeper>(m_backend.get(), PlacementRecords(m_folder.path()), m_clock);
+        // Quennet set the wallpaper on the two workspaces there were.
+        workspaces(2, 0);
+        xfconf(image(0), m_ours);
+        xfconf(image(1), m_ours);
+    }
+
+    void sharedPictureNeedsNothing()
+    {
+        // xfdesktop's default: one picture for every workspace.
+        record(true);
+        QVERIFY(!m_backend->keepsPicturePerWorkspace());
+        QSignalSpy reapplied(m_keeper.get(), &WorkspaceKeeper::reapplied);
+        workspaces(3, 2);
+        QTest::qWait(500);
+        QCOMPARE(reapplied.size(), 0);
+        QCOMPARE(xfconf(image(2)), QString());
+        workspaces(2, 0);
+    }
+
+    void aNewWorkspaceGetsThePlacement()
+    {
+        xfconf(u"/backdrop/single-workspace-mode"_s, u"false"_s, u"bool"_s);
+        QVERIFY(m_backend->keepsPicturePerWorkspace());
+        record(false);
+        QSignalSpy reapplied(m_keeper.get(), &WorkspaceKeeper::reapplied);
+        workspaces(3, 2);
+        QTest::qWait(500);
+        // "Use on all workspaces" is off.
+        QCOMPARE(reapplied.size(), 0);
+        workspaces(2, 0);
+
+        record(true);
+        workspaces(3, 2);
+        QVERIFY(reapplied.wait(5000));
+        QCOMPARE(xfconf(image(2)), m_ours);
+        QCOMPARE(m_backend->picture(m_backend->screens().first()), m_ours);
+        QVERIFY(!QFile::exists(PlacementRecords(m_folder.path()).releasedFilePath()));
+    }
+
+    void aPictureTheUserChoosesIsLetGo()
+    {
+        QSignalSpy changed(m_backend.get(), &DesktopBackend::picturesChanged);
+        QSignalSpy released(m_keeper.get(), &WorkspaceKeeper::released);
+        xfconf(image(2), u"/theirs.png"_s);
+        QVERIFY(changed.wait(5000));
+        m_clock->advance(2999ms);
+        QCOMPARE(released.size(), 0);
+        m_clock->advance(1ms);
+        QCOMPARE(released.size(), 1);
+        const PlacementRecords records(m_folder.path());
+        QVERIFY(records.isReleased(displayIds(m_backend->screens()).first(), m_placement));
+
+        // Let go of: not put back on the next switch.
+        QSignalSpy reapplied(m_keeper.get(), &WorkspaceKeeper::reapplied);
+        workspaces(3, 1);
+        workspaces(3, 2);
+        QTest::qWait(500);
+        QCOMPARE(reapplied.size(), 0);
+        QCOMPARE(xfconf(image(2)), u"/theirs.png"_s);
+    }
+};
+
+QTEST_MAIN(WorkspaceKeeperTest)
+#include "test_workspace_keeper.moc"
