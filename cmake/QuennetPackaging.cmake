@@ -45,7 +45,7 @@ endfunction()
 quennet_install_man("${PROJECT_SOURCE_DIR}/src/app/quennet.1" app)
 quennet_install_man("${PROJECT_SOURCE_DIR}/devshop/quennet-devshop.1" devshop)
 
-install(TARGETS quennet RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
+install(TARGETS quennet quennet-helper RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
 install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
 
 set(CPACK_GENERATOR DEB)

@@ -12,12 +12,12 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-// Exec quoting of the desktop entry format: an argument with spaces or specials goes in quotes.
+// Exec quoting of the desktop entry format: an argument with spaces or reserved characters goes in quotes.
 QString quoted(const QString &argument)
 {
-    static const QString specials = uR"( "'\><~|&;$*?#()`)"_s;
+    static const QString reserved = uR"( "'\><~|&;$*?#()`)"_s;
     if (!argument.isEmpty()
-        && std::none_of(argument.begin(), argument.end(), [](QChar c) { return specials.contains(c); }))
+        && std::none_of(argument.begin(), argument.end(), [](QChar c) { return reserved.contains(c); }))
         return argument;
     QString escaped;
     for (const QChar c : argument) {
