@@ -2,10 +2,12 @@
 
 #include "account.h"
 #include "application_folder.h"
+#include "art_cache.h"
 #include "clock.h"
 #include "colour_scheme.h"
 #include "defaults.h"
 #include "desktop_backends.h"
+#include "desktop_palette.h"
 #include "desktop_shuffle_displays.h"
 #include "displays.h"
 #include "download_thread.h"
@@ -17,8 +19,10 @@
 #include "shop.h"
 #include "shop_shuffle_store.h"
 #include "shuffle.h"
+#include "shuffle_view.h"
 #include "sleep_watcher.h"
 #include "status_item_controller.h"
+#include "wallpaper_actions.h"
 #include "wallpaper_setter.h"
 
 #include <QApplication>
@@ -78,7 +82,7 @@ void AppDelegate::start()
     startShuffle();
 
     m_loginItem = new LoginItem(m_options.program, {}, this);
-    m_notice = new NoticePresenter(this);
+    startViews();
 
     // One engine for every view; each view is made the first time it shows.
     m_engine = new QQmlEngine(this);
@@ -101,8 +105,8 @@ void AppDelegate::startPlacement()
     DesktopBackend *backend = DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
                                                     folder, this);
     m_displays = new Displays(backend, PlacementRecords(folder), m_clock, this);
-    auto *scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
-    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), scheme, m_clock,
+    m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
+    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), m_scheme, m_clock,
                                    this);
 }
 
@@ -140,6 +144,29 @@ void AppDelegate::startShuffle()
                              .random = QRandomGenerator::system()},
                             this);
     m_shuffle->start();
+}
+
+void AppDelegate::startViews()
+{
+    m_notice = new NoticePresenter(this);
+    connect(m_shop, &Shop::messageChanged, m_notice,
+            [this] { m_notice->setNotice(m_shop->message()); });
+    connect(m_notice, &NoticePresenter::dismissed, m_shop, &Shop::dismissMessage);
+    m_actions = new WallpaperActions(m_shop, m_displays, m_favourites, m_notice, this);
+    m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
+    m_art = new ArtCache(m_network, this);
+    new DesktopPalette(m_scheme, this);
+    const auto followScheme = [this] {
+        m_art->setDark(m_scheme->isDark());
+        Q_EMIT darkChanged();
+    };
+    connect(m_scheme, &ColourScheme::changed, this, followScheme);
+    followScheme();
+}
+
+bool AppDelegate::isDark() const
+{
+    return m_scheme && m_scheme->isDark();
 }
 
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)

@@ -13,7 +13,9 @@
 
 #include <memory>
 
+class ArtCache;
 class Clock;
+class ColourScheme;
 class Defaults;
 class Displays;
 class DownloadThread;
@@ -25,7 +27,9 @@ class Shuffle;
 class WallpaperSetter;
 class QQmlEngine;
 class QQuickWindow;
+class ShuffleView;
 class StatusItemController;
+class WallpaperActions;
 
 // The composition root: builds the long-lived objects in start-up order, owns them for the life
 // of the process, and gives the views what they show.
@@ -38,6 +42,8 @@ class AppDelegate : public QObject
     Q_MOC_INCLUDE("favourites.h")
     Q_MOC_INCLUDE("shop.h")
     Q_MOC_INCLUDE("shuffle.h")
+    Q_MOC_INCLUDE("shuffle_view.h")
+    Q_MOC_INCLUDE("wallpaper_actions.h")
     Q_PROPERTY(Account *account READ account CONSTANT)
     Q_PROPERTY(LoginItem *loginItem READ loginItem CONSTANT)
     Q_PROPERTY(NoticePresenter *notice READ notice CONSTANT)
@@ -45,6 +51,9 @@ class AppDelegate : public QObject
     Q_PROPERTY(Displays *displays READ displays CONSTANT)
     Q_PROPERTY(Favourites *favourites READ favourites CONSTANT)
     Q_PROPERTY(Shuffle *shuffle READ shuffle CONSTANT)
+    Q_PROPERTY(WallpaperActions *actions READ actions CONSTANT)
+    Q_PROPERTY(ShuffleView *shuffleView READ shuffleView CONSTANT)
+    Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(QString libraryState READ libraryState NOTIFY libraryStateChanged)
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY libraryStateChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
@@ -77,6 +86,11 @@ public:
     [[nodiscard]] Favourites *favourites() const { return m_favourites; }
     [[nodiscard]] Shuffle *shuffle() const { return m_shuffle; }
     [[nodiscard]] StatusItemController *statusItem() const { return m_statusItem; }
+    [[nodiscard]] WallpaperActions *actions() const { return m_actions; }
+    [[nodiscard]] ShuffleView *shuffleView() const { return m_shuffleView; }
+    [[nodiscard]] ArtCache *artCache() const { return m_art; }
+    // The desktop prefers dark.
+    [[nodiscard]] bool isDark() const;
     // "signedOut", "loading", "unreachable" or "ready": which of the panel's states shows.
     [[nodiscard]] QString libraryState() const;
     [[nodiscard]] bool isSignedIn() const;
@@ -98,6 +112,7 @@ public:
 Q_SIGNALS:
     void libraryStateChanged();
     void settingsPaneChanged();
+    void darkChanged();
 
 private:
     static QCoro::Task<> restoreSession(QPointer<AppDelegate> self);
@@ -106,6 +121,7 @@ private:
     void startPlacement();
     void startStore();
     void startShuffle();
+    void startViews();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
 
     Options m_options;
@@ -115,6 +131,7 @@ private:
     Account *m_account = nullptr;
     std::shared_ptr<Clock> m_clock;
     Displays *m_displays = nullptr;
+    ColourScheme *m_scheme = nullptr;
     WallpaperSetter *m_setter = nullptr;
     DownloadThread *m_downloads = nullptr;
     Shop *m_shop = nullptr;
@@ -122,6 +139,9 @@ private:
     Shuffle *m_shuffle = nullptr;
     LoginItem *m_loginItem = nullptr;
     NoticePresenter *m_notice = nullptr;
+    WallpaperActions *m_actions = nullptr;
+    ShuffleView *m_shuffleView = nullptr;
+    ArtCache *m_art = nullptr;
     QQmlEngine *m_engine = nullptr;
     StatusItemController *m_statusItem = nullptr;
     QPointer<QQuickWindow> m_main;

@@ -1,6 +1,11 @@
 #pragma once
 
 #include "account.h"
+#include "displays.h"
+#include "favourites.h"
+#include "login_item.h"
+#include "shop.h"
+#include "shuffle.h"
 
 #include <QtQmlIntegration>
 
@@ -9,5 +14,40 @@ struct AccountForeign {
     Q_GADGET
     QML_FOREIGN(Account)
     QML_NAMED_ELEMENT(Account)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct ShopForeign {
+    Q_GADGET
+    QML_FOREIGN(Shop)
+    QML_NAMED_ELEMENT(Shop)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct DisplaysForeign {
+    Q_GADGET
+    QML_FOREIGN(Displays)
+    QML_NAMED_ELEMENT(Displays)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct FavouritesForeign {
+    Q_GADGET
+    QML_FOREIGN(Favourites)
+    QML_NAMED_ELEMENT(Favourites)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct ShuffleForeign {
+    Q_GADGET
+    QML_FOREIGN(Shuffle)
+    QML_NAMED_ELEMENT(Shuffle)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct LoginItemForeign {
+    Q_GADGET
+    QML_FOREIGN(LoginItem)
+    QML_NAMED_ELEMENT(LoginItem)
     QML_UNCREATABLE("made by the application")
 };

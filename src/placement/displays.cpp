@@ -159,6 +159,16 @@ bool Displays::save()
     return m_records.save(m_file);
 }
 
+void Displays::setUseOnAllSpaces(bool on)
+{
+    if (m_file.useOnAllSpaces == on)
+        return;
+    m_file.useOnAllSpaces = on;
+    Q_EMIT fileChanged();
+    if (!save())
+        qCWarning(lcDisplays) << "Could not save the placements";
+}
+
 void Displays::settle()
 {
     if (m_settling)

@@ -73,6 +73,8 @@ public:
 
     // Writes the records; false when they could not be written.
     bool save();
+    // "Use on all workspaces": stored in the records for the workspace helper to read.
+    void setUseOnAllSpaces(bool on);
 
 Q_SIGNALS:
     void allChanged();
