@@ -19,6 +19,21 @@ ColourwayListModel::ColourwayListModel(QObject *parent)
     connect(this, &QAbstractItemModel::dataChanged, this, bump);
 }
 
+Shop *ColourwayListModel::shop() const
+{
+    return m_shop;
+}
+
+Favourites *ColourwayListModel::favourites() const
+{
+    return m_favourites;
+}
+
+Displays *ColourwayListModel::displays() const
+{
+    return m_displays;
+}
+
 void ColourwayListModel::watch(QObject *source)
 {
     if (auto *shop = qobject_cast<Shop *>(source)) {

@@ -52,11 +52,11 @@ public:
 
     explicit ColourwayListModel(QObject *parent = nullptr);
 
-    [[nodiscard]] Shop *shop() const { return m_shop; }
+    [[nodiscard]] Shop *shop() const;
     void setShop(Shop *shop);
-    [[nodiscard]] Favourites *favourites() const { return m_favourites; }
+    [[nodiscard]] Favourites *favourites() const;
     void setFavourites(Favourites *favourites);
-    [[nodiscard]] Displays *displays() const { return m_displays; }
+    [[nodiscard]] Displays *displays() const;
     void setDisplays(Displays *displays);
     [[nodiscard]] QString pack() const { return m_pack; }
     void setPack(const QString &pack);

@@ -18,6 +18,16 @@ DisplayListModel::DisplayListModel(QObject *parent)
     connect(this, &QAbstractItemModel::dataChanged, this, bump);
 }
 
+Displays *DisplayListModel::displays() const
+{
+    return m_displays;
+}
+
+Shop *DisplayListModel::shop() const
+{
+    return m_shop;
+}
+
 void DisplayListModel::setDisplays(Displays *displays)
 {
     if (m_displays == displays)

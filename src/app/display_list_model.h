@@ -44,9 +44,9 @@ public:
 
     explicit DisplayListModel(QObject *parent = nullptr);
 
-    [[nodiscard]] Displays *displays() const { return m_displays; }
+    [[nodiscard]] Displays *displays() const;
     void setDisplays(Displays *displays);
-    [[nodiscard]] Shop *shop() const { return m_shop; }
+    [[nodiscard]] Shop *shop() const;
     void setShop(Shop *shop);
     [[nodiscard]] QRectF bounds() const { return m_bounds; }
     [[nodiscard]] QString mainId() const;

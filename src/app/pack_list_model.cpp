@@ -17,6 +17,11 @@ PackListModel::PackListModel(QObject *parent)
     connect(this, &QAbstractItemModel::dataChanged, this, bump);
 }
 
+Shop *PackListModel::shop() const
+{
+    return m_shop;
+}
+
 void PackListModel::setShop(Shop *shop)
 {
     if (m_shop == shop)

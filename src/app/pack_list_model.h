@@ -41,7 +41,7 @@ public:
 
     explicit PackListModel(QObject *parent = nullptr);
 
-    [[nodiscard]] Shop *shop() const { return m_shop; }
+    [[nodiscard]] Shop *shop() const;
     void setShop(Shop *shop);
     [[nodiscard]] bool ownedOnly() const { return m_ownedOnly; }
     void setOwnedOnly(bool ownedOnly);

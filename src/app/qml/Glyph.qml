@@ -1,7 +1,7 @@
 import QtQuick
 
 // A small line glyph drawn in the text colour, so the views need no icon theme: heart,
-// heart-filled, back, shuffle, check, warning, offline, plus, display, close.
+// heart-filled, back, shuffle, check, warning, saved, offline, plus, refresh, display, close.
 Canvas {
     id: glyph
 
@@ -77,6 +77,9 @@ Canvas {
             c.beginPath(); c.arc(7, 13, 1.2, 0, 2 * Math.PI); c.fill()
             c.beginPath(); c.moveTo(14.5, 6); c.lineTo(14.5, 10.5); c.stroke()
             c.beginPath(); c.arc(14.5, 13.3, 0.3, 0, 2 * Math.PI); c.stroke(); break
+        case "refresh":
+            c.beginPath(); c.arc(8, 8, 5.5, -0.35 * Math.PI, 1.45 * Math.PI); c.stroke()
+            c.beginPath(); c.moveTo(9.6, 0.9); c.lineTo(12.6, 2.9); c.lineTo(9.8, 5.4); c.stroke(); break
         case "display":
             c.beginPath(); c.rect(1.5, 2.5, 13, 9); c.stroke()
             c.beginPath(); c.moveTo(5.5, 14); c.lineTo(10.5, 14); c.stroke(); break

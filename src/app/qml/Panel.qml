@@ -83,6 +83,17 @@ Rectangle {
                 ToolTip.text: "Put back what the displays showed before"
                 onClicked: panel.app.actions.goBack()
             }
+            ToolButton {
+                visible: panel.ready
+                implicitWidth: 30
+                implicitHeight: 30
+                Accessible.name: "Check for New Files"
+                contentItem: Glyph { name: "refresh"; implicitWidth: 14; implicitHeight: 14 }
+                ToolTip.visible: hovered
+                ToolTip.delay: 800
+                ToolTip.text: "Check for New Files"
+                onClicked: panel.app.checkForNewFiles()
+            }
         }
 
         // What the library is waiting for.
