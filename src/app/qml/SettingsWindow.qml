@@ -123,7 +123,7 @@ ApplicationWindow {
         contentWidth: availableWidth
         ColumnLayout {
             width: generalPane.availableWidth
-            spacing: 6
+            spacing: 10
             PaneTitle { text: "General" }
             SettingSwitch {
                 text: "Open at login"
@@ -148,6 +148,7 @@ ApplicationWindow {
                 Label { text: "How often"; Layout.fillWidth: true }
                 ComboBox {
                     Layout.alignment: Qt.AlignRight
+                    Layout.rightMargin: 4
                     Layout.preferredWidth: 190
                     model: generalPane.app.shuffleView.intervals
                     currentIndex: generalPane.app.shuffleView.interval
@@ -157,6 +158,7 @@ ApplicationWindow {
                 Label { text: "Shuffle from"; Layout.fillWidth: true }
                 ComboBox {
                     Layout.alignment: Qt.AlignRight
+                    Layout.rightMargin: 4
                     Layout.preferredWidth: 190
                     model: generalPane.app.shuffleView.sources
                     currentIndex: generalPane.app.shuffleView.source
