@@ -9,14 +9,8 @@
 using namespace Qt::Literals::StringLiterals;
 
 ColourwayListModel::ColourwayListModel(QObject *parent)
-    : QAbstractListModel(parent)
+    : RowListModel(parent)
 {
-    const auto bump = [this] {
-        ++m_revision;
-        Q_EMIT revisionChanged();
-    };
-    connect(this, &QAbstractItemModel::modelReset, this, bump);
-    connect(this, &QAbstractItemModel::dataChanged, this, bump);
 }
 
 Shop *ColourwayListModel::shop() const
@@ -157,12 +151,9 @@ void ColourwayListModel::reload()
     }
     if (rows == m_rows)
         return;
-    const bool countChanges = rows.size() != m_rows.size();
     beginResetModel();
     m_rows = std::move(rows);
     endResetModel();
-    if (countChanges)
-        Q_EMIT countChanged();
 }
 
 void ColourwayListModel::fillStates(Row &row) const
@@ -297,15 +288,4 @@ int ColourwayListModel::indexOf(const QString &key) const
             return int(i);
     }
     return -1;
-}
-
-QVariant ColourwayListModel::get(int row, const QString &role) const
-{
-    const QByteArray name = role.toUtf8();
-    const auto roles = roleNames();
-    for (auto it = roles.cbegin(); it != roles.cend(); ++it) {
-        if (it.value() == name)
-            return data(index(row), it.key());
-    }
-    return {};
 }

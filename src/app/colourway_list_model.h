@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "row_list_model.h"
+
 #include <QPointer>
 #include <QtQmlIntegration>
 
@@ -11,7 +12,7 @@ class Shop;
 // The colourways of one pack (or of every pack the user has, or only the favourites) for the
 // browsers: artwork, the heart, whether it is new to the user, its editions, whether it is on disk
 // or downloading, and whether a display shows it.
-class ColourwayListModel : public QAbstractListModel {
+class ColourwayListModel : public RowListModel {
     Q_OBJECT
     QML_NAMED_ELEMENT(ColourwayList)
     Q_MOC_INCLUDE("displays.h")
@@ -23,9 +24,6 @@ class ColourwayListModel : public QAbstractListModel {
     // A pack slug; empty: the colourways of every pack the user may use.
     Q_PROPERTY(QString pack READ pack WRITE setPack NOTIFY inputsChanged)
     Q_PROPERTY(bool favouritesOnly READ favouritesOnly WRITE setFavouritesOnly NOTIFY inputsChanged)
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
-    // Counts every change, for bindings that read rows through get().
-    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
 
 public:
     enum Role {
@@ -63,19 +61,14 @@ public:
     [[nodiscard]] bool favouritesOnly() const { return m_favouritesOnly; }
     void setFavouritesOnly(bool only);
 
-    [[nodiscard]] int revision() const { return m_revision; }
-
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
     Q_INVOKABLE [[nodiscard]] int indexOf(const QString &key) const;
-    Q_INVOKABLE [[nodiscard]] QVariant get(int row, const QString &role) const;
 
 Q_SIGNALS:
     void inputsChanged();
-    void countChanged();
-    void revisionChanged();
 
 private:
     struct Row {
@@ -113,5 +106,4 @@ private:
     QString m_pack;
     bool m_favouritesOnly = false;
     QList<Row> m_rows;
-    int m_revision = 0;
 };

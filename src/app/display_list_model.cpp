@@ -8,14 +8,8 @@
 using namespace Qt::Literals::StringLiterals;
 
 DisplayListModel::DisplayListModel(QObject *parent)
-    : QAbstractListModel(parent)
+    : RowListModel(parent)
 {
-    const auto bump = [this] {
-        ++m_revision;
-        Q_EMIT revisionChanged();
-    };
-    connect(this, &QAbstractItemModel::modelReset, this, bump);
-    connect(this, &QAbstractItemModel::dataChanged, this, bump);
 }
 
 Displays *DisplayListModel::displays() const
@@ -104,12 +98,9 @@ void DisplayListModel::reload()
     }
     if (rows == m_rows)
         return;
-    const bool countChanges = rows.size() != m_rows.size();
     beginResetModel();
     m_rows = std::move(rows);
     endResetModel();
-    if (countChanges)
-        Q_EMIT countChanged();
 }
 
 QString DisplayListModel::mainId() const
@@ -188,17 +179,6 @@ int DisplayListModel::indexOf(const QString &id) const
             return int(i);
     }
     return -1;
-}
-
-QVariant DisplayListModel::get(int row, const QString &role) const
-{
-    const QByteArray name = role.toUtf8();
-    const auto roles = roleNames();
-    for (auto it = roles.cbegin(); it != roles.cend(); ++it) {
-        if (it.value() == name)
-            return data(index(row), it.key());
-    }
-    return {};
 }
 
 QStringList DisplayListModel::ids() const

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "row_list_model.h"
+
 #include <QPointer>
 #include <QRectF>
 #include <QtQmlIntegration>
@@ -10,19 +11,16 @@ class Shop;
 
 // The attached displays for the panel and the desk: where each is in the arrangement, what it
 // shows, and whether that is one of the user's wallpapers or "Not from your packs".
-class DisplayListModel : public QAbstractListModel {
+class DisplayListModel : public RowListModel {
     Q_OBJECT
     QML_NAMED_ELEMENT(DisplayList)
     Q_MOC_INCLUDE("displays.h")
     Q_MOC_INCLUDE("shop.h")
     Q_PROPERTY(Displays *displays READ displays WRITE setDisplays NOTIFY inputsChanged)
     Q_PROPERTY(Shop *shop READ shop WRITE setShop NOTIFY inputsChanged)
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
-    // Counts every change, for bindings that read rows through get().
-    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
     // The arrangement's bounding rectangle, for drawing it to scale.
     Q_PROPERTY(QRectF bounds READ bounds NOTIFY boundsChanged)
-    Q_PROPERTY(QString mainId READ mainId NOTIFY countChanged)
+    Q_PROPERTY(QString mainId READ mainId NOTIFY revisionChanged)
 
 public:
     enum Role {
@@ -51,20 +49,15 @@ public:
     [[nodiscard]] QRectF bounds() const { return m_bounds; }
     [[nodiscard]] QString mainId() const;
 
-    [[nodiscard]] int revision() const { return m_revision; }
-
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
     Q_INVOKABLE [[nodiscard]] int indexOf(const QString &id) const;
-    Q_INVOKABLE [[nodiscard]] QVariant get(int row, const QString &role) const;
     Q_INVOKABLE [[nodiscard]] QStringList ids() const;
 
 Q_SIGNALS:
     void inputsChanged();
-    void countChanged();
-    void revisionChanged();
     void boundsChanged();
 
 private:
@@ -92,5 +85,4 @@ private:
     QPointer<Shop> m_shop;
     QList<Row> m_rows;
     QRectF m_bounds;
-    int m_revision = 0;
 };

@@ -7,14 +7,8 @@
 using namespace Qt::Literals::StringLiterals;
 
 PackListModel::PackListModel(QObject *parent)
-    : QAbstractListModel(parent)
+    : RowListModel(parent)
 {
-    const auto bump = [this] {
-        ++m_revision;
-        Q_EMIT revisionChanged();
-    };
-    connect(this, &QAbstractItemModel::modelReset, this, bump);
-    connect(this, &QAbstractItemModel::dataChanged, this, bump);
 }
 
 Shop *PackListModel::shop() const
@@ -91,12 +85,9 @@ void PackListModel::reload()
         owned.append(others);
     if (owned == m_rows)
         return;
-    const bool countChanges = owned.size() != m_rows.size();
     beginResetModel();
     m_rows = std::move(owned);
     endResetModel();
-    if (countChanges)
-        Q_EMIT countChanged();
 }
 
 int PackListModel::rowCount(const QModelIndex &parent) const
@@ -172,15 +163,4 @@ int PackListModel::indexOf(const QString &slug) const
             return int(i);
     }
     return -1;
-}
-
-QVariant PackListModel::get(int row, const QString &role) const
-{
-    const QByteArray name = role.toUtf8();
-    const auto roles = roleNames();
-    for (auto it = roles.cbegin(); it != roles.cend(); ++it) {
-        if (it.value() == name)
-            return data(index(row), it.key());
-    }
-    return {};
 }

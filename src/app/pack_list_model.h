@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "row_list_model.h"
+
 #include <QPointer>
 #include <QtQmlIntegration>
 
@@ -8,16 +9,13 @@ class Shop;
 
 // The packs of the catalogue for the views: the user's own first, then the rest of the shop, each
 // in catalogue order, with how many of their colourways the user has not been shown yet.
-class PackListModel : public QAbstractListModel {
+class PackListModel : public RowListModel {
     Q_OBJECT
     QML_NAMED_ELEMENT(PackList)
     Q_MOC_INCLUDE("shop.h")
     Q_PROPERTY(Shop *shop READ shop WRITE setShop NOTIFY shopChanged)
     // Only the packs whose files the user may use.
     Q_PROPERTY(bool ownedOnly READ ownedOnly WRITE setOwnedOnly NOTIFY ownedOnlyChanged)
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
-    // Counts every change, for bindings that read rows through get().
-    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
 
 public:
     enum Role {
@@ -46,8 +44,6 @@ public:
     [[nodiscard]] bool ownedOnly() const { return m_ownedOnly; }
     void setOwnedOnly(bool ownedOnly);
 
-    [[nodiscard]] int revision() const { return m_revision; }
-
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -55,13 +51,10 @@ public:
     // The row of a pack, or -1.
     Q_INVOKABLE [[nodiscard]] int indexOf(const QString &slug) const;
     // One role of a row by name, for views that keep a current pack.
-    Q_INVOKABLE [[nodiscard]] QVariant get(int row, const QString &role) const;
 
 Q_SIGNALS:
     void shopChanged();
     void ownedOnlyChanged();
-    void countChanged();
-    void revisionChanged();
 
 private:
     struct Row {
@@ -88,5 +81,4 @@ private:
     QPointer<Shop> m_shop;
     bool m_ownedOnly = false;
     QList<Row> m_rows;
-    int m_revision = 0;
 };
