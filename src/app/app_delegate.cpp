@@ -2,10 +2,12 @@
 
 #include "account.h"
 #include "application_folder.h"
+#include "art_cache.h"
 #include "clock.h"
 #include "colour_scheme.h"
 #include "defaults.h"
 #include "desktop_backends.h"
+#include "desktop_palette.h"
 #include "desktop_shuffle_displays.h"
 #include "displays.h"
 #include "do_not_disturb_watchers.h"
@@ -20,9 +22,11 @@
 #include "shop.h"
 #include "shop_shuffle_store.h"
 #include "shuffle.h"
+#include "shuffle_view.h"
 #include "sleep_watcher.h"
 #include "spaces_helper.h"
 #include "status_item_controller.h"
+#include "wallpaper_actions.h"
 #include "wallpaper_setter.h"
 
 #include <QApplication>
@@ -83,7 +87,7 @@ void AppDelegate::start()
     startFocusFilter();
 
     m_loginItem = new LoginItem(m_options.program, {}, this);
-    m_notice = new NoticePresenter(this);
+    startViews();
 
     // One engine for every view; each view is made the first time it shows.
     m_engine = new QQmlEngine(this);
@@ -111,8 +115,8 @@ void AppDelegate::startPlacement()
     DesktopBackend *backend = DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
                                                     folder, this);
     m_displays = new Displays(backend, PlacementRecords(folder), m_clock, this);
-    auto *scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
-    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), scheme, m_clock,
+    m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
+    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), m_scheme, m_clock,
                                    this);
     // The workspace helper beside this program; the store tells it of every new placement.
     m_spaces = new SpacesHelper(
@@ -169,6 +173,29 @@ void AppDelegate::startFocusFilter()
         DoNotDisturbWatchers::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), this);
     m_focusFilter = new FocusFilter(m_defaults.get(), watcher, m_shuffle, m_shuffleStore, this);
     m_focusFilter->start();
+}
+
+void AppDelegate::startViews()
+{
+    m_notice = new NoticePresenter(this);
+    connect(m_shop, &Shop::messageChanged, m_notice,
+            [this] { m_notice->setNotice(m_shop->message()); });
+    connect(m_notice, &NoticePresenter::dismissed, m_shop, &Shop::dismissMessage);
+    m_actions = new WallpaperActions(m_shop, m_displays, m_favourites, m_notice, this);
+    m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
+    m_art = new ArtCache(m_network, this);
+    new DesktopPalette(m_scheme, this);
+    const auto followScheme = [this] {
+        m_art->setDark(m_scheme->isDark());
+        Q_EMIT darkChanged();
+    };
+    connect(m_scheme, &ColourScheme::changed, this, followScheme);
+    followScheme();
+}
+
+bool AppDelegate::isDark() const
+{
+    return m_scheme && m_scheme->isDark();
 }
 
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)

@@ -13,7 +13,9 @@
 
 #include <memory>
 
+class ArtCache;
 class Clock;
+class ColourScheme;
 class Defaults;
 class Displays;
 class DownloadThread;
@@ -28,7 +30,9 @@ class SpacesHelper;
 class WallpaperSetter;
 class QQmlEngine;
 class QQuickWindow;
+class ShuffleView;
 class StatusItemController;
+class WallpaperActions;
 
 // The composition root: builds the long-lived objects in start-up order, owns them for the life
 // of the process, and gives the views what they show.
@@ -43,6 +47,8 @@ class AppDelegate : public QObject
     Q_MOC_INCLUDE("shuffle.h")
     Q_MOC_INCLUDE("spaces_helper.h")
     Q_MOC_INCLUDE("focus_filter.h")
+    Q_MOC_INCLUDE("shuffle_view.h")
+    Q_MOC_INCLUDE("wallpaper_actions.h")
     Q_PROPERTY(Account *account READ account CONSTANT)
     Q_PROPERTY(LoginItem *loginItem READ loginItem CONSTANT)
     Q_PROPERTY(NoticePresenter *notice READ notice CONSTANT)
@@ -52,6 +58,9 @@ class AppDelegate : public QObject
     Q_PROPERTY(Shuffle *shuffle READ shuffle CONSTANT)
     Q_PROPERTY(SpacesHelper *spacesHelper READ spacesHelper CONSTANT)
     Q_PROPERTY(FocusFilter *focusFilter READ focusFilter CONSTANT)
+    Q_PROPERTY(WallpaperActions *actions READ actions CONSTANT)
+    Q_PROPERTY(ShuffleView *shuffleView READ shuffleView CONSTANT)
+    Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(QString libraryState READ libraryState NOTIFY libraryStateChanged)
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY libraryStateChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
@@ -86,6 +95,11 @@ public:
     [[nodiscard]] SpacesHelper *spacesHelper() const { return m_spaces; }
     [[nodiscard]] FocusFilter *focusFilter() const { return m_focusFilter; }
     [[nodiscard]] StatusItemController *statusItem() const { return m_statusItem; }
+    [[nodiscard]] WallpaperActions *actions() const { return m_actions; }
+    [[nodiscard]] ShuffleView *shuffleView() const { return m_shuffleView; }
+    [[nodiscard]] ArtCache *artCache() const { return m_art; }
+    // The desktop prefers dark.
+    [[nodiscard]] bool isDark() const;
     // "signedOut", "loading", "unreachable" or "ready": which of the panel's states shows.
     [[nodiscard]] QString libraryState() const;
     [[nodiscard]] bool isSignedIn() const;
@@ -107,6 +121,7 @@ public:
 Q_SIGNALS:
     void libraryStateChanged();
     void settingsPaneChanged();
+    void darkChanged();
 
 private:
     static QCoro::Task<> restoreSession(QPointer<AppDelegate> self);
@@ -116,6 +131,7 @@ private:
     void startStore();
     void startShuffle();
     void startFocusFilter();
+    void startViews();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
 
     Options m_options;
@@ -125,6 +141,7 @@ private:
     Account *m_account = nullptr;
     std::shared_ptr<Clock> m_clock;
     Displays *m_displays = nullptr;
+    ColourScheme *m_scheme = nullptr;
     WallpaperSetter *m_setter = nullptr;
     DownloadThread *m_downloads = nullptr;
     Shop *m_shop = nullptr;
@@ -135,6 +152,9 @@ private:
     ShuffleStore *m_shuffleStore = nullptr;
     LoginItem *m_loginItem = nullptr;
     NoticePresenter *m_notice = nullptr;
+    WallpaperActions *m_actions = nullptr;
+    ShuffleView *m_shuffleView = nullptr;
+    ArtCache *m_art = nullptr;
     QQmlEngine *m_engine = nullptr;
     StatusItemController *m_statusItem = nullptr;
     QPointer<QQuickWindow> m_main;

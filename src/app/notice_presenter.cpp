@@ -21,6 +21,17 @@ void NoticePresenter::setNotice(const std::optional<Notice> &notice)
     }
 }
 
+void NoticePresenter::showFailure(const QString &message)
+{
+    setNotice(Notice::failed(message));
+}
+
+void NoticePresenter::dismiss()
+{
+    setNotice(std::nullopt);
+    Q_EMIT dismissed();
+}
+
 QString NoticePresenter::kind() const
 {
     if (!m_notice) {

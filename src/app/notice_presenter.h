@@ -23,6 +23,9 @@ public:
     explicit NoticePresenter(QObject *parent = nullptr);
 
     void setNotice(const std::optional<Notice> &notice);
+    // A failure of something the user asked for in the views; it stays until the store's next
+    // notice or a dismissal.
+    void showFailure(const QString &message);
 
     [[nodiscard]] bool isVisible() const { return m_notice.has_value(); }
     // "downloading", "saved", "failed", or empty without a notice.
@@ -34,9 +37,12 @@ public:
 
     // Shows a saved file in the file manager.
     Q_INVOKABLE void showInFolder() const;
+    // The close button of a saved or failed notice.
+    Q_INVOKABLE void dismiss();
 
 Q_SIGNALS:
     void changed();
+    void dismissed();
 
 private:
     std::optional<Notice> m_notice;

@@ -118,7 +118,7 @@ bool StatusItemController::preparePanel()
         return m_panel->status() == QQuickView::Ready;
     }
     m_panel = new PanelWindow(m_engine);
-    m_panel->setTitle(u"Quennet"_s);
+    m_panel->setTitle(u"Quennet Panel"_s);
     m_panel->setInitialProperties(m_rootProperties);
     m_panel->setSource(QUrl(u"qrc:/qt/qml/Quennet/qml/Panel.qml"_s));
     if (m_panel->status() != QQuickView::Ready) {

@@ -169,6 +169,7 @@ void Displays::setUseOnAllSpaces(bool on)
     m_file.useOnAllSpaces = on;
     if (!save())
         qCWarning(lcDisplays) << "Could not save the placements";
+    Q_EMIT fileChanged();
     Q_EMIT useOnAllSpacesChanged();
 }
 

@@ -3,17 +3,62 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Quennet
 
-// The main window: the packs, the desk with the display arrangement, and the colourways.
+// The main window: the packs, the desk with the display arrangement, the colourways with their
+// hearts, and the phases of a time-of-day wallpaper.
 ApplicationWindow {
     id: window
 
     required property AppDelegate app
+    readonly property bool ready: app.libraryState === "ready"
+    // A pack slug, or "" for the favourites.
+    property string browsing: packs.revision, packs.count > 0 ? packs.get(0, "slug") : ""
+    property string target: displayList.mainId
+    property string selectedKey
+    readonly property int browsingRow: packs.revision, packs.indexOf(browsing)
+    readonly property bool browsingOwned: browsing === "" || packRole("owned") === true
+    readonly property int targetRow: displayList.revision, displayList.indexOf(target)
+
+    // One role of the pack browsed, kept current as the library changes.
+    function packRole(role) {
+        return packs.revision, browsingRow >= 0 ? packs.get(browsingRow, role) : undefined
+    }
+    function targetRole(role) {
+        return displayList.revision, targetRow >= 0 ? displayList.get(targetRow, role) : undefined
+    }
 
     title: "Quennet"
-    width: 960
-    height: 640
-    minimumWidth: 720
-    minimumHeight: 480
+    width: 1000
+    height: 700
+    minimumWidth: 760
+    minimumHeight: 520
+
+    // Leaving a pack means its colourways have been seen.
+    onBrowsingChanged: {
+        app.actions.markSeen(seenPack)
+        seenPack = browsing
+        selectedKey = ""
+    }
+    property string seenPack: browsing
+    onClosing: app.actions.markSeen(browsing)
+
+    PackList {
+        id: packs
+        shop: window.app.shop
+    }
+    DisplayList {
+        id: displayList
+        displays: window.app.displays
+        shop: window.app.shop
+        onCountChanged: if (indexOf(window.target) < 0) window.target = mainId
+    }
+    ColourwayList {
+        id: colourways
+        shop: window.app.shop
+        favourites: window.app.favourites
+        displays: window.app.displays
+        pack: window.browsing
+        favouritesOnly: window.browsing === ""
+    }
 
     menuBar: MenuBar {
         Menu {
@@ -41,6 +86,11 @@ ApplicationWindow {
             }
             MenuSeparator {}
             Action {
+                text: "Close Window"
+                shortcut: StandardKey.Close
+                onTriggered: window.close()
+            }
+            Action {
                 text: "Quit Quennet"
                 shortcut: StandardKey.Quit
                 onTriggered: window.app.quit()
@@ -48,17 +98,28 @@ ApplicationWindow {
         }
     }
 
-    // Signed out, the window is the sign-in sheet.
-    Pane {
-        anchors.fill: parent
-        visible: window.app.libraryState === "signedOut"
-        SignInSheet {
-            anchors.centerIn: parent
-            width: Math.min(parent.width - 48, 420)
-            app: window.app
+    footer: Pane {
+        visible: window.app.notice.visible
+        padding: 8
+        leftPadding: 16
+        rightPadding: 12
+        background: Rectangle {
+            color: palette.window
+            Rectangle { width: parent.width; height: 1; color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.12) }
+        }
+        NoticeView {
+            width: parent.width
+            notice: window.app.notice
         }
     }
 
+    // Signed out, the window is the sign-in sheet.
+    SignInSheet {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 48, 420)
+        visible: window.app.libraryState === "signedOut"
+        app: window.app
+    }
     StateMessage {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
@@ -70,10 +131,400 @@ ApplicationWindow {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
         visible: window.app.libraryState === "unreachable"
-        symbol: "\u26a0"
+        symbol: "offline"
         title: "Can't reach the shop"
         detail: "Check your connection and try again."
         actionText: "Try Again"
         onAction: window.app.checkForNewFiles()
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        visible: window.ready
+        spacing: 0
+
+        // The packs.
+        Rectangle {
+            Layout.fillHeight: true
+            Layout.preferredWidth: 230
+            color: Qt.darker(palette.window, window.app.dark ? 1.15 : 1.035)
+
+            ListView {
+                id: sidebar
+                anchors.fill: parent
+                anchors.topMargin: 10
+                clip: true
+                model: packs
+                boundsBehavior: Flickable.StopAtBounds
+                header: SidebarRow {
+                    width: ListView.view.width
+                    title: "Favourites"
+                    glyph: "heart"
+                    selected: window.browsing === ""
+                    onClicked: window.browsing = ""
+                }
+                section.property: "section"
+                section.delegate: Label {
+                    required property string section
+                    width: ListView.view.width
+                    leftPadding: 18
+                    topPadding: 14
+                    bottomPadding: 4
+                    text: section
+                    font.pixelSize: 11
+                    font.weight: Font.DemiBold
+                    color: palette.placeholderText
+                }
+                delegate: SidebarRow {
+                    required property var model
+                    width: ListView.view.width
+                    title: model.name
+                    artwork: window.app.dark ? model.artworkDark : model.artwork
+                    badge: model.newCount
+                    selected: window.browsing === model.slug
+                    onClicked: window.browsing = model.slug
+                }
+            }
+        }
+        Rectangle {
+            Layout.fillHeight: true
+            implicitWidth: 1
+            color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.12)
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.margins: 20
+            Layout.bottomMargin: 0
+            spacing: 14
+
+            // The pack.
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 12
+                ColumnLayout {
+                    Layout.fillWidth: true
+                    spacing: 2
+                    Label {
+                        Layout.fillWidth: true
+                        text: window.browsing === "" ? "Favourites" : (window.packRole("name") ?? "")
+                        font.pixelSize: 22
+                        font.weight: Font.DemiBold
+                        elide: Text.ElideRight
+                    }
+                    Label {
+                        Layout.fillWidth: true
+                        text: window.browsing === "" ? "The colourways with a heart, for you and for Shuffle."
+                                                     : (window.packRole("line") ?? "")
+                        color: palette.placeholderText
+                        elide: Text.ElideRight
+                    }
+                }
+                Label {
+                    visible: !window.browsingOwned
+                    text: window.packRole("price") ?? ""
+                    font.weight: Font.DemiBold
+                }
+                Button {
+                    visible: !window.browsingOwned
+                    text: "View in Shop"
+                    highlighted: true
+                    onClicked: window.app.actions.openPage(window.packRole("url"))
+                }
+                Button {
+                    visible: window.browsing !== "" && window.browsingOwned
+                             && window.packRole("hasDesktopFiles") === true
+                    text: "Save Desktop Files to Downloads"
+                    onClicked: window.app.actions.saveDesktopFiles(window.browsing)
+                }
+            }
+
+            // The desk: the displays as they stand.
+            Rectangle {
+                Layout.fillWidth: true
+                implicitHeight: deskColumn.implicitHeight + 24
+                radius: 10
+                color: Qt.darker(palette.window, window.app.dark ? 1.2 : 1.05)
+                ColumnLayout {
+                    id: deskColumn
+                    anchors { left: parent.left; right: parent.right; top: parent.top; margins: 12 }
+                    spacing: 8
+                    Desk {
+                        Layout.fillWidth: true
+                        displays: displayList
+                        selectedId: window.target
+                        maxHeight: 150
+                        gap: 10
+                        onChosen: id => window.target = id
+                    }
+                    RowLayout {
+                        Layout.fillWidth: true
+                        visible: displayList.count > 1
+                        Label {
+                            Layout.fillWidth: true
+                            text: "A click on a colourway sets it on " + (window.targetRole("name") ?? "")
+                                  + ". Choose another display above."
+                            color: palette.placeholderText
+                            font.pixelSize: 12
+                            elide: Text.ElideRight
+                        }
+                        Button {
+                            flat: true
+                            text: "Set on All Displays"
+                            enabled: window.targetRole("own") === true
+                            onClicked: window.app.actions.setOnAllDisplays(window.target)
+                        }
+                        Button {
+                            flat: true
+                            visible: window.app.actions.canGoBack
+                            enabled: !window.app.actions.isGoingBack
+                            text: "Back"
+                            onClicked: window.app.actions.goBack()
+                        }
+                    }
+                }
+            }
+
+            RowLayout {
+                Layout.fillWidth: true
+                visible: window.browsingOwned
+                spacing: 10
+                Label {
+                    text: "Edition"
+                    color: palette.placeholderText
+                }
+                Segmented {
+                    id: edition
+                }
+                Item { Layout.fillWidth: true }
+                Label {
+                    text: colourways.count === 1 ? "1 colourway" : colourways.count + " colourways"
+                    color: palette.placeholderText
+                    font.pixelSize: 12
+                }
+            }
+
+            // The colourways.
+            GridView {
+                id: grid
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                clip: true
+                readonly property int columns: Math.max(2, Math.floor(width / 210))
+                cellWidth: width / columns
+                cellHeight: (cellWidth - 16) * 10 / 16 + 40
+                boundsBehavior: Flickable.StopAtBounds
+                model: colourways
+                ScrollBar.vertical: ScrollBar {}
+                delegate: ColourwayTile {
+                    required property var model
+                    x: 8
+                    width: grid.cellWidth - 16
+                    name: model.name
+                    artwork: window.app.dark ? model.previewDark : model.preview
+                    favourite: model.favourite
+                    isNew: model.isNew
+                    owned: model.owned
+                    shown: model.shown
+                    progress: model.progress
+                    selected: window.selectedKey === model.key
+                    busy: model.downloading || window.app.actions.setting.indexOf(model.key) >= 0
+                    onActivated: {
+                        window.selectedKey = model.key
+                        window.app.actions.setWallpaper(model.pack, model.slug, edition.edition, [window.target])
+                    }
+                    onFavouriteToggled: window.app.actions.toggleFavourite(model.pack, model.slug)
+                    onMenuRequested: {
+                        tileMenu.pack = model.pack
+                        tileMenu.slug = model.slug
+                        tileMenu.favourite = model.favourite
+                        tileMenu.popup()
+                    }
+                }
+                Label {
+                    anchors.centerIn: parent
+                    visible: grid.count === 0
+                    color: palette.placeholderText
+                    text: window.browsing === "" ? "Add favourites with the heart on a colourway."
+                                                 : "This pack has no colourways yet."
+                }
+            }
+
+            // The phases of the chosen time-of-day colourway.
+            ColumnLayout {
+                id: strip
+                readonly property int row: colourways.revision, colourways.indexOf(window.selectedKey)
+                readonly property var phases: colourways.revision, row >= 0 ? colourways.get(row, "phases") : []
+                Layout.fillWidth: true
+                Layout.bottomMargin: 14
+                visible: phases.length > 0
+                spacing: 6
+                Label {
+                    text: "Through the day: " + (colourways.revision, strip.row >= 0 ? colourways.get(strip.row, "name") : "")
+                    font.weight: Font.DemiBold
+                }
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: 8
+                    Repeater {
+                        model: strip.phases
+                        delegate: ColumnLayout {
+                            required property var modelData
+                            Layout.fillWidth: true
+                            Layout.maximumWidth: 150
+                            spacing: 3
+                            ArtImage {
+                                Layout.fillWidth: true
+                                Layout.preferredHeight: width * 10 / 16
+                                radius: 6
+                                url: modelData.url
+                                placeholderColor: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.08)
+                            }
+                            Label {
+                                Layout.fillWidth: true
+                                horizontalAlignment: Text.AlignHCenter
+                                text: modelData.label
+                                font.pixelSize: 11
+                                color: palette.placeholderText
+                                elide: Text.ElideRight
+                            }
+                        }
+                    }
+                    Item { Layout.fillWidth: true }
+                }
+            }
+            Item { Layout.preferredHeight: 0 }
+        }
+    }
+
+    Menu {
+        id: tileMenu
+        property string pack
+        property string slug
+        property bool favourite
+        MenuItem {
+            text: "Set on All Displays"
+            onTriggered: window.app.actions.setWallpaper(tileMenu.pack, tileMenu.slug, edition.edition, [])
+        }
+        MenuSeparator {}
+        MenuItem {
+            text: tileMenu.favourite ? "Remove from Favourites" : "Add to Favourites"
+            onTriggered: window.app.actions.toggleFavourite(tileMenu.pack, tileMenu.slug)
+        }
+    }
+
+    component SidebarRow: ItemDelegate {
+        id: row
+        property string title
+        property url artwork
+        property string glyph
+        property int badge: 0
+        property bool selected: false
+        height: 40
+        leftPadding: 12
+        rightPadding: 12
+        background: Rectangle {
+            anchors.fill: parent
+            anchors.leftMargin: 8
+            anchors.rightMargin: 8
+            radius: 7
+            color: row.selected ? palette.highlight
+                                : row.hovered ? Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.06)
+                                              : "transparent"
+        }
+        contentItem: RowLayout {
+            spacing: 10
+            Item {
+                Layout.preferredWidth: 36
+                Layout.preferredHeight: 24
+                Layout.leftMargin: 4
+                ArtImage {
+                    anchors.fill: parent
+                    visible: row.glyph === ""
+                    radius: 4
+                    url: row.artwork
+                    placeholderColor: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.08)
+                }
+                Glyph {
+                    anchors.centerIn: parent
+                    visible: row.glyph !== ""
+                    name: row.glyph
+                    color: row.selected ? palette.highlightedText : "#e0475b"
+                }
+            }
+            Label {
+                Layout.fillWidth: true
+                text: row.title
+                elide: Text.ElideRight
+                color: row.selected ? palette.highlightedText : palette.windowText
+            }
+            Rectangle {
+                visible: row.badge > 0
+                implicitWidth: Math.max(18, badgeText.implicitWidth + 10)
+                implicitHeight: 18
+                radius: 9
+                color: row.selected ? palette.highlightedText : palette.highlight
+                Label {
+                    id: badgeText
+                    anchors.centerIn: parent
+                    text: row.badge
+                    font.pixelSize: 10
+                    font.weight: Font.DemiBold
+                    color: row.selected ? palette.highlight : palette.highlightedText
+                }
+            }
+        }
+    }
+
+    // The editions side by side in one rounded frame, one chosen.
+    component Segmented: Rectangle {
+        id: segmented
+        property string edition: "appearance"
+        readonly property var editions: [
+            { raw: "appearance", label: "Automatic" },
+            { raw: "time-of-day", label: "Time of day" },
+            { raw: "light", label: "Light" },
+            { raw: "dark", label: "Dark" }
+        ]
+        implicitWidth: segments.implicitWidth + 4
+        implicitHeight: 28
+        radius: 7
+        color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.07)
+        Row {
+            id: segments
+            anchors.centerIn: parent
+            spacing: 2
+            Repeater {
+                model: segmented.editions
+                delegate: AbstractButton {
+                    id: segment
+                    required property var modelData
+                    readonly property bool chosen: segmented.edition === modelData.raw
+                    implicitWidth: label.implicitWidth + 24
+                    implicitHeight: 24
+                    Accessible.name: modelData.label
+                    Accessible.checkable: true
+                    Accessible.checked: chosen
+                    background: Rectangle {
+                        radius: 5
+                        color: segment.chosen ? palette.base
+                                              : segment.hovered ? Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.06)
+                                                                : "transparent"
+                        border.width: segment.chosen ? 1 : 0
+                        border.color: Qt.rgba(0, 0, 0, 0.15)
+                    }
+                    contentItem: Label {
+                        id: label
+                        text: segment.modelData.label
+                        horizontalAlignment: Text.AlignHCenter
+                        verticalAlignment: Text.AlignVCenter
+                        font.pixelSize: 12
+                        font.weight: segment.chosen ? Font.DemiBold : Font.Normal
+                    }
+                    onClicked: segmented.edition = modelData.raw
+                }
+            }
+        }
     }
 }

@@ -12,23 +12,46 @@ RowLayout {
     visible: notice.visible
     spacing: 8
 
-    ProgressBar {
+    // A small ring that fills as the downloads progress.
+    Canvas {
+        id: ring
         visible: view.notice.kind === "downloading"
-        Layout.preferredWidth: 48
-        from: 0
-        to: 1
-        value: view.notice.fraction
+        implicitWidth: 16
+        implicitHeight: 16
+        property real fraction: view.notice.fraction
+        property color track: palette.mid
+        property color fill: palette.highlight
+        onFractionChanged: requestPaint()
+        onVisibleChanged: requestPaint()
+        onPaint: {
+            const c = getContext("2d")
+            c.reset()
+            c.lineWidth = 2.2
+            c.strokeStyle = track
+            c.beginPath(); c.arc(8, 8, 6, 0, 2 * Math.PI); c.stroke()
+            c.strokeStyle = fill
+            c.lineCap = "round"
+            c.beginPath()
+            c.arc(8, 8, 6, -Math.PI / 2, -Math.PI / 2 + 2 * Math.PI * Math.max(0.02, fraction))
+            c.stroke()
+        }
     }
-    Label {
-        visible: view.notice.kind !== "downloading"
-        text: view.notice.kind === "saved" ? "\u2714" : "\u26a0"
-        color: view.notice.kind === "saved" ? "#2e9d4f" : "#d9a400"
-        font.pixelSize: 14
+    Glyph {
+        visible: view.notice.kind === "saved"
+        name: "saved"
+        color: "#2ea043"
+    }
+    Glyph {
+        visible: view.notice.kind === "failed"
+        name: "warning"
+        color: "#e5b400"
     }
     Label {
         Layout.fillWidth: true
         text: view.notice.text
+        wrapMode: view.notice.kind === "failed" ? Text.WordWrap : Text.NoWrap
         elide: Text.ElideMiddle
+        maximumLineCount: 3
     }
     Label {
         visible: view.notice.kind === "downloading"
@@ -47,5 +70,13 @@ RowLayout {
         text: "Show in Folder"
         flat: true
         onClicked: view.notice.showInFolder()
+    }
+    ToolButton {
+        visible: view.notice.kind === "saved" || view.notice.kind === "failed"
+        implicitWidth: 24
+        implicitHeight: 24
+        Accessible.name: "Dismiss"
+        contentItem: Glyph { name: "close"; color: palette.placeholderText; implicitWidth: 12; implicitHeight: 12 }
+        onClicked: view.notice.dismiss()
     }
 }

@@ -3,29 +3,63 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Quennet
 
-// The tray panel: what the library can show now, and the notice line.
+// The tray panel: each display with what it shows, the shuffle, the user's colourways to choose
+// from, and the notice line; or what the library is waiting for.
 Rectangle {
     id: panel
 
     required property AppDelegate app
+    readonly property bool ready: app.libraryState === "ready"
+    // The display the next colourway goes to.
+    property string target: displayList.mainId
+    // A pack slug, or "" for the favourites.
+    property string browsing: packs.revision, packs.count > 0 ? packs.get(0, "slug") : ""
+    readonly property int targetRow: displayList.revision, displayList.indexOf(target)
     signal closeRequested()
+
+    function targetRole(role) {
+        return displayList.revision, targetRow >= 0 ? displayList.get(targetRow, role) : undefined
+    }
 
     implicitWidth: 360
     implicitHeight: content.implicitHeight + 2 * content.y
     color: palette.window
-    border.color: palette.mid
+    border.color: Qt.darker(palette.window, 1.35)
     // Square: without a compositor, rounded corners would show black.
     radius: 0
 
+    DisplayList {
+        id: displayList
+        displays: panel.app.displays
+        shop: panel.app.shop
+        onCountChanged: if (indexOf(panel.target) < 0) panel.target = mainId
+    }
+    PackList {
+        id: packs
+        shop: panel.app.shop
+        ownedOnly: true
+        onCountChanged: if (panel.browsing !== "" && indexOf(panel.browsing) < 0)
+                            panel.browsing = count > 0 ? get(0, "slug") : ""
+    }
+    ColourwayList {
+        id: colourways
+        shop: panel.app.shop
+        favourites: panel.app.favourites
+        displays: panel.app.displays
+        pack: panel.browsing
+        favouritesOnly: panel.browsing === ""
+    }
+
     ColumnLayout {
         id: content
-        x: 16
-        y: 14
+        x: 14
+        y: 12
         width: panel.width - 2 * x
-        spacing: 12
+        spacing: 10
 
         RowLayout {
             Layout.fillWidth: true
+            spacing: 4
             Label {
                 Layout.fillWidth: true
                 text: "Quennet"
@@ -33,28 +67,50 @@ Rectangle {
                 font.weight: Font.DemiBold
             }
             ToolButton {
-                text: "Open Quennet"
-                onClicked: {
-                    panel.closeRequested()
-                    panel.app.openMain()
+                visible: panel.app.actions.canGoBack && panel.ready
+                enabled: !panel.app.actions.isGoingBack
+                text: "Back"
+                icon.width: 0
+                leftPadding: 6
+                rightPadding: 8
+                contentItem: RowLayout {
+                    spacing: 2
+                    Glyph { name: "back"; implicitWidth: 14; implicitHeight: 14 }
+                    Label { text: "Back" }
                 }
+                ToolTip.visible: hovered
+                ToolTip.delay: 800
+                ToolTip.text: "Put back what the displays showed before"
+                onClicked: panel.app.actions.goBack()
+            }
+            ToolButton {
+                visible: panel.ready
+                implicitWidth: 30
+                implicitHeight: 30
+                Accessible.name: "Check for New Files"
+                contentItem: Glyph { name: "refresh"; implicitWidth: 14; implicitHeight: 14 }
+                ToolTip.visible: hovered
+                ToolTip.delay: 800
+                ToolTip.text: "Check for New Files"
+                onClicked: panel.app.checkForNewFiles()
             }
         }
 
+        // What the library is waiting for.
         StateMessage {
             Layout.fillWidth: true
-            Layout.topMargin: 24
-            Layout.bottomMargin: 24
+            Layout.topMargin: 28
+            Layout.bottomMargin: 28
             visible: panel.app.libraryState === "loading"
             busy: true
             title: "Loading your packs…"
         }
         ColumnLayout {
             Layout.fillWidth: true
-            Layout.topMargin: 12
-            Layout.bottomMargin: 12
+            Layout.topMargin: 8
+            Layout.bottomMargin: 8
             visible: panel.app.libraryState === "signedOut"
-            spacing: 12
+            spacing: 14
             Label {
                 Layout.fillWidth: true
                 horizontalAlignment: Text.AlignHCenter
@@ -71,11 +127,131 @@ Rectangle {
             Layout.topMargin: 24
             Layout.bottomMargin: 24
             visible: panel.app.libraryState === "unreachable"
-            symbol: "\u26a0"
+            symbol: "offline"
             title: "Can't reach the shop"
             detail: "Check your connection and try again."
             actionText: "Try Again"
             onAction: panel.app.checkForNewFiles()
+        }
+
+        // The displays.
+        ColumnLayout {
+            Layout.fillWidth: true
+            visible: panel.ready && displayList.count > 0
+            spacing: 6
+            Desk {
+                Layout.fillWidth: true
+                displays: displayList
+                selectedId: panel.target
+                maxHeight: 104
+                onChosen: id => panel.target = id
+            }
+            RowLayout {
+                Layout.fillWidth: true
+                visible: displayList.count > 1
+                Label {
+                    Layout.fillWidth: true
+                    text: "Choosing for " + (panel.targetRole("name") ?? "")
+                    color: palette.placeholderText
+                    font.pixelSize: 11
+                    elide: Text.ElideRight
+                }
+                Button {
+                    flat: true
+                    font.pixelSize: 12
+                    text: "Set on All Displays"
+                    enabled: panel.targetRole("own") === true
+                    onClicked: panel.app.actions.setOnAllDisplays(panel.target)
+                }
+            }
+        }
+
+        Separator { visible: panel.ready }
+
+        ShuffleBlock {
+            Layout.fillWidth: true
+            visible: panel.ready
+            shuffle: panel.app.shuffleView
+        }
+
+        Separator { visible: panel.ready }
+
+        // The colourways to choose from.
+        RowLayout {
+            Layout.fillWidth: true
+            visible: panel.ready
+            spacing: 6
+            ComboBox {
+                id: packChoice
+                Layout.fillWidth: true
+                textRole: "name"
+                valueRole: "slug"
+                model: packs.revision, [{ slug: "", name: "Favourites" }].concat(
+                           Array.from({ length: packs.count }, (_, i) => ({ slug: packs.get(i, "slug"),
+                                                                            name: packs.get(i, "name") })))
+                currentIndex: Math.max(0, model.findIndex(entry => entry.slug === panel.browsing))
+                onActivated: panel.browsing = currentValue
+                Accessible.name: "Pack"
+            }
+            EditionChoice {
+                id: edition
+                Layout.preferredWidth: 128
+            }
+        }
+
+        GridView {
+            id: grid
+            Layout.fillWidth: true
+            visible: panel.ready
+            // The keyboard chooses too: arrows move, Return sets.
+            focus: panel.ready
+            keyNavigationEnabled: true
+            currentIndex: 0
+            Keys.onReturnPressed: currentItem && currentItem.activated()
+            Keys.onEnterPressed: currentItem && currentItem.activated()
+            Keys.onSpacePressed: currentItem && currentItem.activated()
+            readonly property int columns: 3
+            readonly property int rowsShown: Math.min(2, Math.ceil(count / columns))
+            Layout.preferredHeight: Math.max(1, rowsShown) * cellHeight
+            clip: true
+            cellWidth: width / columns
+            cellHeight: cellWidth * 10 / 16 + 26
+            boundsBehavior: Flickable.StopAtBounds
+            model: colourways
+            ScrollBar.vertical: ScrollBar { policy: grid.count > 6 ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff }
+            delegate: ColourwayTile {
+                required property var model
+                width: grid.cellWidth - 8
+                x: 4
+                name: model.name
+                artwork: panel.app.dark ? model.thumbnailDark : model.thumbnail
+                favourite: model.favourite
+                isNew: model.isNew
+                owned: model.owned
+                shown: model.shown
+                progress: model.progress
+                busy: model.downloading || panel.app.actions.setting.indexOf(model.key) >= 0
+                selected: GridView.isCurrentItem && grid.activeFocus
+                onActivated: panel.app.actions.setWallpaper(model.pack, model.slug, edition.edition,
+                                                            [panel.target])
+                onFavouriteToggled: panel.app.actions.toggleFavourite(model.pack, model.slug)
+                onMenuRequested: {
+                    tileMenu.pack = model.pack
+                    tileMenu.slug = model.slug
+                    tileMenu.favourite = model.favourite
+                    tileMenu.popup()
+                }
+            }
+            Label {
+                anchors.centerIn: parent
+                width: parent.width - 24
+                visible: grid.count === 0
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.WordWrap
+                color: palette.placeholderText
+                text: panel.browsing === "" ? "Add favourites with the heart on a colourway."
+                                            : "This pack has no colourways yet."
+            }
         }
 
         NoticeView {
@@ -83,12 +259,21 @@ Rectangle {
             notice: panel.app.notice
         }
 
-        MenuSeparator {
-            Layout.fillWidth: true
-            padding: 0
-        }
+        Separator {}
+
         RowLayout {
             Layout.fillWidth: true
+            Layout.leftMargin: -6
+            Layout.rightMargin: -6
+            spacing: 0
+            Button {
+                flat: true
+                text: "Open Quennet"
+                onClicked: {
+                    panel.closeRequested()
+                    panel.app.openMain()
+                }
+            }
             Button {
                 flat: true
                 text: "Settings…"
@@ -100,9 +285,31 @@ Rectangle {
             Item { Layout.fillWidth: true }
             Button {
                 flat: true
-                text: "Quit Quennet"
+                text: "Quit"
                 onClicked: panel.app.quit()
             }
         }
+    }
+
+    Menu {
+        id: tileMenu
+        property string pack
+        property string slug
+        property bool favourite
+        MenuItem {
+            text: "Set on All Displays"
+            onTriggered: panel.app.actions.setWallpaper(tileMenu.pack, tileMenu.slug, edition.edition, [])
+        }
+        MenuSeparator {}
+        MenuItem {
+            text: tileMenu.favourite ? "Remove from Favourites" : "Add to Favourites"
+            onTriggered: panel.app.actions.toggleFavourite(tileMenu.pack, tileMenu.slug)
+        }
+    }
+
+    component Separator: Rectangle {
+        Layout.fillWidth: true
+        implicitHeight: 1
+        color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.1)
     }
 }

@@ -16,31 +16,52 @@ ApplicationWindow {
     ]
 
     title: "Quennet Settings"
-    width: 680
-    height: 480
-    minimumWidth: 560
-    minimumHeight: 380
+    width: 700
+    height: 540
+    minimumWidth: 600
+    minimumHeight: 440
 
     RowLayout {
         anchors.fill: parent
         spacing: 0
 
+        // The panes, pinned on the left.
         Rectangle {
             Layout.fillHeight: true
-            Layout.preferredWidth: 170
-            color: Qt.darker(palette.window, 1.04)
+            Layout.preferredWidth: 180
+            color: Qt.darker(palette.window, window.app.dark ? 1.15 : 1.035)
             ListView {
                 id: sidebar
                 anchors.fill: parent
-                anchors.margins: 8
+                anchors.topMargin: 12
+                interactive: false
                 model: window.panes
                 currentIndex: window.panes.findIndex(p => p.key === window.app.settingsPane)
                 delegate: ItemDelegate {
+                    id: paneRow
                     required property var modelData
                     required property int index
+                    readonly property bool current: ListView.isCurrentItem
                     width: ListView.view.width
+                    height: 36
+                    leftPadding: 20
                     text: modelData.title
-                    highlighted: ListView.isCurrentItem
+                    background: Rectangle {
+                        anchors.fill: parent
+                        anchors.leftMargin: 8
+                        anchors.rightMargin: 8
+                        anchors.topMargin: 2
+                        anchors.bottomMargin: 2
+                        radius: 7
+                        color: paneRow.current ? palette.highlight
+                                               : paneRow.hovered ? Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.06)
+                                                                 : "transparent"
+                    }
+                    contentItem: Label {
+                        text: paneRow.text
+                        verticalAlignment: Text.AlignVCenter
+                        color: paneRow.current ? palette.highlightedText : palette.windowText
+                    }
                     onClicked: window.app.settingsPane = modelData.key
                 }
             }
@@ -48,13 +69,14 @@ ApplicationWindow {
         Rectangle {
             Layout.fillHeight: true
             implicitWidth: 1
-            color: palette.mid
+            color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.12)
         }
 
         StackLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.margins: 24
+            Layout.margins: 28
+            Layout.bottomMargin: 16
             currentIndex: sidebar.currentIndex
 
             GeneralPane { app: window.app }
@@ -67,78 +89,193 @@ ApplicationWindow {
     component PaneTitle: Label {
         font.pixelSize: 20
         font.weight: Font.DemiBold
-        Layout.bottomMargin: 8
+        Layout.bottomMargin: 10
+    }
+    component SectionTitle: Label {
+        Layout.topMargin: 14
+        font.weight: Font.DemiBold
     }
     component Explanation: Label {
         Layout.fillWidth: true
         wrapMode: Text.WordWrap
         color: palette.placeholderText
+        font.pixelSize: 12
+    }
+    // A switch with its words to the left, as desktop settings lay them out.
+    component SettingSwitch: RowLayout {
+        id: setting
+        property alias text: title.text
+        property alias checked: control.checked
+        signal toggled(bool checked)
+        Layout.fillWidth: true
+        Label { id: title; Layout.fillWidth: true; wrapMode: Text.WordWrap; verticalAlignment: Text.AlignVCenter }
+        Switch {
+            id: control
+            padding: 0
+            Accessible.name: title.text
+            onToggled: setting.toggled(checked)
+        }
     }
 
-    component GeneralPane: ColumnLayout {
+    component GeneralPane: ScrollView {
+        id: generalPane
         required property AppDelegate app
-        spacing: 6
-        PaneTitle { text: "General" }
-        Switch {
-            text: "Open at login"
-            checked: app.loginItem.on
-            onToggled: app.loginItem.on = checked
+        contentWidth: availableWidth
+        ColumnLayout {
+            width: generalPane.availableWidth
+            spacing: 10
+            PaneTitle { text: "General" }
+            SettingSwitch {
+                text: "Open at login"
+                checked: generalPane.app.loginItem.on
+                onToggled: checked => generalPane.app.loginItem.on = checked
+            }
+            Explanation {
+                text: "Starts in the tray, so Shuffle and Do Not Disturb wallpapers keep working."
+            }
+
+            SectionTitle { text: "Shuffle" }
+            SettingSwitch {
+                text: "Shuffle wallpapers"
+                checked: generalPane.app.shuffleView.isOn
+                onToggled: checked => generalPane.app.shuffleView.isOn = checked
+            }
+            GridLayout {
+                Layout.fillWidth: true
+                columns: 2
+                columnSpacing: 12
+                rowSpacing: 6
+                Label { text: "How often"; Layout.fillWidth: true }
+                ComboBox {
+                    Layout.alignment: Qt.AlignRight
+                    Layout.rightMargin: 4
+                    Layout.preferredWidth: 190
+                    model: generalPane.app.shuffleView.intervals
+                    currentIndex: generalPane.app.shuffleView.interval
+                    onActivated: index => generalPane.app.shuffleView.interval = index
+                    Accessible.name: "How often"
+                }
+                Label { text: "Shuffle from"; Layout.fillWidth: true }
+                ComboBox {
+                    Layout.alignment: Qt.AlignRight
+                    Layout.rightMargin: 4
+                    Layout.preferredWidth: 190
+                    model: generalPane.app.shuffleView.sources
+                    currentIndex: generalPane.app.shuffleView.source
+                    onActivated: index => generalPane.app.shuffleView.source = index
+                    Accessible.name: "Shuffle from"
+                }
+            }
+            SettingSwitch {
+                text: "Different wallpaper on each display"
+                checked: generalPane.app.shuffleView.differentOnEachDisplay
+                onToggled: checked => generalPane.app.shuffleView.differentOnEachDisplay = checked
+            }
+            Explanation {
+                visible: text !== ""
+                text: generalPane.app.shuffleView.status
+            }
+
+            SectionTitle { text: "Workspaces" }
+            SettingSwitch {
+                text: "Use on all workspaces"
+                checked: generalPane.app.actions.usesOnAllWorkspaces
+                onToggled: checked => generalPane.app.actions.usesOnAllWorkspaces = checked
+            }
+            Explanation {
+                text: "Keeps the wallpaper you set here on every workspace. Turn this off to choose a different one for each workspace in your desktop settings."
+            }
+            Item { Layout.fillHeight: true }
         }
-        Explanation {
-            Layout.leftMargin: 4
-            text: "Starts in the tray, so Shuffle and Do Not Disturb wallpapers keep working."
-        }
-        Item { Layout.fillHeight: true }
     }
 
     component AccountPane: ColumnLayout {
+        id: accountPane
         required property AppDelegate app
         spacing: 6
         PaneTitle { text: "Account" }
         GridLayout {
-            visible: app.signedIn
+            visible: accountPane.app.signedIn
             columns: 2
             columnSpacing: 16
+            rowSpacing: 6
             Label { text: "Email"; color: palette.placeholderText }
-            Label { text: app.account.email !== "" ? app.account.email : "Signed in" }
+            Label { text: accountPane.app.account.email !== "" ? accountPane.app.account.email : "Signed in" }
+        }
+        Explanation {
+            visible: accountPane.app.signedIn
+            Layout.topMargin: 6
+            text: "Your packs come from the shop account with this email address."
         }
         Button {
-            visible: app.signedIn
-            Layout.topMargin: 8
+            visible: accountPane.app.signedIn
+            Layout.topMargin: 10
             text: "Sign Out"
-            onClicked: app.signOut()
+            onClicked: accountPane.app.signOut()
         }
         SignInSheet {
-            visible: !app.signedIn
+            visible: !accountPane.app.signedIn
             Layout.fillWidth: true
             Layout.topMargin: 24
-            app: parent.app
+            app: accountPane.app
         }
         Item { Layout.fillHeight: true }
     }
 
     component StoragePane: ColumnLayout {
+        id: storagePane
         required property AppDelegate app
+        readonly property WallpaperActions actions: app.actions
         spacing: 6
         PaneTitle { text: "Storage" }
+        RowLayout {
+            Layout.fillWidth: true
+            Label { Layout.fillWidth: true; text: "Downloaded wallpapers" }
+            Label {
+                text: storagePane.actions.downloadedSize
+                color: palette.placeholderText
+            }
+        }
+        RowLayout {
+            Layout.topMargin: 10
+            Button {
+                text: "Remove Downloads"
+                enabled: storagePane.actions.canRemoveDownloads && storagePane.actions.hasDownloads
+                onClicked: storagePane.actions.removeDownloads()
+            }
+            BusyIndicator {
+                visible: storagePane.actions.isRemoving
+                running: visible
+                implicitWidth: 20
+                implicitHeight: 20
+            }
+        }
+        Explanation {
+            visible: !storagePane.actions.canRemoveDownloads && !storagePane.actions.isRemoving
+            text: "Waits until the downloads in progress have finished."
+        }
+        Explanation {
+            text: "Frees the space the downloaded wallpapers take. Wallpapers on your displays are kept, and anything removed downloads again when you set it."
+        }
         Item { Layout.fillHeight: true }
     }
 
     component AboutPane: ColumnLayout {
+        id: aboutPane
         required property AppDelegate app
         spacing: 6
         PaneTitle { text: "Quennet" }
-        Label { text: "Version " + app.version; color: palette.placeholderText }
-        Label {
-            Layout.topMargin: 16
-            text: "Acknowledgements"
-            font.weight: Font.DemiBold
+        Label { text: "Version " + aboutPane.app.version; color: palette.placeholderText }
+        Explanation {
+            text: "The wallpaper packs you bought in the Quennet shop, on every display."
         }
+        SectionTitle { text: "Acknowledgements" }
         ListView {
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true
-            model: app.acknowledgements
+            model: aboutPane.app.acknowledgements
+            spacing: 2
             delegate: RowLayout {
                 required property var modelData
                 width: ListView.view.width

@@ -78,10 +78,14 @@ ColumnLayout {
         Layout.topMargin: 6
         spacing: 8
         Button {
+            // The default button: Return signs in.
             visible: sheet.status === Account.SignedOut
+            focus: visible
             text: "Sign In…"
             highlighted: true
             onClicked: sheet.app.signIn()
+            Keys.onReturnPressed: sheet.app.signIn()
+            Keys.onEnterPressed: sheet.app.signIn()
         }
         Button {
             visible: sheet.status === Account.Waiting

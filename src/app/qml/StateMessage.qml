@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-// A calm, centred message for a state of the library: a title, a sentence, and maybe an action.
+// A calm, centred message for a state of the library: a glyph, a title, a sentence, and maybe an
+// action.
 ColumnLayout {
     id: message
 
@@ -19,15 +20,17 @@ ColumnLayout {
         Layout.alignment: Qt.AlignHCenter
         visible: message.busy
         running: visible
-        implicitWidth: 32
-        implicitHeight: 32
+        implicitWidth: 28
+        implicitHeight: 28
     }
-    Label {
+    Glyph {
         Layout.alignment: Qt.AlignHCenter
+        Layout.bottomMargin: 4
         visible: message.symbol !== ""
-        text: message.symbol
-        font.pixelSize: 28
+        name: message.symbol
         color: palette.placeholderText
+        implicitWidth: 30
+        implicitHeight: 30
     }
     Label {
         Layout.fillWidth: true

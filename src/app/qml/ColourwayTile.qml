@@ -1,0 +1,145 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Quennet
+
+// One colourway in a browser: its artwork, its name, the heart, a "New" mark, a mark when a
+// display shows it, and the progress of its download.
+Item {
+    id: tile
+
+    property string name
+    property url artwork
+    property bool favourite: false
+    property bool isNew: false
+    property bool owned: true
+    property bool shown: false
+    property bool busy: false // being set: downloading or waiting for the desktop
+    property real progress: 0
+    property bool selected: false
+    property real artHeight: width * 10 / 16
+    signal activated()
+    signal favouriteToggled()
+    signal menuRequested()
+
+    implicitHeight: artHeight + caption.implicitHeight + 6
+
+    HoverHandler { id: hover }
+
+    Rectangle {
+        id: frame
+        width: parent.width
+        height: tile.artHeight
+        radius: 9
+        color: "transparent"
+        border.width: tile.selected ? 2 : 0
+        border.color: palette.highlight
+
+        ArtImage {
+            id: art
+            anchors.fill: parent
+            anchors.margins: tile.selected ? 3 : 0
+            radius: tile.selected ? 6 : 8
+            url: tile.artwork
+            placeholderColor: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.08)
+        }
+        // A hairline, so light art does not melt into a light window.
+        Rectangle {
+            anchors.fill: art
+            radius: art.radius
+            color: hover.hovered && tile.owned ? Qt.rgba(1, 1, 1, 0.08) : "transparent"
+            border.width: 1
+            border.color: Qt.rgba(0, 0, 0, 0.12)
+        }
+
+        // Busy: the art dims and a bar along its bottom fills.
+        Rectangle {
+            anchors.fill: art
+            radius: art.radius
+            visible: tile.busy
+            color: Qt.rgba(0, 0, 0, 0.35)
+            BusyIndicator {
+                anchors.centerIn: parent
+                visible: tile.progress <= 0
+                running: visible
+                implicitWidth: 24
+                implicitHeight: 24
+            }
+            Rectangle {
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 8 }
+                visible: tile.progress > 0
+                height: 4
+                radius: 2
+                color: Qt.rgba(1, 1, 1, 0.35)
+                Rectangle {
+                    width: parent.width * Math.min(1, tile.progress)
+                    height: parent.height
+                    radius: 2
+                    color: "white"
+                }
+            }
+        }
+
+        Rectangle {
+            visible: tile.isNew
+            anchors { left: art.left; top: art.top; margins: 6 }
+            width: newLabel.implicitWidth + 10
+            height: 16
+            radius: 8
+            color: palette.highlight
+            Label {
+                id: newLabel
+                anchors.centerIn: parent
+                text: "New"
+                font.pixelSize: 10
+                font.weight: Font.DemiBold
+                color: palette.highlightedText
+            }
+        }
+
+        Rectangle {
+            visible: tile.shown && !tile.busy
+            anchors { left: art.left; bottom: art.bottom; margins: 6 }
+            width: 18
+            height: 18
+            radius: 9
+            color: palette.highlight
+            Glyph { anchors.centerIn: parent; width: 12; height: 12; name: "check"; color: "white" }
+        }
+
+        MouseArea {
+            anchors.fill: parent
+            enabled: tile.owned
+            cursorShape: tile.owned ? Qt.PointingHandCursor : Qt.ArrowCursor
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onClicked: mouse => mouse.button === Qt.RightButton ? tile.menuRequested() : tile.activated()
+        }
+
+        // The heart, over the art: always when it is a favourite, else on hover.
+        AbstractButton {
+            id: heart
+            visible: tile.owned && (tile.favourite || hover.hovered)
+            anchors { right: art.right; top: art.top; margins: 5 }
+            width: 22
+            height: 22
+            Accessible.name: tile.favourite ? "Remove from Favourites" : "Add to Favourites"
+            background: Rectangle { radius: 11; color: Qt.rgba(0, 0, 0, heart.hovered ? 0.5 : 0.35) }
+            contentItem: Glyph {
+                name: tile.favourite ? "heart-filled" : "heart"
+                color: tile.favourite ? "#ff5a6e" : "white"
+                lineWidth: 1.5
+            }
+            onClicked: tile.favouriteToggled()
+        }
+    }
+
+    Label {
+        id: caption
+        anchors { top: frame.bottom; topMargin: 5; left: parent.left; right: parent.right }
+        text: tile.name
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
+        font.pixelSize: 12
+        color: tile.owned ? palette.windowText : palette.placeholderText
+    }
+}

@@ -1,0 +1,129 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Quennet
+
+// The displays as they are arranged, to scale, each showing its current picture with what it is
+// ("Not from your packs" when the desktop's own settings chose it). A click chooses the display
+// the next colourway goes to.
+Item {
+    id: desk
+
+    required property DisplayList displays
+    property string selectedId
+    property real gap: 6
+    readonly property rect bounds: displays.bounds
+    readonly property real scale: bounds.width > 0 && bounds.height > 0
+        ? Math.min(width / bounds.width, maxHeight / bounds.height) : 0
+    property real maxHeight: 120
+    signal chosen(string displayId)
+
+    implicitHeight: bounds.height * scale
+
+    Item {
+        id: arrangement
+        width: desk.bounds.width * desk.scale
+        height: desk.bounds.height * desk.scale
+        anchors.horizontalCenter: parent.horizontalCenter
+
+        Repeater {
+            model: desk.displays
+            delegate: Item {
+                id: screen
+                required property string displayId
+                required property string name
+                required property rect frame
+                required property url wallpaper
+                required property bool own
+                required property string caption
+                required property string detail
+                readonly property bool selected: desk.selectedId === displayId
+
+                x: (frame.x - desk.bounds.x) * desk.scale + desk.gap / 2
+                y: (frame.y - desk.bounds.y) * desk.scale + desk.gap / 2
+                width: frame.width * desk.scale - desk.gap
+                height: frame.height * desk.scale - desk.gap
+
+                Rectangle {
+                    anchors.fill: parent
+                    radius: 8
+                    color: "transparent"
+                    border.width: screen.selected && desk.displays.count > 1 ? 2 : 0
+                    border.color: palette.highlight
+                }
+                ArtImage {
+                    id: picture
+                    anchors.fill: parent
+                    anchors.margins: screen.selected && desk.displays.count > 1 ? 3 : 0
+                    radius: screen.selected && desk.displays.count > 1 ? 5 : 7
+                    url: screen.wallpaper
+                    placeholderColor: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.1)
+                }
+                // Without a picture to show: the display, and what it is, in the middle.
+                ColumnLayout {
+                    anchors.centerIn: picture
+                    width: picture.width - 12
+                    visible: !picture.ready
+                    spacing: 4
+                    Glyph {
+                        Layout.alignment: Qt.AlignHCenter
+                        name: "display"
+                        implicitWidth: 20
+                        implicitHeight: 20
+                        color: palette.placeholderText
+                    }
+                    Label {
+                        Layout.fillWidth: true
+                        horizontalAlignment: Text.AlignHCenter
+                        text: screen.caption
+                        color: palette.placeholderText
+                        font.pixelSize: 11
+                        elide: Text.ElideRight
+                    }
+                }
+                // The words sit on a soft shade at the bottom of the picture.
+                Rectangle {
+                    visible: picture.ready
+                    anchors { left: picture.left; right: picture.right; bottom: picture.bottom }
+                    height: words.implicitHeight + 8
+                    radius: picture.radius
+                    gradient: Gradient {
+                        GradientStop { position: 0; color: Qt.rgba(0, 0, 0, 0) }
+                        GradientStop { position: 0.5; color: Qt.rgba(0, 0, 0, 0.45) }
+                        GradientStop { position: 1; color: Qt.rgba(0, 0, 0, 0.6) }
+                    }
+                    ColumnLayout {
+                        id: words
+                        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 6 }
+                        spacing: 0
+                        Label {
+                            Layout.fillWidth: true
+                            text: screen.caption
+                            color: "white"
+                            font.pixelSize: 11
+                            font.weight: Font.DemiBold
+                            elide: Text.ElideRight
+                        }
+                        Label {
+                            Layout.fillWidth: true
+                            visible: screen.own && screen.height > 70
+                            text: screen.detail
+                            color: Qt.rgba(1, 1, 1, 0.8)
+                            font.pixelSize: 10
+                            elide: Text.ElideRight
+                        }
+                    }
+                }
+                MouseArea {
+                    anchors.fill: parent
+                    cursorShape: desk.displays.count > 1 ? Qt.PointingHandCursor : Qt.ArrowCursor
+                    onClicked: desk.chosen(screen.displayId)
+                }
+                ToolTip.visible: hovered.hovered
+                ToolTip.delay: 600
+                ToolTip.text: screen.name
+                HoverHandler { id: hovered }
+            }
+        }
+    }
+}

@@ -1,0 +1,82 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Quennet
+
+// The panel's shuffle block: the switch, how often and from where, why it waits if it does, when
+// the next change comes and what it brings.
+ColumnLayout {
+    id: block
+
+    required property ShuffleView shuffle
+
+    spacing: 2
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: 8
+        Glyph {
+            name: "shuffle"
+            implicitWidth: 16
+            implicitHeight: 16
+            color: block.shuffle.isOn ? palette.highlight : palette.windowText
+        }
+        Label {
+            Layout.fillWidth: true
+            text: "Shuffle"
+            font.weight: Font.DemiBold
+        }
+        Button {
+            text: "Shuffle Now"
+            flat: true
+            enabled: !block.shuffle.isShuffling
+            font.pixelSize: 12
+            onClicked: block.shuffle.shuffleNow()
+        }
+        Switch {
+            checked: block.shuffle.isOn
+            onToggled: block.shuffle.isOn = checked
+            Accessible.name: "Shuffle"
+        }
+    }
+    Label {
+        Layout.fillWidth: true
+        Layout.leftMargin: 24
+        Layout.topMargin: -6
+        text: block.shuffle.summary
+        color: palette.placeholderText
+        font.pixelSize: 11
+        elide: Text.ElideRight
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        Layout.leftMargin: 24
+        visible: block.shuffle.isOn || block.shuffle.status !== ""
+        spacing: 2
+        Label {
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: block.shuffle.status
+            wrapMode: Text.WordWrap
+            font.pixelSize: 11
+            color: palette.windowText
+        }
+        Label {
+            Layout.fillWidth: true
+            visible: block.shuffle.isOn && text !== ""
+            text: block.shuffle.isShuffling ? "Shuffling…" : block.shuffle.next
+            font.pixelSize: 11
+            color: palette.placeholderText
+            elide: Text.ElideRight
+        }
+        Label {
+            Layout.fillWidth: true
+            visible: block.shuffle.isOn && block.shuffle.upNext.length > 0
+            text: "Up next: " + block.shuffle.upNext.map(p => p.name).join(", ")
+            font.pixelSize: 11
+            color: palette.placeholderText
+            elide: Text.ElideRight
+        }
+    }
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QtQmlIntegration>
+
+// A list model for the views: its row count and a revision that counts every change, both as
+// properties, and any role of a row by name, for bindings that read single rows.
+class RowListModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
+
+public:
+    explicit RowListModel(QObject *parent = nullptr);
+
+    [[nodiscard]] int count() const { return rowCount(); }
+    [[nodiscard]] int revision() const { return m_revision; }
+
+    Q_INVOKABLE [[nodiscard]] QVariant get(int row, const QString &role) const;
+
+Q_SIGNALS:
+    void countChanged();
+    void revisionChanged();
+
+private:
+    void changed();
+
+    int m_revision = 0;
+    int m_count = 0;
+};

@@ -1,0 +1,164 @@
+#include "shuffle_view.h"
+
+#include "notice_presenter.h"
+#include "shuffle.h"
+
+#include <QLoggingCategory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+Q_LOGGING_CATEGORY(lcShuffleView, "app.quennet.Quennet.ShuffleView")
+}
+
+ShuffleView::ShuffleView(Shuffle *shuffle, NoticePresenter *notice, QObject *parent)
+    : QObject(parent)
+    , m_shuffle(shuffle)
+    , m_notice(notice)
+{
+    for (const auto signal :
+         { &Shuffle::isOnChanged, &Shuffle::intervalChanged, &Shuffle::sourceChanged,
+           &Shuffle::differentOnEachDisplayChanged, &Shuffle::isShufflingChanged,
+           &Shuffle::upNextChanged, &Shuffle::nextDateChanged, &Shuffle::statusChanged })
+        connect(shuffle, signal, this, &ShuffleView::changed);
+    m_clock.setInterval(60'000);
+    connect(&m_clock, &QTimer::timeout, this, &ShuffleView::changed);
+    m_clock.start();
+}
+
+QString ShuffleView::describeNext(const QDateTime &next, const QDateTime &now,
+                                  const QLocale &locale)
+{
+    const QDateTime local = next.toLocalTime();
+    const QString time = locale.toString(local.time(), QLocale::ShortFormat);
+    const qint64 days = now.toLocalTime().date().daysTo(local.date());
+    if (days <= 0)
+        return u"today at "_s + time;
+    if (days == 1)
+        return u"tomorrow at "_s + time;
+    if (days < 7)
+        return locale.dayName(local.date().dayOfWeek()) + u" at "_s + time;
+    return locale.toString(local.date(), QLocale::ShortFormat) + u" at "_s + time;
+}
+
+bool ShuffleView::isOn() const
+{
+    return m_shuffle && m_shuffle->isOn();
+}
+
+void ShuffleView::setOn(bool on)
+{
+    if (m_shuffle)
+        m_shuffle->setOn(on);
+}
+
+int ShuffleView::interval() const
+{
+    return m_shuffle ? int(m_shuffle->interval()) : int(Shuffle::Interval::Day);
+}
+
+void ShuffleView::setInterval(int interval)
+{
+    if (m_shuffle && interval >= 0 && interval < intervals().size())
+        m_shuffle->setInterval(Shuffle::Interval(interval));
+}
+
+int ShuffleView::source() const
+{
+    return m_shuffle ? int(m_shuffle->source()) : int(Shuffle::Source::All);
+}
+
+void ShuffleView::setSource(int source)
+{
+    if (m_shuffle && source >= 0 && source < sources().size())
+        m_shuffle->setSource(Shuffle::Source(source));
+}
+
+bool ShuffleView::differentOnEachDisplay() const
+{
+    return m_shuffle && m_shuffle->differentOnEachDisplay();
+}
+
+void ShuffleView::setDifferentOnEachDisplay(bool different)
+{
+    if (m_shuffle)
+        m_shuffle->setDifferentOnEachDisplay(different);
+}
+
+QStringList ShuffleView::intervals()
+{
+    // In the order of Shuffle::Interval.
+    return { u"Every hour"_s, u"Every 6 hours"_s, u"Every day"_s, u"Every week"_s };
+}
+
+QStringList ShuffleView::sources()
+{
+    // In the order of Shuffle::Source.
+    return { u"All your packs"_s, u"Favourites"_s };
+}
+
+QString ShuffleView::status() const
+{
+    return m_shuffle ? m_shuffle->status() : QString();
+}
+
+QString ShuffleView::next() const
+{
+    if (!m_shuffle || !m_shuffle->isOn())
+        return {};
+    const QDateTime next = m_shuffle->nextDate();
+    if (!next.isValid())
+        return {};
+    return u"Next shuffle "_s + describeNext(next, QDateTime::currentDateTime());
+}
+
+QString ShuffleView::summary() const
+{
+    const QString from = source() == int(Shuffle::Source::Favourites) ? u"from your favourites"_s
+                                                                      : u"from all your packs"_s;
+    return intervals().value(interval()) + u' ' + from;
+}
+
+QVariantList ShuffleView::upNext() const
+{
+    QVariantList picks;
+    if (!m_shuffle)
+        return picks;
+    const Shuffle::UpNext next = m_shuffle->upNext();
+    QStringList seen;
+    for (auto it = next.cbegin(); it != next.cend(); ++it) {
+        // The same pick on every display is one line.
+        if (seen.contains(it->key()))
+            continue;
+        seen.append(it->key());
+        picks.append(QVariantMap { { u"display"_s, it.key() },
+                                   { u"name"_s, it->colourway.name },
+                                   { u"pack"_s, it->pack.name } });
+    }
+    return picks;
+}
+
+bool ShuffleView::isShuffling() const
+{
+    return m_shuffle && m_shuffle->isShuffling();
+}
+
+void ShuffleView::shuffleNow()
+{
+    shuffleNow(this);
+}
+
+QCoro::Task<> ShuffleView::shuffleNow(QPointer<ShuffleView> self)
+{
+    if (!self->m_shuffle)
+        co_return;
+    try {
+        co_await self->m_shuffle->shuffleNow();
+    } catch (const std::exception &error) {
+        const auto *known = dynamic_cast<const Error *>(&error);
+        const QString message = known ? known->description() : QString::fromLocal8Bit(error.what());
+        qCWarning(lcShuffleView) << "Shuffle failed:" << message;
+        if (self)
+            self->m_notice->showFailure(message);
+    }
+}

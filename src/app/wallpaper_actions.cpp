@@ -1,0 +1,205 @@
+#include "wallpaper_actions.h"
+
+#include "displays.h"
+#include "favourites.h"
+#include "notice_presenter.h"
+#include "shop.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QLocale>
+#include <QLoggingCategory>
+#include <QThreadPool>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+Q_LOGGING_CATEGORY(lcActions, "app.quennet.Quennet.Views")
+}
+
+WallpaperActions::WallpaperActions(Shop *shop, Displays *displays, Favourites *favourites,
+                                   NoticePresenter *notice, QObject *parent)
+    : QObject(parent)
+    , m_shop(shop)
+    , m_displays(displays)
+    , m_favourites(favourites)
+    , m_notice(notice)
+{
+    connect(shop, &Shop::historyChanged, this, &WallpaperActions::historyChanged);
+    connect(shop, &Shop::isGoingBackChanged, this, &WallpaperActions::historyChanged);
+    connect(shop, &Shop::progressChanged, this, &WallpaperActions::downloadsChanged);
+    connect(shop, &Shop::downloadedChanged, this, &WallpaperActions::measure);
+    connect(displays, &Displays::fileChanged, this, &WallpaperActions::usesOnAllWorkspacesChanged);
+    measure();
+}
+
+bool WallpaperActions::canGoBack() const
+{
+    return m_shop && !m_shop->history().isEmpty();
+}
+
+bool WallpaperActions::isGoingBack() const
+{
+    return m_shop && m_shop->isGoingBack();
+}
+
+bool WallpaperActions::canRemoveDownloads() const
+{
+    return m_shop && m_shop->canRemoveDownloads() && !m_removing;
+}
+
+QString WallpaperActions::downloadedSize() const
+{
+    return QLocale().formattedDataSize(m_downloadedBytes, 1, QLocale::DataSizeTraditionalFormat);
+}
+
+bool WallpaperActions::usesOnAllWorkspaces() const
+{
+    return m_displays && m_displays->file().useOnAllSpaces;
+}
+
+void WallpaperActions::setUsesOnAllWorkspaces(bool on)
+{
+    if (m_displays)
+        m_displays->setUseOnAllSpaces(on);
+}
+
+void WallpaperActions::setWallpaper(const QString &pack, const QString &colourway,
+                                    const QString &edition, const QStringList &displayIds)
+{
+    set(this, pack, colourway, edition, displayIds);
+}
+
+void WallpaperActions::setOnAllDisplays(const QString &displayId)
+{
+    if (!m_displays)
+        return;
+    const auto placement = m_displays->placement(displayId);
+    if (!placement)
+        return;
+    set(this, placement->pack, placement->colourway, placement->edition, {});
+}
+
+QCoro::Task<> WallpaperActions::set(QPointer<WallpaperActions> self, QString pack,
+                                    QString colourway, QString edition, QStringList displayIds)
+{
+    if (!self->m_shop || !self->m_displays)
+        co_return;
+    if (displayIds.isEmpty()) {
+        for (const Displays::Display &display : self->m_displays->all())
+            displayIds.append(display.id);
+    }
+    // Unsaid, the edition is what the display shows now, so a dark choice stays dark.
+    if (edition.isEmpty() && !displayIds.isEmpty()) {
+        if (const auto placement = self->m_displays->placement(displayIds.constFirst()))
+            edition = placement->edition;
+    }
+    const Edition wanted = editionFromRawValue(edition).value_or(Edition::Automatic);
+    const QString key = pack + u'/' + colourway;
+    self->m_setting.append(key);
+    Q_EMIT self->settingChanged();
+    const OptionalNotice before = self->m_shop->message();
+    try {
+        co_await self->m_shop->setWallpaper(pack, colourway, wanted, displayIds);
+    } catch (const Shop::Overtaken &) {
+        // The user chose again meanwhile: the later choice stands, and that is no failure.
+    } catch (const std::exception &error) {
+        // A failed download is worded by the store already ("Couldn't download …").
+        if (self && (!self->m_shop || self->m_shop->message() == before))
+            self->failed(error, "Setting a wallpaper");
+    }
+    if (!self)
+        co_return;
+    self->m_setting.removeOne(key);
+    Q_EMIT self->settingChanged();
+}
+
+void WallpaperActions::goBack()
+{
+    goBack(this);
+}
+
+QCoro::Task<> WallpaperActions::goBack(QPointer<WallpaperActions> self)
+{
+    if (!self->m_shop || self->m_shop->isGoingBack())
+        co_return;
+    try {
+        co_await self->m_shop->goBack();
+    } catch (const Shop::Overtaken &) {
+    } catch (const std::exception &error) {
+        if (self)
+            self->failed(error, "Going back");
+    }
+}
+
+void WallpaperActions::toggleFavourite(const QString &pack, const QString &colourway)
+{
+    if (m_favourites)
+        m_favourites->toggle(pack, colourway);
+}
+
+void WallpaperActions::markSeen(const QString &pack)
+{
+    if (m_shop && !pack.isEmpty())
+        m_shop->markSeen(pack);
+}
+
+void WallpaperActions::saveDesktopFiles(const QString &pack)
+{
+    // The store words its own outcome on the notice line.
+    if (m_shop)
+        m_shop->saveDesktopFiles(pack);
+}
+
+void WallpaperActions::removeDownloads()
+{
+    removeDownloads(this);
+}
+
+QCoro::Task<> WallpaperActions::removeDownloads(QPointer<WallpaperActions> self)
+{
+    if (!self->canRemoveDownloads())
+        co_return;
+    self->m_removing = true;
+    Q_EMIT self->downloadsChanged();
+    co_await self->m_shop->removeDownloads();
+    if (!self)
+        co_return;
+    self->m_removing = false;
+    self->measure();
+}
+
+void WallpaperActions::openPage(const QUrl &url)
+{
+    QDesktopServices::openUrl(url);
+}
+
+void WallpaperActions::measure()
+{
+    if (!m_shop)
+        return;
+    const int generation = ++m_measuring;
+    QPointer<WallpaperActions> self = this;
+    const DownloadCache cache = m_shop->cache();
+    QThreadPool::globalInstance()->start([self, cache, generation] {
+        const qint64 bytes = cache.downloadedSize();
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, bytes, generation] {
+                if (!self || generation != self->m_measuring)
+                    return;
+                self->m_downloadedBytes = bytes;
+                Q_EMIT self->downloadsChanged();
+            },
+            Qt::QueuedConnection);
+    });
+    Q_EMIT downloadsChanged();
+}
+
+void WallpaperActions::failed(const std::exception &error, const char *what)
+{
+    const auto *known = dynamic_cast<const Error *>(&error);
+    const QString message = known ? known->description() : QString::fromLocal8Bit(error.what());
+    qCWarning(lcActions, "%s failed: %s", what, qUtf8Printable(message));
+    m_notice->showFailure(message);
+}

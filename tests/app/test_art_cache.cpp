@@ -1,0 +1,117 @@
+#include "art_cache.h"
+#include "dev_shop.h"
+#include "heic_file.h"
+#include "network_access_manager.h"
+
+#include <QCoroTask>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+QString sample(const QString &name)
+{
+    return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/") + name;
+}
+
+QColor middle(const QImage &image)
+{
+    return image.pixelColor(image.width() / 2, image.height() / 2);
+}
+
+bool near(const QColor &a, const QColor &b)
+{
+    return qAbs(a.red() - b.red()) < 20 && qAbs(a.green() - b.green()) < 20
+        && qAbs(a.blue() - b.blue()) < 20;
+}
+
+std::optional<QImage> imageOf(ArtCache &cache, const QUrl &url, int maxPixels, bool dark)
+{
+    return QCoro::waitFor(cache.image(url, maxPixels, dark));
+}
+} // namespace
+
+// Artwork and wallpaper pictures for the views: which picture, at what size, and cached how.
+class ArtCacheTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    // A dynamic HEIC shows its light picture in light mode and its dark one in dark mode, by its
+    // "apr" metadata; a file of one picture, or a PNG, ignores the appearance.
+    void appearance_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("lightPicture");
+        QTest::addColumn<int>("darkPicture");
+        QTest::newRow("appearance") << u"files/aurora/emerald-appearance.heic"_s << 0 << 1;
+        QTest::newRow("one picture") << u"files/aurora/emerald-dark.heic"_s << 0 << 0;
+        QTest::newRow("png") << u"art/aurora/emerald/light.png"_s << -1 << -1;
+    }
+
+    void appearance()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, lightPicture);
+        QFETCH(int, darkPicture);
+        const QImage light = ArtCache::decodeFile(sample(file), 64, false);
+        const QImage dark = ArtCache::decodeFile(sample(file), 64, true);
+        QVERIFY(!light.isNull() && !dark.isNull());
+        QVERIFY(std::max(light.width(), light.height()) <= 64);
+        QCOMPARE(near(middle(light), middle(dark)), lightPicture == darkPicture);
+        if (lightPicture < 0)
+            return;
+        const auto heic = HeicFile::open(sample(file));
+        QVERIFY(heic);
+        QVERIFY(near(middle(light), middle(heic->picture(lightPicture))));
+        QVERIFY(near(middle(dark), middle(heic->picture(darkPicture))));
+    }
+
+    // Light and dark, and each size, are cached apart; what cannot be read is not cached.
+    void keys()
+    {
+        QCOMPARE(ArtCache::key(QUrl(u"file:///a b.heic"_s), 256, true),
+                 u"file:///a%20b.heic|256|dark"_s);
+        QVERIFY(ArtCache::key(QUrl(u"file:///a.heic"_s), 256, false)
+                != ArtCache::key(QUrl(u"file:///a.heic"_s), 256, true));
+
+        ArtCache cache(nullptr);
+        const QUrl url = QUrl::fromLocalFile(sample(u"files/aurora/emerald-appearance.heic"_s));
+        const auto light = imageOf(cache, url, 128, false);
+        QVERIFY(light);
+        QVERIFY(cache.contains(ArtCache::key(url, 128, false)));
+        QVERIFY(!cache.contains(ArtCache::key(url, 128, true)));
+        QVERIFY(!cache.contains(ArtCache::key(url, 256, false)));
+        const auto dark = imageOf(cache, url, 128, true);
+        QVERIFY(dark && cache.contains(ArtCache::key(url, 128, true)));
+        QVERIFY(!near(middle(*light), middle(*dark)));
+
+        const QUrl missing = QUrl::fromLocalFile(sample(u"files/none.heic"_s));
+        QVERIFY(!imageOf(cache, missing, 128, false));
+        QVERIFY(!cache.contains(ArtCache::key(missing, 128, false)));
+    }
+
+    // Remote artwork comes through the shop's network manager, which trusts the shop.
+    void remote()
+    {
+        QTemporaryDir state;
+        DevShop shop(
+            { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT), .stateDir = state.path() });
+        QVERIFY(shop.start());
+        NetworkAccessManager network(shop.caPath());
+        ArtCache cache(&network);
+        QUrl url = shop.baseUrl();
+        url.setPath(u"/art/aurora/emerald/light.png"_s);
+        const auto image = imageOf(cache, url, 96, false);
+        QVERIFY(image);
+        QVERIFY(near(
+            middle(*image),
+            middle(ArtCache::decodeFile(sample(u"art/aurora/emerald/light.png"_s), 96, false))));
+        url.setPath(u"/art/aurora/none.png"_s);
+        QVERIFY(!imageOf(cache, url, 96, false));
+    }
+};
+
+QTEST_MAIN(ArtCacheTest)
+#include "test_art_cache.moc"

@@ -1,0 +1,133 @@
+#include "colourway_list_model.h"
+#include "favourites.h"
+#include "pack_list_model.h"
+#include "store_rig.h"
+#include "test_support.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+QList<ContentPack> packs()
+{
+    return {
+        { .slug = u"aurora"_s,
+          .files = { { u"emerald"_s, u"light"_s, 20'000 },
+                     { u"emerald"_s, u"appearance"_s, 20'000 },
+                     { u"violet"_s, u"dark"_s, 20'000 } } },
+        { .slug = u"harbour"_s, .owned = false, .files = { { u"slate"_s, u"light"_s, 20'000 } } },
+        { .slug = u"dunes"_s, .files = { { u"amber"_s, u"light"_s, 20'000 } } },
+    };
+}
+
+QVariant role(const QAbstractListModel &model, int row, int role)
+{
+    return model.data(model.index(row), role);
+}
+
+QStringList column(const QAbstractListModel &model, int role)
+{
+    QStringList values;
+    for (int row = 0; row < model.rowCount(); ++row)
+        values.append(model.data(model.index(row), role).toString());
+    return values;
+}
+} // namespace
+
+// What the browsers show of the store and the favourites, against the development shop.
+class ViewModelsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
+    // The user's packs come first, the rest of the shop after them; colourways new to the user
+    // are counted only in packs looked at before, and none once the pack is seen.
+    void packs()
+    {
+        StoreRig rig(::packs());
+        QVERIFY(rig.isReady());
+        rig.defaults().setSeenColourways({ { u"aurora"_s, { u"emerald"_s } } });
+        rig.restartStore();
+        PackListModel model;
+        QAbstractItemModelTester tester(&model,
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        model.setShop(&rig.store());
+        QCOMPARE(model.rowCount(), 0);
+        finish(rig.store().start());
+
+        QCOMPARE(column(model, PackListModel::SlugRole),
+                 (QStringList { u"aurora"_s, u"dunes"_s, u"harbour"_s }));
+        QCOMPARE(column(model, PackListModel::SectionRole),
+                 (QStringList { u"Your Packs"_s, u"Your Packs"_s, u"In the Shop"_s }));
+        QCOMPARE(role(model, 0, PackListModel::NewCountRole).toInt(), 1);
+        QCOMPARE(role(model, 1, PackListModel::NewCountRole).toInt(), 0);
+
+        rig.store().markSeen(u"aurora"_s);
+        QCOMPARE(role(model, 0, PackListModel::NewCountRole).toInt(), 0);
+
+        model.setOwnedOnly(true);
+        QCOMPARE(column(model, PackListModel::SlugRole), (QStringList { u"aurora"_s, u"dunes"_s }));
+        QCOMPARE(model.indexOf(u"harbour"_s), -1);
+    }
+
+    // A pack's colourways with their editions, hearts and downloads; the favourites alone follow
+    // every heart.
+    void colourways()
+    {
+        StoreRig rig(::packs());
+        QVERIFY(rig.isReady());
+        finish(rig.store().start());
+        Favourites favourites(&rig.defaults());
+        ColourwayListModel model;
+        QAbstractItemModelTester tester(&model,
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        model.setShop(&rig.store());
+        model.setFavourites(&favourites);
+        model.setPack(u"aurora"_s);
+
+        QCOMPARE(column(model, ColourwayListModel::KeyRole),
+                 (QStringList { u"aurora/emerald"_s, u"aurora/violet"_s }));
+        QCOMPARE(role(model, 0, ColourwayListModel::EditionsRole).toStringList(),
+                 (QStringList { u"appearance"_s, u"light"_s }));
+        QVERIFY(!role(model, 0, ColourwayListModel::NewRole).toBool());
+
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        favourites.toggle(u"aurora"_s, u"violet"_s);
+        QCOMPARE(changed.size(), 1);
+        QVERIFY(role(model, 1, ColourwayListModel::FavouriteRole).toBool());
+        QVERIFY(!role(model, 0, ColourwayListModel::FavouriteRole).toBool());
+
+        ColourwayListModel hearts;
+        QAbstractItemModelTester heartsTester(
+            &hearts, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        hearts.setShop(&rig.store());
+        hearts.setFavourites(&favourites);
+        hearts.setFavouritesOnly(true);
+        QCOMPARE(column(hearts, ColourwayListModel::KeyRole), QStringList { u"aurora/violet"_s });
+        favourites.toggle(u"dunes"_s, u"amber"_s);
+        QCOMPARE(column(hearts, ColourwayListModel::KeyRole),
+                 (QStringList { u"aurora/violet"_s, u"dunes/amber"_s }));
+        favourites.toggle(u"aurora"_s, u"violet"_s);
+        QCOMPARE(column(hearts, ColourwayListModel::KeyRole), QStringList { u"dunes/amber"_s });
+
+        QVERIFY(!role(model, 0, ColourwayListModel::DownloadedRole).toBool());
+        QVERIFY(finish(rig.store().localFile(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light)))
+                    .value);
+        QTRY_VERIFY(role(model, 0, ColourwayListModel::DownloadedRole).toBool());
+        QVERIFY(!role(model, 1, ColourwayListModel::DownloadedRole).toBool());
+
+        // A pack of the shop the user has not bought: its art, nothing to set.
+        model.setPack(u"harbour"_s);
+        QCOMPARE(model.rowCount(), 1);
+        QVERIFY(!role(model, 0, ColourwayListModel::OwnedRole).toBool());
+        QVERIFY(role(model, 0, ColourwayListModel::EditionsRole).toStringList().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(ViewModelsTest)
+#include "test_view_models.moc"

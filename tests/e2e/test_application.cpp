@@ -1,0 +1,265 @@
+#include "dev_shop.h"
+#include "root_pixels.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRect>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrlQuery>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+QString run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(10'000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+QString xdotool(const QStringList &arguments)
+{
+    return run(u"xdotool"_s, arguments);
+}
+
+// The first visible window whose name is exactly this.
+QString windowNamed(const QString &name)
+{
+    return xdotool({ u"search"_s, u"--onlyvisible"_s, u"--name"_s, u'^' + name + u'$' })
+        .split(u'\n')
+        .value(0);
+}
+
+QRect geometryOf(const QString &window)
+{
+    QRect rect;
+    for (const QString &line :
+         xdotool({ u"getwindowgeometry"_s, u"--shell"_s, window }).split(u'\n')) {
+        const auto [key, value] =
+            std::pair(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
+        if (key == "X"_L1)
+            rect.moveLeft(value);
+        else if (key == "Y"_L1)
+            rect.moveTop(value);
+        else if (key == "WIDTH"_L1)
+            rect.setWidth(value);
+        else if (key == "HEIGHT"_L1)
+            rect.setHeight(value);
+    }
+    return rect;
+}
+
+void click(QPoint point, int button = 1)
+{
+    xdotool({ u"mousemove"_s, QString::number(point.x()), QString::number(point.y()), u"click"_s,
+              QString::number(button) });
+}
+
+void key(const QString &window, const QStringList &keys)
+{
+    xdotool(QStringList { u"windowfocus"_s, u"--sync"_s, window });
+    xdotool(QStringList { u"key"_s, u"--delay"_s, u"150"_s } + keys);
+}
+
+bool near(const QColor &a, const QColor &b)
+{
+    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
+        && qAbs(a.blue() - b.blue()) < 24;
+}
+
+QColor middleOf(const QString &picture)
+{
+    const QImage image(picture);
+    return image.pixelColor(image.width() / 2, image.height() / 2);
+}
+} // namespace
+
+// Quennet as a person meets it: under Xorg with two monitors, a tray and the development shop,
+// signed in through the approval flow, with a colourway chosen in the panel for each monitor.
+class ApplicationTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_state;
+    QTemporaryDir m_bin;
+    std::unique_ptr<DevShop> m_shop;
+    QProcess m_tray;
+    QProcess m_quennet;
+    QString m_folder; // the application folder
+
+    // The small window Quennet's icon lives in, inside the tray.
+    QRect trayIcon()
+    {
+        for (const QString &id :
+             xdotool({ u"search"_s, u"--classname"_s, u"quennet"_s }).split(u'\n')) {
+            const QRect rect = geometryOf(id);
+            if (!rect.isEmpty() && rect.width() <= 48 && rect.height() <= 48)
+                return rect;
+        }
+        return {};
+    }
+
+    bool hasLibrary() const
+    {
+        QFile file(m_folder + u"/shop-cache.json"_s);
+        return file.open(QIODevice::ReadOnly)
+            && QJsonDocument::fromJson(file.readAll())["library"_L1].isObject();
+    }
+
+    std::optional<QJsonObject> placement(int display)
+    {
+        QFile file(m_folder + u"/placements.json"_s);
+        if (!file.open(QIODevice::ReadOnly))
+            return std::nullopt;
+        const QJsonObject placements =
+            QJsonDocument::fromJson(file.readAll())["placements"_L1].toObject();
+        if (placements.isEmpty())
+            return std::nullopt;
+        // The records do not say which display is which monitor: the picture shown decides.
+        const QColor shown = rootPixel(960 + 1920 * display, 540);
+        for (const QJsonValue &value : placements) {
+            if (near(shown, middleOf(value["path"_L1].toString())))
+                return value.toObject();
+        }
+        return std::nullopt;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_shop = std::make_unique<DevShop>(
+            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
+                               .stateDir = m_state.path(),
+                               .pollInterval = 1 });
+        QVERIFY(m_shop->start());
+        const QString config =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+            + u"/app.quennet.Quennet"_s;
+        m_folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+            + u"/app.quennet.Quennet"_s;
+        QVERIFY(QDir().mkpath(config));
+        QFile defaults(config + u"/defaults.ini"_s);
+        QVERIFY(defaults.open(QIODevice::WriteOnly));
+        defaults.write(u"[General]\nshopBaseURL=%1\nshopCertificates=%2\n"_s
+                           .arg(m_shop->baseUrl().toString(), m_shop->caPath())
+                           .toUtf8());
+        defaults.close();
+
+        // The browser Quennet opens for the approval page: here it only notes the address.
+        QFile opener(m_bin.filePath(u"xdg-open"_s));
+        QVERIFY(opener.open(QIODevice::WriteOnly));
+        opener.write("#!/bin/sh\nprintf '%s\\n' \"$1\" >\"$(dirname \"$0\")/opened\"\n");
+        opener.close();
+        opener.setPermissions(opener.permissions() | QFileDevice::ExeOwner);
+        qputenv("PATH", m_bin.path().toUtf8() + ':' + qgetenv("PATH"));
+        qputenv("QT_QUICK_BACKEND", "software");
+        qputenv("QUENNET_REDUCED_MOTION", "1");
+
+        QVERIFY(QProcess::execute(u"xsetroot"_s, { u"-solid"_s, u"#202020"_s }) == 0);
+        m_tray.start(u"trayer"_s,
+                     { u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
+                       u"pixel"_s, u"--width"_s, u"200"_s, u"--height"_s, u"32"_s });
+        QVERIFY(m_tray.waitForStarted());
+        m_quennet.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_quennet.start(QStringLiteral(QUENNET_PROGRAM), {});
+        QVERIFY(m_quennet.waitForStarted());
+    }
+
+    void cleanupTestCase()
+    {
+        if (m_quennet.state() != QProcess::NotRunning) {
+            m_quennet.terminate();
+            m_quennet.waitForFinished(5000);
+        }
+        m_tray.kill();
+        m_tray.waitForFinished();
+    }
+
+    // Return on the sign-in sheet opens the approval page; once it is approved, the library
+    // loads.
+    void signIn()
+    {
+        QString main;
+        QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 20'000);
+        key(main, { u"Return"_s });
+        const QString opened = m_bin.filePath(u"opened"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 10'000);
+        QFile file(opened);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QUrl page(QString::fromUtf8(file.readAll()).trimmed());
+        QVERIFY(m_shop->approve(QUrlQuery(page).queryItemValue(u"user_code"_s)));
+        // The store keeps the library it loaded in its disk copy.
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 20'000);
+        // Closed, the main window leaves the desktop to be seen.
+        key(main, { u"ctrl+w"_s });
+        QTRY_VERIFY_WITH_TIMEOUT(windowNamed(u"Quennet"_s).isEmpty(), 10'000);
+    }
+
+    // A click on the tray icon opens the panel under it, inside the screen.
+    void panelOpensUnderTheIcon()
+    {
+        QRect icon;
+        QTRY_VERIFY_WITH_TIMEOUT(!(icon = trayIcon()).isEmpty(), 10'000);
+        click(icon.center());
+        QString panel;
+        QTRY_VERIFY_WITH_TIMEOUT(!(panel = windowNamed(u"Quennet Panel"_s)).isEmpty(), 10'000);
+        const QRect frame = geometryOf(panel);
+        QCOMPARE(frame.width(), 360);
+        QCOMPARE(frame.top(), icon.bottom() + 1 + 6);
+        QVERIFY(frame.right() <= 3840 - 8);
+        QVERIFY(qAbs(frame.center().x() - icon.center().x()) <= 180);
+    }
+
+    // Return sets the first colourway on the main display; a click on the other display in the
+    // panel's desk, then the next colourway, sets that one there.
+    void aColourwayOnEachDisplay()
+    {
+        const QString panel = windowNamed(u"Quennet Panel"_s);
+        QVERIFY(!panel.isEmpty());
+        key(panel, { u"Return"_s });
+        std::optional<QJsonObject> left;
+        QTRY_VERIFY2_WITH_TIMEOUT((left = placement(0)).has_value(),
+                                  qPrintable(rootPixel(960, 540).name()), 30'000);
+
+        const QRect frame = geometryOf(panel);
+        // The desk is at the top of the panel, the second display its right half.
+        click(QPoint(frame.left() + 14 + 332 * 3 / 4, frame.top() + 100));
+        key(panel, { u"Right"_s, u"Return"_s });
+        std::optional<QJsonObject> right;
+        QTRY_VERIFY2_WITH_TIMEOUT((right = placement(1)).has_value(),
+                                  qPrintable(rootPixel(2880, 540).name()), 30'000);
+
+        QCOMPARE((*left)["pack"_L1].toString(), u"aurora"_s);
+        QVERIFY((*left)["colourway"_L1] != (*right)["colourway"_L1]);
+        QVERIFY(!near(rootPixel(960, 540), rootPixel(1920 + 960, 540)));
+    }
+
+    // A second start asks the first to open its main window, and leaves.
+    void secondLaunchOpensTheMainWindow()
+    {
+        QVERIFY(windowNamed(u"Quennet"_s).isEmpty());
+        QCOMPARE(QProcess::execute(QStringLiteral(QUENNET_PROGRAM), {}), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!windowNamed(u"Quennet"_s).isEmpty(), 10'000);
+        QCOMPARE(m_quennet.state(), QProcess::Running);
+    }
+
+    // "Quit Quennet", the last item of the status menu, ends it.
+    void quitFromTheStatusMenu()
+    {
+        click(trayIcon().center(), 3);
+        QTest::qWait(500);
+        xdotool({ u"key"_s, u"--delay"_s, u"150"_s, u"Up"_s, u"Return"_s });
+        QVERIFY(m_quennet.waitForFinished(10'000));
+        QCOMPARE(m_quennet.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_quennet.exitCode(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(ApplicationTest)
+#include "test_application.moc"
