@@ -176,6 +176,46 @@ ApplicationWindow {
                 text: generalPane.app.shuffleView.status
             }
 
+            SectionTitle { text: "Do Not Disturb" }
+            GridLayout {
+                id: focusRows
+                readonly property FocusFilter filter: generalPane.app.focusFilter
+                readonly property var wallpapers: [{ key: "", text: "No wallpaper" }].concat(
+                    filter.wallpaperOptions.map(option => ({ key: option.key, text: option.name + " – " + option.packName })))
+                Layout.fillWidth: true
+                columns: 2
+                columnSpacing: 12
+                rowSpacing: 6
+                Label { text: "Wallpaper"; Layout.fillWidth: true }
+                ComboBox {
+                    Layout.alignment: Qt.AlignRight
+                    Layout.rightMargin: 4
+                    Layout.preferredWidth: 190
+                    model: focusRows.wallpapers
+                    textRole: "text"
+                    currentIndex: Math.max(0, focusRows.wallpapers.findIndex(entry => entry.key === focusRows.filter.wallpaper))
+                    onActivated: index => focusRows.filter.wallpaper = focusRows.wallpapers[index].key
+                    Accessible.name: "Do Not Disturb wallpaper"
+                }
+                Label { text: "Edition"; Layout.fillWidth: true }
+                ComboBox {
+                    Layout.alignment: Qt.AlignRight
+                    Layout.rightMargin: 4
+                    Layout.preferredWidth: 190
+                    enabled: focusRows.filter.wallpaper !== ""
+                    model: focusRows.filter.editionOptions
+                    textRole: "label"
+                    currentIndex: Math.max(0, focusRows.filter.editionOptions.findIndex(option => option.value === focusRows.filter.edition))
+                    onActivated: index => focusRows.filter.edition = focusRows.filter.editionOptions[index].value
+                    Accessible.name: "Do Not Disturb wallpaper edition"
+                }
+            }
+            Explanation {
+                text: focusRows.filter.isDoNotDisturbOn
+                      ? "Do Not Disturb is on now: " + focusRows.filter.summary + "."
+                      : "While Do Not Disturb is on, every display shows this wallpaper. Your own come back when it ends."
+            }
+
             SectionTitle { text: "Workspaces" }
             SettingSwitch {
                 text: "Use on all workspaces"
