@@ -2,6 +2,7 @@
 
 #include "account.h"
 #include "application_folder.h"
+#include "automation_service.h"
 #include "clock.h"
 #include "colour_scheme.h"
 #include "defaults.h"
@@ -10,6 +11,7 @@
 #include "displays.h"
 #include "download_thread.h"
 #include "favourites.h"
+#include "intents.h"
 #include "keychain.h"
 #include "login_item.h"
 #include "network_access_manager.h"
@@ -45,6 +47,10 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
     , m_defaults(std::make_unique<Defaults>())
 {
     runningDelegate = this;
+    // On the bus before main() takes the bus name, so that a call that starts Quennet finds the
+    // object; it answers "Still starting" until start() hands it the rest.
+    m_automation = new AutomationService(this);
+    m_automation->registerOn(QDBusConnection::sessionBus());
 }
 
 AppDelegate::~AppDelegate()
@@ -76,6 +82,7 @@ void AppDelegate::start()
     startPlacement();
     startStore();
     startShuffle();
+    startAutomation();
 
     m_loginItem = new LoginItem(m_options.program, {}, this);
     m_notice = new NoticePresenter(this);
@@ -140,6 +147,16 @@ void AppDelegate::startShuffle()
                              .random = QRandomGenerator::system()},
                             this);
     m_shuffle->start();
+}
+
+void AppDelegate::startAutomation()
+{
+    auto *intents = new Intents({.shop = m_shop,
+                                 .displays = m_displays,
+                                 .favourites = m_favourites,
+                                 .shuffle = m_shuffle},
+                                this);
+    m_automation->attach(intents, m_account, m_shop);
 }
 
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)

@@ -13,11 +13,13 @@
 
 #include <memory>
 
+class AutomationService;
 class Clock;
 class Defaults;
 class Displays;
 class DownloadThread;
 class Favourites;
+class Intents;
 class Keychain;
 class NetworkAccessManager;
 class Shop;
@@ -54,7 +56,7 @@ class AppDelegate : public QObject
 
 public:
     struct Options {
-        bool atLogin = false; // started by the session's autostart
+        bool atLogin = false; // started by the session's autostart or a bus call: no main window
         QString program; // what open-at-login starts
     };
 
@@ -106,6 +108,7 @@ private:
     void startPlacement();
     void startStore();
     void startShuffle();
+    void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
 
     Options m_options;
@@ -120,6 +123,7 @@ private:
     Shop *m_shop = nullptr;
     Favourites *m_favourites = nullptr;
     Shuffle *m_shuffle = nullptr;
+    AutomationService *m_automation = nullptr;
     LoginItem *m_loginItem = nullptr;
     NoticePresenter *m_notice = nullptr;
     QQmlEngine *m_engine = nullptr;
