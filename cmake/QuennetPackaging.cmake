@@ -43,9 +43,19 @@ function(quennet_install_man page component)
 endfunction()
 
 quennet_install_man("${PROJECT_SOURCE_DIR}/src/app/quennet.1" app)
+quennet_install_man("${QUENNET_DATA}/man/quennetctl.1" app)
 quennet_install_man("${PROJECT_SOURCE_DIR}/devshop/quennet-devshop.1" devshop)
 
-install(TARGETS quennet quennet-helper RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
+# A call on the session bus starts Quennet when it isn't running.
+install(FILES "${PROJECT_BINARY_DIR}/data/dbus/app.quennet.Quennet.service"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services" COMPONENT app)
+install(FILES "${QUENNET_DATA}/dbus/app.quennet.Quennet.Automation.xml"
+    "${QUENNET_DATA}/dbus/app.quennet.Quennet.Session.xml"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces" COMPONENT app)
+install(FILES "${QUENNET_DATA}/completion/quennetctl"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT app)
+
+install(TARGETS quennet quennet-helper quennetctl RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
 install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
 
 set(CPACK_GENERATOR DEB)

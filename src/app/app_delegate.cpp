@@ -3,6 +3,7 @@
 #include "account.h"
 #include "application_folder.h"
 #include "art_cache.h"
+#include "automation_service.h"
 #include "clock.h"
 #include "colour_scheme.h"
 #include "defaults.h"
@@ -15,6 +16,7 @@
 #include "favourites.h"
 #include "focus_filter.h"
 #include "helper_process.h"
+#include "intents.h"
 #include "keychain.h"
 #include "login_item.h"
 #include "network_access_manager.h"
@@ -53,6 +55,10 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
     , m_defaults(std::make_unique<Defaults>())
 {
     runningDelegate = this;
+    // On the bus before main() takes the bus name, so that a call that starts Quennet finds the
+    // object; it answers "Still starting" until start() hands it the rest.
+    m_automation = new AutomationService(this);
+    m_automation->registerOn(QDBusConnection::sessionBus());
 }
 
 AppDelegate::~AppDelegate()
@@ -85,6 +91,7 @@ void AppDelegate::start()
     startStore();
     startShuffle();
     startFocusFilter();
+    startAutomation();
 
     m_loginItem = new LoginItem(m_options.program, {}, this);
     startViews();
@@ -196,6 +203,16 @@ void AppDelegate::startViews()
 bool AppDelegate::isDark() const
 {
     return m_scheme && m_scheme->isDark();
+}
+
+void AppDelegate::startAutomation()
+{
+    auto *intents = new Intents({.shop = m_shop,
+                                 .displays = m_displays,
+                                 .favourites = m_favourites,
+                                 .shuffle = m_shuffle},
+                                this);
+    m_automation->attach(intents, m_account, m_shop);
 }
 
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)

@@ -14,6 +14,7 @@
 #include <memory>
 
 class ArtCache;
+class AutomationService;
 class Clock;
 class ColourScheme;
 class Defaults;
@@ -21,6 +22,7 @@ class Displays;
 class DownloadThread;
 class Favourites;
 class FocusFilter;
+class Intents;
 class Keychain;
 class NetworkAccessManager;
 class Shop;
@@ -70,7 +72,7 @@ class AppDelegate : public QObject
 
 public:
     struct Options {
-        bool atLogin = false; // started by the session's autostart
+        bool atLogin = false; // started by the session's autostart or a bus call: no main window
         QString program; // what open-at-login starts
     };
 
@@ -132,6 +134,7 @@ private:
     void startShuffle();
     void startFocusFilter();
     void startViews();
+    void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
 
     Options m_options;
@@ -150,6 +153,7 @@ private:
     SpacesHelper *m_spaces = nullptr;
     FocusFilter *m_focusFilter = nullptr;
     ShuffleStore *m_shuffleStore = nullptr;
+    AutomationService *m_automation = nullptr;
     LoginItem *m_loginItem = nullptr;
     NoticePresenter *m_notice = nullptr;
     WallpaperActions *m_actions = nullptr;

@@ -24,16 +24,20 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption atLogin(u"at-login"_s, u"Started at login: stay in the tray."_s);
+    const QCommandLineOption dbusActivated(u"dbus-activated"_s,
+                                           u"Started by a call on the session bus: stay in the tray."_s);
     const QCommandLineOption selfTest(u"self-test"_s, u"Load every view hidden, then quit."_s);
-    parser.addOptions({atLogin, selfTest});
+    parser.addOptions({atLogin, dbusActivated, selfTest});
     parser.process(application);
 
+    // Made before the instance claims the bus name: it puts the automation object on the bus.
+    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated)
+                              || parser.isSet(selfTest),
+                          .program = QApplication::applicationFilePath()});
     SingleInstance instance;
     if (!parser.isSet(selfTest) && !instance.claim()) {
         return 0;
     }
-    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(selfTest),
-                          .program = QApplication::applicationFilePath()});
     QObject::connect(&instance, &SingleInstance::openMainWindowRequested, &delegate,
                      &AppDelegate::openMain);
     delegate.start();

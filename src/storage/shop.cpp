@@ -108,22 +108,23 @@ QCoro::Task<> Shop::start(QPointer<Shop> self)
     }
 }
 
-QCoro::Task<> Shop::refresh()
+QCoro::Task<std::optional<QString>> Shop::refresh()
 {
     return refresh(this, m_refreshing, m_cancel);
 }
 
-QCoro::Task<> Shop::refresh(QPointer<Shop> self, std::shared_ptr<AsyncMutex> mutex,
-                            std::shared_ptr<CancelToken> cancel)
+QCoro::Task<std::optional<QString>> Shop::refresh(QPointer<Shop> self,
+                                                  std::shared_ptr<AsyncMutex> mutex,
+                                                  std::shared_ptr<CancelToken> cancel)
 {
     try {
         // One at a time: a second request runs after the first, and mostly finds it unchanged.
         const auto lock = co_await AsyncMutex::lock(mutex);
         if (!self || cancel->isCancelled())
-            co_return;
+            co_return std::nullopt;
         const auto saved = co_await self->m_refresher->refresh(cancel);
         if (!self)
-            co_return;
+            co_return std::nullopt;
         self->apply(saved);
         self->m_lastChecked = self->m_services.clock->now();
         Q_EMIT self->lastCheckedChanged();
@@ -131,7 +132,7 @@ QCoro::Task<> Shop::refresh(QPointer<Shop> self, std::shared_ptr<AsyncMutex> mut
         self->m_reconciler->request(self->m_contents.owned);
     } catch (const std::exception &error) {
         if (!self || cancel->isCancelled())
-            co_return;
+            co_return std::nullopt;
         const QString reason = describe(error);
         qCWarning(lcShop, "Refresh failed: %s", qUtf8Printable(reason));
         const QString message = u"Couldn't check for new files. "_s + reason;
@@ -140,7 +141,9 @@ QCoro::Task<> Shop::refresh(QPointer<Shop> self, std::shared_ptr<AsyncMutex> mut
             self->setMessage(Notice::failed(message));
         else
             self->setState(Status::Failed, message);
+        co_return message;
     }
+    co_return std::nullopt;
 }
 
 void Shop::systemWoke()

@@ -97,8 +97,9 @@ public:
 
     // Shows the disk copy at once, then refreshes from the shop and starts the six-hourly check.
     QCoro::Task<> start();
-    // Fetches catalogue and library. Never throws: a failure is worded in the state or message.
-    QCoro::Task<> refresh();
+    // Fetches catalogue and library. Never throws: a failure is worded in the state or message,
+    // and its sentence returned; none when the refresh went well.
+    QCoro::Task<std::optional<QString>> refresh();
     // The computer woke from sleep: the six-hourly check looks at its due moment again.
     void systemWoke();
 
@@ -158,8 +159,9 @@ Q_SIGNALS:
 
 private:
     static QCoro::Task<> start(QPointer<Shop> self);
-    static QCoro::Task<> refresh(QPointer<Shop> self, std::shared_ptr<AsyncMutex> mutex,
-                                 std::shared_ptr<CancelToken> cancel);
+    static QCoro::Task<std::optional<QString>> refresh(QPointer<Shop> self,
+                                                       std::shared_ptr<AsyncMutex> mutex,
+                                                       std::shared_ptr<CancelToken> cancel);
     static QCoro::Task<> saveDesktopFiles(QPointer<Shop> self, QString pack);
 
     void apply(const Cache::Saved &saved);

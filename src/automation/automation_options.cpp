@@ -1,0 +1,37 @@
+#include "automation_options.h"
+
+Edition toEdition(EditionOption option)
+{
+    switch (option) {
+    case EditionOption::TimeOfDay:
+        return Edition::TimeOfDay;
+    case EditionOption::Light:
+        return Edition::Light;
+    case EditionOption::Dark:
+        return Edition::Dark;
+    case EditionOption::Automatic:
+        break;
+    }
+    return Edition::Automatic;
+}
+
+ShuffleSettings::Interval toInterval(ShuffleIntervalOption option)
+{
+    switch (option) {
+    case ShuffleIntervalOption::Hour:
+        return ShuffleSettings::Interval::Hour;
+    case ShuffleIntervalOption::SixHours:
+        return ShuffleSettings::Interval::SixHours;
+    case ShuffleIntervalOption::Week:
+        return ShuffleSettings::Interval::Week;
+    case ShuffleIntervalOption::Day:
+        break;
+    }
+    return ShuffleSettings::Interval::Day;
+}
+
+ShuffleSettings::Source toSource(ShuffleSourceOption option)
+{
+    return option == ShuffleSourceOption::Favourites ? ShuffleSettings::Source::Favourites
+                                                     : ShuffleSettings::Source::All;
+}

@@ -1,0 +1,111 @@
+#include "intents.h"
+
+#include "displays.h"
+#include "favourites.h"
+#include "shop.h"
+#include "shuffle.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+QString Intents::Failure::description() const
+{
+    switch (m_case) {
+    case Case::NotReady:
+        return u"Still starting. Try again in a moment."_s;
+    case Case::NotFound:
+        return u"That wallpaper isn't in your packs."_s;
+    case Case::NoWallpaper:
+        return u"The main display isn't showing one of your wallpapers."_s;
+    case Case::Overtaken:
+        break;
+    }
+    return u"Another wallpaper was set while this one downloaded."_s;
+}
+
+Intents::Intents(Services services, QObject *parent)
+    : QObject(parent)
+    , m_services(services)
+{
+}
+
+bool Intents::isReady() const
+{
+    return m_services.shop->status() != Shop::Status::Loading;
+}
+
+void Intents::requireReady() const
+{
+    if (!isReady())
+        throw Failure(Failure::Case::NotReady);
+}
+
+QCoro::Task<> Intents::shuffleWallpaper()
+{
+    requireReady();
+    try {
+        co_await m_services.shuffle->shuffleNow();
+    } catch (const Shop::Overtaken &) {
+        throw Failure(Failure::Case::Overtaken);
+    }
+}
+
+QCoro::Task<> Intents::setWallpaper(QString id, EditionOption edition)
+{
+    requireReady();
+    const auto key = ColourwayKey::parse(id);
+    if (!key || !query().entity(id))
+        throw Failure(Failure::Case::NotFound);
+    QStringList displayIds;
+    for (const auto &display : m_services.displays->all())
+        displayIds.append(display.id);
+    try {
+        co_await m_services.shop->setWallpaper(key->pack, key->colourway, toEdition(edition),
+                                               displayIds);
+    } catch (const Shop::Overtaken &) {
+        throw Failure(Failure::Case::Overtaken);
+    } catch (const Shop::NotInPacks &) {
+        // The pack went from the library while the file downloaded.
+        throw Failure(Failure::Case::NotFound);
+    }
+}
+
+WallpaperEntity Intents::currentWallpaper() const
+{
+    requireReady();
+    const auto all = m_services.displays->all();
+    const auto main = std::find_if(all.cbegin(), all.cend(),
+                                   [](const Displays::Display &display) { return display.isMain; });
+    if (main == all.cend() || !m_services.displays->showsOwnWallpaper(*main))
+        throw Failure(Failure::Case::NoWallpaper);
+    const auto placement = m_services.displays->placement(main->id);
+    const auto entity = query().entity(placement->pack + u'/' + placement->colourway);
+    if (!entity)
+        throw Failure(Failure::Case::NoWallpaper);
+    return *entity;
+}
+
+void Intents::setShuffle(bool isOn, std::optional<ShuffleIntervalOption> interval,
+                         std::optional<ShuffleSourceOption> source)
+{
+    Shuffle *shuffle = m_services.shuffle;
+    if (interval)
+        shuffle->setInterval(toInterval(*interval));
+    if (source)
+        shuffle->setSource(toSource(*source));
+    shuffle->setOn(isOn);
+}
+
+void Intents::favouriteCurrentWallpaper()
+{
+    const WallpaperEntity current = currentWallpaper();
+    if (m_services.favourites->keys().contains(current.id))
+        return;
+    const auto key = ColourwayKey::parse(current.id);
+    m_services.favourites->toggle(key->pack, key->colourway);
+}
+
+WallpaperQuery Intents::query() const
+{
+    const Shop *shop = m_services.shop;
+    return WallpaperQuery(shop->packs(), shop->owned(), m_services.favourites->keys());
+}

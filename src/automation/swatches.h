@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QPointer>
+#include <QString>
+#include <optional>
+
+class Shop;
+
+// Swatches for the wallpaper query, taken from the thumbnail that each wallpaper file carries
+// inside it: the picture itself, small. Only downloaded files are read, and a file's swatch is
+// kept once made, so asking costs a few milliseconds the first time and nothing after. A
+// colourway with no file on disk has no swatch: the catalogue's artwork comes over the network,
+// which a query must not wait for.
+class Swatches {
+public:
+    static constexpr int size = 64; // pixels along the longer side
+
+    explicit Swatches(Shop *shop);
+
+    // A PNG of the colourway's automatic edition (or the nearest one there is).
+    [[nodiscard]] std::optional<QByteArray> operator()(const QString &pack,
+                                                       const QString &colourway);
+
+    // A PNG of the embedded thumbnail of the HEIC file's main picture, at most size pixels wide
+    // and high; none when the file cannot be read or has no thumbnail.
+    [[nodiscard]] static std::optional<QByteArray> fromFile(const QString &path);
+
+private:
+    QPointer<Shop> m_shop;
+    QHash<QString, std::optional<QByteArray>> m_made; // by local path
+};

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "owned_pack.h"
+#include "pack.h"
+
+#include <QByteArray>
+#include <QMetaType>
+#include <QStringList>
+#include <functional>
+#include <optional>
+
+class QDBusArgument;
+
+// A wallpaper (one colourway of one pack) as automation names it to scripts and other programs.
+struct WallpaperEntity {
+    QString id; // the colourway key: pack slug, "/", colourway slug
+    QString name; // the colourway's name
+    QString packName;
+    std::optional<QByteArray> swatch; // a small PNG of the colourway's picture; none without one
+
+    bool operator==(const WallpaperEntity &) const = default;
+};
+Q_DECLARE_METATYPE(WallpaperEntity)
+
+// On the bus an entity is (id, name, packName): the swatch does not travel.
+QDBusArgument &operator<<(QDBusArgument &argument, const WallpaperEntity &entity);
+const QDBusArgument &operator>>(const QDBusArgument &argument, WallpaperEntity &entity);
+
+// A colourway key taken apart.
+struct ColourwayKey {
+    QString pack;
+    QString colourway;
+
+    // None unless the text is two slugs joined by one "/".
+    [[nodiscard]] static std::optional<ColourwayKey> parse(QStringView text);
+    [[nodiscard]] QString text() const { return pack + u'/' + colourway; }
+};
+
+// Finds the wallpapers of the user's packs: every colourway of a pack in the library that the
+// user owns, bought or free. Everything it answers is ordered the same way: favourites first,
+// newest favourite first, then the rest in library order (the packs as the shop lists them, each
+// pack's colourways in its own order).
+class WallpaperQuery {
+public:
+    // A swatch for a colourway, where one can be had cheaply.
+    using Swatch =
+        std::function<std::optional<QByteArray>(const QString &pack, const QString &colourway)>;
+
+    WallpaperQuery(const QList<Pack> &packs, const QMap<QString, OwnedPack> &owned,
+                   const QStringList &favourites, Swatch swatch = {});
+
+    // Exact keys; unknown ones are left out.
+    [[nodiscard]] std::optional<WallpaperEntity> entity(const QString &id) const;
+    [[nodiscard]] QList<WallpaperEntity> entities(const QStringList &ids) const;
+    // The wallpapers whose colourway name, pack name or key holds every word of the text,
+    // regardless of case; every one when the text has no words.
+    [[nodiscard]] QList<WallpaperEntity> entities(const QString &matching) const;
+    [[nodiscard]] QList<WallpaperEntity> suggestedEntities() const;
+
+private:
+    [[nodiscard]] WallpaperEntity withSwatch(WallpaperEntity entity) const;
+
+    QList<WallpaperEntity> m_ordered; // without swatches
+    Swatch m_swatch;
+};

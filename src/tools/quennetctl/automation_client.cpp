@@ -1,0 +1,232 @@
+#include "automation_client.h"
+
+#include "command_line.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTextStream>
+#include <QTimer>
+#include <climits>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+constexpr auto service = "app.quennet.Quennet"_L1;
+constexpr auto path = "/app/quennet/Quennet"_L1;
+constexpr auto automation = "app.quennet.Quennet.Automation"_L1;
+constexpr auto session = "app.quennet.Quennet.Session"_L1;
+constexpr auto properties = "org.freedesktop.DBus.Properties"_L1;
+constexpr auto errorPrefix = "app.quennet.Quennet.Error."_L1;
+
+// Calls that wait for a download or the shop end when Quennet says so, not after D-Bus's 25 s.
+constexpr int noTimeout = INT_MAX;
+// How long a call waits for Quennet's library to load after "Still starting".
+constexpr int startingWait = 60'000;
+
+// Each wallpaper of an a(sss) list, as a line of tab-separated fields.
+QStringList wallpaperLines(const QVariant &value)
+{
+    QStringList lines;
+    const auto list = value.value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString id, name, packName;
+        list.beginStructure();
+        list >> id >> name >> packName;
+        list.endStructure();
+        lines.append(id + u'\t' + name + u'\t' + packName);
+    }
+    list.endArray();
+    return lines;
+}
+} // namespace
+
+AutomationClient::AutomationClient(QDBusConnection bus, QObject *parent)
+    : QObject(parent)
+    , m_bus(std::move(bus))
+{
+}
+
+QDBusMessage AutomationClient::call(const QString &interface, const QString &method,
+                                    const QVariantList &arguments)
+{
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    const bool waits = method == "SetWallpaper"_L1 || method == "ShuffleWallpaper"_L1
+        || method == "Refresh"_L1 || method == "SignOut"_L1;
+    return m_bus.call(message, QDBus::Block, waits ? noTimeout : -1);
+}
+
+QDBusMessage AutomationClient::callWhenReady(const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage reply = call(automation, method, arguments);
+    if (reply.errorName() != errorPrefix + "NotReady"_L1 || !watchSession())
+        return reply;
+    const QDeadlineTimer deadline(startingWait);
+    while (m_session.value(u"LibraryState"_s) == "loading"_L1
+           && m_session.value(u"State"_s) != "gone"_L1 && !deadline.hasExpired()) {
+        if (!waitForSessionChange(int(deadline.remainingTime())))
+            break;
+    }
+    return call(automation, method, arguments);
+}
+
+bool AutomationClient::watchSession()
+{
+    if (!m_watching) {
+        m_watching = m_bus.connect(service, path, properties, u"PropertiesChanged"_s, this,
+                                   SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+        auto *watcher = new QDBusServiceWatcher(service, m_bus,
+                                                QDBusServiceWatcher::WatchForUnregistration, this);
+        connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+            m_session.insert(u"State"_s, u"gone"_s);
+            Q_EMIT sessionChanged();
+        });
+    }
+    const QDBusMessage reply = call(properties, u"GetAll"_s, { QString(session) });
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return false;
+    m_session = qdbus_cast<QVariantMap>(reply.arguments().first());
+    return m_watching;
+}
+
+void AutomationClient::propertiesChanged(const QString &interface, const QVariantMap &changed,
+                                         const QStringList &)
+{
+    if (interface != session)
+        return;
+    m_session.insert(changed);
+    Q_EMIT sessionChanged();
+}
+
+bool AutomationClient::waitForSessionChange(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer timeout;
+    timeout.setSingleShot(true);
+    connect(&timeout, &QTimer::timeout, &loop, [&loop] { loop.exit(1); });
+    connect(this, &AutomationClient::sessionChanged, &loop, [&loop] { loop.exit(0); });
+    if (milliseconds >= 0)
+        timeout.start(milliseconds);
+    return loop.exec() == 0;
+}
+
+int AutomationClient::report(const QDBusMessage &reply, QTextStream &err)
+{
+    if (reply.type() != QDBusMessage::ErrorMessage)
+        return 0;
+    if (!reply.errorName().startsWith(errorPrefix)) {
+        err << "Couldn't reach Quennet: " << reply.errorMessage() << Qt::endl;
+        return failed;
+    }
+    err << reply.errorMessage() << Qt::endl;
+    return reply.errorName() == errorPrefix + "InvalidArgument"_L1 ? usageError : failed;
+}
+
+int AutomationClient::run(const Command &command, QTextStream &out, QTextStream &err)
+{
+    if (!m_bus.isConnected()) {
+        err << "There's no session bus to reach Quennet on." << Qt::endl;
+        return failed;
+    }
+    using Action = Command::Action;
+    QDBusMessage reply;
+    switch (command.action) {
+    case Action::Shuffle:
+        return report(callWhenReady(u"ShuffleWallpaper"_s), err);
+    case Action::Set:
+        return report(callWhenReady(u"SetWallpaper"_s, { command.wallpaper, command.edition }),
+                      err);
+    case Action::Get:
+        reply = callWhenReady(u"GetWallpaper"_s);
+        if (reply.type() == QDBusMessage::ReplyMessage) {
+            QStringList fields;
+            for (const QVariant &field : reply.arguments())
+                fields.append(field.toString());
+            out << fields.join(u'\t') << Qt::endl;
+        }
+        return report(reply, err);
+    case Action::Favourite:
+        return report(callWhenReady(u"FavouriteWallpaper"_s), err);
+    case Action::ShuffleSettings:
+        return report(
+            call(automation, u"SetShuffle"_s, { command.isOn, command.interval, command.source }),
+            err);
+    case Action::Find:
+        reply = callWhenReady(u"FindWallpapers"_s, { command.text });
+        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
+            for (const QString &line : wallpaperLines(reply.arguments().first()))
+                out << line << '\n';
+            out.flush();
+        }
+        return report(reply, err);
+    case Action::SignIn:
+        return signIn(out, err);
+    case Action::SignOut:
+        return report(call(session, u"SignOut"_s), err);
+    case Action::Refresh:
+        return report(call(session, u"Refresh"_s), err);
+    case Action::Status:
+        return status(out, err);
+    }
+    return failed;
+}
+
+int AutomationClient::signIn(QTextStream &out, QTextStream &err)
+{
+    if (!watchSession())
+        return report(call(properties, u"GetAll"_s, { QString(session) }), err);
+    if (const int status = report(call(session, u"SignIn"_s), err))
+        return status;
+    // The state as it is after the call: any change from here on arrives as a signal.
+    watchSession();
+    bool shownCode = false;
+    for (;;) {
+        const QString state = m_session.value(u"State"_s).toString();
+        if (state == "waiting"_L1 && !shownCode) {
+            out << "Approve this computer in your browser: "
+                << m_session.value(u"VerificationURI"_s).toString() << '\n'
+                << "Code: " << m_session.value(u"UserCode"_s).toString() << '\n'
+                << "Check the code there matches this one. Waiting for approval…" << Qt::endl;
+            shownCode = true;
+        } else if (state == "signedIn"_L1) {
+            // The library of the new session, so that the next command finds the user's packs.
+            if (const int status = report(call(session, u"Refresh"_s), err))
+                return status;
+            out << "Signed in." << Qt::endl;
+            return 0;
+        } else if (state == "failed"_L1) {
+            err << m_session.value(u"Message"_s).toString() << Qt::endl;
+            return failed;
+        } else if (state == "signedOut"_L1) {
+            err << "Sign-in was cancelled." << Qt::endl;
+            return failed;
+        } else if (state == "gone"_L1) {
+            err << "Quennet quit before the sign-in ended." << Qt::endl;
+            return failed;
+        }
+        if (!waitForSessionChange(-1))
+            return failed;
+    }
+}
+
+int AutomationClient::status(QTextStream &out, QTextStream &err)
+{
+    const QDBusMessage reply = call(properties, u"GetAll"_s, { QString(session) });
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return report(reply, err);
+    const auto values = qdbus_cast<QVariantMap>(reply.arguments().first());
+    const QString state = values.value(u"State"_s).toString();
+    out << "State: " << state << '\n';
+    if (state == "waiting"_L1) {
+        out << "Code: " << values.value(u"UserCode"_s).toString() << '\n'
+            << "Page: " << values.value(u"VerificationURI"_s).toString() << '\n';
+    } else if (state == "failed"_L1) {
+        out << "Message: " << values.value(u"Message"_s).toString() << '\n';
+    }
+    out << "Library: " << values.value(u"LibraryState"_s).toString() << Qt::endl;
+    return 0;
+}

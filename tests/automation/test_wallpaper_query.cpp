@@ -1,0 +1,133 @@
+#include "swatches.h"
+#include "wallpaper_entity.h"
+
+#include <QImage>
+#include <QTemporaryFile>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+Pack pack(const QString &slug, const QString &name, const QStringList &colourways)
+{
+    Pack made { .slug = slug, .name = name };
+    for (const QString &colourway : colourways)
+        made.colourways.append({ .slug = colourway.toLower(), .name = colourway });
+    return made;
+}
+
+// Two owned packs around one the user does not own.
+WallpaperQuery sampleQuery(const QStringList &favourites)
+{
+    const QList<Pack> packs { pack(u"aurora"_s, u"Aurora"_s, { u"Emerald"_s, u"Violet"_s }),
+                              pack(u"harbour"_s, u"Harbour"_s, { u"Slate"_s }),
+                              pack(u"dunes"_s, u"Dunes"_s, { u"Amber"_s, u"Rose"_s }) };
+    const QMap<QString, OwnedPack> owned { { u"aurora"_s, { .slug = u"aurora"_s } },
+                                           { u"dunes"_s, { .slug = u"dunes"_s } },
+                                           { u"glacier"_s, { .slug = u"glacier"_s } } };
+    return WallpaperQuery(packs, owned, favourites);
+}
+
+QStringList ids(const QList<WallpaperEntity> &entities)
+{
+    QStringList ids;
+    for (const auto &entity : entities)
+        ids.append(entity.id);
+    return ids;
+}
+} // namespace
+
+// Which wallpapers automation offers, and in what order.
+class WallpaperQueryTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void matching_data()
+    {
+        QTest::addColumn<QStringList>("favourites");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("found");
+
+        const QStringList library { u"aurora/emerald"_s, u"aurora/violet"_s, u"dunes/amber"_s,
+                                    u"dunes/rose"_s };
+        QTest::newRow("suggestions") << QStringList() << QString() << library;
+        QTest::newRow("favourites first, newest first")
+            << QStringList { u"dunes/rose"_s, u"gone/away"_s, u"aurora/violet"_s } << u"  "_s
+            << QStringList { u"dunes/rose"_s, u"aurora/violet"_s, u"aurora/emerald"_s,
+                             u"dunes/amber"_s };
+        QTest::newRow("colourway name, any case")
+            << QStringList() << u"VIOLET"_s << QStringList { u"aurora/violet"_s };
+        QTest::newRow("pack name") << QStringList { u"dunes/rose"_s } << u"dun"_s
+                                   << QStringList { u"dunes/rose"_s, u"dunes/amber"_s };
+        QTest::newRow("every word")
+            << QStringList() << u"dunes ro"_s << QStringList { u"dunes/rose"_s };
+        QTest::newRow("a key") << QStringList() << u"aurora/em"_s
+                               << QStringList { u"aurora/emerald"_s };
+        QTest::newRow("not owned") << QStringList() << u"slate"_s << QStringList();
+    }
+
+    void matching()
+    {
+        QFETCH(QStringList, favourites);
+        QFETCH(QString, text);
+        QFETCH(QStringList, found);
+        QCOMPARE(ids(sampleQuery(favourites).entities(text)), found);
+    }
+
+    void lookUp()
+    {
+        const WallpaperQuery query = sampleQuery({});
+        const WallpaperEntity rose { .id = u"dunes/rose"_s,
+                                     .name = u"Rose"_s,
+                                     .packName = u"Dunes"_s };
+        QCOMPARE(query.entity(u"dunes/rose"_s), rose);
+        QCOMPARE(query.entity(u"Dunes/Rose"_s), std::nullopt);
+        QCOMPARE(query.entity(u"harbour/slate"_s), std::nullopt);
+        QCOMPARE(ids(query.entities(
+                     QStringList { u"dunes/amber"_s, u"nope/nope"_s, u"aurora/violet"_s })),
+                 (QStringList { u"dunes/amber"_s, u"aurora/violet"_s }));
+    }
+
+    void keys_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("valid");
+        QTest::newRow("key") << u"spring-2/dusk"_s << true;
+        QTest::newRow("empty") << QString() << false;
+        QTest::newRow("no slash") << u"spring"_s << false;
+        QTest::newRow("empty side") << u"spring/"_s << false;
+        QTest::newRow("two slashes") << u"a/b/c"_s << false;
+        QTest::newRow("capitals") << u"Spring/dusk"_s << false;
+        QTest::newRow("spaces") << u"spring/ dusk"_s << false;
+    }
+
+    void keys()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, valid);
+        const auto key = ColourwayKey::parse(text);
+        QCOMPARE(key.has_value(), valid);
+        if (key)
+            QCOMPARE(key->text(), text);
+    }
+
+    // The swatch is the picture's own thumbnail, small; a file without one gives none.
+    void swatchFromAFile()
+    {
+        const auto swatch = Swatches::fromFile(
+            QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-light.heic"));
+        QVERIFY(swatch);
+        const QImage image = QImage::fromData(*swatch, "PNG");
+        QVERIFY(!image.isNull());
+        QCOMPARE(qMax(image.width(), image.height()), Swatches::size);
+
+        QTemporaryFile notHeic;
+        QVERIFY(notHeic.open());
+        notHeic.write("not a picture");
+        notHeic.close();
+        QCOMPARE(Swatches::fromFile(notHeic.fileName()), std::nullopt);
+    }
+};
+
+QTEST_GUILESS_MAIN(WallpaperQueryTest)
+#include "test_wallpaper_query.moc"

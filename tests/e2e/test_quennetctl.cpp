@@ -1,0 +1,238 @@
+#include "defaults.h"
+#include "dev_shop.h"
+#include "placement.h"
+#include "root_pixels.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <csignal>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+struct Run {
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+bool near(const QColor &a, const QColor &b)
+{
+    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
+        && qAbs(a.blue() - b.blue()) < 24;
+}
+
+void write(const QString &path, const QByteArray &text)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(text);
+}
+} // namespace
+
+// A person's script against Quennet under Xorg with two monitors: a session bus of its own that
+// starts Quennet from its service file when the first quennetctl asks, the development shop,
+// and what each command does visible in the pixels.
+class QuennetctlTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_state;
+    std::unique_ptr<DevShop> m_shop;
+    QTemporaryDir m_bus;
+    QProcess m_daemon;
+    QString m_address;
+    QString m_folder; // Quennet's application folder
+
+    Run quennetctl(const QStringList &arguments,
+                   const std::function<void(QProcess &)> &meanwhile = {})
+    {
+        QProcess process;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_address);
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(QUENNETCTL), arguments);
+        if (meanwhile)
+            meanwhile(process);
+        process.waitForFinished(120'000);
+        return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                 QString::fromUtf8(process.readAllStandardOutput()),
+                 QString::fromUtf8(process.readAllStandardError()) };
+    }
+
+    // What the main display (DUMMY0) or the other one shows, by Quennet's record and in pixels.
+    Placement shown(int display)
+    {
+        QFile file(m_folder + u"/placements.json"_s);
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        const auto placements = PlacementFile::decode(file.readAll()).placements.values();
+        for (const Placement &placement : placements) {
+            const QImage picture(placement.path);
+            const QColor pixel = rootPixel(960 + display * 1920, 540);
+            if (near(pixel, picture.pixelColor(picture.width() / 2, picture.height() / 2)))
+                return placement;
+        }
+        return {};
+    }
+
+    // A setting as Quennet has written it so far: it writes them a moment after a change.
+    static QVariant stored(const QString &key)
+    {
+        QSettings settings(Defaults::defaultPath(), QSettings::IniFormat);
+        settings.sync();
+        return settings.value(key);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_shop = std::make_unique<DevShop>(
+            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
+                               .stateDir = m_state.path(),
+                               .pollInterval = 1 });
+        QVERIFY(m_shop->start());
+
+        // Quennet's settings, pointing it at the development shop.
+        const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
+        const QString data = qEnvironmentVariable("XDG_DATA_HOME");
+        QVERIFY(!config.isEmpty() && !data.isEmpty());
+        m_folder = data + u"/app.quennet.Quennet"_s;
+        write(config + u"/app.quennet.Quennet/defaults.ini"_s,
+              "[General]\nshopBaseURL=" + m_shop->baseUrl().toString().toUtf8()
+                  + "\nshopCertificates=" + m_shop->caPath().toUtf8() + "\n");
+
+        // A browser that opens nothing, and a bus that knows only Quennet's service file.
+        write(m_bus.filePath(u"bin/xdg-open"_s), "#!/bin/sh\nexit 0\n");
+        QFile::setPermissions(m_bus.filePath(u"bin/xdg-open"_s),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QString socket = m_bus.filePath(u"bus"_s);
+        write(m_bus.filePath(u"session.conf"_s),
+              "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
+              " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+              "<busconfig><type>session</type><listen>unix:path="
+                  + socket.toUtf8()
+                  + "</listen><servicedir>" QUENNET_TEST_SERVICES
+                    "</servicedir><policy context=\"default\">"
+                    "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                    "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
+                    "</busconfig>\n");
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"PATH"_s,
+                           m_bus.filePath(u"bin"_s) + u':' + environment.value(u"PATH"_s));
+        environment.insert(u"QT_QUICK_BACKEND"_s, u"software"_s);
+        m_daemon.setProcessEnvironment(environment);
+        m_daemon.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_daemon.start(u"dbus-daemon"_s,
+                       { u"--nofork"_s, u"--config-file"_s, m_bus.filePath(u"session.conf"_s) });
+        QVERIFY(m_daemon.waitForStarted());
+        m_address = u"unix:path="_s + socket;
+        QTRY_VERIFY(QFile::exists(socket));
+    }
+
+    void cleanupTestCase()
+    {
+        // Quennet is the bus's child: end it by the process id the bus knows it by.
+        auto bus = QDBusConnection::connectToBus(m_address, u"cleanup"_s);
+        const auto pid = bus.interface()->servicePid(u"app.quennet.Quennet"_s);
+        if (pid.isValid() && pid.value() > 0) {
+            ::kill(pid_t(pid.value()), SIGTERM);
+            QTRY_VERIFY(!bus.interface()->isServiceRegistered(u"app.quennet.Quennet"_s).value());
+        }
+        QDBusConnection::disconnectFromBus(u"cleanup"_s);
+        m_daemon.terminate();
+        m_daemon.waitForFinished();
+    }
+
+    void aScriptOfCommands()
+    {
+        // The first call starts Quennet through the bus.
+        Run run = quennetctl({ u"status"_s });
+        QCOMPARE(run.status, 0);
+        QVERIFY2(run.out.startsWith(u"State: signedOut\n"_s), qPrintable(run.out));
+
+        run = quennetctl({ u"sign-in"_s }, [this](QProcess &process) {
+            // Approve the code it prints, as a person does on the page.
+            QString printed;
+            QTRY_VERIFY_WITH_TIMEOUT((printed += QString::fromUtf8(process.readAllStandardOutput()))
+                                         .contains(u"Waiting for approval"_s),
+                                     30'000);
+            const QString code = printed.section(u"Code: "_s, 1).section(u'\n', 0, 0);
+            QVERIFY(m_shop->approve(code));
+        });
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+
+        run = quennetctl({ u"set"_s, u"aurora/emerald"_s, u"--edition"_s, u"dark"_s });
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+        QTRY_COMPARE(shown(0).colourway, u"emerald"_s);
+        QCOMPARE(shown(0).edition, u"dark"_s);
+        QCOMPARE(shown(1).colourway, u"emerald"_s);
+
+        run = quennetctl({ u"get"_s });
+        QCOMPARE(run.out, u"aurora/emerald\tEmerald\tAurora\n"_s);
+
+        QCOMPARE(quennetctl({ u"shuffle"_s }).status, 0);
+        const QString shuffled = quennetctl({ u"get"_s }).out.section(u'\t', 0, 0);
+        QTRY_COMPARE(stored(u"shufflePlayed"_s).toStringList(), QStringList { shuffled });
+        QTRY_COMPARE(shown(0).pack + u'/' + shown(0).colourway, shuffled);
+
+        QCOMPARE(quennetctl({ u"favourite"_s }).status, 0);
+        QCOMPARE(quennetctl({ u"favourite"_s }).status, 0);
+        QTRY_COMPARE(stored(u"favouriteColourways"_s).toStringList(), QStringList { shuffled });
+
+        run = quennetctl({ u"shuffle-settings"_s, u"--on"_s, u"--interval"_s, u"hour"_s,
+                           u"--source"_s, u"favourites"_s });
+        QCOMPARE(run.status, 0);
+        QTRY_COMPARE(stored(u"shuffleIsOn"_s).toBool(), true);
+        QCOMPARE(stored(u"shuffleInterval"_s).toString(), u"hour"_s);
+        QCOMPARE(stored(u"shuffleSource"_s).toString(), u"favourites"_s);
+    }
+
+    void failuresOnStandardError_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("not in the packs") << QStringList { u"set"_s, u"harbour/slate"_s } << 1
+                                          << u"That wallpaper isn't in your packs.\n"_s;
+        QTest::newRow("unknown edition")
+            << QStringList { u"set"_s, u"aurora/emerald"_s, u"--edition"_s, u"sepia"_s } << 2
+            << u"\"sepia\" isn't an edition. Use automatic, timeOfDay, light or dark.\n"_s;
+        QTest::newRow("not a key")
+            << QStringList { u"set"_s, u"emerald"_s } << 2
+            << u"\"emerald\" isn't a wallpaper. Name one as pack/colourway.\n"_s;
+        QTest::newRow("not a command")
+            << QStringList { u"paint"_s } << 2
+            << u"quennetctl: 'paint' isn't a command\nSee 'quennetctl --help'.\n"_s;
+    }
+
+    void failuresOnStandardError()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        QFETCH(QString, error);
+        const Run run = quennetctl(arguments);
+        QCOMPARE(run.err, error);
+        QCOMPARE(run.status, status);
+        QCOMPARE(run.out, QString());
+    }
+
+    void signOut()
+    {
+        QCOMPARE(quennetctl({ u"sign-out"_s }).status, 0);
+        QVERIFY(quennetctl({ u"status"_s }).out.startsWith(u"State: signedOut\n"_s));
+    }
+};
+
+QTEST_MAIN(QuennetctlTest)
+#include "test_quennetctl.moc"

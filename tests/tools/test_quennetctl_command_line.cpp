@@ -1,0 +1,124 @@
+#include "command_line.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+Q_DECLARE_METATYPE(Command)
+
+// What quennetctl makes of its command line, before it talks to Quennet.
+class QuennetctlCommandLineTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void commands_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<Command>("command");
+        using Action = Command::Action;
+        QTest::newRow("set") << QStringList { u"set"_s, u"aurora/emerald"_s }
+                             << Command { .action = Action::Set, .wallpaper = u"aurora/emerald"_s };
+        QTest::newRow("set, edition after")
+            << QStringList { u"set"_s, u"a/b"_s, u"--edition"_s, u"dark"_s }
+            << Command { .action = Action::Set, .wallpaper = u"a/b"_s, .edition = u"dark"_s };
+        QTest::newRow("set, edition before")
+            << QStringList { u"set"_s, u"--edition=light"_s, u"a/b"_s }
+            << Command { .action = Action::Set, .wallpaper = u"a/b"_s, .edition = u"light"_s };
+        // Quennet checks the values: it knows which there are.
+        QTest::newRow("set, any edition")
+            << QStringList { u"set"_s, u"x"_s, u"--edition"_s, u"sepia"_s }
+            << Command { .action = Action::Set, .wallpaper = u"x"_s, .edition = u"sepia"_s };
+        QTest::newRow("shuffle settings")
+            << QStringList { u"shuffle-settings"_s, u"--on"_s,      u"--interval"_s, u"hour"_s,
+                             u"--source"_s,         u"favourites"_s }
+            << Command { .action = Action::ShuffleSettings,
+                         .isOn = true,
+                         .interval = u"hour"_s,
+                         .source = u"favourites"_s };
+        QTest::newRow("shuffle off") << QStringList { u"shuffle-settings"_s, u"--off"_s }
+                                     << Command { .action = Action::ShuffleSettings };
+        QTest::newRow("find words") << QStringList { u"find"_s, u"dunes"_s, u"rose"_s }
+                                    << Command { .action = Action::Find, .text = u"dunes rose"_s };
+        QTest::newRow("find everything")
+            << QStringList { u"find"_s } << Command { .action = Action::Find };
+        QTest::newRow("sign-in") << QStringList { u"sign-in"_s }
+                                 << Command { .action = Action::SignIn };
+    }
+
+    void commands()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(Command, command);
+        const CommandLine line = CommandLine::parse(arguments);
+        QVERIFY2(line.error.isEmpty(), qPrintable(line.error));
+        QCOMPARE(line.command, command);
+    }
+
+    void usageErrors_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("nothing") << QStringList() << u"quennetctl: name a command"_s;
+        QTest::newRow("unknown command")
+            << QStringList { u"paint"_s } << u"quennetctl: 'paint' isn't a command"_s;
+        QTest::newRow("unknown option")
+            << QStringList { u"get"_s, u"--all"_s } << u"quennetctl: get: unknown option --all"_s;
+        QTest::newRow("set, no wallpaper")
+            << QStringList { u"set"_s } << u"quennetctl: set: name a wallpaper as PACK/COLOURWAY"_s;
+        QTest::newRow("set, two") << QStringList { u"set"_s, u"a/b"_s, u"c/d"_s }
+                                  << u"quennetctl: set: one wallpaper at a time"_s;
+        QTest::newRow("edition without value") << QStringList { u"set"_s, u"a/b"_s, u"--edition"_s }
+                                               << u"quennetctl: set: --edition needs a value"_s;
+        QTest::newRow("on nor off")
+            << QStringList { u"shuffle-settings"_s, u"--interval"_s, u"day"_s }
+            << u"quennetctl: shuffle-settings: give --on or --off"_s;
+        QTest::newRow("on and off")
+            << QStringList { u"shuffle-settings"_s, u"--on"_s, u"--off"_s }
+            << u"quennetctl: shuffle-settings: give --on or --off, not both"_s;
+        QTest::newRow("extra argument") << QStringList { u"status"_s, u"now"_s }
+                                        << u"quennetctl: status: unexpected argument now"_s;
+    }
+
+    void usageErrors()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, error);
+        const CommandLine line = CommandLine::parse(arguments);
+        QCOMPARE(line.command, std::nullopt);
+        QCOMPARE(line.exitStatus, CommandLine::usageError);
+        QCOMPARE(line.error.section(u'\n', 0, 0), error);
+    }
+
+    // Help for the tool and each command, on standard output; the man page and the completion
+    // know every command.
+    void helpEverywhere()
+    {
+        QFile page(QStringLiteral(QUENNET_SOURCE_DIR "/data/man/quennetctl.1"));
+        QFile completion(QStringLiteral(QUENNET_SOURCE_DIR "/data/completion/quennetctl"));
+        QVERIFY(page.open(QIODevice::ReadOnly) && completion.open(QIODevice::ReadOnly));
+        const QString manual = QString::fromUtf8(page.readAll()).remove(u'\\');
+        const QString completing = QString::fromUtf8(completion.readAll());
+
+        const QString help = CommandLine::parse({ u"--help"_s }).output;
+        for (const QString &name : CommandLine::subcommands()) {
+            QVERIFY2(help.contains(u"  "_s + name + u' '), qPrintable(name));
+            for (const QStringList &arguments :
+                 { QStringList { name, u"--help"_s }, QStringList { u"--help"_s, name },
+                   QStringList { name, u"x/y"_s, u"-h"_s } }) {
+                const CommandLine line = CommandLine::parse(arguments);
+                QCOMPARE(line.exitStatus, 0);
+                QVERIFY(line.output.startsWith(u"Usage: quennetctl "_s + name));
+            }
+            QVERIFY2(manual.contains(u".B "_s + name) || manual.contains(u".BI "_s + name)
+                         || manual.contains(u".BR "_s + name),
+                     qPrintable(name));
+        }
+        const auto listed = QRegularExpression(u"local commands=\"([^\"]*)\""_s).match(completing);
+        QCOMPARE(listed.captured(1).split(u' '), CommandLine::subcommands());
+    }
+};
+
+QTEST_GUILESS_MAIN(QuennetctlCommandLineTest)
+#include "test_quennetctl_command_line.moc"
