@@ -212,7 +212,7 @@ void AppDelegate::startAutomation()
                                  .favourites = m_favourites,
                                  .shuffle = m_shuffle},
                                 this);
-    m_automation->attach(intents, m_account, m_shop);
+    m_automation->attach(intents, m_account, m_shop, m_focusFilter);
 }
 
 QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)

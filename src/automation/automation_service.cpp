@@ -2,6 +2,7 @@
 
 #include "account.h"
 #include "automation_adaptor.h"
+#include "focus_filter.h"
 #include "intents.h"
 #include "session_adaptor.h"
 #include "shop.h"
@@ -124,9 +125,11 @@ bool AutomationService::registerOn(QDBusConnection bus)
     return true;
 }
 
-void AutomationService::attach(Intents *intents, Account *account, Shop *shop)
+void AutomationService::attach(Intents *intents, Account *account, Shop *shop,
+                               FocusFilter *focusFilter)
 {
     m_intents = intents;
+    m_focusFilter = focusFilter;
     m_account = account;
     m_shop = shop;
     connect(account, &Account::stateChanged, this, &AutomationService::announceSession);
@@ -255,6 +258,24 @@ QList<WallpaperEntity> AutomationService::FindWallpapers(const QString &text)
         fail();
     }
     return {};
+}
+
+void AutomationService::SetFocusFilter(const QString &wallpaper, const QString &edition)
+{
+    try {
+        const EditionOption option = editionArgument(edition);
+        Intents *automation = intents();
+        if (!wallpaper.isEmpty()) {
+            wallpaperArgument(wallpaper);
+            if (!automation->isReady())
+                throw Intents::Failure(Intents::Failure::Case::NotReady);
+            if (!automation->query().entity(wallpaper))
+                throw Intents::Failure(Intents::Failure::Case::NotFound);
+        }
+        m_focusFilter->setFilter(wallpaper, optionRawValue(option));
+    } catch (...) {
+        fail();
+    }
 }
 
 void AutomationService::SignIn()

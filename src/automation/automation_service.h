@@ -11,6 +11,7 @@
 #include <optional>
 
 class Account;
+class FocusFilter;
 class Intents;
 class Shop;
 
@@ -45,7 +46,7 @@ public:
     // Puts the object on the bus (not the name: the single-instance guard owns that). False when
     // there is no bus or the path is taken.
     bool registerOn(QDBusConnection bus);
-    void attach(Intents *intents, Account *account, Shop *shop);
+    void attach(Intents *intents, Account *account, Shop *shop, FocusFilter *focusFilter);
 
     // The D-Bus error of a failure: its name and its sentence.
     struct DBusError {
@@ -61,6 +62,7 @@ public:
     void SetShuffle(bool isOn, const QString &interval, const QString &source);
     void FavouriteWallpaper();
     QList<WallpaperEntity> FindWallpapers(const QString &text);
+    void SetFocusFilter(const QString &wallpaper, const QString &edition);
 
     // app.quennet.Quennet.Session, called by its adaptor.
     void SignIn();
@@ -91,5 +93,6 @@ private:
     QPointer<Intents> m_intents;
     QPointer<Account> m_account;
     QPointer<Shop> m_shop;
+    QPointer<FocusFilter> m_focusFilter;
     QVariantMap m_announced;
 };

@@ -64,6 +64,9 @@ AutomationRig::AutomationRig(bool startsStore)
                                                       .clock = m_clock,
                                                       .random = QRandomGenerator::global() });
     m_shuffle->start();
+    m_doNotDisturb = std::make_unique<NoDoNotDisturb>();
+    m_focusFilter = std::make_unique<FocusFilter>(m_defaults.get(), m_doNotDisturb.get(),
+                                                  m_shuffle.get(), m_shuffleStore.get());
     m_intents = std::make_unique<Intents>(Intents::Services { .shop = m_store.get(),
                                                               .displays = m_displays.get(),
                                                               .favourites = m_favourites.get(),
@@ -74,7 +77,7 @@ AutomationRig::AutomationRig(bool startsStore)
     auto bus = QDBusConnection::sessionBus();
     if (!m_service->registerOn(bus) || !bus.registerService(AutomationService::serviceName))
         return;
-    m_service->attach(m_intents.get(), m_account.get(), m_store.get());
+    m_service->attach(m_intents.get(), m_account.get(), m_store.get(), m_focusFilter.get());
     if (startsStore) {
         finish(m_store->start());
         if (m_store->status() != Shop::Status::Ready)
@@ -89,6 +92,7 @@ AutomationRig::~AutomationRig()
     QDBusConnection::disconnectFromBus(clientName);
     QDBusConnection::sessionBus().unregisterService(AutomationService::serviceName);
     m_service.reset();
+    m_focusFilter.reset();
     m_shuffle.reset();
     m_store.reset();
     // The store's tasks hear of its end through queued aborts: let them finish before the

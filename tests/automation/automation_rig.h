@@ -8,7 +8,9 @@
 #include "displays.h"
 #include "download_thread.h"
 #include "fake_desktop.h"
+#include "do_not_disturb.h"
 #include "favourites.h"
+#include "focus_filter.h"
 #include "intents.h"
 #include "keychain.h"
 #include "network_access_manager.h"
@@ -77,6 +79,8 @@ private:
     std::unique_ptr<ShopShuffleStore> m_shuffleStore;
     std::unique_ptr<DesktopShuffleDisplays> m_shuffleDisplays;
     std::unique_ptr<Shuffle> m_shuffle;
+    std::unique_ptr<NoDoNotDisturb> m_doNotDisturb;
+    std::unique_ptr<FocusFilter> m_focusFilter;
     std::unique_ptr<Intents> m_intents;
     std::unique_ptr<AutomationService> m_service;
     QDBusConnection m_client { QString() };

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void failures();
     void badArgumentsChangeNothing_data();
     void badArgumentsChangeNothing();
+    void doNotDisturbWallpaper();
     void favouritingTwiceChangesNothing();
     void aSetOvertakenByAShuffle();
     void notReadyBeforeTheLibraryLoads();
@@ -184,6 +185,9 @@ void AutomationServiceTest::failures_data()
     QTest::newRow("no such colourway")
         << QString() << u"SetWallpaper"_s << QVariantList { u"aurora/ruby"_s, u"light"_s }
         << u"NotFound"_s << notFound;
+    QTest::newRow("Do Not Disturb, a pack not owned")
+        << QString() << u"SetFocusFilter"_s << QVariantList { u"harbour/slate"_s, QString() }
+        << u"NotFound"_s << notFound;
     QTest::newRow("get, nothing set")
         << QString() << u"GetWallpaper"_s << QVariantList() << u"NoWallpaper"_s << noWallpaper;
     QTest::newRow("favourite, nothing set") << QString() << u"FavouriteWallpaper"_s
@@ -250,6 +254,12 @@ void AutomationServiceTest::badArgumentsChangeNothing_data()
     QTest::newRow("shop's edition")
         << u"SetWallpaper"_s << QVariantList { u"aurora/emerald"_s, u"time-of-day"_s }
         << u"\"time-of-day\" "_s + edition;
+    QTest::newRow("Do Not Disturb, unknown edition")
+        << u"SetFocusFilter"_s << QVariantList { u"aurora/emerald"_s, u"sepia"_s }
+        << u"\"sepia\" "_s + edition;
+    QTest::newRow("Do Not Disturb, malformed key")
+        << u"SetFocusFilter"_s << QVariantList { u"aurora"_s, QString() }
+        << u"\"aurora\" isn't a wallpaper. Name one as pack/colourway."_s;
     QTest::newRow("unknown interval")
         << u"SetShuffle"_s << QVariantList { true, u"fortnight"_s, u"favourites"_s }
         << u"\"fortnight\" isn't a shuffle interval. Use hour, sixHours, day or week."_s;
@@ -278,6 +288,21 @@ void AutomationServiceTest::badArgumentsChangeNothing()
     QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Day);
     QCOMPARE(rig.shuffle().source(), ShuffleSettings::Source::All);
     QVERIFY(!rig.defaults().shuffleIsOn());
+    QVERIFY(rig.defaults().focusFilterWallpaper().isEmpty());
+}
+
+void AutomationServiceTest::doNotDisturbWallpaper()
+{
+    AutomationRig rig;
+    QVERIFY(rig.isReady());
+    QCOMPARE(rig.automation(u"SetFocusFilter"_s, { u"aurora/emerald"_s, u"dark"_s }).type(),
+             QDBusMessage::ReplyMessage);
+    QCOMPARE(rig.defaults().focusFilterWallpaper(), u"aurora/emerald"_s);
+    QCOMPARE(rig.defaults().focusFilterEdition(), u"dark"_s);
+    // No wallpaper: the edition goes back to automatic with it.
+    QCOMPARE(rig.automation(u"SetFocusFilter"_s, { QString(), QString() }).type(),
+             QDBusMessage::ReplyMessage);
+    QVERIFY(rig.defaults().focusFilterWallpaper().isEmpty());
 }
 
 void AutomationServiceTest::favouritingTwiceChangesNothing()
