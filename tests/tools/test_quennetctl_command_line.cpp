@@ -39,6 +39,11 @@ private Q_SLOTS:
                          .source = u"favourites"_s };
         QTest::newRow("shuffle off") << QStringList { u"shuffle-settings"_s, u"--off"_s }
                                      << Command { .action = Action::ShuffleSettings };
+        QTest::newRow("Do Not Disturb wallpaper")
+            << QStringList { u"focus-filter"_s, u"a/b"_s, u"--edition"_s, u"dark"_s }
+            << Command { .action = Action::FocusFilter, .wallpaper = u"a/b"_s, .edition = u"dark"_s };
+        QTest::newRow("no Do Not Disturb wallpaper")
+            << QStringList { u"focus-filter"_s } << Command { .action = Action::FocusFilter };
         QTest::newRow("find words") << QStringList { u"find"_s, u"dunes"_s, u"rose"_s }
                                     << Command { .action = Action::Find, .text = u"dunes rose"_s };
         QTest::newRow("find everything")
@@ -77,6 +82,9 @@ private Q_SLOTS:
         QTest::newRow("on and off")
             << QStringList { u"shuffle-settings"_s, u"--on"_s, u"--off"_s }
             << u"quennetctl: shuffle-settings: give --on or --off, not both"_s;
+        QTest::newRow("an edition of nothing")
+            << QStringList { u"focus-filter"_s, u"--edition"_s, u"dark"_s }
+            << u"quennetctl: focus-filter: --edition needs a wallpaper"_s;
         QTest::newRow("extra argument") << QStringList { u"status"_s, u"now"_s }
                                         << u"quennetctl: status: unexpected argument now"_s;
     }

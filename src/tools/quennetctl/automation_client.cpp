@@ -155,6 +155,9 @@ int AutomationClient::run(const Command &command, QTextStream &out, QTextStream 
         return report(
             call(automation, u"SetShuffle"_s, { command.isOn, command.interval, command.source }),
             err);
+    case Action::FocusFilter:
+        return report(callWhenReady(u"SetFocusFilter"_s, { command.wallpaper, command.edition }),
+                      err);
     case Action::Find:
         reply = callWhenReady(u"FindWallpapers"_s, { command.text });
         if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {

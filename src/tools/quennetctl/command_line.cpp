@@ -38,6 +38,14 @@ constexpr std::array table {
                  "  --on, --off         shuffle, or stop shuffling\n"
                  "  --interval INTERVAL hour, sixHours, day or week; unchanged when left out\n"
                  "  --source SOURCE     all or favourites; unchanged when left out\n"_L1 },
+    Subcommand { "focus-filter"_L1, Command::Action::FocusFilter,
+                 " [PACK/COLOURWAY [--edition EDITION]]"_L1,
+                 "choose the wallpaper for Do Not Disturb"_L1,
+                 "Chooses the wallpaper every display shows while Do Not Disturb is on; without\n"
+                 "a wallpaper, none.\n"
+                 "\n"
+                 "Options:\n"
+                 "  --edition EDITION   automatic (the default), timeOfDay, light or dark\n"_L1 },
     Subcommand { "find"_L1, Command::Action::Find, " [TEXT...]"_L1, "list your wallpapers"_L1,
                  "Lists your wallpapers whose name or pack name holds every word of the text,\n"
                  "regardless of case; all of them without text. Favourites come first, newest\n"
@@ -113,7 +121,9 @@ std::optional<QString> readArguments(const Subcommand &subcommand, QStringList a
             return arguments.takeFirst();
         };
         QString *target = nullptr;
-        if (subcommand.action == Command::Action::Set && argument == "--edition"_L1)
+        if ((subcommand.action == Command::Action::Set
+             || subcommand.action == Command::Action::FocusFilter)
+            && argument == "--edition"_L1)
             target = &command.edition;
         else if (subcommand.action == Command::Action::ShuffleSettings
                  && argument == "--interval"_L1)
@@ -145,6 +155,13 @@ std::optional<QString> readArguments(const Subcommand &subcommand, QStringList a
         if (positional.size() > 1)
             return u"one wallpaper at a time"_s;
         command.wallpaper = positional.first();
+        return std::nullopt;
+    case Command::Action::FocusFilter:
+        if (positional.size() > 1)
+            return u"one wallpaper at a time"_s;
+        if (positional.isEmpty() && !command.edition.isEmpty())
+            return u"--edition needs a wallpaper"_s;
+        command.wallpaper = positional.value(0);
         return std::nullopt;
     case Command::Action::Find:
         command.text = positional.join(u' ');

@@ -12,6 +12,7 @@ struct Command {
         Get,
         Favourite,
         ShuffleSettings,
+        FocusFilter,
         Find,
         SignIn,
         SignOut,
