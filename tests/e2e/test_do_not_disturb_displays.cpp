@@ -8,6 +8,7 @@
 #include "gsettings_do_not_disturb.h"
 #include "owned_pack.h"
 #include "root_pixels.h"
+#include "sample_store.h"
 #include "shuffle.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
@@ -26,69 +27,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-// The light file of each sample colourway, handed straight to the displays.
-class SampleStore : public ShuffleStore
-{
-public:
-    explicit SampleStore(WallpaperSetter *setter)
-        : m_setter(setter)
-    {
-        for (const auto &[pack, colourway] : { std::pair(u"aurora"_s, u"emerald"_s),
-                                               std::pair(u"dunes"_s, u"amber"_s),
-                                               std::pair(u"aurora"_s, u"violet"_s) })
-            m_choices.append({ .pack = { .slug = pack, .name = pack, .colourways = { { .slug = colourway, .name = colourway } } },
-                               .colourway = { .slug = colourway, .name = colourway } });
-    }
-
-    [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
-    [[nodiscard]] bool isDownloaded(const ShuffleChoice &, Edition) const override { return true; }
-
-    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition, QStringList displayIds) override
-    {
-        const WallpaperFile file { .id = u"f_"_s + choice.colourway.slug,
-                                   .pack = choice.pack.slug,
-                                   .colourway = choice.colourway.slug,
-                                   .edition = Edition::Light };
-        const Placement placement { .pack = file.pack,
-                                    .colourway = file.colourway,
-                                    .edition = rawValue(file.edition),
-                                    .setAt = QDateTime::currentMSecsSinceEpoch() };
-        co_await m_setter->setWallpaper(file, path(choice.pack.slug, choice.colourway.slug),
-                                        placement, displayIds);
-    }
-
-    [[nodiscard]] ShuffleChoice choice(const QString &colourway) const
-    {
-        for (const auto &choice : m_choices) {
-            if (choice.colourway.slug == colourway)
-                return choice;
-        }
-        return {};
-    }
-
-    static QString path(const QString &pack, const QString &colourway)
-    {
-        return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + pack + u'/' + colourway
-            + u"-light.heic"_s;
-    }
-
-private:
-    WallpaperSetter *m_setter;
-    QList<ShuffleChoice> m_choices;
-};
-
-QColor middleOf(const QString &picture)
-{
-    const QImage image(picture);
-    return image.pixelColor(image.width() / 2, image.height() / 2);
-}
-
-bool near(const QColor &a, const QColor &b)
-{
-    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
-        && qAbs(a.blue() - b.blue()) < 24;
-}
-
 bool setBanners(bool shown)
 {
     return QProcess::execute(u"gsettings"_s, { u"set"_s, u"org.gnome.desktop.notifications"_s,
@@ -118,7 +56,7 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
                       PlacementRecords(folder.path()), clock);
     WallpaperSetter setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock);
     DesktopShuffleDisplays view(&displays);
-    SampleStore store(&setter);
+    SampleStore store(&setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s }, { u"aurora"_s, u"violet"_s } });
     Defaults defaults(folder.filePath(u"defaults.ini"_s));
     Favourites favourites(&defaults);
     SleepWatcher sleep;

@@ -6,6 +6,7 @@
 #include "favourites.h"
 #include "owned_pack.h"
 #include "root_pixels.h"
+#include "sample_store.h"
 #include "shuffle.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
@@ -20,60 +21,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
-// The light file of a sample colourway, handed straight to the displays: the store's own path
-// (links, downloads) has tests of its own.
-class SampleStore : public ShuffleStore
-{
-public:
-    explicit SampleStore(WallpaperSetter *setter)
-        : m_setter(setter)
-    {
-        for (const auto &[pack, colourway] : { std::pair(u"aurora"_s, u"emerald"_s),
-                                               std::pair(u"dunes"_s, u"amber"_s) }) {
-            m_choices.append({ .pack = { .slug = pack, .colourways = { { .slug = colourway } } },
-                               .colourway = { .slug = colourway } });
-            m_ids.insert(m_choices.last().key(), u"f_%1"_s.arg(m_choices.size()));
-        }
-    }
-
-    [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
-    [[nodiscard]] bool isDownloaded(const ShuffleChoice &, Edition) const override { return true; }
-
-    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition, QStringList displayIds) override
-    {
-        const WallpaperFile file { .id = m_ids.value(choice.key()),
-                                   .pack = choice.pack.slug,
-                                   .colourway = choice.colourway.slug,
-                                   .edition = Edition::Light };
-        const Placement placement { .pack = file.pack,
-                                    .colourway = file.colourway,
-                                    .edition = rawValue(file.edition),
-                                    .setAt = QDateTime::currentMSecsSinceEpoch() };
-        const QString path = QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + file.pack + u'/'
-            + file.colourway + u"-light.heic"_s;
-        co_await m_setter->setWallpaper(file, path, placement, displayIds);
-    }
-
-private:
-    WallpaperSetter *m_setter;
-    QList<ShuffleChoice> m_choices;
-    QHash<QString, QString> m_ids; // by key
-};
-
-QColor middleOf(const QString &picture)
-{
-    const QImage image(picture);
-    return image.pixelColor(image.width() / 2, image.height() / 2);
-}
-
-bool near(const QColor &a, const QColor &b)
-{
-    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
-        && qAbs(a.blue() - b.blue()) < 24;
-}
-} // namespace
 
 // Under Xorg with two dummy monitors: a shuffle with a different wallpaper on each display, as a
 // person sees it.
@@ -93,7 +40,7 @@ void ShuffleDisplaysTest::aDifferentColourwayOnEachDisplay()
                       PlacementRecords(folder.path()), clock);
     WallpaperSetter setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock);
     DesktopShuffleDisplays view(&displays);
-    SampleStore store(&setter);
+    SampleStore store(&setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s } });
     Defaults defaults(folder.filePath(u"defaults.ini"_s));
     defaults.setShuffleDifferentOnEachDisplay(true);
     Favourites favourites(&defaults);

@@ -5,6 +5,7 @@
 #include "heic_file.h"
 #include "owned_pack.h"
 #include "root_pixels.h"
+#include "sample_store.h"
 #include "wallpaper_setter.h"
 #include "x11_backend.h"
 
@@ -36,17 +37,6 @@ Placement placementOf(const WallpaperFile &file)
 }
 
 // The middle of a picture as xwallpaper --zoom shows it in the middle of a monitor.
-QColor middleOf(const QString &picture)
-{
-    const QImage image(picture);
-    return image.pixelColor(image.width() / 2, image.height() / 2);
-}
-
-bool near(const QColor &a, const QColor &b)
-{
-    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24 && qAbs(a.blue() - b.blue()) < 24;
-}
-
 QString gsettings(const QString &key)
 {
     QProcess process;
