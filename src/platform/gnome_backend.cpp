@@ -99,6 +99,7 @@ GnomeBackend::GnomeBackend(Family family, QString folder, QObject *parent)
     , m_settings(std::make_unique<Settings>())
     , m_shown(m_folder + u"/desktop-gsettings.json"_s)
 {
+    m_composer.setMaxThreadCount(1);
     m_settings->keys = keysOf(family);
     m_settings->schema = lookUp(m_settings->keys.schema);
     if (!m_settings->schema) {
@@ -247,13 +248,15 @@ QCoro::Task<> GnomeBackend::span()
     const bool hasDark = m_settings->hasDark && light != dark;
     const QString folder = m_folder;
     const QPointer<GnomeBackend> self(this);
+    const quint64 generation = ++m_spanGeneration;
     // Not inside the co_await expression: g++ 12 destroys such temporaries twice.
-    QFuture<QStringList> composing = QtConcurrent::run([light, dark, folder, hasDark] {
+    QFuture<QStringList> composing = QtConcurrent::run(&m_composer, [light, dark, folder, hasDark] {
         return QStringList { SpannedPicture::compose(light, folder, u"spanned"_s),
                              hasDark ? SpannedPicture::compose(dark, folder, u"spanned-dark"_s) : QString() };
     });
     const QStringList made = co_await composing;
-    if (!self)
+    // A newer arrangement is on its way, and its composition removed this one's files.
+    if (!self || generation != m_spanGeneration)
         co_return;
     const QString lightPath = made.value(0);
     const QString darkPath = made.value(1);

@@ -3,6 +3,8 @@
 #include "desktop_backend.h"
 #include "shown_pictures.h"
 
+#include <QThreadPool>
+
 #include <memory>
 
 // The GNOME family, through GSettings: GNOME, Budgie and Unity (org.gnome.desktop.background,
@@ -43,4 +45,7 @@ private:
     QString m_folder;
     std::unique_ptr<Settings> m_settings;
     ShownPictures m_shown;
+    // One composition at a time, and only the newest is written: each removes the earlier files.
+    QThreadPool m_composer;
+    quint64 m_spanGeneration = 0;
 };

@@ -137,6 +137,20 @@ private Q_SLOTS:
         QCOMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).pixelColor(3000, 500), QColor(Qt::green));
     }
 
+    void overlappingChangesLeaveTheNewest()
+    {
+        const auto backend = make();
+        const auto screens = backend->screens();
+        // Started together: whichever composition ends last, the newer arrangement is what stays.
+        auto first = backend->setPicture({ .path = picture("blue", Qt::blue) }, { screens[1] });
+        auto second = backend->setPicture({ .path = picture("green", Qt::green) }, { screens[1] });
+        awaitTask(std::move(first));
+        awaitTask(std::move(second));
+        const QImage spanned(QUrl(gsettings(u"picture-uri"_s)).toLocalFile());
+        QCOMPARE(spanned.pixelColor(100, 100), QColor(Qt::red));
+        QCOMPARE(spanned.pixelColor(3000, 100), QColor(Qt::green));
+    }
+
     void spannedPictureFollowsTheDisplays()
     {
         const auto backend = make();
