@@ -1,20 +1,5 @@
 #include "automation_options.h"
 
-Edition toEdition(EditionOption option)
-{
-    switch (option) {
-    case EditionOption::TimeOfDay:
-        return Edition::TimeOfDay;
-    case EditionOption::Light:
-        return Edition::Light;
-    case EditionOption::Dark:
-        return Edition::Dark;
-    case EditionOption::Automatic:
-        break;
-    }
-    return Edition::Automatic;
-}
-
 ShuffleSettings::Interval toInterval(ShuffleIntervalOption option)
 {
     switch (option) {

@@ -1,33 +1,31 @@
 #include "edition_option.h"
 
-using namespace Qt::Literals::StringLiterals;
-
-namespace EditionOption
+Edition toEdition(EditionOption option)
 {
-std::optional<Edition> toEdition(QStringView raw)
-{
-    if (raw.isEmpty())
-        return Edition::Automatic;
-    for (const Edition edition : allEditions) {
-        if (raw == EditionOption::rawValue(edition))
-            return edition;
+    switch (option) {
+    case EditionOption::TimeOfDay:
+        return Edition::TimeOfDay;
+    case EditionOption::Light:
+        return Edition::Light;
+    case EditionOption::Dark:
+        return Edition::Dark;
+    case EditionOption::Automatic:
+        break;
     }
-    return std::nullopt;
+    return Edition::Automatic;
 }
 
-QString rawValue(Edition edition)
+EditionOption toEditionOption(Edition edition)
 {
     switch (edition) {
-    case Edition::Automatic:
-        return u"automatic"_s;
     case Edition::TimeOfDay:
-        return u"timeOfDay"_s;
+        return EditionOption::TimeOfDay;
     case Edition::Light:
-        return u"light"_s;
+        return EditionOption::Light;
     case Edition::Dark:
-        return u"dark"_s;
+        return EditionOption::Dark;
+    case Edition::Automatic:
+        break;
     }
-    Q_UNREACHABLE();
-    return {};
+    return EditionOption::Automatic;
 }
-} // namespace EditionOption

@@ -10,20 +10,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-QString label(Edition edition)
+// Empty text is "automatic"; anything unknown is none.
+std::optional<EditionOption> editionOption(const QString &raw)
 {
-    switch (edition) {
-    case Edition::Automatic:
-        return u"Automatic"_s;
-    case Edition::TimeOfDay:
-        return u"Time of day"_s;
-    case Edition::Light:
-        return u"Light"_s;
-    case Edition::Dark:
-        return u"Dark"_s;
-    }
-    Q_UNREACHABLE();
-    return {};
+    return raw.isEmpty() ? EditionOption::Automatic : optionFromRawValue<EditionOption>(raw);
 }
 } // namespace
 
@@ -37,10 +27,10 @@ FocusFilter::FocusFilter(Defaults *defaults, DoNotDisturb *watcher, Shuffle *shu
     , m_wallpaper(defaults->focusFilterWallpaper())
     , m_edition(defaults->focusFilterEdition())
 {
-    if (!EditionOption::toEdition(m_edition))
+    if (!editionOption(m_edition))
         m_edition.clear();
     if (m_edition.isEmpty())
-        m_edition = EditionOption::rawValue(Edition::Automatic);
+        m_edition = optionRawValue(EditionOption::Automatic);
     connect(m_watcher, &DoNotDisturb::changed, this, [this] {
         Q_EMIT doNotDisturbChanged();
         apply();
@@ -71,10 +61,10 @@ void FocusFilter::setEdition(const QString &option)
 
 bool FocusFilter::setFilter(const QString &wallpaper, const QString &edition)
 {
-    const auto chosen = EditionOption::toEdition(edition);
+    const auto chosen = editionOption(edition);
     if (!chosen)
         return false;
-    const QString option = EditionOption::rawValue(*chosen);
+    const QString option = optionRawValue(*chosen);
     if (wallpaper == m_wallpaper && option == m_edition)
         return true;
     m_wallpaper = wallpaper;
@@ -93,7 +83,7 @@ void FocusFilter::apply()
     if (!m_started || !m_shuffle || !m_watcher || !m_watcher->isKnown())
         return;
     if (m_watcher->isOn() && !m_wallpaper.isEmpty())
-        m_shuffle->setFocus(m_wallpaper, EditionOption::toEdition(m_edition).value_or(Edition::Automatic));
+        m_shuffle->setFocus(m_wallpaper, toEdition(editionOption(m_edition).value_or(EditionOption::Automatic)));
     else
         m_shuffle->setFocus(std::nullopt);
 }
@@ -108,9 +98,9 @@ QString FocusFilter::summary() const
         if (choice.key() == m_wallpaper)
             text = u"%1 (%2)"_s.arg(choice.colourway.name, choice.pack.name);
     }
-    const Edition edition = EditionOption::toEdition(m_edition).value_or(Edition::Automatic);
-    if (edition != Edition::Automatic)
-        text += u", "_s + label(edition);
+    const EditionOption edition = editionOption(m_edition).value_or(EditionOption::Automatic);
+    if (edition != EditionOption::Automatic)
+        text += u", "_s + optionLabel(edition);
     return text;
 }
 
@@ -128,9 +118,9 @@ QVariantList FocusFilter::wallpaperOptions() const
 QVariantList FocusFilter::editionOptions()
 {
     QVariantList options;
-    for (const Edition edition : allEditions) {
-        options.append(QVariantMap { { u"value"_s, EditionOption::rawValue(edition) },
-                                     { u"label"_s, label(edition) } });
+    for (const auto &option : OptionTraits<EditionOption>::cases) {
+        options.append(QVariantMap { { u"value"_s, QString(option.rawValue) },
+                                     { u"label"_s, QString(option.label) } });
     }
     return options;
 }
