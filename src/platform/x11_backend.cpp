@@ -4,6 +4,7 @@
 
 #include <QCoroProcess>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QStandardPaths>
@@ -62,6 +63,8 @@ QCoro::Task<> X11Backend::setPicture(DesktopPicture picture, QList<DesktopScreen
         co_return;
     qCDebug(lcX11) << "xwallpaper" << arguments;
 
+    ++m_setting;
+    const auto done = qScopeGuard([this] { --m_setting; });
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     auto running = qCoro(process);
@@ -89,6 +92,8 @@ void X11Backend::remember(const QList<DesktopScreen> &screens)
 
 void X11Backend::checkBackground()
 {
+    if (m_setting > 0)
+        return;
     // Pixmap ids alone say nothing: X hands the next setter the same id again.
     const QJsonObject fingerprints = m_shown.extra(fingerprintsKey).toObject();
     bool forgot = false;

@@ -32,4 +32,6 @@ private:
 
     X11RootWindow *m_root = nullptr;
     ShownPictures m_shown;
+    // Our own xwallpaper's drawing is not someone else's while it runs.
+    int m_setting = 0;
 };
