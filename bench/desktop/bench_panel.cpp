@@ -39,7 +39,8 @@ double median(QList<double> values)
     return values.isEmpty() ? 0 : values[values.size() / 2];
 }
 
-// The main thread's longest pause between 1 ms heartbeats, beyond the interval.
+// The main thread's pauses between 1 ms heartbeats, beyond the interval: the longest, and when
+// the long ones (over 8 ms) came, in seconds from the start.
 class Heartbeat {
 public:
     Heartbeat()
@@ -47,18 +48,26 @@ public:
         m_timer.setTimerType(Qt::PreciseTimer);
         m_timer.setInterval(1);
         QObject::connect(&m_timer, &QTimer::timeout, [this] {
-            m_longest = std::max(m_longest, double(m_since.nsecsElapsed()) / 1e6 - 1);
+            const double stall = double(m_since.nsecsElapsed()) / 1e6 - 1;
+            m_longest = std::max(m_longest, stall);
+            if (stall > 8)
+                m_long.append(u"%1 ms at %2 s"_s.arg(stall, 0, 'f', 1)
+                                  .arg(double(m_start.elapsed()) / 1000, 0, 'f', 2));
             m_since.restart();
         });
+        m_start.start();
         m_since.start();
         m_timer.start();
     }
     [[nodiscard]] double longestStall() const { return m_longest; }
+    [[nodiscard]] QStringList longStalls() const { return m_long; }
 
 private:
     QTimer m_timer;
+    QElapsedTimer m_start;
     QElapsedTimer m_since;
     double m_longest = 0;
+    QStringList m_long;
 };
 
 void spin(int ms)
@@ -185,6 +194,7 @@ int main(int argc, char *argv[])
         QCoro::waitFor(store->removeDownloads());
         QElapsedTimer wall;
         double stall = 0;
+        QStringList stalls;
         {
             Heartbeat heartbeat;
             wall.start();
@@ -194,6 +204,7 @@ int main(int argc, char *argv[])
                 qFatal("The download failed: %s", error.what());
             }
             stall = heartbeat.longestStall();
+            stalls = heartbeat.longStalls();
         }
         seconds.append(double(wall.elapsed()) / 1000);
         busy.append(stall);
@@ -202,6 +213,8 @@ int main(int argc, char *argv[])
         idle.append(heartbeat.longestStall());
         std::printf("  run %d: %.1f s, longest stall %.2f ms downloading, %.2f ms idle\n", i + 1,
                     seconds.last(), busy.last(), idle.last());
+        if (!stalls.isEmpty())
+            std::printf("    over 8 ms while downloading: %s\n", qPrintable(stalls.join(u", "_s)));
     }
     std::printf("\nPanel open, 500 MB download (%.1f s), 1 ms heartbeat on the GUI thread, median of "
                 "%d\n",
