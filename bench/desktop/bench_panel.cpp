@@ -24,6 +24,7 @@
 #include <QtQml/QQmlExtensionPlugin>
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 
 Q_IMPORT_QML_PLUGIN(QuennetPlugin)
@@ -32,6 +33,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 constexpr qint64 largeBytes = 500'000'000;
+
+// CPU seconds the calling thread has used.
+double threadCpu()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
 
 double median(QList<double> values)
 {
@@ -189,7 +198,7 @@ int main(int argc, char *argv[])
     if (!delegate.statusItem()->isShown())
         qFatal("The panel did not open");
 
-    QList<double> busy, idle, seconds;
+    QList<double> busy, idle, seconds, cpu;
     for (int i = 0; i < runs; ++i) {
         QCoro::waitFor(store->removeDownloads());
         QElapsedTimer wall;
@@ -197,6 +206,7 @@ int main(int argc, char *argv[])
         QStringList stalls;
         {
             Heartbeat heartbeat;
+            const double cpuBefore = threadCpu();
             wall.start();
             try {
                 QCoro::waitFor(store->localFile(*file()));
@@ -205,14 +215,16 @@ int main(int argc, char *argv[])
             }
             stall = heartbeat.longestStall();
             stalls = heartbeat.longStalls();
+            cpu.append(threadCpu() - cpuBefore);
         }
         seconds.append(double(wall.elapsed()) / 1000);
         busy.append(stall);
         Heartbeat heartbeat;
         spin(int(wall.elapsed()));
         idle.append(heartbeat.longestStall());
-        std::printf("  run %d: %.1f s, longest stall %.2f ms downloading, %.2f ms idle\n", i + 1,
-                    seconds.last(), busy.last(), idle.last());
+        std::printf("  run %d: %.1f s (GUI thread busy %.2f s of it), longest stall %.2f ms "
+                    "downloading, %.2f ms idle\n",
+                    i + 1, seconds.last(), cpu.last(), busy.last(), idle.last());
         if (!stalls.isEmpty())
             std::printf("    over 8 ms while downloading: %s\n", qPrintable(stalls.join(u", "_s)));
     }
@@ -221,6 +233,7 @@ int main(int argc, char *argv[])
                 median(seconds), runs);
     std::printf("  longest stall    %6.2f ms downloading, %6.2f ms idle (goal: 16 ms)\n",
                 median(busy), median(idle));
+    std::printf("  GUI thread CPU   %6.2f s while downloading\n", median(cpu));
     std::printf("RESULT stall %.3f\n", median(busy));
 
     delegate.statusItem()->closePanel();
