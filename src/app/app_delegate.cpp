@@ -96,14 +96,13 @@ void AppDelegate::start()
     m_loginItem = new LoginItem(m_options.program, {}, this);
     startViews();
 
-    // One engine for every view; each view is made the first time it shows.
-    m_engine = new QQmlEngine(this);
+    // One engine for every view, made with the first of them.
     const QVariantMap roots{{u"app"_s, QVariant::fromValue(this)}};
     m_statusItem = new StatusItemController(
         {.openMain = [this] { openMain(); },
          .openSettings = [this] { openSettings(); },
          .quit = [this] { quit(); }},
-        m_engine, roots);
+        [this] { return engine(); }, roots);
 
     if (!m_options.atLogin) {
         openMain();
@@ -290,7 +289,7 @@ QQuickWindow *AppDelegate::window(QPointer<QQuickWindow> &slot, const QString &v
     if (slot) {
         return slot;
     }
-    QQmlComponent component(m_engine, QUrl(u"qrc:/qt/qml/Quennet/qml/"_s + view + u".qml"_s));
+    QQmlComponent component(engine(), QUrl(u"qrc:/qt/qml/Quennet/qml/"_s + view + u".qml"_s));
     QObject *made = component.createWithInitialProperties({{u"app"_s, QVariant::fromValue(this)}});
     slot = qobject_cast<QQuickWindow *>(made);
     if (!slot) {
@@ -298,6 +297,15 @@ QQuickWindow *AppDelegate::window(QPointer<QQuickWindow> &slot, const QString &v
         delete made;
     }
     return slot;
+}
+
+QQmlEngine *AppDelegate::engine()
+{
+    // A session started at login that never opens a view never pays for the QML runtime.
+    if (!m_engine) {
+        m_engine = new QQmlEngine(this);
+    }
+    return m_engine;
 }
 
 void AppDelegate::openMain()

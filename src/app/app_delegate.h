@@ -136,6 +136,8 @@ private:
     void startViews();
     void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
+    // The views' engine, made on first use.
+    [[nodiscard]] QQmlEngine *engine();
 
     Options m_options;
     std::unique_ptr<Defaults> m_defaults;

@@ -68,7 +68,8 @@ QIcon trayGlyph()
 
 } // namespace
 
-StatusItemController::StatusItemController(Actions actions, QQmlEngine *engine,
+StatusItemController::StatusItemController(Actions actions,
+                                           std::function<QQmlEngine *()> engine,
                                            QVariantMap rootProperties, QObject *parent)
     : QObject(parent)
     , m_actions(std::move(actions))
@@ -117,7 +118,7 @@ bool StatusItemController::preparePanel()
     if (m_panel) {
         return m_panel->status() == QQuickView::Ready;
     }
-    m_panel = new PanelWindow(m_engine);
+    m_panel = new PanelWindow(m_engine());
     m_panel->setTitle(u"Quennet Panel"_s);
     m_panel->setInitialProperties(m_rootProperties);
     m_panel->setSource(QUrl(u"qrc:/qt/qml/Quennet/qml/Panel.qml"_s));

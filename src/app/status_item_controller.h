@@ -28,9 +28,9 @@ public:
     };
 
     // The panel's view is made from the engine the first time it opens; rootProperties are given
-    // to it then.
-    StatusItemController(Actions actions, QQmlEngine *engine, QVariantMap rootProperties,
-                         QObject *parent = nullptr);
+    // to it then. The engine is asked for only then, so that it can be made late too.
+    StatusItemController(Actions actions, std::function<QQmlEngine *()> engine,
+                         QVariantMap rootProperties, QObject *parent = nullptr);
     ~StatusItemController() override;
 
     [[nodiscard]] bool isShown() const { return m_shown; }
@@ -56,7 +56,7 @@ private:
     void finishOpening();
 
     Actions m_actions;
-    QQmlEngine *m_engine;
+    std::function<QQmlEngine *()> m_engine;
     QVariantMap m_rootProperties;
     QSystemTrayIcon *m_tray;
     QPointer<QMenu> m_menu;

@@ -48,6 +48,9 @@ Transfers::Transfers(FileFetcher fetcher, std::function<APIClient()> api, ShopSe
     , m_clock(std::move(clock))
     , m_cancel(std::make_shared<CancelToken>())
 {
+    m_progressFrame.setSingleShot(true);
+    m_progressFrame.setInterval(16);
+    connect(&m_progressFrame, &QTimer::timeout, this, &Transfers::progressChanged);
 }
 
 Transfers::~Transfers()
@@ -69,7 +72,8 @@ QCoro::Task<QString> Transfers::local(QPointer<Transfers> self, Download downloa
         done = std::make_shared<WorkerReply>();
         self->m_running.insert(download.key, done);
         self->m_sizes.insert(download.key, download.target.size);
-        self->setProgress(download.key, 0);
+        self->m_progress.insert(download.key, 0);
+        Q_EMIT self->progressChanged();
         // Held by no one: it ends by itself, through done.
         run(self, download, done, self->m_cancel);
     }
@@ -107,6 +111,7 @@ QCoro::Task<> Transfers::run(QPointer<Transfers> self, Download download,
         self->m_running.remove(download.key);
         self->m_progress.remove(download.key);
         self->m_sizes.remove(download.key);
+        self->m_progressFrame.stop();
         Q_EMIT self->progressChanged();
         Q_EMIT self->ended(download.key);
     }
@@ -187,6 +192,9 @@ std::optional<APIClient::Link> Transfers::link(const QString &key) const
 
 void Transfers::setProgress(const QString &key, double fraction)
 {
+    if (!m_progress.contains(key))
+        return; // a late report from a transfer that has ended
     m_progress.insert(key, fraction);
-    Q_EMIT progressChanged();
+    if (!m_progressFrame.isActive())
+        m_progressFrame.start();
 }

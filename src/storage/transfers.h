@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QTimer>
 #include <functional>
 #include <memory>
 
@@ -77,4 +78,6 @@ private:
     QHash<QString, double> m_progress;
     QHash<QString, qint64> m_sizes;
     QHash<QString, APIClient::Link> m_links;
+    // Progress reaches the views at most once a frame; a fetcher reports every 512 KiB.
+    QTimer m_progressFrame;
 };

@@ -58,12 +58,22 @@ Item {
             radius: art.radius
             visible: tile.busy
             color: Qt.rgba(0, 0, 0, 0.35)
-            BusyIndicator {
+            // Waiting for the first bytes or for the desktop: a turning quarter ring.
+            ProgressRing {
                 anchors.centerIn: parent
                 visible: tile.progress <= 0
-                running: visible
                 implicitWidth: 24
                 implicitHeight: 24
+                fraction: 0.25
+                trackColor: Qt.rgba(1, 1, 1, 0.25)
+                fillColor: "white"
+                RotationAnimator on rotation {
+                    running: tile.busy && tile.progress <= 0
+                    from: 0
+                    to: 360
+                    duration: 1000
+                    loops: Animation.Infinite
+                }
             }
             Rectangle {
                 anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 8 }

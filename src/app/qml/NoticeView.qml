@@ -13,28 +13,13 @@ RowLayout {
     spacing: 8
 
     // A small ring that fills as the downloads progress.
-    Canvas {
-        id: ring
+    ProgressRing {
         visible: view.notice.kind === "downloading"
         implicitWidth: 16
         implicitHeight: 16
-        property real fraction: view.notice.fraction
-        property color track: palette.mid
-        property color fill: palette.highlight
-        onFractionChanged: requestPaint()
-        onVisibleChanged: requestPaint()
-        onPaint: {
-            const c = getContext("2d")
-            c.reset()
-            c.lineWidth = 2.2
-            c.strokeStyle = track
-            c.beginPath(); c.arc(8, 8, 6, 0, 2 * Math.PI); c.stroke()
-            c.strokeStyle = fill
-            c.lineCap = "round"
-            c.beginPath()
-            c.arc(8, 8, 6, -Math.PI / 2, -Math.PI / 2 + 2 * Math.PI * Math.max(0.02, fraction))
-            c.stroke()
-        }
+        fraction: view.notice.fraction
+        trackColor: palette.mid
+        fillColor: palette.highlight
     }
     Glyph {
         visible: view.notice.kind === "saved"
