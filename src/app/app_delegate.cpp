@@ -85,7 +85,6 @@ void AppDelegate::start()
                             this);
     m_account->setPageOpener([](const QUrl &page) { QDesktopServices::openUrl(page); });
     connect(m_account, &Account::stateChanged, this, &AppDelegate::accountChanged);
-    restoreSession(this);
 
     startPlacement();
     startStore();
@@ -104,10 +103,17 @@ void AppDelegate::start()
          .quit = [this] { quit(); }},
         [this] { return engine(); }, roots);
 
+    // A self-test only loads the views: nothing reaches the shop, the desktop or the helper.
+    if (m_options.selfTest)
+        return;
     if (!m_options.atLogin) {
         openMain();
     }
 
+    restoreSession(this);
+    m_shop->start();
+    m_shuffle->start();
+    m_focusFilter->start();
     // The workspace helper is told on every launch whether it is wanted, after its stale check.
     m_spaces->start(m_displays->useOnAllSpaces());
     connect(m_displays, &Displays::useOnAllSpacesChanged, m_spaces,
@@ -152,7 +158,6 @@ void AppDelegate::startStore()
                            QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
                       this);
     connect(m_shop, &Shop::stateChanged, this, &AppDelegate::libraryStateChanged);
-    m_shop->start();
 }
 
 void AppDelegate::startShuffle()
@@ -169,7 +174,6 @@ void AppDelegate::startShuffle()
                              .clock = m_clock,
                              .random = QRandomGenerator::system()},
                             this);
-    m_shuffle->start();
 }
 
 void AppDelegate::startFocusFilter()
@@ -178,7 +182,6 @@ void AppDelegate::startFocusFilter()
     DoNotDisturb *watcher =
         DoNotDisturbWatchers::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), this);
     m_focusFilter = new FocusFilter(m_defaults.get(), watcher, m_shuffle, m_shuffleStore, this);
-    m_focusFilter->start();
 }
 
 void AppDelegate::startViews()

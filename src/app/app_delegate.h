@@ -74,6 +74,7 @@ public:
     struct Options {
         bool atLogin = false; // started by the session's autostart or a bus call: no main window
         QString program; // what open-at-login starts
+        bool selfTest = false; // the views are made and checked; nothing else starts
     };
 
     explicit AppDelegate(Options options, QObject *parent = nullptr);

@@ -31,9 +31,9 @@ int main(int argc, char *argv[])
     parser.process(application);
 
     // Made before the instance claims the bus name: it puts the automation object on the bus.
-    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated)
-                              || parser.isSet(selfTest),
-                          .program = QApplication::applicationFilePath()});
+    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated),
+                          .program = QApplication::applicationFilePath(),
+                          .selfTest = parser.isSet(selfTest)});
     SingleInstance instance;
     if (!parser.isSet(selfTest) && !instance.claim()) {
         return 0;
