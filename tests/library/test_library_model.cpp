@@ -49,37 +49,6 @@ private Q_SLOTS:
         QCOMPARE(colourway.artwork(Appearance::Dark).value_or(QUrl()), QUrl(dark));
     }
 
-    void deviceLabels_data()
-    {
-        QTest::addColumn<QString>("device");
-        QTest::addColumn<QString>("label");
-        QTest::newRow("mac") << u"mac"_s << u"Mac"_s;
-        QTest::newRow("ipad") << u"ipad"_s << u"iPad"_s;
-        QTest::newRow("iphone") << u"iphone"_s << u"iPhone"_s;
-        QTest::newRow("iphone-duo") << u"iphone-duo"_s << u"iPhone Duo"_s;
-        QTest::newRow("unknown kept") << u"tv"_s << u"tv"_s;
-        QTest::newRow("case-sensitive") << u"MAC"_s << u"MAC"_s;
-    }
-
-    void deviceLabels()
-    {
-        QFETCH(QString, device);
-        QFETCH(QString, label);
-        QCOMPARE(Archive { .device = device }.deviceLabel(), label);
-    }
-
-    void editionRawValues()
-    {
-        for (const Edition edition : allEditions)
-            QCOMPARE(editionFromRawValue(rawValue(edition)), edition);
-        QCOMPARE(rawValue(Edition::Automatic), u"appearance"_s);
-        QCOMPARE(rawValue(Edition::TimeOfDay), u"time-of-day"_s);
-        QVERIFY(!editionFromRawValue(u"automatic"));
-        QVERIFY(!editionFromRawValue(u"Light"));
-        QCOMPARE(appearanceFromRawValue(u"dark"), Appearance::Dark);
-        QVERIFY(!appearanceFromRawValue(u"appearance"));
-    }
-
     void valuesDifferByEveryField()
     {
         const WallpaperFile file { .id = u"f_0123456789ab"_s,
@@ -96,7 +65,6 @@ private Q_SLOTS:
         WallpaperFile noHash = file;
         noHash.sha256.reset();
 
-        QCOMPARE(file, WallpaperFile(file));
         QCOMPARE(qHash(file, 7), qHash(WallpaperFile(file), 7));
         for (const auto &other : { otherBytes, otherSource, noHash }) {
             QVERIFY(other != file);

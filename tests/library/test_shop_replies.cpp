@@ -72,12 +72,6 @@ class ShopRepliesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void fixturesDecode()
-    {
-        QVERIFY(decodingFailure(u"library"_s, fixture(u"library.json"_s)).isEmpty());
-        QVERIFY(decodingFailure(u"catalogue"_s, fixture(u"catalogue.json"_s)).isEmpty());
-    }
-
     // Any shape error rejects the whole reply.
     void shapeFailures_data()
     {

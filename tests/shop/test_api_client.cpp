@@ -264,8 +264,6 @@ void APIClientTest::libraryAndLinks()
 
     const auto unchanged = finish(shop.library(token, library->etag)).value;
     QVERIFY(unchanged && !*unchanged);
-    const auto other = finish(shop.library(token, u"\"other\""_s)).value.value();
-    QCOMPARE(other->reply, library->reply);
     // 304 means not modified, whatever comes with it.
     StandInServer server;
     server.enqueue({.status = 304, .body = "not json"});

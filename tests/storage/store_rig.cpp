@@ -95,6 +95,14 @@ StoreRig::~StoreRig()
     QTest::qWait(50);
 }
 
+bool StoreRig::start()
+{
+    if (!m_ready)
+        return false;
+    finish(m_store->start());
+    return m_store->status() == Shop::Status::Ready;
+}
+
 APIClient StoreRig::api() const
 {
     return APIClient(m_manager.get(), m_shop.baseUrl());

@@ -64,6 +64,8 @@ public:
     ~StoreRig();
 
     [[nodiscard]] bool isReady() const { return m_ready; }
+    // Starts the store and waits for its first refresh; true when it ended Ready.
+    [[nodiscard]] bool start();
     [[nodiscard]] ContentShop &shop() { return m_shop; }
     [[nodiscard]] Shop &store() { return *m_store; }
     [[nodiscard]] Account &account() { return *m_account; }
@@ -71,7 +73,6 @@ public:
     [[nodiscard]] Defaults &defaults() { return *m_defaults; }
     [[nodiscard]] ManualClock &clock() { return *m_clock; }
     [[nodiscard]] FakeTarget &target() { return *m_target; }
-    [[nodiscard]] QString folder() const { return m_folder.path(); }
     // Two levels below a folder of its own, so that nothing can land above it unseen.
     [[nodiscard]] QString downloadsFolder() const
     {

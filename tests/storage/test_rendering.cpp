@@ -56,8 +56,6 @@ private Q_SLOTS:
         QTest::newRow("apr light") << u"apr.xmp"_s << 2 << Edition::Automatic << false << noon << 0;
         QTest::newRow("apr dark") << u"apr.xmp"_s << 2 << Edition::Automatic << true << noon << 1;
         QTest::newRow("dark edition of an apr file") << u"apr.xmp"_s << 2 << Edition::Dark << false << noon << 1;
-        QTest::newRow("apr out of range, solar's used") << u"apr-out-of-range-with-solar-element.xmp"_s << 3
-                                                        << Edition::Automatic << true << noon << 2;
         QTest::newRow("every index out of range: primary")
             << u"apr-out-of-range-with-solar-element.xmp"_s << 1 << Edition::Automatic << true << noon << 0;
         // h24: 0.25 -> 0, 0.5 -> 1, 0.75 -> 2, 0.95 -> 3

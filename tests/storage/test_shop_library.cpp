@@ -56,12 +56,8 @@ private Q_SLOTS:
 void TestShopLibrary::refreshShowsAndKeepsTheLibrary()
 {
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    QCOMPARE(rig.store().status(), Shop::Status::Loading);
-    finish(rig.store().start());
-
+    QVERIFY(rig.start());
     auto &store = rig.store();
-    QCOMPARE(store.status(), Shop::Status::Ready);
     QCOMPARE(slugs(store.packs()), (QStringList { u"aurora"_s, u"dunes"_s, u"meadow"_s }));
     QCOMPARE(store.bought().keys(), (QStringList { u"aurora"_s, u"dunes"_s, u"glacier"_s }));
     QCOMPARE(store.freePacks().keys(), QStringList { u"meadow"_s });
@@ -82,8 +78,7 @@ void TestShopLibrary::refreshShowsAndKeepsTheLibrary()
 void TestShopLibrary::unchangedLibraryComesFromTheCopy()
 {
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     // A copy that differs from the shop's library shows which one a 304 leads to.
     const QString path = rig.store().cache().shopCachePath();
     QVERIFY(Cache::update(path, [](Cache::Saved &saved) { saved.library->packs.removeFirst(); }));
@@ -122,8 +117,7 @@ void TestShopLibrary::failedRefreshKeepsWhatWasThere()
     QFETCH(QString, reason);
     QFETCH(bool, signedOut);
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     const auto owned = rig.store().owned();
     const QByteArray copy = readAll(rig.store().cache().shopCachePath());
     const QDateTime checked = rig.store().lastChecked();
@@ -143,8 +137,7 @@ void TestShopLibrary::failedRefreshKeepsWhatWasThere()
 void TestShopLibrary::startsFromTheCopy()
 {
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     const auto owned = rig.store().owned();
     rig.shop().shop().stop();
 
@@ -172,16 +165,14 @@ void TestShopLibrary::nothingToShow()
 void TestShopLibrary::signedOutKeepsNoLibrary()
 {
     StoreRig rig(samplePacks(), false);
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     QCOMPARE(rig.shop().requests(u"library"_s), 0);
     QCOMPARE(rig.store().owned().keys(), QStringList { u"meadow"_s });
     QVERIFY(!Cache::load(rig.store().cache().shopCachePath())->library);
 
     // Signing out later takes the library away, in memory and on disk.
     StoreRig signedIn(samplePacks());
-    QVERIFY(signedIn.isReady());
-    finish(signedIn.store().start());
+    QVERIFY(signedIn.start());
     QVERIFY(!signedIn.store().bought().isEmpty());
     finish(signedIn.account().signOut());
     QTRY_VERIFY(signedIn.store().bought().isEmpty());
@@ -225,8 +216,7 @@ void TestShopLibrary::periodicCheck()
 void TestShopLibrary::checkAfterWake()
 {
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     const int before = rig.shop().requests(u"catalogue"_s);
 
     // Asleep for seven hours: no timer ran meanwhile.
@@ -246,8 +236,7 @@ void TestShopLibrary::checkAfterWake()
 void TestShopLibrary::unreleasedPacks()
 {
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     QVERIFY(!slugs(rig.store().packs()).contains(u"glacier"_s));
 
     rig.store().setShowsUnreleased(true);
@@ -259,8 +248,7 @@ void TestShopLibrary::unreleasedPacks()
 void TestShopLibrary::seenColourways()
 {
     StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    finish(rig.store().start());
+    QVERIFY(rig.start());
     rig.store().markSeen(u"aurora"_s);
     const SeenColourways expected { { u"aurora"_s, { u"emerald"_s, u"violet"_s } } };
     QCOMPARE(rig.store().seen(), expected);
