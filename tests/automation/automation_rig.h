@@ -55,11 +55,9 @@ public:
     TestShop &shop() { return m_shop; }
     FakeDesktop &desktop() { return *m_desktop; }
     Shop &store() { return *m_store; }
-    Account &account() { return *m_account; }
     Favourites &favourites() { return *m_favourites; }
     Shuffle &shuffle() { return *m_shuffle; }
     Defaults &defaults() { return *m_defaults; }
-    AutomationService &service() { return *m_service; }
 
 private:
     TestShop m_shop;

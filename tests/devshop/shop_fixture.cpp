@@ -55,6 +55,21 @@ QString ShopFixture::linkTo(const QString &pack, const QString &id)
     return found.isEmpty() ? QString() : found.first()[u"url"_s].toString();
 }
 
+QJsonObject ShopFixture::requestCode(const QString &device) const
+{
+    return m_curl
+        .post(api(u"device/code"_s), { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, device } })
+        .json();
+}
+
+CurlReply ShopFixture::poll(const QString &deviceCode) const
+{
+    return m_curl.post(api(u"device/token"_s),
+                       { { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
+                         { u"device_code"_s, deviceCode },
+                         { u"client_id"_s, u"mac-app"_s } });
+}
+
 QString sampleFileId(const QString &pack, const QString &colourway, const QString &edition)
 {
     QFile file(u"" QUENNET_DEVSHOP_CONTENT "/content.json"_s);

@@ -15,7 +15,6 @@ public:
     [[nodiscard]] bool isRunning() const { return m_running; }
     [[nodiscard]] DevShop &shop() { return m_shop; }
     [[nodiscard]] const Curl &curl() const { return m_curl; }
-    [[nodiscard]] QString stateDir() const { return m_state.path(); }
 
     // An address on the shop: "/_devshop/stats", or an API endpoint such as "library".
     [[nodiscard]] QString url(const QString &path) const;
@@ -27,6 +26,9 @@ public:
                                   const QList<QPair<QString, QString>> &files) const;
     // The link of one owned file, fetched with a fresh token.
     [[nodiscard]] QString linkTo(const QString &pack, const QString &id);
+    // The device-code sign-in as the app makes it: a code, then a poll for its token.
+    [[nodiscard]] QJsonObject requestCode(const QString &device = QStringLiteral("Test Box")) const;
+    CurlReply poll(const QString &deviceCode) const;
 
 private:
     QTemporaryDir m_state;

@@ -41,11 +41,7 @@ private Q_SLOTS:
         QFETCH(QString, button);
         QFETCH(QString, result);
         QFETCH(QString, pollError);
-        const QJsonObject code =
-            m_fixture.curl()
-                .post(m_fixture.api(u"device/code"_s),
-                      { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Robin's <Laptop>"_s } })
-                .json();
+        const QJsonObject code = m_fixture.requestCode(u"Robin's <Laptop>"_s);
         const QString userCode = code[u"user_code"_s].toString();
 
         m_browser->open(
@@ -64,11 +60,7 @@ private Q_SLOTS:
         m_browser->click(m_browser->find(u'#' + button));
         QVERIFY(m_browser->text(m_browser->find(u"#result"_s)).startsWith(result));
 
-        const CurlReply poll = m_fixture.curl().post(
-            m_fixture.api(u"device/token"_s),
-            { { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
-              { u"device_code"_s, code[u"device_code"_s].toString() },
-              { u"client_id"_s, u"mac-app"_s } });
+        const CurlReply poll = m_fixture.poll(code[u"device_code"_s].toString());
         QCOMPARE(poll.json()[u"error"_s].toString(), pollError);
         QCOMPARE(poll.json().contains(u"access_token"_s), pollError.isEmpty());
     }

@@ -99,7 +99,6 @@ private Q_SLOTS:
         const QString bearer = ShopFixture::bearer(fixture.shop().issueToken());
         const CurlReply first = fixture.curl().get(fixture.api(u"library"_s), { bearer });
         const QString tag = first.header(u"ETag"_s);
-        QVERIFY(tag.startsWith(u'"') && tag.endsWith(u'"'));
         QCOMPARE(tag, u'"' + QString::fromLatin1(sha256(first.body)) + u'"');
 
         const CurlReply second = fixture.curl().get(
@@ -145,7 +144,6 @@ private Q_SLOTS:
         const QString token = fixture.shop().issueToken();
         const LibraryReply library = LibraryReply::decode(
             fixture.curl().get(fixture.api(u"library"_s), { ShopFixture::bearer(token) }).body);
-        QVERIFY(library.email.contains(u'@'));
         const QMap<QString, OwnedPack> owned = library.ownedPacks(SourceRule::pathRule());
         QCOMPARE(owned.keys(), (QStringList { u"aurora"_s, u"dunes"_s, u"glacier"_s }));
         // Not released yet: listed with its colourways, but without files.

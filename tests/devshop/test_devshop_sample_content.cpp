@@ -98,16 +98,11 @@ private Q_SLOTS:
     void initTestCase() { heif_init(nullptr); }
     void cleanupTestCase() { heif_deinit(); }
 
+    // Every released colourway in every edition, with its artwork.
     void packs()
     {
-        const QJsonArray packs = manifest()[u"packs"_s].toArray();
-        QVERIFY(packs.size() >= 5);
         const QStringList all { u"appearance"_s, u"dark"_s, u"light"_s, u"time-of-day"_s };
-        int free = 0;
-        int unreleased = 0;
-        for (const QJsonValue &pack : packs) {
-            free += pack[u"free"_s].toBool();
-            unreleased += !pack[u"released"_s].toBool();
+        for (const QJsonValue &pack : manifest()[u"packs"_s].toArray()) {
             for (const QJsonValue &colourway : pack[u"colourways"_s].toArray()) {
                 QStringList editions;
                 for (const QJsonValue &file : colourway[u"files"_s].toArray())
@@ -118,8 +113,6 @@ private Q_SLOTS:
                     QVERIFY(!QImage(content.filePath(art.toString())).isNull());
             }
         }
-        QCOMPARE(free, 1);
-        QCOMPARE(unreleased, 1);
     }
 
     void sizesAndDigests()

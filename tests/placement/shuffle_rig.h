@@ -83,7 +83,6 @@ private:
 };
 
 class FakeDisplays : public ShuffleDisplays
-
 {
     Q_OBJECT
 
@@ -106,6 +105,9 @@ public:
 private:
     QList<Screen> m_screens;
 };
+
+[[nodiscard]] QDateTime utc(const char *iso);
+[[nodiscard]] QSet<QString> keySet(const QStringList &keys);
 
 // Colourways c1…cN of pack p, in that order.
 [[nodiscard]] QList<ShuffleChoice> sampleChoices(int count,

@@ -21,11 +21,6 @@ double chiSquare(const QList<int> &counts)
     return sum;
 }
 
-QSet<QString> keySet(const QStringList &keys)
-{
-    return QSet<QString>(keys.begin(), keys.end());
-}
-
 QStringList keysOf(const QList<ShuffleChoice> &choices)
 {
     QStringList keys;

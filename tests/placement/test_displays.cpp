@@ -63,12 +63,10 @@ private Q_SLOTS:
         QCOMPARE(all[1].wallpaper, u"/theirs.png"_s);
         // Same make and model, different serial numbers: placements never mix.
         QVERIFY(all[0].id != all[1].id);
-    }
 
-    void framesAreRelativeToTheFirstScreen()
-    {
+        // Frames are relative to the first screen.
         m_desktop->shownScreens = { right, left };
-        const auto displays = make();
+        Q_EMIT m_desktop->screensChanged();
         QCOMPARE(displays->all()[0].frame, QRectF(0, 0, 2560, 1440));
         QCOMPARE(displays->all()[1].frame, QRectF(-1920, 200, 1920, 1080));
     }

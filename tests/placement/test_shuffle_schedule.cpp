@@ -1,3 +1,4 @@
+#include "shuffle_rig.h"
 #include "shuffle_schedule.h"
 
 #include <QTest>
@@ -6,14 +7,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 using Interval = ShuffleSettings::Interval;
-
-namespace
-{
-QDateTime utc(const char *text)
-{
-    return QDateTime::fromString(QString::fromLatin1(text), Qt::ISODate).toUTC();
-}
-} // namespace
 
 // Calendar boundaries in the zone the TZ variable names, as the user's would be, across the days
 // the clocks change: London changes at 01:00, Santiago at midnight itself.
