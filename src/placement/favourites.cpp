@@ -14,6 +14,7 @@ void Favourites::setKeys(const QStringList &keys)
     if (keys == m_keys)
         return;
     m_keys = keys;
+    m_defaults->setFavouriteColourways(m_keys);
     Q_EMIT keysChanged();
 }
 
@@ -26,5 +27,4 @@ void Favourites::toggle(const QString &pack, const QString &colourway)
     else
         keys.prepend(key);
     setKeys(keys);
-    m_defaults->setFavouriteColourways(m_keys);
 }
