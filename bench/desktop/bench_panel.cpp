@@ -5,6 +5,7 @@
 //
 //   bench_panel [RUNS]        under X with a tray; writes 500 MB into the current folder
 
+#include "../devshop_process.h"
 #include "app_delegate.h"
 #include "shop.h"
 #include "shop_content.h"
@@ -105,23 +106,6 @@ bool writeFile(const QString &path, const QByteArray &bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-// The development shop in a process of its own, so that its work does not count as ours.
-std::optional<quint16> serve(QProcess &shop, const QString &content, const QString &state)
-{
-    shop.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    shop.start(u"" QUENNET_DEVSHOP_PROGRAM ""_s,
-               {u"serve"_s, u"--content"_s, content, u"--state"_s, state});
-    if (!shop.waitForStarted())
-        return std::nullopt;
-    for (int i = 0; i < 600 && shop.state() == QProcess::Running; ++i) {
-        QFile port(state + u"/port"_s);
-        if (port.open(QIODevice::ReadOnly) && port.size() > 0)
-            return quint16(port.readAll().toUInt());
-        QThread::msleep(50);
-    }
-    return std::nullopt;
-}
-
 // An access token for the shop's sample account, through its admin call.
 QString issueToken(const QString &state, quint16 port)
 {
@@ -167,7 +151,7 @@ int main(int argc, char *argv[])
         content, {{.slug = u"bench"_s,
                    .files = {{u"large"_s, u"light"_s, largeBytes}, {u"large"_s, u"dark"_s, 4096}}}});
     QProcess shop;
-    const auto port = serve(shop, content, state);
+    const auto port = serveDevShop(shop, content, state);
     if (!port)
         qFatal("The development shop did not start");
     const QString token = issueToken(state, *port);

@@ -8,6 +8,7 @@
 //
 //   bench_downloads [RUNS]
 
+#include "../devshop_process.h"
 #include "download_thread.h"
 #include "file_fetcher.h"
 #include "shop_content.h"
@@ -127,22 +128,6 @@ Run curlAndOpenssl(const QString &ca, const QUrl &url, const ContentFile &file,
     return run;
 }
 
-// The shop in a process of its own, so that its work does not count as ours.
-std::optional<quint16> serve(QProcess &shop, const QString &content, const QString &state)
-{
-    shop.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    shop.start(u"" QUENNET_DEVSHOP_PROGRAM ""_s,
-               { u"serve"_s, u"--content"_s, content, u"--state"_s, state });
-    if (!shop.waitForStarted())
-        return std::nullopt;
-    for (int i = 0; i < 600 && shop.state() == QProcess::Running; ++i) {
-        QFile port(state + u"/port"_s);
-        if (port.open(QIODevice::ReadOnly) && port.size() > 0)
-            return quint16(port.readAll().toUInt());
-        QThread::msleep(50);
-    }
-    return std::nullopt;
-}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -161,7 +146,7 @@ int main(int argc, char *argv[])
     const ContentFile small = packs[0].files[0];
     const ContentFile large = packs[0].files[1];
     QProcess shop;
-    const auto port = serve(shop, work.filePath(u"content"_s), work.filePath(u"state"_s));
+    const auto port = serveDevShop(shop, work.filePath(u"content"_s), work.filePath(u"state"_s));
     if (!port)
         qFatal("The development shop did not start");
     const QString ca = work.filePath(u"state/ca.pem"_s);
