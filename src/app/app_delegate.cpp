@@ -28,6 +28,7 @@
 #include "sleep_watcher.h"
 #include "spaces_helper.h"
 #include "status_item_controller.h"
+#include "tray_glyph.h"
 #include "wallpaper_actions.h"
 #include "wallpaper_setter.h"
 
@@ -101,7 +102,9 @@ void AppDelegate::start()
         {.openMain = [this] { openMain(); },
          .openSettings = [this] { openSettings(); },
          .quit = [this] { quit(); }},
-        [this] { return engine(); }, roots);
+        trayIcon(), [this] { return engine(); }, roots);
+    connect(m_scheme, &ColourScheme::changed, m_statusItem,
+            [this] { m_statusItem->setIcon(trayIcon()); });
 
     // A self-test only loads the views: nothing reaches the shop, the desktop or the helper.
     if (m_options.selfTest)
@@ -200,6 +203,12 @@ void AppDelegate::startViews()
     };
     connect(m_scheme, &ColourScheme::changed, this, followScheme);
     followScheme();
+}
+
+QIcon AppDelegate::trayIcon() const
+{
+    return TrayGlyph::icon(TrayGlyph::ink(
+        TrayGlyph::panelIsDark(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), isDark())));
 }
 
 bool AppDelegate::isDark() const

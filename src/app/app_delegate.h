@@ -30,6 +30,7 @@ class Shuffle;
 class ShuffleStore;
 class SpacesHelper;
 class WallpaperSetter;
+class QIcon;
 class QQmlEngine;
 class QQuickWindow;
 class ShuffleView;
@@ -137,6 +138,8 @@ private:
     void startViews();
     void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
+    // The tray's icon for the desktop's panel in the current scheme.
+    [[nodiscard]] QIcon trayIcon() const;
     // The views' engine, made on first use.
     [[nodiscard]] QQmlEngine *engine();
 

@@ -8,7 +8,6 @@
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QMenu>
-#include <QPainter>
 #include <QPropertyAnimation>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -43,46 +42,31 @@ bool reducedMotion()
     return value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
 }
 
-// The installed monochrome icon, which trays recolour for light and dark panels; from a build
-// tree, the same picture drawn in the palette's text colour.
-QIcon trayGlyph()
-{
-    QIcon icon = QIcon::fromTheme(u"app.quennet.Quennet-symbolic"_s);
-    if (!icon.isNull()) {
-        return icon;
-    }
-    QPixmap pixmap(64, 64);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor ink = QGuiApplication::palette().color(QPalette::WindowText);
-    painter.setPen(QPen(ink, 5));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(8, 14, 48, 38), 6, 6);
-    painter.setBrush(ink);
-    painter.setPen(Qt::NoPen);
-    painter.drawEllipse(QPointF(22, 27), 5, 5);
-    painter.drawPolygon(QPolygonF({{12, 48}, {30, 32}, {40, 42}, {46, 36}, {54, 48}}));
-    return QIcon(pixmap);
-}
-
 } // namespace
 
-StatusItemController::StatusItemController(Actions actions,
+StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
                                            std::function<QQmlEngine *()> engine,
                                            QVariantMap rootProperties, QObject *parent)
     : QObject(parent)
     , m_actions(std::move(actions))
     , m_engine(engine)
     , m_rootProperties(std::move(rootProperties))
-    , m_tray(new QSystemTrayIcon(trayGlyph(), this))
+    , m_tray(new QSystemTrayIcon(icon, this))
+    , m_menu(new QMenu)
 {
     m_tray->setToolTip(u"Quennet"_s);
+    // Handed to the tray, so that the shell draws it where the icon is: hosts that speak
+    // StatusNotifierItem read it over D-Bus, and no window of ours has to be placed.
+    m_menu->addAction(u"Open Quennet"_s, this, [this] { m_actions.openMain(); });
+    m_menu->addAction(u"Settings…"_s, QKeySequence(u"Ctrl+,"_s), this,
+                      [this] { m_actions.openSettings(); });
+    m_menu->addSeparator();
+    m_menu->addAction(u"Quit Quennet"_s, QKeySequence::Quit, this, [this] { m_actions.quit(); });
+    connect(m_menu, &QMenu::aboutToShow, this, &StatusItemController::closePanel);
+    m_tray->setContextMenu(m_menu);
     connect(m_tray, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Context) {
-                    showMenu();
-                } else if (reason == QSystemTrayIcon::Trigger) {
+                if (reason == QSystemTrayIcon::Trigger) {
                     leftClicked();
                 }
             });
@@ -93,6 +77,11 @@ StatusItemController::~StatusItemController()
 {
     delete m_panel;
     delete m_menu;
+}
+
+void StatusItemController::setIcon(const QIcon &icon)
+{
+    m_tray->setIcon(icon);
 }
 
 void StatusItemController::leftClicked()
@@ -233,14 +222,9 @@ void StatusItemController::resizePanel(double height)
 void StatusItemController::showMenu()
 {
     closePanel();
-    // Built afresh each time, so it always says what is true now.
-    delete m_menu;
-    m_menu = new QMenu;
-    m_menu->addAction(u"Open Quennet"_s, this, [this] { m_actions.openMain(); });
-    m_menu->addAction(u"Settings…"_s, QKeySequence(u"Ctrl+,"_s), this,
-                      [this] { m_actions.openSettings(); });
-    m_menu->addSeparator();
-    m_menu->addAction(u"Quit Quennet"_s, QKeySequence::Quit, this, [this] { m_actions.quit(); });
-    const QRect icon = m_tray->geometry();
-    m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft());
+    // Only X11 lets a client put a menu where it likes; on Wayland the tray shows it.
+    if (QGuiApplication::platformName() == "xcb"_L1) {
+        const QRect icon = m_tray->geometry();
+        m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft());
+    }
 }

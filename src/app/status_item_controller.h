@@ -8,6 +8,7 @@
 #include <functional>
 
 class PanelWindow;
+class QIcon;
 class QMenu;
 class QPropertyAnimation;
 class QQmlEngine;
@@ -29,12 +30,13 @@ public:
 
     // The panel's view is made from the engine the first time it opens; rootProperties are given
     // to it then. The engine is asked for only then, so that it can be made late too.
-    StatusItemController(Actions actions, std::function<QQmlEngine *()> engine,
+    StatusItemController(Actions actions, const QIcon &icon, std::function<QQmlEngine *()> engine,
                          QVariantMap rootProperties, QObject *parent = nullptr);
     ~StatusItemController() override;
 
     [[nodiscard]] bool isShown() const { return m_shown; }
     [[nodiscard]] QSystemTrayIcon *trayIcon() const { return m_tray; }
+    void setIcon(const QIcon &icon);
 
     void showPanel();
     void togglePanel();
@@ -59,7 +61,7 @@ private:
     std::function<QQmlEngine *()> m_engine;
     QVariantMap m_rootProperties;
     QSystemTrayIcon *m_tray;
-    QPointer<QMenu> m_menu;
+    QMenu *m_menu;
     PanelWindow *m_panel = nullptr;
     QPropertyAnimation *m_animation = nullptr;
     PanelRules m_rules;

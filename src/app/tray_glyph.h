@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QIcon>
+
+// The tray icon: a monochrome picture drawn in the ink that stands out on the panel that shows
+// it. Tray hosts draw a pixmap as it is, and GNOME Shell's top bar is dark in either scheme,
+// while Plasma's panel follows the colour scheme.
+class TrayGlyph
+{
+public:
+    // desktop: XDG_CURRENT_DESKTOP.
+    [[nodiscard]] static bool panelIsDark(const QString &desktop, bool schemeIsDark);
+    [[nodiscard]] static QColor ink(bool panelIsDark);
+    [[nodiscard]] static QIcon icon(const QColor &ink);
+};
