@@ -1,0 +1,461 @@
+#include "dev_shop.h"
+#include "sample_store.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+const auto quennet = u"app.quennet.Quennet"_s;
+const auto quennetPath = u"/app/quennet/Quennet"_s;
+
+bool isGnome()
+{
+    return qEnvironmentVariable("QUENNET_SESSION") == "gnome"_L1;
+}
+
+// QTRY counts its steps, not the time they take: screenshots need a clock of their own.
+bool waitFor(const std::function<bool()> &condition, int milliseconds = 15'000)
+{
+    QDeadlineTimer deadline(milliseconds);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QTest::qWait(200);
+    }
+    return true;
+}
+
+bool run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    return process.waitForFinished(20'000) && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0;
+}
+
+// The whole screen, as the shell's own screenshot tool takes it.
+QImage screenshot()
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath(u"screen.png"_s);
+    const bool taken = isGnome()
+        ? run(u"gnome-screenshot"_s, { u"-f"_s, file })
+        : run(u"spectacle"_s, { u"-b"_s, u"-n"_s, u"-f"_s, u"-o"_s, file });
+    return taken ? QImage(file).convertToFormat(QImage::Format_RGB32) : QImage();
+}
+
+// How many pixels of the rectangle stand out from the panel's colour around them.
+int standingOut(const QImage &screen, const QRect &rect, const QColor &panel)
+{
+    int count = 0;
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+        for (int x = rect.left(); x <= rect.right(); ++x) {
+            const QColor pixel = screen.pixelColor(x, y);
+            if (qAbs(pixel.lightness() - panel.lightness()) > 90)
+                ++count;
+        }
+    }
+    return count;
+}
+
+QVariant busProperty(const QString &service, const QString &path, const QString &interface,
+                  const QString &name)
+{
+    QDBusInterface properties(service, path, u"org.freedesktop.DBus.Properties"_s);
+    const QDBusReply<QDBusVariant> reply = properties.call(u"Get"_s, interface, name);
+    return reply.isValid() ? reply.value().variant() : QVariant();
+}
+
+// Asks GNOME Shell, through the test's extension.
+QJsonValue shellEval(const QString &script)
+{
+    QDBusInterface shell(u"app.quennet.ShellTest"_s, u"/app/quennet/ShellTest"_s,
+                         u"app.quennet.ShellTest"_s);
+    const QDBusReply<QString> reply = shell.call(u"Eval"_s, script);
+    if (!reply.isValid())
+        return {};
+    return QJsonDocument::fromJson("[" + reply.value().toUtf8() + "]").array().at(0);
+}
+
+// A person's pointer and keys on GNOME: Mutter's remote-desktop session.
+class MutterInput
+{
+public:
+    MutterInput()
+    {
+        QDBusInterface desktop(u"org.gnome.Mutter.RemoteDesktop"_s,
+                               u"/org/gnome/Mutter/RemoteDesktop"_s,
+                               u"org.gnome.Mutter.RemoteDesktop"_s);
+        const QDBusReply<QDBusObjectPath> session = desktop.call(u"CreateSession"_s);
+        if (session.isValid()) {
+            m_session.emplace(u"org.gnome.Mutter.RemoteDesktop"_s, session.value().path(),
+                              u"org.gnome.Mutter.RemoteDesktop.Session"_s);
+            const QDBusMessage started = m_session->call(u"Start"_s);
+            if (started.type() != QDBusMessage::ReplyMessage)
+                qWarning() << "Mutter's remote desktop refused to start:" << started.errorMessage();
+        }
+    }
+    ~MutterInput()
+    {
+        if (m_session)
+            m_session->call(u"Stop"_s);
+    }
+
+    // Without a screen-cast stream only relative motion exists: into a corner, then across.
+    // The bottom right one, since the top left one opens the overview.
+    void click(QPoint point, int button)
+    {
+        m_session->call(u"NotifyPointerMotionRelative"_s, 10000.0, 10000.0);
+        m_session->call(u"NotifyPointerMotionRelative"_s, double(point.x() - 1919),
+                        double(point.y() - 1079));
+        QTest::qWait(100);
+        for (const bool pressed : { true, false }) {
+            const QDBusMessage reply = m_session->call(u"NotifyPointerButton"_s, button, pressed);
+            if (reply.type() != QDBusMessage::ReplyMessage)
+                qWarning() << "Mutter refused a click:" << reply.errorMessage();
+        }
+    }
+
+    void key(quint32 keysym)
+    {
+        m_session->call(u"NotifyKeyboardKeysym"_s, keysym, true);
+        m_session->call(u"NotifyKeyboardKeysym"_s, keysym, false);
+    }
+
+private:
+    std::optional<QDBusInterface> m_session;
+};
+
+constexpr int leftButton = 0x110;
+constexpr int rightButton = 0x111;
+constexpr quint32 escapeKey = 0xff1b;
+} // namespace
+
+// Quennet inside the real shells, GNOME Shell and KDE Plasma on Wayland, as a person meets it
+// there: the tray icon, its menu, signing in, and a wallpaper that follows the colour scheme and
+// Do Not Disturb. Checked through screenshots and the shells' own interfaces.
+class ShellTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_state;
+    std::unique_ptr<DevShop> m_shop;
+    QProcess m_quennet;
+    QString m_folder;
+    // Plasma: the panel before Quennet's icon was in it, in light and in dark.
+    QHash<bool, QImage> m_panelWithoutIcon;
+
+    static void setDark(bool dark)
+    {
+        if (isGnome()) {
+            QVERIFY(run(u"gsettings"_s, { u"set"_s, u"org.gnome.desktop.interface"_s,
+                                          u"color-scheme"_s,
+                                          dark ? u"prefer-dark"_s : u"default"_s }));
+        } else {
+            QVERIFY(run(u"plasma-apply-colorscheme"_s,
+                        { dark ? u"BreezeDark"_s : u"BreezeLight"_s }));
+        }
+        // The shells repaint their panels after the change has gone round.
+        QTest::qWait(1500);
+    }
+
+    // Where the shell shows Quennet's icon, in screen pixels.
+    QRect trayIcon(bool dark)
+    {
+        if (isGnome()) {
+            const QJsonArray box = shellEval(uR"((() => {
+                const button = Object.entries(imports.ui.main.panel.statusArea)
+                    .filter(([key]) => key.startsWith('appindicator-'))
+                    .map(([, value]) => value)[0];
+                if (!button || !button.visible) return null;
+                const [x, y] = button.get_transformed_position();
+                const [w, h] = button.get_transformed_size();
+                return [x, y, w, h];
+            })())"_s).toArray();
+            return box.size() == 4 ? QRect(box[0].toInt(), box[1].toInt(), box[2].toInt(), box[3].toInt())
+                                   : QRect();
+        }
+        // Plasma tells no one where its tray draws an item: what changed in the tray is it. The
+        // tray is the panel's right end; the task manager on its left may change meanwhile.
+        const QImage now = screenshot();
+        const QImage &before = m_panelWithoutIcon[dark];
+        QRect changed;
+        for (int y = now.height() - 44; y < now.height(); ++y) {
+            for (int x = now.width() - 400; x < now.width(); ++x) {
+                if (now.pixel(x, y) != before.pixel(x, y))
+                    changed |= QRect(x, y, 1, 1);
+            }
+        }
+        return changed;
+    }
+
+    QString sessionState()
+    {
+        return busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"State"_s).toString();
+    }
+
+    // Which of the pictures Quennet rendered for the desktop the screen shows, if any.
+    QString shownRendering()
+    {
+        const QImage screen = screenshot();
+        if (screen.isNull())
+            return {};
+        const QColor middle = screen.pixelColor(screen.width() / 2, screen.height() / 2);
+        const QDir rendered(m_folder + u"/Rendered"_s);
+        for (const QString &name : rendered.entryList({ u"*.png"_s }, QDir::Files)) {
+            if (near(middle, middleOf(rendered.filePath(name))))
+                return name;
+        }
+        return {};
+    }
+
+    static void setDoNotDisturb(bool on)
+    {
+        if (isGnome()) {
+            QVERIFY(run(u"gsettings"_s, { u"set"_s, u"org.gnome.desktop.notifications"_s,
+                                          u"show-banners"_s, on ? u"false"_s : u"true"_s }));
+            return;
+        }
+        // Plasma's Do Not Disturb is held by whoever inhibits its notifications.
+        static uint cookie = 0;
+        QDBusInterface notifications(u"org.freedesktop.Notifications"_s,
+                                     u"/org/freedesktop/Notifications"_s,
+                                     u"org.freedesktop.Notifications"_s);
+        if (on) {
+            const QDBusReply<uint> reply = notifications.call(
+                u"Inhibit"_s, u"quennet-test"_s, u"presenting"_s, QVariantMap());
+            QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
+            cookie = reply.value();
+        } else {
+            QVERIFY(notifications.call(u"UnInhibit"_s, cookie).type() == QDBusMessage::ReplyMessage);
+        }
+    }
+
+    QDBusMessage automation(const QString &method, const QVariantList &arguments)
+    {
+        QDBusInterface automation(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s);
+        automation.setTimeout(60'000);
+        return automation.callWithArgumentList(QDBus::Block, method, arguments);
+    }
+
+    [[nodiscard]] bool hasLibrary() const
+    {
+        QFile file(m_folder + u"/shop-cache.json"_s);
+        return file.open(QIODevice::ReadOnly)
+            && QJsonDocument::fromJson(file.readAll())["library"_L1].isObject();
+    }
+
+    QTemporaryDir m_bin;
+    QString m_light;
+    QString m_dark;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (qEnvironmentVariable("QUENNET_SESSION") != "gnome"_L1
+            && qEnvironmentVariable("QUENNET_SESSION") != "plasma"_L1)
+            QSKIP("runs only inside tests/run-in-session gnome|plasma");
+        m_shop = std::make_unique<DevShop>(
+            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
+                               .stateDir = m_state.path(),
+                               .pollInterval = 1 });
+        QVERIFY(m_shop->start());
+        const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+            + u"/app.quennet.Quennet"_s;
+        m_folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+            + u"/app.quennet.Quennet"_s;
+        QVERIFY(QDir().mkpath(config));
+        QFile defaults(config + u"/defaults.ini"_s);
+        QVERIFY(defaults.open(QIODevice::WriteOnly));
+        defaults.write(u"[General]\nshopBaseURL=%1\nshopCertificates=%2\n"_s
+                           .arg(m_shop->baseUrl().toString(), m_shop->caPath())
+                           .toUtf8());
+        defaults.close();
+
+        if (!isGnome()) {
+            // The clock would change the panel between screenshots.
+            QVERIFY(run(u"qdbus"_s, { u"org.kde.plasmashell"_s, u"/PlasmaShell"_s, u"evaluateScript"_s,
+                                      uR"(panels().forEach(p => p.widgets('org.kde.plasma.digitalclock')
+                                              .forEach(w => w.remove())))"_s }));
+            for (const bool dark : { true, false }) {
+                setDark(dark);
+                m_panelWithoutIcon[dark] = screenshot();
+            }
+        }
+
+        // The approval page needs no browser here: the test approves the code itself.
+        QFile opener(m_bin.filePath(u"xdg-open"_s));
+        QVERIFY(opener.open(QIODevice::WriteOnly));
+        opener.write("#!/bin/sh\n");
+        opener.close();
+        opener.setPermissions(opener.permissions() | QFileDevice::ExeOwner);
+        qputenv("PATH", m_bin.path().toUtf8() + ':' + qgetenv("PATH"));
+        qputenv("QUENNET_REDUCED_MOTION", "1");
+        qputenv("QT_QUICK_BACKEND", "software");
+        m_quennet.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_quennet.start(QStringLiteral(QUENNET_PROGRAM), { u"--at-login"_s });
+        QVERIFY(m_quennet.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            QDBusConnection::sessionBus().interface()->isServiceRegistered(quennet), 20'000);
+    }
+
+    void cleanupTestCase()
+    {
+        if (m_quennet.state() != QProcess::NotRunning) {
+            m_quennet.terminate();
+            m_quennet.waitForFinished(5000);
+        }
+    }
+
+    // The icon shows in the panel in both schemes: its pixels stand out from the panel's.
+    void trayIconStandsOut_data()
+    {
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("light") << false;
+        QTest::newRow("dark") << true;
+    }
+    void trayIconStandsOut()
+    {
+        QFETCH(bool, dark);
+        setDark(dark);
+        QRect icon;
+        QVERIFY(waitFor([&] { return !(icon = trayIcon(dark)).isEmpty(); }));
+        QVERIFY2(icon.width() <= 64 && icon.height() <= 64, qPrintable(u"%1x%2"_s.arg(icon.width()).arg(icon.height())));
+        const QImage screen = screenshot();
+        const QColor panel = screen.pixelColor(icon.left() - 2, icon.center().y());
+        QVERIFY2(standingOut(screen, icon, panel) >= 20,
+                 qPrintable(u"icon %1,%2 %3x%4 on %5"_s.arg(icon.x()).arg(icon.y())
+                                .arg(icon.width()).arg(icon.height()).arg(panel.name())));
+    }
+
+    // A right click opens the menu the shell draws, from the items Quennet handed it.
+    void menuFromTheShell()
+    {
+        const QStringList expected { u"Open Quennet"_s, u"Settings…"_s, u"Quit Quennet"_s };
+        if (isGnome()) {
+            // The extension builds its menu from Quennet's when it opens, as on a right click.
+            const auto openMenu = uR"((() => {
+                const button = Object.entries(imports.ui.main.panel.statusArea)
+                    .filter(([key]) => key.startsWith('appindicator-'))
+                    .map(([, value]) => value)[0];
+                if (!button) return [];
+                if (!button.menu.isOpen) button.menu.open();
+                return button.menu._getMenuItems().filter(i => i.label && i.label.text && i.visible)
+                    .map(i => i.label.text);
+            })())"_s;
+            QStringList labels;
+            QTRY_COMPARE_WITH_TIMEOUT(
+                (labels = shellEval(openMenu).toVariant().toStringList()), expected, 10'000);
+            shellEval(u"Object.values(imports.ui.main.panel.statusArea).forEach(b => b.menu && b.menu.close())"_s);
+            return;
+        }
+        // Plasma reads the menu over D-Bus from the path the item names, as here.
+        const QStringList items =
+            busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                        u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
+                .toStringList();
+        QCOMPARE(items.size(), 1);
+        const QString service = items.first().section(u'/', 0, 0);
+        const auto menu = qvariant_cast<QDBusObjectPath>(
+                              busProperty(service, u'/' + items.first().section(u'/', 1),
+                                          u"org.kde.StatusNotifierItem"_s, u"Menu"_s))
+                              .path();
+        QVERIFY(!menu.isEmpty() && menu != "/NO_DBUSMENU"_L1);
+        QDBusInterface layout(service, menu, u"com.canonical.dbusmenu"_s);
+        const QDBusMessage reply = layout.call(u"GetLayout"_s, 0, -1, QStringList { u"label"_s });
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QStringList labels;
+        const QDBusArgument root = reply.arguments().at(1).value<QDBusArgument>();
+        root.beginStructure();
+        int id;
+        QVariantMap rootProperties;
+        root >> id >> rootProperties;
+        root.beginArray();
+        while (!root.atEnd()) {
+            QDBusVariant child;
+            root >> child;
+            const QDBusArgument item = child.variant().value<QDBusArgument>();
+            item.beginStructure();
+            QVariantMap itemProperties;
+            item >> id >> itemProperties;
+            item.endStructure();
+            if (QString label = itemProperties.value(u"label"_s).toString(); !label.isEmpty())
+                labels.append(label.remove(u'&'));
+        }
+        QCOMPARE(labels, expected);
+    }
+
+    // Signing in takes the code approved in the browser; the session goes into the secret
+    // service on the bus, without a wallet of KDE's being started or a private file written.
+    void signIn()
+    {
+        QDBusInterface session(quennet, quennetPath, u"app.quennet.Quennet.Session"_s);
+        QVERIFY(session.call(u"SignIn"_s).type() == QDBusMessage::ReplyMessage);
+        QString code;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !(code = busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"UserCode"_s)
+                         .toString())
+                 .isEmpty(),
+            10'000);
+        QVERIFY(m_shop->approve(code));
+        QTRY_COMPARE_WITH_TIMEOUT(sessionState(), u"signedIn"_s, 15'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 15'000);
+        QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.kde.kwalletd5"_s));
+        QVERIFY(!QFile::exists(m_folder + u"/secrets.json"_s));
+    }
+
+    // An automatic wallpaper shows its light picture, its dark one in dark, and light again.
+    void wallpaperFollowsTheScheme()
+    {
+        setDark(false);
+        const QDBusMessage set =
+            automation(u"SetWallpaper"_s, { u"aurora/violet"_s, u"automatic"_s });
+        QVERIFY2(set.type() == QDBusMessage::ReplyMessage, qPrintable(set.errorMessage()));
+        QVERIFY(waitFor([&] { return !(m_light = shownRendering()).isEmpty(); }));
+        setDark(true);
+        QVERIFY(waitFor([&] { return !(m_dark = shownRendering()).isEmpty() && m_dark != m_light; }));
+        setDark(false);
+        QVERIFY(waitFor([&] { return shownRendering() == m_light; }));
+    }
+
+    // Do Not Disturb shows its own wallpaper; afterwards the automatic one is back, still
+    // following the scheme.
+    void doNotDisturbPutsThePairBack()
+    {
+        const QDBusMessage chosen =
+            automation(u"SetFocusFilter"_s, { u"dunes/amber"_s, u"light"_s });
+        QVERIFY2(chosen.type() == QDBusMessage::ReplyMessage, qPrintable(chosen.errorMessage()));
+        setDoNotDisturb(true);
+        QVERIFY(waitFor(
+            [&] {
+                const QString shown = shownRendering();
+                return !shown.isEmpty() && shown != m_light && shown != m_dark;
+            },
+            30'000));
+        setDoNotDisturb(false);
+        QVERIFY(waitFor([&] { return shownRendering() == m_light; }));
+        setDark(true);
+        QVERIFY(waitFor([&] { return shownRendering() == m_dark; }));
+        setDark(false);
+    }
+};
+
+QTEST_GUILESS_MAIN(ShellTest)
+#include "test_shell.moc"
