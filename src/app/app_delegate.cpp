@@ -279,7 +279,7 @@ QVariantList AppDelegate::acknowledgements()
     return {
         entry(u"Qt 6"_s, u"LGPL-3.0"_s, u"windows, views, networking and D-Bus"_s),
         entry(u"QCoro"_s, u"MIT"_s, u"coroutines over Qt"_s),
-        entry(u"QtKeychain"_s, u"BSD-3-Clause"_s, u"the desktop's secret store"_s),
+        entry(u"libsecret"_s, u"LGPL-2.1"_s, u"the desktop's secret store"_s),
         entry(u"libheif"_s, u"LGPL-3.0"_s, u"reading HEIC wallpapers"_s),
         entry(u"libde265"_s, u"LGPL-3.0"_s, u"decoding HEVC pictures"_s),
         entry(u"libplist"_s, u"LGPL-2.1"_s, u"wallpaper metadata"_s),

@@ -124,6 +124,11 @@ QCoro::Task<> Account::load(QPointer<Account> self, QUuid attempt)
         // A sign-in started meanwhile decides the state itself.
         if (token && self && self->m_attempt == attempt && self->status() == Status::SignedOut)
             self->setState({ .status = Status::SignedIn });
+    } catch (const Keychain::Failure &failure) {
+        // The session may well be there: say so rather than read as signed out.
+        qCWarning(lcAccount) << "Couldn't read the session:" << failure.description();
+        if (self && self->m_attempt == attempt && self->status() == Status::SignedOut)
+            self->setState(failed(failure.description()));
     } catch (const std::exception &error) {
         qCWarning(lcAccount) << "Couldn't read the session:" << describe(error);
     }

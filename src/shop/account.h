@@ -62,7 +62,7 @@ public:
     [[nodiscard]] QUuid generation() const { return m_generation; }
 
     // Signed in when the keychain holds a session token; no request checks it. Until this is
-    // done the account reads as signed out.
+    // done the account reads as signed out; failed when the secret store refuses.
     QCoro::Task<> load();
 
     void signIn();

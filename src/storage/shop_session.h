@@ -14,7 +14,7 @@ public:
     ShopSession(Account *account, Keychain *keychain);
 
     // None when signed out. A token that vanished while the account still reads as signed in
-    // ends the session.
+    // ends the session; a secret store that refuses (Keychain::Failure) ends nothing.
     [[nodiscard]] QCoro::Task<std::optional<QString>> token() const;
     // The shop answered 401 to the stored token.
     void rejected() const;

@@ -1,17 +1,36 @@
 #include "keychain.h"
 #include "test_support.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusObjectPath>
 #include <QProcess>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
-// Runs in two sessions (tests/run-in-session): "keyring", where the secret service holds every
-// item and the private file never appears, and "nobus", where only the private file can.
+namespace
+{
+// What secret-tool, an independent client of the secret service, prints.
+QByteArray secretTool(const QStringList &arguments, const QByteArray &input = {})
+{
+    QProcess tool;
+    tool.start(u"secret-tool"_s, arguments);
+    tool.write(input);
+    tool.closeWriteChannel();
+    tool.waitForFinished();
+    return tool.readAllStandardOutput();
+}
+} // namespace
+
+// Runs in two sessions (tests/run-in-session): "keyring", where gnome-keyring holds every item
+// and the private file never appears, and "nobus", where only the private file can.
 class KeychainTest : public QObject
 {
     Q_OBJECT
@@ -20,15 +39,17 @@ private Q_SLOTS:
     void init();
     void saveReadRemove();
     void failedSaveKeepsThePreviousItem();
+    // Last: it leaves the store locked.
+    void refusingStoreIsAFailure();
 
 private:
     [[nodiscard]] std::optional<QString> read(QLatin1StringView item)
     {
-        return *finish(m_keychain->read(item)).value;
+        return finish(m_keychain->read(item)).value.value();
     }
     [[nodiscard]] bool save(const QString &value, QLatin1StringView item)
     {
-        return *finish(m_keychain->save(value, item)).value;
+        return finish(m_keychain->save(value, item)).value.value();
     }
 
     bool m_secretStore = false;
@@ -61,13 +82,10 @@ void KeychainTest::saveReadRemove()
 
     const auto path = m_keychain->fallbackPath();
     if (m_secretStore) {
-        // As secret-tool, an independent client of the secret service, finds it.
-        QProcess tool;
-        tool.start(u"secret-tool"_s, {u"lookup"_s, u"server"_s, u"app.quennet.Quennet"_s,
-                                      u"user"_s, Keychain::sessionToken});
-        QVERIFY(tool.waitForFinished());
-        QCOMPARE(tool.readAllStandardOutput(), "second");
-        QVERIFY2(!QFile::exists(path), "the private file is for when no secret store answers");
+        QCOMPARE(secretTool({u"lookup"_s, u"server"_s, u"app.quennet.Quennet"_s, u"user"_s,
+                             Keychain::sessionToken}),
+                 "second");
+        QVERIFY2(!QFile::exists(path), "the private file is for when there is no secret store");
     } else {
         struct stat info {};
         QCOMPARE(::stat(QFile::encodeName(path).constData(), &info), 0);
@@ -79,6 +97,16 @@ void KeychainTest::saveReadRemove()
     QCOMPARE(read(Keychain::pendingRevocation), u"a\nb"_s);
     finish(m_keychain->remove(Keychain::pendingRevocation));
     QVERIFY(!QFile::exists(path));
+
+    if (m_secretStore) {
+        // An item as earlier versions saved it through QtKeychain.
+        secretTool({u"store"_s, u"--label"_s, u"x"_s, u"user"_s, Keychain::sessionToken,
+                    u"server"_s, u"app.quennet.Quennet"_s, u"type"_s, u"plaintext"_s},
+                   "earlier");
+        QCOMPARE(read(Keychain::sessionToken), u"earlier"_s);
+        finish(m_keychain->remove(Keychain::sessionToken));
+        QCOMPARE(read(Keychain::sessionToken), std::nullopt);
+    }
 }
 
 void KeychainTest::failedSaveKeepsThePreviousItem()
@@ -100,6 +128,42 @@ void KeychainTest::failedSaveKeepsThePreviousItem()
 
     QVERIFY(!saved);
     QCOMPARE(read(Keychain::sessionToken), u"previous"_s);
+}
+
+void KeychainTest::refusingStoreIsAFailure()
+{
+    if (!m_secretStore)
+        QSKIP("needs a secret store");
+    QVERIFY(save(u"kept"_s, Keychain::sessionToken));
+    const auto failed = [this] {
+        return finish(m_keychain->read(Keychain::sessionToken)).failure<Keychain::Failure>();
+    };
+
+    // A store that doesn't answer: its daemon is stopped. Should the read wait on regardless,
+    // the daemon comes back and the read finds the item.
+    auto bus = QDBusConnection::sessionBus();
+    const pid_t daemon = bus.interface()->servicePid(u"org.freedesktop.secrets"_s).value();
+    QVERIFY(daemon > 0);
+    m_keychain->setTimeout(200ms);
+    ::kill(daemon, SIGSTOP);
+    QTimer::singleShot(3s, [daemon] { ::kill(daemon, SIGCONT); });
+    const bool stalled = failed().has_value();
+    ::kill(daemon, SIGCONT);
+    QVERIFY(stalled);
+    m_keychain->setTimeout(5s);
+    QCOMPARE(read(Keychain::sessionToken), u"kept"_s);
+
+    // A locked store whose unlock prompt cannot be shown: there is no display.
+    auto lock = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s,
+                                               u"/org/freedesktop/secrets"_s,
+                                               u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+    lock << QVariant::fromValue(
+        QList{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
+    QCOMPARE(bus.call(lock).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(failed());
+    QVERIFY(!save(u"new"_s, Keychain::sessionToken));
+    QVERIFY(finish(m_keychain->remove(Keychain::sessionToken)).failure<Keychain::Failure>());
+    QVERIFY2(!QFile::exists(m_keychain->fallbackPath()), "a refusing store is no missing store");
 }
 
 QTEST_GUILESS_MAIN(KeychainTest)
