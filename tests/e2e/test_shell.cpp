@@ -75,6 +75,33 @@ int standingOut(const QImage &screen, const QRect &rect, const QColor &panel)
     return count;
 }
 
+// What stands out from the panel in Plasma's tray, the right end of the bottom panel: one
+// rectangle for each run of columns with something drawn in them.
+QList<QRect> trayIcons(const QImage &screen)
+{
+    const int top = screen.height() - 44;
+    const int left = screen.width() - 400;
+    const QColor panel = screen.pixelColor(left, screen.height() - 4);
+    QList<QRect> icons;
+    QRect icon;
+    for (int x = left; x < screen.width(); ++x) {
+        QRect column;
+        for (int y = top; y < screen.height(); ++y) {
+            if (qAbs(screen.pixelColor(x, y).lightness() - panel.lightness()) > 90)
+                column |= QRect(x, y, 1, 1);
+        }
+        if (!column.isEmpty()) {
+            icon |= column;
+        } else if (!icon.isEmpty()) {
+            icons.append(icon);
+            icon = {};
+        }
+    }
+    if (!icon.isEmpty())
+        icons.append(icon);
+    return icons;
+}
+
 QVariant busProperty(const QString &service, const QString &path, const QString &interface,
                   const QString &name)
 {
@@ -192,18 +219,11 @@ class ShellTest : public QObject
             return box.size() == 4 ? QRect(box[0].toInt(), box[1].toInt(), box[2].toInt(), box[3].toInt())
                                    : QRect();
         }
-        // Plasma tells no one where its tray draws an item: what changed in the tray is it. The
-        // tray is the panel's right end; the task manager on its left may change meanwhile.
-        const QImage now = screenshot();
-        const QImage &before = m_panelWithoutIcon[dark];
-        QRect changed;
-        for (int y = now.height() - 44; y < now.height(); ++y) {
-            for (int x = now.width() - 400; x < now.width(); ++x) {
-                if (now.pixel(x, y) != before.pixel(x, y))
-                    changed |= QRect(x, y, 1, 1);
-            }
-        }
-        return changed;
+        // Plasma tells no one where its tray draws an item. The tray, at the panel's right end,
+        // shows one more icon than before Quennet started, at its left.
+        const QList<QRect> before = trayIcons(m_panelWithoutIcon[dark]);
+        const QList<QRect> now = trayIcons(screenshot());
+        return now.size() == before.size() + 1 ? now.first() : QRect();
     }
 
     QString sessionState()
@@ -290,7 +310,7 @@ private Q_SLOTS:
         defaults.close();
 
         if (!isGnome()) {
-            // The clock would change the panel between screenshots.
+            // The clock would change the tray's neighbourhood between screenshots.
             QVERIFY(run(u"qdbus"_s, { u"org.kde.plasmashell"_s, u"/PlasmaShell"_s, u"evaluateScript"_s,
                                       uR"(panels().forEach(p => p.widgets('org.kde.plasma.digitalclock')
                                               .forEach(w => w.remove())))"_s }));
@@ -337,8 +357,8 @@ private Q_SLOTS:
         setDark(dark);
         QRect icon;
         QVERIFY(waitFor([&] { return !(icon = trayIcon(dark)).isEmpty(); }));
-        QVERIFY2(icon.width() <= 64 && icon.height() <= 64, qPrintable(u"%1x%2"_s.arg(icon.width()).arg(icon.height())));
         const QImage screen = screenshot();
+        QVERIFY2(icon.width() <= 64 && icon.height() <= 64, qPrintable(u"%1x%2"_s.arg(icon.width()).arg(icon.height())));
         const QColor panel = screen.pixelColor(icon.left() - 2, icon.center().y());
         QVERIFY2(standingOut(screen, icon, panel) >= 20,
                  qPrintable(u"icon %1,%2 %3x%4 on %5"_s.arg(icon.x()).arg(icon.y())
