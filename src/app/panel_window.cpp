@@ -12,6 +12,15 @@ PanelWindow::PanelWindow(QQmlEngine *engine, QWindow *parent)
     connect(this, &QQuickView::statusChanged, this, &PanelWindow::watchContentHeight);
 }
 
+void PanelWindow::fitHeight(int height)
+{
+    // A Wayland compositor answers a resize with a size of its own, sometimes the old one: the
+    // bounds are what it keeps to.
+    setMinimumHeight(height);
+    setMaximumHeight(height);
+    setHeight(height);
+}
+
 void PanelWindow::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {

@@ -11,6 +11,9 @@ class PanelWindow : public QQuickView
 public:
     PanelWindow(QQmlEngine *engine, QWindow *parent = nullptr);
 
+    // The panel is as tall as its content, and only the content changes that.
+    void fitHeight(int height);
+
 Q_SIGNALS:
     void resignedFocus();
     void cancelled();

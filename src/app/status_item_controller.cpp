@@ -152,6 +152,7 @@ void StatusItemController::showPanel()
     const QRect frame = PanelRules::frame(m_tray->geometry(), availableArea(),
                                           int(std::lround(m_contentHeight)));
     m_animation->stop();
+    m_panel->fitHeight(frame.height());
     if (reducedMotion()) {
         m_panel->setGeometry(frame);
         m_panel->show();
@@ -186,7 +187,7 @@ void StatusItemController::finishOpening()
     disconnect(m_animation, nullptr, m_panel, nullptr);
     // A height that arrived while the panel moved is applied now.
     if (PanelRules::resizes(m_panel->height(), m_contentHeight)) {
-        m_panel->setHeight(int(std::lround(m_contentHeight)));
+        m_panel->fitHeight(int(std::lround(m_contentHeight)));
     }
 }
 
@@ -215,7 +216,7 @@ void StatusItemController::resizePanel(double height)
     }
     if (PanelRules::resizes(m_panel->height(), height)) {
         // The top edge stays where it is: the panel hangs from the tray.
-        m_panel->setHeight(int(std::lround(height)));
+        m_panel->fitHeight(int(std::lround(height)));
     }
 }
 
