@@ -19,6 +19,7 @@
 #include "intents.h"
 #include "keychain.h"
 #include "login_item.h"
+#include "missing_tray_notice.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
 #include "shop.h"
@@ -40,6 +41,7 @@
 #include <QQuickWindow>
 #include <QRandomGenerator>
 #include <QStandardPaths>
+#include <QSystemTrayIcon>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -111,6 +113,13 @@ void AppDelegate::start()
         return;
     if (!m_options.atLogin) {
         openMain();
+    } else if (m_options.sayIfNoTray) {
+        auto *notice = new MissingTrayNotice(
+            QDBusConnection::sessionBus(),
+            {.hostAvailable = [] { return QSystemTrayIcon::isSystemTrayAvailable(); },
+             .openMain = [this] { openMain(); }},
+            this);
+        notice->check(std::chrono::seconds(10));
     }
 
     restoreSession(this);

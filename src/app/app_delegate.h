@@ -76,6 +76,7 @@ public:
         bool atLogin = false; // started by the session's autostart or a bus call: no main window
         QString program; // what open-at-login starts
         bool selfTest = false; // the views are made and checked; nothing else starts
+        bool sayIfNoTray = false; // started at login: a tray that is missing is worth a word
     };
 
     explicit AppDelegate(Options options, QObject *parent = nullptr);

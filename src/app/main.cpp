@@ -33,7 +33,8 @@ int main(int argc, char *argv[])
     // Made before the instance claims the bus name: it puts the automation object on the bus.
     AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated),
                           .program = QApplication::applicationFilePath(),
-                          .selfTest = parser.isSet(selfTest)});
+                          .selfTest = parser.isSet(selfTest),
+                          .sayIfNoTray = parser.isSet(atLogin)});
     SingleInstance instance;
     if (!parser.isSet(selfTest) && !instance.claim()) {
         return 0;

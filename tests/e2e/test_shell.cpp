@@ -475,6 +475,32 @@ private Q_SLOTS:
         QVERIFY(waitFor([&] { return shownRendering() == m_dark; }));
         setDark(false);
     }
+
+    // GNOME without its tray extension: started at login, Quennet says it is there, and the
+    // notification opens its window.
+    void withoutATray()
+    {
+        if (!isGnome())
+            QSKIP("Plasma always has its tray");
+        m_quennet.terminate();
+        QVERIFY(m_quennet.waitForFinished(10'000));
+        QVERIFY(run(u"gsettings"_s, { u"set"_s, u"org.gnome.shell"_s, u"enabled-extensions"_s,
+                                      u"['quennet-test@quennet.app']"_s }));
+        QTRY_VERIFY_WITH_TIMEOUT(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
+                                     u"org.kde.StatusNotifierWatcher"_s),
+                                 10'000);
+        m_quennet.start(QStringLiteral(QUENNET_PROGRAM), { u"--at-login"_s });
+        QVERIFY(m_quennet.waitForStarted());
+
+        const auto notifications = uR"(imports.ui.main.messageTray.getSources()
+            .flatMap(source => source.notifications).filter(n => n.title === 'Quennet is running'))"_s;
+        QTRY_COMPARE_WITH_TIMEOUT(shellEval(notifications + u".length"_s).toInt(), 1, 20'000);
+        shellEval(notifications + u"[0].activate()"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            shellEval(u"global.get_window_actors().map(a => a.meta_window.get_title())"_s)
+                .toVariant().toStringList().contains(u"Quennet"_s),
+            10'000);
+    }
 };
 
 QTEST_GUILESS_MAIN(ShellTest)

@@ -260,9 +260,11 @@ ApplicationWindow {
                     }
                     RowLayout {
                         Layout.fillWidth: true
-                        visible: displayList.count > 1
+                        visible: displayList.count > 1 || window.app.actions.canGoBack
                         Label {
                             Layout.fillWidth: true
+                            // Keeps "Back" at the right end when there is one display.
+                            opacity: displayList.count > 1 ? 1 : 0
                             text: "A click on a colourway sets it on " + (window.targetRole("name") ?? "")
                                   + ". Choose another display above."
                             color: palette.placeholderText
@@ -271,6 +273,7 @@ ApplicationWindow {
                         }
                         Button {
                             flat: true
+                            visible: displayList.count > 1
                             text: "Set on All Displays"
                             enabled: window.targetRole("own") === true
                             onClicked: window.app.actions.setOnAllDisplays(window.target)
@@ -282,6 +285,12 @@ ApplicationWindow {
                             text: "Back"
                             onClicked: window.app.actions.goBack()
                         }
+                    }
+                    // The panel's shuffle here too: without a tray, this window is the way in.
+                    ShuffleBlock {
+                        Layout.fillWidth: true
+                        visible: window.ready
+                        shuffle: window.app.shuffleView
                     }
                 }
             }
