@@ -7,6 +7,7 @@
 #include "clock.h"
 #include "colour_scheme.h"
 #include "defaults.h"
+#include "desktop_application.h"
 #include "desktop_backends.h"
 #include "desktop_palette.h"
 #include "desktop_shuffle_displays.h"
@@ -61,6 +62,13 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
     // On the bus before main() takes the bus name, so that a call that starts Quennet finds the
     // object; it answers "Still starting" until start() hands it the rest.
     m_automation = new AutomationService(this);
+    new DesktopApplication(m_automation,
+                           {.openMain = [this] { openMain(); },
+                            .openSettings = [this] { openSettings(); },
+                            .shuffleNow = [this] {
+                                if (m_shuffleView)
+                                    m_shuffleView->shuffleNow();
+                            }});
     m_automation->registerOn(QDBusConnection::sessionBus());
 }
 

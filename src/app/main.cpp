@@ -27,21 +27,24 @@ int main(int argc, char *argv[])
     const QCommandLineOption dbusActivated(u"dbus-activated"_s,
                                            u"Started by a call on the session bus: stay in the tray."_s);
     const QCommandLineOption selfTest(u"self-test"_s, u"Load every view hidden, then quit."_s);
-    parser.addOptions({atLogin, dbusActivated, selfTest});
+    const QCommandLineOption settings(u"settings"_s, u"Open the settings."_s);
+    parser.addOptions({atLogin, dbusActivated, selfTest, settings});
     parser.process(application);
 
     // Made before the instance claims the bus name: it puts the automation object on the bus.
-    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated),
+    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated)
+                              || parser.isSet(settings),
                           .program = QApplication::applicationFilePath(),
                           .selfTest = parser.isSet(selfTest),
                           .sayIfNoTray = parser.isSet(atLogin)});
-    SingleInstance instance;
-    if (!parser.isSet(selfTest) && !instance.claim()) {
+    if (!parser.isSet(selfTest)
+        && !SingleInstance::claim(parser.isSet(settings) ? u"settings"_s : QString())) {
         return 0;
     }
-    QObject::connect(&instance, &SingleInstance::openMainWindowRequested, &delegate,
-                     &AppDelegate::openMain);
     delegate.start();
+    if (parser.isSet(settings)) {
+        delegate.openSettings();
+    }
     if (parser.isSet(selfTest)) {
         return delegate.selfTest() ? 0 : 1;
     }

@@ -6,21 +6,13 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QLoggingCategory>
+#include <QVariantMap>
 
 using namespace Qt::Literals::StringLiterals;
 
 Q_LOGGING_CATEGORY(lcInstance, "app.quennet.Quennet.Instance")
 
-namespace {
-constexpr auto objectPath = "/app/quennet/Quennet/Application"_L1;
-}
-
-SingleInstance::SingleInstance(QObject *parent)
-    : QObject(parent)
-{
-}
-
-bool SingleInstance::claim()
+bool SingleInstance::claim(const QString &action)
 {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
@@ -28,23 +20,25 @@ bool SingleInstance::claim()
         return true;
     }
     const QString name = QLatin1StringView(bundleIdentifier);
-    bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots);
     const auto reply = bus.interface()->registerService(
         name, QDBusConnectionInterface::DontQueueService,
         QDBusConnectionInterface::DontAllowReplacement);
     if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered) {
         return true;
     }
-    bus.unregisterObject(objectPath);
-    qCInfo(lcInstance) << "Quennet is already running: asking it to open its main window";
-    auto call = QDBusMessage::createMethodCall(name, objectPath,
-                                               "app.quennet.Quennet.Application"_L1,
-                                               "OpenMainWindow"_L1);
+    qCInfo(lcInstance) << "Quennet is already running: handing it this start";
+    // The launcher's token lets the running instance's window take the focus on Wayland.
+    QVariantMap platformData;
+    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+        platformData.insert(u"activation-token"_s, token);
+    auto call = QDBusMessage::createMethodCall(name, u"/app/quennet/Quennet"_s,
+                                               u"org.freedesktop.Application"_s,
+                                               action.isEmpty() ? u"Activate"_s
+                                                                : u"ActivateAction"_s);
+    if (action.isEmpty())
+        call << platformData;
+    else
+        call << action << QVariantList() << platformData;
     bus.call(call, QDBus::Block, 5000);
     return false;
-}
-
-void SingleInstance::OpenMainWindow()
-{
-    Q_EMIT openMainWindowRequested();
 }

@@ -496,10 +496,30 @@ private Q_SLOTS:
             .flatMap(source => source.notifications).filter(n => n.title === 'Quennet is running'))"_s;
         QTRY_COMPARE_WITH_TIMEOUT(shellEval(notifications + u".length"_s).toInt(), 1, 20'000);
         shellEval(notifications + u"[0].activate()"_s);
+        const auto windows = u"global.get_window_actors().map(a => a.meta_window.get_title())"_s;
+        QTRY_VERIFY_WITH_TIMEOUT(shellEval(windows).toVariant().toStringList().contains(u"Quennet"_s),
+                                 10'000);
+
+        // The desktop entry's actions, as the app grid and the dock run them.
+        QDBusInterface application(quennet, quennetPath, u"org.freedesktop.Application"_s);
+        // The window covers the desktop now: the desktop's setting tells what it shows.
+        const auto picture = [] {
+            QProcess gsettings;
+            gsettings.start(u"gsettings"_s, { u"get"_s, u"org.gnome.desktop.background"_s,
+                                              u"picture-uri"_s });
+            gsettings.waitForFinished();
+            return gsettings.readAllStandardOutput();
+        };
+        const QByteArray before = picture();
+        QCOMPARE(application.call(u"ActivateAction"_s, u"shuffle-now"_s, QVariantList(), QVariantMap())
+                     .type(),
+                 QDBusMessage::ReplyMessage);
+        QTRY_VERIFY_WITH_TIMEOUT(picture() != before, 30'000);
+        QCOMPARE(application.call(u"ActivateAction"_s, u"settings"_s, QVariantList(), QVariantMap())
+                     .type(),
+                 QDBusMessage::ReplyMessage);
         QTRY_VERIFY_WITH_TIMEOUT(
-            shellEval(u"global.get_window_actors().map(a => a.meta_window.get_title())"_s)
-                .toVariant().toStringList().contains(u"Quennet"_s),
-            10'000);
+            shellEval(windows).toVariant().toStringList().contains(u"Quennet Settings"_s), 10'000);
     }
 };
 
