@@ -187,7 +187,7 @@ void AppDelegate::startShuffle()
     connect(sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
     m_shuffleStore = new ShopShuffleStore(m_shop, this);
     m_shuffle = new Shuffle({.store = m_shuffleStore,
-                             .displays = new DesktopShuffleDisplays(m_displays, this),
+                             .displays = new DesktopShuffleDisplays(m_displays, m_setter, this),
                              .favourites = m_favourites,
                              .defaults = m_defaults.get(),
                              .sleep = sleep,

@@ -1,10 +1,13 @@
 #include "desktop_shuffle_displays.h"
 
 #include "displays.h"
+#include "wallpaper_setter.h"
 
-DesktopShuffleDisplays::DesktopShuffleDisplays(Displays *displays, QObject *parent)
+DesktopShuffleDisplays::DesktopShuffleDisplays(Displays *displays, WallpaperSetter *setter,
+                                               QObject *parent)
     : ShuffleDisplays(parent)
     , m_displays(displays)
+    , m_setter(setter)
 {
     connect(displays, &Displays::allChanged, this, &ShuffleDisplays::changed);
     connect(displays, &Displays::fileChanged, this, &ShuffleDisplays::changed);
@@ -26,9 +29,15 @@ QList<ShuffleDisplays::Screen> DesktopShuffleDisplays::screens() const
     return screens;
 }
 
-QCoro::Task<> DesktopShuffleDisplays::restore(QString displayId, QString path,
+QCoro::Task<> DesktopShuffleDisplays::restore(QStringList displayIds, QString path,
                                               std::optional<Placement> placement)
 {
-    if (m_displays)
-        co_await m_displays->restore(std::move(displayId), std::move(path), std::move(placement));
+    if (m_setter)
+        co_await m_setter->restore(std::move(displayIds), std::move(path), std::move(placement));
+}
+
+bool DesktopShuffleDisplays::canRestore(const QString &path,
+                                        const std::optional<Placement> &placement) const
+{
+    return m_setter && m_setter->canRestore(path, placement);
 }

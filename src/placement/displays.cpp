@@ -153,13 +153,11 @@ QCoro::Task<> Displays::put(DesktopPicture picture, std::optional<Placement> pla
         std::rethrow_exception(failure);
 }
 
-QCoro::Task<> Displays::restore(QString displayId, QString path, std::optional<Placement> placement)
+QCoro::Task<> Displays::restore(QStringList displayIds, QString path)
 {
     DesktopPicture picture;
     picture.path = std::move(path);
-    QStringList ids;
-    ids.append(displayId);
-    co_await put(std::move(picture), std::move(placement), std::move(ids));
+    co_await put(std::move(picture), std::nullopt, std::move(displayIds));
 }
 
 void Displays::setUseOnAllSpaces(bool on)

@@ -62,9 +62,8 @@ public:
     // placement for each, with picture's path as its path; detached ids are skipped. Throws the
     // desktop's DesktopError after saving what was recorded.
     QCoro::Task<> set(DesktopPicture picture, Placement placement, QStringList displayIds);
-    // Puts a picture back on one display: with a placement it is recorded again, without one the
-    // display shows a picture of its own and keeps its record.
-    QCoro::Task<> restore(QString displayId, QString path, std::optional<Placement> placement);
+    // Puts a picture of their own back on displays: their records stay.
+    QCoro::Task<> restore(QStringList displayIds, QString path);
 
     // "Use on all workspaces": the placement file's useOnAllSpaces, which the workspace helper
     // follows. Saved at once.

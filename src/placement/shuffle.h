@@ -162,7 +162,7 @@ private:
     static QCoro::Task<> changeFocus(QPointer<Shuffle> self, quint64 generation, QString wallpaper,
                                      Edition edition);
     static QCoro::Task<> restore(QPointer<Shuffle> self);
-    static QCoro::Task<> restoreOne(QPointer<Shuffle> self, QString displayId,
+    static QCoro::Task<> restoreOne(QPointer<Shuffle> self, QStringList displayIds,
                                     FocusRecord::Entry entry);
     static QCoro::Task<> retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
                                  std::shared_ptr<Clock> clock, std::chrono::milliseconds wait);

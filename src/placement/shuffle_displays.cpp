@@ -1,6 +1,13 @@
 #include "shuffle_displays.h"
 
+#include <QFileInfo>
+
 ShuffleDisplays::ShuffleDisplays(QObject *parent)
     : QObject(parent)
 {
+}
+
+bool ShuffleDisplays::canRestore(const QString &path, const std::optional<Placement> &) const
+{
+    return !path.isEmpty() && QFileInfo::exists(path);
 }

@@ -28,10 +28,15 @@ public:
 
     [[nodiscard]] virtual QList<Screen> screens() const = 0;
 
-    // Puts a picture that is on disk back on one display, recording placement for it when it is
-    // one of the user's wallpapers. Throws the desktop's error.
-    [[nodiscard]] virtual QCoro::Task<> restore(QString displayId, QString path,
+    // Puts back what displays showed, on all of them at once as it was set: one of the user's
+    // wallpapers (placement, recorded again) as a set of its edition shows it, else the picture
+    // at path as it is. Throws the desktop's error.
+    [[nodiscard]] virtual QCoro::Task<> restore(QStringList displayIds, QString path,
                                                 std::optional<Placement> placement) = 0;
+    // Whether restore finds on disk what it needs: the picture, or the wallpaper file that a
+    // placement's picture was made from.
+    [[nodiscard]] virtual bool canRestore(const QString &path,
+                                          const std::optional<Placement> &placement) const;
 
 Q_SIGNALS:
     // Any change: a display attached or detached, a picture or a placement.

@@ -9,7 +9,6 @@
 #include "shuffle_log.h"
 #include "shuffle_store.h"
 
-#include <QFileInfo>
 #include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
@@ -213,13 +212,17 @@ QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
             if (!self->m_pending.contains(id))
                 continue;
             const auto screens = self->m_services.displays->screens();
-            const auto screen = std::find_if(screens.begin(), screens.end(),
-                                             [&](const auto &screen) { return screen.id == id; });
-            // A display that is not attached waits for its return.
-            if (screen == screens.end())
-                continue;
             const QDateTime now = self->m_services.clock->now();
-            if (now < self->m_retryRestore.value(id))
+            // Attached (a display that is not waits for its return) and past its retry moment.
+            const auto due = [&](const QString &displayId) -> const ShuffleDisplays::Screen * {
+                for (const auto &screen : screens) {
+                    if (screen.id == displayId)
+                        return now < self->m_retryRestore.value(displayId) ? nullptr : &screen;
+                }
+                return nullptr;
+            };
+            const auto *screen = due(id);
+            if (!screen)
                 continue;
             const FocusRecord::Entry entry = self->m_pending.value(id);
             if (!stillShowsFocus(*screen, entry)) {
@@ -228,51 +231,67 @@ QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
                 self->savePending();
                 continue;
             }
+            // Displays that showed the same go back together, as it was set: a desktop with one
+            // picture for all displays gets it whole again, a slideshow included.
+            QStringList ids { id };
+            for (auto it = self->m_pending.cbegin(); it != self->m_pending.cend(); ++it) {
+                const auto *other = it.key() == id ? nullptr : due(it.key());
+                if (other && it->previous == entry.previous && stillShowsFocus(*other, *it))
+                    ids.append(it.key());
+            }
             const auto &previous = entry.previous;
             // One of the user's wallpapers not on disk needs the library, which is not loaded.
-            const bool onDisk = QFileInfo::exists(
-                previous.placement ? previous.placement->path : previous.path.value_or(QString()));
+            const bool onDisk = self->m_services.displays->canRestore(
+                previous.placement ? previous.placement->path : previous.path.value_or(QString()),
+                previous.placement);
             if (!onDisk && previous.placement && self->m_services.store->choices().isEmpty())
                 continue;
 
             std::optional<QString> failure;
             try {
-                co_await restoreOne(self, id, entry);
+                co_await restoreOne(self, ids, entry);
             } catch (const std::exception &error) {
                 failure = describe(error);
             }
             if (!self)
                 co_return;
-            // A new Do Not Disturb wallpaper took the entry back meanwhile.
-            if (self->m_focus || !self->m_pending.contains(id))
+            // A new Do Not Disturb wallpaper took the entries back meanwhile.
+            ids.removeIf([&](const QString &restored) {
+                return !self->m_pending.contains(restored);
+            });
+            if (self->m_focus || ids.isEmpty())
                 continue;
             if (failure) {
                 qCCritical(lcShuffle,
                            "Couldn't put back the wallpaper from before the Do Not Disturb: %s",
                            qUtf8Printable(*failure));
-                self->m_retryRestore.insert(
-                    id, self->m_services.clock->now().addSecs(std::chrono::seconds(retryDelay).count()));
+                const QDateTime retry =
+                    self->m_services.clock->now().addSecs(std::chrono::seconds(retryDelay).count());
+                for (const QString &restored : std::as_const(ids))
+                    self->m_retryRestore.insert(restored, retry);
             } else {
-                self->m_pending.remove(id);
-                self->m_retryRestore.remove(id);
+                for (const QString &restored : std::as_const(ids)) {
+                    self->m_pending.remove(restored);
+                    self->m_retryRestore.remove(restored);
+                }
                 self->savePending();
             }
         }
     } while (self->m_restoreAgain && !self->m_focus);
 }
 
-QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QString displayId,
+QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QStringList displayIds,
                                   FocusRecord::Entry entry)
 {
     const auto &previous = entry.previous;
     const QString path = previous.placement ? previous.placement->path
                                             : previous.path.value_or(QString());
-    if (!path.isEmpty() && QFileInfo::exists(path)) {
+    if (self->m_services.displays->canRestore(path, previous.placement)) {
         std::optional<Placement> placement = previous.placement;
         // Set anew: a release or a user's choice of before must not count against it.
         if (placement)
             placement->setAt = self->m_services.clock->now().toMSecsSinceEpoch();
-        co_await self->m_services.displays->restore(displayId, path, placement);
+        co_await self->m_services.displays->restore(displayIds, path, placement);
         co_return;
     }
     if (previous.placement) {
@@ -282,9 +301,7 @@ QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QString displayId,
             throw FocusRecord::CannotRestore(u"That wallpaper isn't in your packs."_s);
         const Edition edition =
             editionFromRawValue(previous.placement->edition).value_or(Edition::Automatic);
-        // Named first: g++ 12 cannot take a braced list inside a co_await.
-        const QStringList ids { displayId };
-        co_await self->m_services.store->setWallpaper(*choice, edition, ids);
+        co_await self->m_services.store->setWallpaper(*choice, edition, displayIds);
         co_return;
     }
     if (!path.isEmpty())

@@ -8,6 +8,7 @@
 #include "owned_pack.h"
 
 #include <QCoroFuture>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QPointer>
 #include <QtConcurrent/QtConcurrentRun>
@@ -104,16 +105,51 @@ DesktopPictures::Request WallpaperSetter::request(QString source, QString fileId
 QCoro::Task<> WallpaperSetter::setWallpaper(WallpaperFile file, QString localPath, Placement placement,
                                             QStringList displayIds)
 {
+    co_await show(std::move(localPath), file.id, file.edition, std::move(placement),
+                  std::move(displayIds));
+}
+
+QCoro::Task<> WallpaperSetter::show(QString source, QString fileId, Edition edition,
+                                    Placement placement, QStringList displayIds)
+{
     bool everyDisplay = true;
     for (const QString &id : this->displayIds())
         everyDisplay = everyDisplay && displayIds.contains(id);
     const QPointer<WallpaperSetter> self(this);
-    const auto ready = co_await prepared(m_renderer, request(localPath, file.id, file.edition, everyDisplay));
+    const auto ready = co_await prepared(m_renderer, request(source, fileId, edition, everyDisplay));
     if (!self)
         co_return;
     co_await m_displays->set(ready.picture, std::move(placement), std::move(displayIds));
     if (self)
-        scheduleAt(ready.nextChange);
+        scheduleAt(ready.nextChange, true);
+}
+
+QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,
+                                       std::optional<Placement> placement)
+{
+    if (!placement) {
+        co_await m_displays->restore(std::move(displayIds), std::move(path));
+        co_return;
+    }
+    const auto source = m_renderer.sourceOf(path);
+    const auto edition = editionFromRawValue(placement->edition);
+    if (!source || !edition) {
+        // A file the desktop was given as it is. Named first: g++ 12 destroys a braced temporary
+        // inside a co_await twice.
+        const DesktopPicture picture { .path = path };
+        co_await m_displays->set(picture, std::move(*placement), std::move(displayIds));
+        co_return;
+    }
+    const QString fileId = Renderer::fileIdOf(path);
+    co_await show(*source, fileId, *edition, std::move(*placement), std::move(displayIds));
+}
+
+bool WallpaperSetter::canRestore(const QString &path,
+                                 const std::optional<Placement> &placement) const
+{
+    const auto source = placement ? m_renderer.sourceOf(path) : std::nullopt;
+    const QString needed = source.value_or(path);
+    return !needed.isEmpty() && QFileInfo::exists(needed);
 }
 
 QCoro::Task<> WallpaperSetter::follow()
@@ -140,22 +176,30 @@ QCoro::Task<> WallpaperSetter::follow()
         if (!self)
             co_return;
     }
-    scheduleAt(next);
+    scheduleAt(next, false);
 }
 
-void WallpaperSetter::scheduleAt(std::optional<QTime> next)
+void WallpaperSetter::scheduleAt(std::optional<QTime> next, bool keepSooner)
 {
+    const QDateTime now = m_clock->now();
+    QDateTime due;
+    if (next) {
+        constexpr int day = 24 * 60 * 60 * 1000;
+        const int time = now.toLocalTime().time().msecsSinceStartOfDay();
+        // A second late, so the change is due when it wakes.
+        due = now.addMSecs((next->msecsSinceStartOfDay() - time + day) % day + 1000);
+    }
+    // A wake whose moment has come is running follow(), which schedules again.
+    if (keepSooner && m_schedule && m_wakeAt > now && (!due.isValid() || m_wakeAt <= due))
+        return;
     if (m_schedule)
         m_schedule->cancel();
     m_schedule.reset();
-    if (!next)
+    if (!due.isValid())
         return;
-    const int now = m_clock->now().toLocalTime().time().msecsSinceStartOfDay();
-    constexpr int day = 24 * 60 * 60 * 1000;
-    // A second late, so the change is due when it wakes.
-    const int wait = (next->msecsSinceStartOfDay() - now + day) % day + 1000;
+    m_wakeAt = due;
     m_schedule = std::make_shared<CancelToken>();
-    wakeAt(this, m_clock, m_schedule, std::chrono::milliseconds(wait));
+    wakeAt(this, m_clock, m_schedule, std::chrono::milliseconds(now.msecsTo(due)));
 }
 
 bool WallpaperSetter::isShown(const QString &localPath) const

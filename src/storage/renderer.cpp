@@ -39,10 +39,12 @@ Renderer::Renderer(QString folder)
 
 QString Renderer::fileIdOf(const QString &path)
 {
-    // "f_0123-2.png" and "f_0123.xml" belong to "f_0123".
-    const QString name = QFileInfo(path).completeBaseName();
+    // "f_0123-2.png" and "f_0123.xml" belong to "f_0123". Only a rendering carries an index: a
+    // dash in a companion's name is the id's own.
+    const QFileInfo info(path);
+    const QString name = info.completeBaseName();
     const qsizetype dash = name.lastIndexOf(u'-');
-    return dash > 0 ? name.left(dash) : name;
+    return dash > 0 && info.suffix() == "png"_L1 ? name.left(dash) : name;
 }
 
 QString Renderer::renderingPath(const QString &fileId, int index) const

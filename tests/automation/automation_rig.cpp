@@ -54,7 +54,7 @@ AutomationRig::AutomationRig(bool startsStore)
     m_favourites = std::make_unique<Favourites>(m_defaults.get());
     m_sleep = std::make_unique<SleepWatcher>();
     m_shuffleStore = std::make_unique<ShopShuffleStore>(m_store.get());
-    m_shuffleDisplays = std::make_unique<DesktopShuffleDisplays>(m_displays.get());
+    m_shuffleDisplays = std::make_unique<DesktopShuffleDisplays>(m_displays.get(), m_setter.get());
     m_shuffle =
         std::make_unique<Shuffle>(Shuffle::Services { .store = m_shuffleStore.get(),
                                                       .displays = m_shuffleDisplays.get(),

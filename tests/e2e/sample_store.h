@@ -7,9 +7,10 @@
 #include <QColor>
 #include <QDateTime>
 #include <QImage>
+#include <QProcess>
 
-// The light file of each listed sample colourway, handed straight to the displays: the store's
-// own path (links, downloads) has tests of its own.
+// The sample file of each listed colourway in the edition asked for, handed straight to the
+// displays: the store's own path (links, downloads) has tests of its own.
 class SampleStore : public ShuffleStore
 {
 public:
@@ -24,17 +25,17 @@ public:
     [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
     [[nodiscard]] bool isDownloaded(const ShuffleChoice &, Edition) const override { return true; }
 
-    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition, QStringList displayIds) override
+    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition edition, QStringList displayIds) override
     {
-        const WallpaperFile file { .id = QStringLiteral("f_") + choice.colourway.slug,
+        const WallpaperFile file { .id = QStringLiteral("f_") + choice.colourway.slug + u'_' + rawValue(edition),
                                    .pack = choice.pack.slug,
                                    .colourway = choice.colourway.slug,
-                                   .edition = Edition::Light };
+                                   .edition = edition };
         const Placement placement { .pack = file.pack,
                                     .colourway = file.colourway,
                                     .edition = rawValue(file.edition),
                                     .setAt = QDateTime::currentMSecsSinceEpoch() };
-        co_await m_setter->setWallpaper(file, path(choice.pack.slug, choice.colourway.slug),
+        co_await m_setter->setWallpaper(file, path(choice.pack.slug, choice.colourway.slug, edition),
                                         placement, displayIds);
     }
 
@@ -47,10 +48,10 @@ public:
         return {};
     }
 
-    static QString path(const QString &pack, const QString &colourway)
+    static QString path(const QString &pack, const QString &colourway, Edition edition)
     {
-        return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + pack + u'/' + colourway
-            + QStringLiteral("-light.heic");
+        return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + pack + u'/' + colourway + u'-'
+            + rawValue(edition) + QStringLiteral(".heic");
     }
 
 private:
@@ -70,4 +71,13 @@ inline bool near(const QColor &a, const QColor &b)
 {
     return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
         && qAbs(a.blue() - b.blue()) < 24;
+}
+
+// A key of org.gnome.desktop.background as another program reads it.
+inline QString gsettings(const QString &key)
+{
+    QProcess process;
+    process.start(QStringLiteral("gsettings"), { QStringLiteral("get"), QStringLiteral("org.gnome.desktop.background"), key });
+    process.waitForFinished(30000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed().remove(u'\'');
 }

@@ -5,7 +5,9 @@
 #include "displays.h"
 #include "favourites.h"
 #include "focus_filter.h"
+#include "gnome_backend.h"
 #include "gsettings_do_not_disturb.h"
+#include "heic_file.h"
 #include "owned_pack.h"
 #include "root_pixels.h"
 #include "sample_store.h"
@@ -22,6 +24,7 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -33,47 +36,74 @@ bool setBanners(bool shown)
                                                u"show-banners"_s, shown ? u"true"_s : u"false"_s })
         == 0;
 }
+
+enum class Desktop { X11, Gnome };
+
+// Quennet's objects over one desktop, with "aurora/violet" (light) as the Do Not Disturb
+// wallpaper and Do Not Disturb off.
+struct Session {
+    explicit Session(Desktop desktop)
+        : backend(desktop == Desktop::X11
+                      ? static_cast<DesktopBackend *>(new X11Backend(folder.filePath(u"desktop-x11.json"_s)))
+                      : new GnomeBackend(GnomeBackend::Family::Gnome, folder.path()))
+        , displays(backend.get(), PlacementRecords(folder.path()), clock)
+        , setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock)
+    {
+        shuffle.start();
+        filter.setFilter(u"aurora/violet"_s, u"light"_s);
+        filter.start();
+    }
+
+    [[nodiscard]] QString rendering(const QString &fileId, int index) const
+    {
+        return Renderer(folder.filePath(u"Rendered"_s)).renderingPath(fileId, index);
+    }
+
+    QTemporaryDir folder;
+    std::shared_ptr<Clock> clock = std::make_shared<Clock>();
+    std::unique_ptr<DesktopBackend> backend;
+    Displays displays;
+    WallpaperSetter setter;
+    DesktopShuffleDisplays view { &displays, &setter };
+    SampleStore store { &setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s }, { u"aurora"_s, u"violet"_s } } };
+    Defaults defaults { folder.filePath(u"defaults.ini"_s) };
+    Favourites favourites { &defaults };
+    SleepWatcher sleep;
+    Shuffle shuffle { { .store = &store,
+                        .displays = &view,
+                        .favourites = &favourites,
+                        .defaults = &defaults,
+                        .sleep = &sleep,
+                        .clock = clock,
+                        .random = QRandomGenerator::system() } };
+    GSettingsDoNotDisturb watcher { GSettingsDoNotDisturb::Family::Gnome };
+    FocusFilter filter { &defaults, &watcher, &shuffle, &store };
+};
 } // namespace
 
 // Under Xorg with two dummy monitors and the GNOME notification keys in dconf: Do Not Disturb
 // puts its wallpaper on both displays and gives each display back what it showed, as a person
-// sees it.
+// sees it, and as the desktop's settings hold it.
 class DoNotDisturbDisplaysTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QVERIFY(setBanners(true)); }
     void wallpaperComesAndGoesWithDoNotDisturb();
+    void gnomeGetsTheEditionBack_data();
+    void gnomeGetsTheEditionBack();
 };
 
 void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
 {
     QVERIFY(GSettingsDoNotDisturb::isAvailable(GSettingsDoNotDisturb::Family::Gnome));
-    QVERIFY(setBanners(true));
-    QTemporaryDir folder;
-    const auto clock = std::make_shared<Clock>();
-    Displays displays(new X11Backend(folder.filePath(u"desktop-x11.json"_s)),
-                      PlacementRecords(folder.path()), clock);
-    WallpaperSetter setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock);
-    DesktopShuffleDisplays view(&displays);
-    SampleStore store(&setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s }, { u"aurora"_s, u"violet"_s } });
-    Defaults defaults(folder.filePath(u"defaults.ini"_s));
-    Favourites favourites(&defaults);
-    SleepWatcher sleep;
-    Shuffle shuffle({ .store = &store,
-                      .displays = &view,
-                      .favourites = &favourites,
-                      .defaults = &defaults,
-                      .sleep = &sleep,
-                      .clock = clock,
-                      .random = QRandomGenerator::system() });
-    shuffle.start();
-    GSettingsDoNotDisturb watcher(GSettingsDoNotDisturb::Family::Gnome);
-    FocusFilter filter(&defaults, &watcher, &shuffle, &store);
-    QVERIFY(filter.setFilter(u"aurora/violet"_s, u"light"_s));
-    filter.start();
+    Session session(Desktop::X11);
+    Displays &displays = session.displays;
+    SampleStore &store = session.store;
+    Shuffle &shuffle = session.shuffle;
 
-    const QStringList ids = setter.displayIds();
+    const QStringList ids = session.setter.displayIds();
     QCOMPARE(ids.size(), 2);
     awaitTask(store.setWallpaper(store.choice(u"emerald"_s), Edition::Light, { ids[0] }));
     awaitTask(store.setWallpaper(store.choice(u"amber"_s), Edition::Light, { ids[1] }));
@@ -87,7 +117,7 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
     QVERIFY(setBanners(false));
     QTRY_VERIFY_WITH_TIMEOUT(shuffle.isFocusOn(), 10000);
     // The desktop is given the rendering of the Do Not Disturb wallpaper on both displays.
-    const QString rendering = Renderer(folder.filePath(u"Rendered"_s)).renderingPath(u"f_violet"_s, 0);
+    const QString rendering = session.rendering(u"f_violet_light"_s, 0);
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(rendering), 20000);
     const QColor violet = middleOf(rendering);
     QVERIFY(!near(violet, emerald) && !near(violet, amber));
@@ -99,6 +129,51 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
     // Each restore records once the desktop has the picture.
     QTRY_COMPARE(displays.placement(ids[0])->colourway, u"emerald"_s);
     QTRY_COMPARE(displays.placement(ids[1])->colourway, u"amber"_s);
+}
+
+void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack_data()
+{
+    QTest::addColumn<Edition>("edition");
+    QTest::newRow("light and dark") << Edition::Automatic;
+    QTest::newRow("time of day") << Edition::TimeOfDay;
+}
+
+// What GNOME is given back is what setting the wallpaper gave it: the light and dark pictures of
+// an automatic wallpaper, the timed slideshow of a time-of-day one.
+void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack()
+{
+    QFETCH(Edition, edition);
+    Session session(Desktop::Gnome);
+    SampleStore &store = session.store;
+    const QStringList ids = session.setter.displayIds();
+    QCOMPARE(ids.size(), 2);
+    awaitTask(store.setWallpaper(store.choice(u"emerald"_s), edition, ids));
+    const QString light = gsettings(u"picture-uri"_s);
+    const QString dark = gsettings(u"picture-uri-dark"_s);
+    if (edition == Edition::Automatic) {
+        const auto heic = HeicFile::open(SampleStore::path(u"aurora"_s, u"emerald"_s, edition));
+        const auto pixels = [](const QString &uri) {
+            return QImage(QUrl(uri).toLocalFile()).convertToFormat(QImage::Format_RGB32);
+        };
+        QCOMPARE(pixels(light), heic->picture(0).convertToFormat(QImage::Format_RGB32));
+        QCOMPARE(pixels(dark), heic->picture(1).convertToFormat(QImage::Format_RGB32));
+    } else {
+        QVERIFY2(light.endsWith(u".xml"_s), qPrintable(light));
+    }
+
+    QVERIFY(setBanners(false));
+    QTRY_VERIFY_WITH_TIMEOUT(session.shuffle.isFocusOn(), 10000);
+    const QString violet = QUrl::fromLocalFile(session.rendering(u"f_violet_light"_s, 0)).toString();
+    QTRY_COMPARE_WITH_TIMEOUT(gsettings(u"picture-uri"_s), violet, 20000);
+    QCOMPARE(gsettings(u"picture-uri-dark"_s), violet);
+
+    QVERIFY(setBanners(true));
+    QTRY_VERIFY_WITH_TIMEOUT(!session.shuffle.isFocusOn() && session.shuffle.pendingRestores().isEmpty(), 20000);
+    QCOMPARE(gsettings(u"picture-uri"_s), light);
+    QCOMPARE(gsettings(u"picture-uri-dark"_s), dark);
+    QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);
+    for (const QString &id : ids)
+        QCOMPARE(session.displays.placement(id)->edition, rawValue(edition));
 }
 
 QTEST_MAIN(DoNotDisturbDisplaysTest)

@@ -39,7 +39,7 @@ void ShuffleDisplaysTest::aDifferentColourwayOnEachDisplay()
     Displays displays(new X11Backend(folder.filePath(u"desktop-x11.json"_s)),
                       PlacementRecords(folder.path()), clock);
     WallpaperSetter setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock);
-    DesktopShuffleDisplays view(&displays);
+    DesktopShuffleDisplays view(&displays, &setter);
     SampleStore store(&setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s } });
     Defaults defaults(folder.filePath(u"defaults.ini"_s));
     defaults.setShuffleDifferentOnEachDisplay(true);

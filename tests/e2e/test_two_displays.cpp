@@ -36,15 +36,6 @@ Placement placementOf(const WallpaperFile &file)
              .setAt = QDateTime::currentMSecsSinceEpoch() };
 }
 
-// The middle of a picture as xwallpaper --zoom shows it in the middle of a monitor.
-QString gsettings(const QString &key)
-{
-    QProcess process;
-    process.start(u"gsettings"_s, { u"get"_s, u"org.gnome.desktop.background"_s, key });
-    process.waitForFinished(30000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed().remove(u'\'');
-}
-
 // Quennet's objects over one desktop, as the application builds them.
 struct Session {
     Session(DesktopBackend *backend, const QString &folder)

@@ -153,13 +153,14 @@ void FakeDisplays::showPicture(const QString &id, const QString &path)
     Q_EMIT changed();
 }
 
-QCoro::Task<> FakeDisplays::restore(QString displayId, QString path, std::optional<Placement> placement)
+QCoro::Task<> FakeDisplays::restore(QStringList displayIds, QString path, std::optional<Placement> placement)
 {
-    restores.append({ displayId, path });
+    for (const QString &id : std::as_const(displayIds))
+        restores.append({ id, path });
     if (refusal)
         throw DesktopError(*refusal);
     for (auto &screen : m_screens) {
-        if (screen.id != displayId)
+        if (!displayIds.contains(screen.id))
             continue;
         if (placement)
             screen.placement = placement;

@@ -90,7 +90,7 @@ public:
     explicit FakeDisplays(QObject *parent = nullptr);
 
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
-    QCoro::Task<> restore(QString displayId, QString path,
+    QCoro::Task<> restore(QStringList displayIds, QString path,
                           std::optional<Placement> placement) override;
     void setScreens(const QList<Screen> &screens);
     // A display now shows one of the user's colourways, as a set leaves it.
@@ -100,7 +100,7 @@ public:
 
     std::function<QDateTime()> now;
     std::optional<QString> refusal; // restores fail with this
-    QList<std::pair<QString, QString>> restores; // display id, path
+    QList<std::pair<QString, QString>> restores; // display id, path; one per display
 
 private:
     QList<Screen> m_screens;

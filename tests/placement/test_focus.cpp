@@ -99,6 +99,18 @@ void FocusTest::onThenOffPutsBackEachDisplay()
     QVERIFY(shuffle.pendingRestores().isEmpty());
     QVERIFY(rig.defaults.focusWallpaper().isEmpty());
     QVERIFY(rig.defaults.focusRestores().isEmpty());
+
+    // One wallpaper set on both displays goes back to both in one set, as it was set: only
+    // then can a desktop with one picture for all displays be given its slideshow.
+    awaitTask(rig.store.setWallpaper(rig.store.choices()[1], Edition::TimeOfDay, { u"one"_s, u"two"_s }));
+    rig.clock->advance(1min);
+    shuffle.setFocus(u"p/c3"_s);
+    rig.clock->advance(1min);
+    shuffle.setFocus(std::nullopt);
+    QCOMPARE(rig.setKeys().last(), u"p/c2"_s);
+    QCOMPARE(rig.store.sets.last().displayIds, QStringList({ u"one"_s, u"two"_s }));
+    QCOMPARE(rig.store.sets.last().wanted, Edition::TimeOfDay);
+    QVERIFY(shuffle.pendingRestores().isEmpty());
 }
 
 void FocusTest::theUsersNewerChoiceWins()

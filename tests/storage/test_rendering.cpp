@@ -158,6 +158,11 @@ private Q_SLOTS:
         QVERIFY(samePixels(QImage(*renderer.render(source, u"f_abc"_s, 1)), HeicFile::open(source)->picture(1)));
 
         QVERIFY(!renderer.render(source, u"f_abc"_s, 7));
+
+        // A file made from the renderings belongs to the same file, whatever its id is like.
+        QVERIFY(renderer.render(source, u"f_a-b"_s, 0));
+        QCOMPARE(renderer.sourceOf(renderer.companionPath(u"f_a-b"_s, u"xml"_s)), QFileInfo(source).absoluteFilePath());
+        QCOMPARE(renderer.sourceOf(renderer.renderingPath(u"f_a-b"_s, 0)), QFileInfo(source).absoluteFilePath());
     }
 };
 
