@@ -3,7 +3,7 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QDeadlineTimer>
@@ -102,20 +102,28 @@ QList<QRect> trayIcons(const QImage &screen)
     return icons;
 }
 
-QVariant busProperty(const QString &service, const QString &path, const QString &interface,
-                  const QString &name)
+// A plain call: an interface object would introspect its peer and keep what it learnt for good.
+QDBusMessage callBus(const QString &service, const QString &path, const QString &interface,
+                     const QString &method, const QVariantList &arguments = {})
 {
-    QDBusInterface properties(service, path, u"org.freedesktop.DBus.Properties"_s);
-    const QDBusReply<QDBusVariant> reply = properties.call(u"Get"_s, interface, name);
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(message, QDBus::Block, 60'000);
+}
+
+QVariant busProperty(const QString &service, const QString &path, const QString &interface,
+                     const QString &name)
+{
+    const QDBusReply<QDBusVariant> reply = callBus(
+        service, path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, { interface, name });
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
 // Asks GNOME Shell, through the test's extension.
 QJsonValue shellEval(const QString &script)
 {
-    QDBusInterface shell(u"app.quennet.ShellTest"_s, u"/app/quennet/ShellTest"_s,
-                         u"app.quennet.ShellTest"_s);
-    const QDBusReply<QString> reply = shell.call(u"Eval"_s, script);
+    const QDBusReply<QString> reply = callBus(u"app.quennet.ShellTest"_s, u"/app/quennet/ShellTest"_s,
+                                              u"app.quennet.ShellTest"_s, u"Eval"_s, { script });
     if (!reply.isValid())
         return {};
     return QJsonDocument::fromJson("[" + reply.value().toUtf8() + "]").array().at(0);
@@ -203,24 +211,23 @@ class ShellTest : public QObject
         }
         // Plasma's Do Not Disturb is held by whoever inhibits its notifications.
         static uint cookie = 0;
-        QDBusInterface notifications(u"org.freedesktop.Notifications"_s,
-                                     u"/org/freedesktop/Notifications"_s,
-                                     u"org.freedesktop.Notifications"_s);
+        const auto notifications = [](const QString &method, const QVariantList &arguments) {
+            return callBus(u"org.freedesktop.Notifications"_s, u"/org/freedesktop/Notifications"_s,
+                           u"org.freedesktop.Notifications"_s, method, arguments);
+        };
         if (on) {
-            const QDBusReply<uint> reply = notifications.call(
-                u"Inhibit"_s, u"quennet-test"_s, u"presenting"_s, QVariantMap());
+            const QDBusReply<uint> reply = notifications(
+                u"Inhibit"_s, { u"quennet-test"_s, u"presenting"_s, QVariantMap() });
             QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
             cookie = reply.value();
         } else {
-            QVERIFY(notifications.call(u"UnInhibit"_s, cookie).type() == QDBusMessage::ReplyMessage);
+            QVERIFY(notifications(u"UnInhibit"_s, { cookie }).type() == QDBusMessage::ReplyMessage);
         }
     }
 
-    QDBusMessage automation(const QString &method, const QVariantList &arguments)
+    static QDBusMessage automation(const QString &method, const QVariantList &arguments)
     {
-        QDBusInterface automation(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s);
-        automation.setTimeout(60'000);
-        return automation.callWithArgumentList(QDBus::Block, method, arguments);
+        return callBus(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s, method, arguments);
     }
 
     [[nodiscard]] bool hasLibrary() const
@@ -346,8 +353,8 @@ private Q_SLOTS:
                                           u"org.kde.StatusNotifierItem"_s, u"Menu"_s))
                               .path();
         QVERIFY(!menu.isEmpty() && menu != "/NO_DBUSMENU"_L1);
-        QDBusInterface layout(service, menu, u"com.canonical.dbusmenu"_s);
-        const QDBusMessage reply = layout.call(u"GetLayout"_s, 0, -1, QStringList { u"label"_s });
+        const QDBusMessage reply = callBus(service, menu, u"com.canonical.dbusmenu"_s, u"GetLayout"_s,
+                                           { 0, -1, QStringList { u"label"_s } });
         QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
         QStringList labels;
         const QDBusArgument root = reply.arguments().at(1).value<QDBusArgument>();
@@ -367,6 +374,8 @@ private Q_SLOTS:
             if (QString label = itemProperties.value(u"label"_s).toString(); !label.isEmpty())
                 labels.append(label.remove(u'&'));
         }
+        root.endArray();
+        root.endStructure();
         QCOMPARE(labels, expected);
     }
 
@@ -383,8 +392,10 @@ private Q_SLOTS:
                                  .toStringList()
                                  .value(0);
         QVERIFY2(item.contains(u'@'), qPrintable(item));
-        QDBusInterface icon(item.section(u'@', 0, 0), item.section(u'@', 1),
-                            u"org.kde.StatusNotifierItem"_s);
+        const auto click = [&item](QPoint where) {
+            return callBus(item.section(u'@', 0, 0), item.section(u'@', 1),
+                           u"org.kde.StatusNotifierItem"_s, u"Activate"_s, { where.x(), where.y() });
+        };
         const QRect where = trayIcon(false);
         const auto panelFocused = uR"(global.get_window_actors()
             .filter(a => a.meta_window.get_title() === 'Quennet Panel' && a.visible)
@@ -392,8 +403,7 @@ private Q_SLOTS:
         const auto shown = [&] { return shellEval(panelFocused).toVariant().toList(); };
 
         for (const bool open : { true, false, true, false }) {
-            QCOMPARE(icon.call(u"Activate"_s, where.center().x(), where.center().y()).type(),
-                     QDBusMessage::ReplyMessage);
+            QCOMPARE(click(where.center()).type(), QDBusMessage::ReplyMessage);
             QTRY_COMPARE_WITH_TIMEOUT(shown(), open ? QVariantList { true } : QVariantList(), 10'000);
         }
     }
@@ -402,8 +412,8 @@ private Q_SLOTS:
     // service on the bus, without a wallet of KDE's being started or a private file written.
     void signIn()
     {
-        QDBusInterface session(quennet, quennetPath, u"app.quennet.Quennet.Session"_s);
-        QVERIFY(session.call(u"SignIn"_s).type() == QDBusMessage::ReplyMessage);
+        QVERIFY(callBus(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"SignIn"_s).type()
+                == QDBusMessage::ReplyMessage);
         QString code;
         QTRY_VERIFY_WITH_TIMEOUT(
             !(code = busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"UserCode"_s)
@@ -477,20 +487,20 @@ private Q_SLOTS:
                                  10'000);
 
         // The desktop entry's actions, as the app grid and the dock run them.
-        QDBusInterface application(quennet, quennetPath, u"org.freedesktop.Application"_s);
+        const auto runAction = [](const QString &action) {
+            return callBus(quennet, quennetPath, u"org.freedesktop.Application"_s,
+                           u"ActivateAction"_s, { action, QVariantList(), QVariantMap() })
+                .type();
+        };
         // The window covers the desktop now: the placements tell what was set, and when.
         const auto placements = [this] {
             QFile file(m_folder + u"/placements.json"_s);
             return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         };
         const QByteArray before = placements();
-        QCOMPARE(application.call(u"ActivateAction"_s, u"shuffle-now"_s, QVariantList(), QVariantMap())
-                     .type(),
-                 QDBusMessage::ReplyMessage);
+        QCOMPARE(runAction(u"shuffle-now"_s), QDBusMessage::ReplyMessage);
         QTRY_VERIFY_WITH_TIMEOUT(placements() != before, 30'000);
-        QCOMPARE(application.call(u"ActivateAction"_s, u"settings"_s, QVariantList(), QVariantMap())
-                     .type(),
-                 QDBusMessage::ReplyMessage);
+        QCOMPARE(runAction(u"settings"_s), QDBusMessage::ReplyMessage);
         QTRY_VERIFY_WITH_TIMEOUT(
             shellEval(windows).toVariant().toStringList().contains(u"Quennet Settings"_s), 10'000);
     }
