@@ -338,7 +338,11 @@ private Q_SLOTS:
             QStringList labels;
             QTRY_COMPARE_WITH_TIMEOUT(
                 (labels = shellEval(openMenu).toVariant().toStringList()), expected, 10'000);
-            shellEval(u"Object.values(imports.ui.main.panel.statusArea).forEach(b => b.menu && b.menu.close())"_s);
+            // Closed, and its grab given back, before anything else wants the focus.
+            const auto anyOpen = u"Object.values(imports.ui.main.panel.statusArea)"
+                                 u".some(b => b.menu && (b.menu.close(), b.menu.isOpen))"_s;
+            QTRY_VERIFY_WITH_TIMEOUT(!shellEval(anyOpen).toBool(), 5'000);
+            QTest::qWait(500);
             return;
         }
         // Plasma reads the menu over D-Bus from the path the item names, as here.
