@@ -86,16 +86,16 @@ QPalette DesktopPalette::light()
 
 void DesktopPalette::apply()
 {
-    const bool wantsDark = m_scheme && m_scheme->isDark();
     const QPalette before = QApplication::palette();
+    // The desktop's own colours, read afresh, are right even before the portal has answered.
     std::optional<QPalette> chosen = m_desktopColours ? m_desktopColours() : std::nullopt;
-    if (!chosen || isDark(*chosen) != wantsDark) {
+    if (!chosen) {
         // A palette with no role of its own resolves to the Qt theme's as it is now; a fresh one,
         // so that Qt cannot take it for the application's own.
         QPalette theme(Qt::black);
         theme.setResolveMask(0);
         QApplication::setPalette(theme);
-        chosen.reset();
+        const bool wantsDark = m_scheme && m_scheme->isDark();
         if (isDark(QApplication::palette()) != wantsDark)
             chosen = wantsDark ? dark() : light();
     }

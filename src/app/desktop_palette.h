@@ -13,11 +13,11 @@ class ColourScheme;
 //
 // Qt 6.4 follows neither way by itself. Its KDE theme reads kdeglobals at start, and on a change
 // sometimes before Plasma has written the new colours; its GNOME and generic themes have a light
-// palette only. So at every change the palette is chosen again: the desktop's own colours where
-// it has them (KDE's, read afresh), else the Qt theme's, else one of Quennet's, whichever is first
-// to match the scheme. Windows need telling too: a new Qt Quick window starts from the palette Qt
-// Quick took at start, and the title bars Qt draws on Wayland where the compositor draws none
-// (GNOME) take the palette once, when made, so they are made again.
+// palette only. So at every change the palette is chosen again: the desktop's own colours where it
+// has them (KDE's, read afresh), else the Qt theme's if it matches the scheme, else one of
+// Quennet's. Windows need telling too: a new Qt Quick window starts from the palette Qt Quick took
+// at start, and the title bars Qt draws on Wayland where the compositor draws none (GNOME) take
+// the palette once, when made, so they are made again.
 class DesktopPalette : public QObject {
     Q_OBJECT
 
