@@ -18,6 +18,7 @@
 #include "focus_filter.h"
 #include "helper_process.h"
 #include "intents.h"
+#include "kde_colours.h"
 #include "keychain.h"
 #include "login_item.h"
 #include "missing_tray_notice.h"
@@ -213,7 +214,14 @@ void AppDelegate::startViews()
     m_actions = new WallpaperActions(m_shop, m_displays, m_favourites, m_notice, this);
     m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
     m_art = new ArtCache(m_network, this);
-    new DesktopPalette(m_scheme, this);
+    // Plasma's own colours, light or dark; other desktops leave the palette to Qt and Quennet.
+    const bool kde = qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                         .split(u':', Qt::SkipEmptyParts)
+                         .contains(u"KDE"_s, Qt::CaseInsensitive);
+    new DesktopPalette(m_scheme,
+                       kde ? [] { return KdeColours::palette(KdeColours::files()); }
+                           : DesktopPalette::DesktopColours(),
+                       this);
     const auto followScheme = [this] {
         m_art->setDark(m_scheme->isDark());
         Q_EMIT darkChanged();

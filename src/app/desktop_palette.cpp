@@ -3,14 +3,37 @@
 #include "colour_scheme.h"
 
 #include <QApplication>
+#include <QPlatformSurfaceEvent>
+#include <QQuickWindow>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QWindow>
+#include <memory>
 
-DesktopPalette::DesktopPalette(ColourScheme *scheme, QObject *parent)
+using namespace Qt::Literals::StringLiterals;
+
+DesktopPalette::DesktopPalette(ColourScheme *scheme, DesktopColours desktopColours, QObject *parent)
     : QObject(parent)
     , m_scheme(scheme)
-    , m_original(QApplication::palette())
+    , m_desktopColours(std::move(desktopColours))
 {
     connect(scheme, &ColourScheme::changed, this, &DesktopPalette::apply);
+    connect(scheme, &ColourScheme::coloursChanged, this, &DesktopPalette::apply);
+    QCoreApplication::instance()->installEventFilter(this);
     apply();
+}
+
+bool DesktopPalette::eventFilter(QObject *watched, QEvent *event)
+{
+    // Until told of a change, a new Qt Quick window keeps the palette Qt Quick took at start.
+    if (event->type() == QEvent::PlatformSurface
+        && static_cast<QPlatformSurfaceEvent *>(event)->surfaceEventType()
+            == QPlatformSurfaceEvent::SurfaceCreated
+        && qobject_cast<QQuickWindow *>(watched)) {
+        QEvent change(QEvent::ApplicationPaletteChange);
+        QCoreApplication::sendEvent(watched, &change);
+    }
+    return false;
 }
 
 bool DesktopPalette::isDark(const QPalette &palette)
@@ -54,14 +77,45 @@ QPalette DesktopPalette::dark()
     return palette;
 }
 
+QPalette DesktopPalette::light()
+{
+    // The palette of the Fusion style the views use.
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(u"Fusion"_s));
+    return fusion ? fusion->standardPalette() : QPalette(QColor(0xef, 0xef, 0xef));
+}
+
 void DesktopPalette::apply()
 {
-    const bool wantsDark = m_scheme && m_scheme->isDark();
-    if (wantsDark && !m_applied && !isDark(m_original)) {
-        m_applied = true;
-        QApplication::setPalette(dark());
-    } else if (!wantsDark && m_applied) {
-        m_applied = false;
-        QApplication::setPalette(m_original);
+    const QPalette before = QApplication::palette();
+    // The desktop's own colours, read afresh, are right even before the portal has answered.
+    std::optional<QPalette> chosen = m_desktopColours ? m_desktopColours() : std::nullopt;
+    if (!chosen) {
+        // A palette with no role of its own resolves to the Qt theme's as it is now; a fresh one,
+        // so that Qt cannot take it for the application's own.
+        QPalette theme(Qt::black);
+        theme.setResolveMask(0);
+        QApplication::setPalette(theme);
+        const bool wantsDark = m_scheme && m_scheme->isDark();
+        if (isDark(QApplication::palette()) != wantsDark)
+            chosen = wantsDark ? dark() : light();
+    }
+    if (chosen)
+        QApplication::setPalette(*chosen);
+    if (QApplication::palette() != before)
+        remakeTitleBars();
+}
+
+void DesktopPalette::remakeTitleBars()
+{
+    if (QGuiApplication::platformName() != "wayland"_L1)
+        return;
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        const Qt::WindowFlags flags = window->flags();
+        // Only a frame Qt draws has margins; a compositor's title bar is not the window's.
+        if (window->frameMargins().isNull() || flags.testFlag(Qt::FramelessWindowHint))
+            continue;
+        // Qt's Wayland plugin makes a new decoration when a frameless window gets its frame back.
+        window->setFlags(flags | Qt::FramelessWindowHint);
+        window->setFlags(flags);
     }
 }

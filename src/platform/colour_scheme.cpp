@@ -14,6 +14,8 @@ const auto path = u"/org/freedesktop/portal/desktop"_s;
 const auto interface = u"org.freedesktop.portal.Settings"_s;
 const auto group = u"org.freedesktop.appearance"_s;
 const auto key = u"color-scheme"_s;
+const auto kdeGroup = u"org.kde.kdeglobals.General"_s;
+const auto kdeKey = u"ColorScheme"_s;
 
 // Read() wraps the value in one more variant than the signal does.
 QVariant unwrap(QVariant value)
@@ -45,8 +47,12 @@ ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
 void ColourScheme::settingChanged(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    if (arguments.size() == 3 && arguments[0].toString() == group && arguments[1].toString() == key)
+    if (arguments.size() != 3)
+        return;
+    if (arguments[0].toString() == group && arguments[1].toString() == key)
         take(arguments[2]);
+    else if (arguments[0].toString() == kdeGroup && arguments[1].toString() == kdeKey)
+        Q_EMIT coloursChanged();
 }
 
 void ColourScheme::take(const QVariant &value)

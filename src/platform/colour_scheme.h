@@ -6,7 +6,8 @@
 class QDBusMessage;
 
 // Whether the desktop prefers dark, from the desktop portal's appearance setting
-// (org.freedesktop.appearance color-scheme). Light until the portal says otherwise.
+// (org.freedesktop.appearance color-scheme). Light until the portal says otherwise. It also tells
+// when KDE's colour scheme is replaced, since its colours can change while dark stays dark.
 class ColourScheme : public QObject
 {
     Q_OBJECT
@@ -19,6 +20,7 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void coloursChanged();
 
 private Q_SLOTS:
     void settingChanged(const QDBusMessage &message);

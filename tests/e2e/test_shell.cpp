@@ -129,6 +129,40 @@ QJsonValue shellEval(const QString &script)
     return QJsonDocument::fromJson("[" + reply.value().toUtf8() + "]").array().at(0);
 }
 
+// Where Quennet's main window is, its frame included. Plasma tells no one where a window is, so
+// there KWin is asked to maximise it, above the panel.
+QRect mainWindowFrame()
+{
+    if (isGnome()) {
+        const QJsonArray box = shellEval(uR"(global.get_window_actors().map(a => a.meta_window)
+            .filter(w => w.get_wm_class() === 'app.quennet.Quennet' && w.get_title() === 'Quennet')
+            .map(w => w.get_frame_rect()).map(r => [r.x, r.y, r.width, r.height])[0] ?? null)"_s)
+                                   .toArray();
+        return box.size() == 4
+            ? QRect(box[0].toInt(), box[1].toInt(), box[2].toInt(), box[3].toInt())
+            : QRect();
+    }
+    // KWin reads the script later, on a thread of its own.
+    static const QTemporaryDir folder;
+    QFile script(folder.filePath(u"maximise.js"_s));
+    if (!script.open(QIODevice::WriteOnly))
+        return {};
+    script.write(R"(function maximise(w) { if (w.caption === 'Quennet') w.setMaximize(true, true); }
+        workspace.clientList().forEach(maximise);
+        workspace.clientAdded.connect(maximise);)");
+    script.close();
+    const auto scripting = [](const QString &method, const QVariantList &arguments) {
+        return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
+                       arguments);
+    };
+    const QDBusReply<int> loaded =
+        scripting(u"loadScript"_s, { script.fileName(), u"quennet-test"_s });
+    if (!loaded.isValid() || loaded.value() < 0
+        || scripting(u"start"_s, {}).type() != QDBusMessage::ReplyMessage)
+        return {};
+    return { 0, 0, 1920, 1080 - 44 };
+}
+
 } // namespace
 
 // Quennet inside the real shells, GNOME Shell and KDE Plasma on Wayland, as a person meets it
@@ -463,6 +497,45 @@ private Q_SLOTS:
         QVERIFY(waitFor([&] { return shownRendering() == m_light; }));
         setDark(true);
         QVERIFY(waitFor([&] { return shownRendering() == m_dark; }));
+        setDark(false);
+    }
+
+    // The main window follows the scheme: opened in dark, as after a start at login, then light
+    // and dark again while open. Its packs, its colourways and, where Qt draws it (GNOME), its
+    // title bar.
+    void mainWindowFollowsTheScheme()
+    {
+        QRect frame;
+        QList<std::pair<QString, QPoint>> points;
+        for (const bool dark : { true, false, true }) {
+            setDark(dark);
+            if (frame.isEmpty()) {
+                QCOMPARE(callBus(quennet, quennetPath, u"org.freedesktop.Application"_s,
+                                 u"Activate"_s, { QVariantMap() })
+                             .type(),
+                         QDBusMessage::ReplyMessage);
+                QVERIFY(waitFor([&] { return !(frame = mainWindowFrame()).isEmpty(); }));
+                points = { { u"packs"_s, { frame.left() + 100, frame.bottom() - 40 } },
+                           { u"colourways"_s, { frame.right() - 60, frame.bottom() - 40 } } };
+                if (isGnome())
+                    points.append({ u"title bar"_s, { frame.left() + 60, frame.top() + 12 } });
+            }
+            QStringList wrong;
+            const bool followed = waitFor([&] {
+                const QImage screen = screenshot();
+                if (screen.isNull())
+                    return false;
+                wrong.clear();
+                for (const auto &[name, point] : std::as_const(points)) {
+                    const QColor pixel = screen.pixelColor(point);
+                    if (dark ? pixel.lightness() > 90 : pixel.lightness() < 180)
+                        wrong.append(name + u' ' + pixel.name());
+                }
+                return wrong.isEmpty();
+            });
+            QVERIFY2(followed,
+                     qPrintable((dark ? u"dark: "_s : u"light: "_s) + wrong.join(u", "_s)));
+        }
         setDark(false);
     }
 

@@ -29,9 +29,14 @@ public:
     void changeScheme(uint scheme)
     {
         colourScheme = scheme;
+        changeSetting(u"org.freedesktop.appearance"_s, u"color-scheme"_s, scheme);
+    }
+
+    void changeSetting(const QString &group, const QString &key, const QVariant &value)
+    {
         auto signal = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
                                                  u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
-        signal << u"org.freedesktop.appearance"_s << u"color-scheme"_s << QVariant::fromValue(QDBusVariant(scheme));
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
         m_bus.send(signal);
     }
 
@@ -135,6 +140,13 @@ private Q_SLOTS:
         m_portal->changeScheme(0); // no preference: light, nothing changes
         m_portal->changeScheme(1);
         QVERIFY(changed.wait(5000));
+        QVERIFY(scheme.isDark());
+        QCOMPARE(changed.size(), 2);
+
+        // Another KDE colour scheme changes the colours, not the preference.
+        QSignalSpy colours(&scheme, &ColourScheme::coloursChanged);
+        m_portal->changeSetting(u"org.kde.kdeglobals.General"_s, u"ColorScheme"_s, u"BreezeClassic"_s);
+        QVERIFY(colours.wait(5000));
         QVERIFY(scheme.isDark());
         QCOMPARE(changed.size(), 2);
     }

@@ -147,7 +147,7 @@ ApplicationWindow {
         Rectangle {
             Layout.fillHeight: true
             Layout.preferredWidth: 230
-            color: Qt.darker(palette.window, window.app.dark ? 1.15 : 1.035)
+            color: Qt.darker(palette.window, palette.window.hslLightness < 0.5 ? 1.15 : 1.035)
 
             ListView {
                 id: sidebar
@@ -245,7 +245,7 @@ ApplicationWindow {
                 Layout.fillWidth: true
                 implicitHeight: deskColumn.implicitHeight + 24
                 radius: 10
-                color: Qt.darker(palette.window, window.app.dark ? 1.2 : 1.05)
+                color: Qt.darker(palette.window, palette.window.hslLightness < 0.5 ? 1.2 : 1.05)
                 ColumnLayout {
                     id: deskColumn
                     anchors { left: parent.left; right: parent.right; top: parent.top; margins: 12 }

@@ -29,7 +29,7 @@ ApplicationWindow {
         Rectangle {
             Layout.fillHeight: true
             Layout.preferredWidth: 180
-            color: Qt.darker(palette.window, window.app.dark ? 1.15 : 1.035)
+            color: Qt.darker(palette.window, palette.window.hslLightness < 0.5 ? 1.15 : 1.035)
             ListView {
                 id: sidebar
                 anchors.fill: parent
