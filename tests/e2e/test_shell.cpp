@@ -1,4 +1,5 @@
 #include "dev_shop.h"
+#include "shop_profile.h"
 #include "sample_store.h"
 
 #include <QDBusConnection>
@@ -286,17 +287,8 @@ private Q_SLOTS:
                                .stateDir = m_state.path(),
                                .pollInterval = 1 });
         QVERIFY(m_shop->start());
-        const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-            + u"/app.quennet.Quennet"_s;
-        m_folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-            + u"/app.quennet.Quennet"_s;
-        QVERIFY(QDir().mkpath(config));
-        QFile defaults(config + u"/defaults.ini"_s);
-        QVERIFY(defaults.open(QIODevice::WriteOnly));
-        defaults.write(u"[General]\nshopBaseURL=%1\nshopCertificates=%2\n"_s
-                           .arg(m_shop->baseUrl().toString(), m_shop->caPath())
-                           .toUtf8());
-        defaults.close();
+        m_folder = pointAtShop(*m_shop);
+        QVERIFY(!m_folder.isEmpty());
 
         if (!isGnome()) {
             // The clock would change the tray's neighbourhood between screenshots.
