@@ -3,6 +3,7 @@
 #include "dev_shop.h"
 
 #include <QDir>
+#include <QFileDevice>
 #include <QFile>
 #include <QStandardPaths>
 
@@ -20,4 +21,17 @@ inline QString pointAtShop(const DevShop &shop)
                        .toUtf8());
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
         + QStringLiteral("/app.quennet.Quennet");
+}
+
+// The browser Quennet opens for the approval page: a stand-in in folder, first on the PATH, that
+// only notes the address in folder/opened.
+inline bool standInBrowser(const QString &folder)
+{
+    QFile opener(folder + QStringLiteral("/xdg-open"));
+    if (!opener.open(QIODevice::WriteOnly))
+        return false;
+    opener.write("#!/bin/sh\nprintf '%s\\n' \"$1\" >\"$(dirname \"$0\")/opened\"\n");
+    opener.close();
+    qputenv("PATH", folder.toUtf8() + ':' + qgetenv("PATH"));
+    return opener.setPermissions(opener.permissions() | QFileDevice::ExeOwner);
 }

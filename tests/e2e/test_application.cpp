@@ -142,13 +142,7 @@ private Q_SLOTS:
         m_folder = pointAtShop(*m_shop);
         QVERIFY(!m_folder.isEmpty());
 
-        // The browser Quennet opens for the approval page: here it only notes the address.
-        QFile opener(m_bin.filePath(u"xdg-open"_s));
-        QVERIFY(opener.open(QIODevice::WriteOnly));
-        opener.write("#!/bin/sh\nprintf '%s\\n' \"$1\" >\"$(dirname \"$0\")/opened\"\n");
-        opener.close();
-        opener.setPermissions(opener.permissions() | QFileDevice::ExeOwner);
-        qputenv("PATH", m_bin.path().toUtf8() + ':' + qgetenv("PATH"));
+        QVERIFY(standInBrowser(m_bin.path()));
         qputenv("QT_QUICK_BACKEND", "software");
         qputenv("QUENNET_REDUCED_MOTION", "1");
 

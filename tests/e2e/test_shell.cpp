@@ -301,13 +301,7 @@ private Q_SLOTS:
             }
         }
 
-        // The approval page needs no browser here: the test approves the code itself.
-        QFile opener(m_bin.filePath(u"xdg-open"_s));
-        QVERIFY(opener.open(QIODevice::WriteOnly));
-        opener.write("#!/bin/sh\n");
-        opener.close();
-        opener.setPermissions(opener.permissions() | QFileDevice::ExeOwner);
-        qputenv("PATH", m_bin.path().toUtf8() + ':' + qgetenv("PATH"));
+        QVERIFY(standInBrowser(m_bin.path()));
         qputenv("QUENNET_REDUCED_MOTION", "1");
         qputenv("QT_QUICK_BACKEND", "software");
         m_quennet.setProcessChannelMode(QProcess::ForwardedChannels);
