@@ -52,6 +52,13 @@ Q_LOGGING_CATEGORY(lcApp, "app.quennet.Quennet.App")
 namespace {
 // The one process-wide slot: weak, so nothing keeps the delegate alive through it.
 QPointer<AppDelegate> runningDelegate;
+
+bool onPlasma()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+        .split(u':', Qt::SkipEmptyParts)
+        .contains(u"KDE"_s, Qt::CaseInsensitive);
+}
 } // namespace
 
 AppDelegate::AppDelegate(Options options, QObject *parent)
@@ -215,11 +222,8 @@ void AppDelegate::startViews()
     m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
     m_art = new ArtCache(m_network, this);
     // Plasma's own colours, light or dark; other desktops leave the palette to Qt and Quennet.
-    const bool kde = qEnvironmentVariable("XDG_CURRENT_DESKTOP")
-                         .split(u':', Qt::SkipEmptyParts)
-                         .contains(u"KDE"_s, Qt::CaseInsensitive);
     new DesktopPalette(m_scheme,
-                       kde ? [] { return KdeColours::palette(KdeColours::files()); }
+                       onPlasma() ? [] { return KdeColours::palette(KdeColours::files()); }
                            : DesktopPalette::DesktopColours(),
                        this);
     const auto followScheme = [this] {
@@ -232,8 +236,7 @@ void AppDelegate::startViews()
 
 QIcon AppDelegate::trayIcon() const
 {
-    return TrayGlyph::icon(TrayGlyph::ink(
-        TrayGlyph::panelIsDark(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), isDark())));
+    return TrayGlyph::icon(TrayGlyph::ink(TrayGlyph::panelIsDark(onPlasma(), isDark())));
 }
 
 bool AppDelegate::isDark() const

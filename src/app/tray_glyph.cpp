@@ -2,17 +2,6 @@
 
 #include <QPainter>
 
-using namespace Qt::Literals::StringLiterals;
-
-bool TrayGlyph::panelIsDark(const QString &desktop, bool schemeIsDark)
-{
-    const auto names = desktop.split(u':', Qt::SkipEmptyParts);
-    if (names.contains(u"KDE"_s, Qt::CaseInsensitive))
-        return schemeIsDark;
-    // GNOME's, XFCE's, Cinnamon's and the usual X11 trays' panels are dark whatever the scheme.
-    return true;
-}
-
 QColor TrayGlyph::ink(bool panelIsDark)
 {
     // The panels' own text colours: GNOME's bar and Breeze's light panel.

@@ -8,8 +8,11 @@
 class TrayGlyph
 {
 public:
-    // desktop: XDG_CURRENT_DESKTOP.
-    [[nodiscard]] static bool panelIsDark(const QString &desktop, bool schemeIsDark);
+    // GNOME's, XFCE's, Cinnamon's and the usual X11 trays' panels are dark whatever the scheme.
+    [[nodiscard]] static bool panelIsDark(bool onPlasma, bool schemeIsDark)
+    {
+        return !onPlasma || schemeIsDark;
+    }
     [[nodiscard]] static QColor ink(bool panelIsDark);
     [[nodiscard]] static QIcon icon(const QColor &ink);
 };

@@ -153,20 +153,28 @@ QCoro::Task<bool> secretStoreExists(std::chrono::milliseconds timeout)
     co_return answer(co_await activatable).toStringList().contains(secretsName());
 }
 
+// The store's items under the item's attributes; doing names the operation in a refusal.
+QCoro::Task<Owned<GList>> search(QByteArray item, SecretSearchFlags flags,
+                                 std::chrono::milliseconds timeout, const char *doing)
+{
+    const auto attributes = attributesOf(item);
+    const Call call(new SecretCall);
+    secret_service_search(nullptr, schema(), attributes.get(), flags, call->cancellable(),
+                          &SecretCall::finished, call->data());
+    GError *error = nullptr;
+    Owned<GList> items(
+        secret_service_search_finish(nullptr, co_await answered(call.get(), timeout), &error));
+    check(error, doing);
+    co_return items;
+}
+
 // The item's value, none when the store holds no such item. libsecret's own lookup reports an
 // item that stays locked as missing; here it is a refusal.
 QCoro::Task<std::optional<QString>> lookUp(QByteArray item, std::chrono::milliseconds timeout)
 {
-    const auto attributes = attributesOf(item);
-    const Call search(new SecretCall);
-    secret_service_search(nullptr, schema(), attributes.get(),
-                          static_cast<SecretSearchFlags>(SECRET_SEARCH_UNLOCK
-                                                         | SECRET_SEARCH_LOAD_SECRETS),
-                          search->cancellable(), &SecretCall::finished, search->data());
-    GError *error = nullptr;
-    const Owned<GList> items(
-        secret_service_search_finish(nullptr, co_await answered(search.get(), timeout), &error));
-    check(error, "read");
+    const Owned<GList> items = co_await search(
+        item, static_cast<SecretSearchFlags>(SECRET_SEARCH_UNLOCK | SECRET_SEARCH_LOAD_SECRETS),
+        timeout, "read");
     if (!items)
         co_return std::nullopt;
 
@@ -202,15 +210,9 @@ QCoro::Task<> store(QString value, QByteArray item, std::chrono::milliseconds ti
 // stays locked is a refusal.
 QCoro::Task<> clear(QByteArray item, std::chrono::milliseconds timeout)
 {
-    const auto attributes = attributesOf(item);
-    const Call search(new SecretCall);
-    secret_service_search(nullptr, schema(), attributes.get(),
-                          static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK),
-                          search->cancellable(), &SecretCall::finished, search->data());
-    GError *error = nullptr;
-    const Owned<GList> items(
-        secret_service_search_finish(nullptr, co_await answered(search.get(), timeout), &error));
-    check(error, "remove");
+    const Owned<GList> items = co_await search(
+        item, static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK), timeout,
+        "remove");
     if (!items)
         co_return;
     for (const GList *each = items.get(); each; each = each->next) {
@@ -220,9 +222,11 @@ QCoro::Task<> clear(QByteArray item, std::chrono::milliseconds timeout)
         }
     }
 
+    const auto attributes = attributesOf(item);
     const Call deletion(new SecretCall);
     secret_service_clear(nullptr, schema(), attributes.get(), deletion->cancellable(),
                          &SecretCall::finished, deletion->data());
+    GError *error = nullptr;
     secret_service_clear_finish(nullptr, co_await answered(deletion.get(), timeout), &error);
     check(error, "remove");
 }
