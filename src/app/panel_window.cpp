@@ -1,5 +1,7 @@
 #include "panel_window.h"
 
+#include "panel_rules.h"
+
 #include <QKeyEvent>
 #include <QQuickItem>
 
@@ -14,11 +16,21 @@ PanelWindow::PanelWindow(QQmlEngine *engine, QWindow *parent)
 
 void PanelWindow::fitHeight(int height)
 {
+    m_contentHeight = height;
+    if (m_overWorkArea) {
+        placeContent();
+        return;
+    }
     // A Wayland compositor answers a resize with a size of its own, sometimes the old one: the
     // bounds are what it keeps to.
     setMinimumHeight(height);
     setMaximumHeight(height);
     setHeight(height);
+}
+
+void PanelWindow::setOverWorkArea(bool over)
+{
+    m_overWorkArea = over;
 }
 
 void PanelWindow::keyPressEvent(QKeyEvent *event)
@@ -37,6 +49,36 @@ void PanelWindow::focusOutEvent(QFocusEvent *event)
     if (event->reason() != Qt::PopupFocusReason) {
         Q_EMIT resignedFocus();
     }
+}
+
+void PanelWindow::mousePressEvent(QMouseEvent *event)
+{
+    // A press on the clear part of the window, where nothing is drawn: a click elsewhere. A
+    // list, menu or tip of the panel's own may reach out there and is drawn there.
+    if (m_overWorkArea && !contentItem()->childAt(event->position().x(), event->position().y())) {
+        Q_EMIT cancelled();
+        return;
+    }
+    QQuickView::mousePressEvent(event);
+}
+
+void PanelWindow::resizeEvent(QResizeEvent *event)
+{
+    QQuickView::resizeEvent(event);
+    if (m_overWorkArea) {
+        placeContent();
+    }
+}
+
+void PanelWindow::placeContent()
+{
+    QQuickItem *root = rootObject();
+    if (!root) {
+        return;
+    }
+    const QRect frame = PanelRules::frame({}, QRect({}, size()), m_contentHeight);
+    root->setPosition(frame.topLeft());
+    root->setSize(frame.size());
 }
 
 void PanelWindow::watchContentHeight()

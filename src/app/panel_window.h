@@ -14,6 +14,11 @@ public:
     // The panel is as tall as its content, and only the content changes that.
     void fitHeight(int height);
 
+    // Shown maximised over the work area, clear but for the panel at its top right, so that a
+    // click anywhere else closes it: for a shell that places windows itself and tells a window
+    // nothing of a click on the desktop.
+    void setOverWorkArea(bool over);
+
 Q_SIGNALS:
     void resignedFocus();
     void cancelled();
@@ -22,7 +27,13 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void watchContentHeight();
+    void placeContent();
+
+    bool m_overWorkArea = false;
+    int m_contentHeight = 0;
 };

@@ -1,6 +1,7 @@
 #include "status_item_controller.h"
 
 #include "panel_window.h"
+#include "plasma_shell.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -42,6 +43,11 @@ bool reducedMotion()
     return value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
 }
 
+bool onGnome()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME"_s);
+}
+
 } // namespace
 
 StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
@@ -54,6 +60,12 @@ StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
     , m_tray(new QSystemTrayIcon(icon, this))
     , m_menu(new QMenu)
 {
+    // Only X11 lets the panel put itself next to the icon. KWin puts it under the pointer when
+    // asked; GNOME puts new windows where it likes, so the panel covers the work area there.
+    if (QGuiApplication::platformName() == "wayland"_L1) {
+        m_plasmaShell = PlasmaShell::connect();
+        m_overWorkArea = !m_plasmaShell && onGnome();
+    }
     m_tray->setToolTip(u"Quennet"_s);
     // Handed to the tray, so that the shell draws it where the icon is: hosts that speak
     // StatusNotifierItem read it over D-Bus, and no window of ours has to be placed.
@@ -108,6 +120,7 @@ bool StatusItemController::preparePanel()
         return m_panel->status() == QQuickView::Ready;
     }
     m_panel = new PanelWindow(m_engine());
+    m_panel->setOverWorkArea(m_overWorkArea);
     m_panel->setTitle(u"Quennet Panel"_s);
     m_panel->setInitialProperties(m_rootProperties);
     m_panel->setSource(QUrl(u"qrc:/qt/qml/Quennet/qml/Panel.qml"_s));
@@ -153,9 +166,19 @@ void StatusItemController::showPanel()
                                           int(std::lround(m_contentHeight)));
     m_animation->stop();
     m_panel->fitHeight(frame.height());
-    if (reducedMotion()) {
+    if (m_overWorkArea) {
+        m_panel->showMaximized();
+        m_panel->requestActivate();
+        finishOpening();
+        return;
+    }
+    // Only a window that can move itself slides into place.
+    if (QGuiApplication::platformName() != "xcb"_L1 || reducedMotion()) {
         m_panel->setGeometry(frame);
         m_panel->show();
+        if (m_plasmaShell) {
+            m_plasmaShell->openAsPopup(m_panel);
+        }
         m_panel->requestActivate();
         finishOpening();
         return;
@@ -202,6 +225,9 @@ void StatusItemController::closePanel()
     m_animation->stop();
     disconnect(m_animation, nullptr, m_panel, nullptr);
     // Without a compositor a fade shows nothing, and the next open must not find it half done.
+    if (m_plasmaShell) {
+        m_plasmaShell->closed();
+    }
     m_panel->hide();
 }
 

@@ -6,8 +6,10 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 
 class PanelWindow;
+class PlasmaShell;
 class QIcon;
 class QMenu;
 class QPropertyAnimation;
@@ -62,6 +64,8 @@ private:
     QVariantMap m_rootProperties;
     QSystemTrayIcon *m_tray;
     QMenu *m_menu;
+    std::unique_ptr<PlasmaShell> m_plasmaShell;
+    bool m_overWorkArea = false;
     PanelWindow *m_panel = nullptr;
     QPropertyAnimation *m_animation = nullptr;
     PanelRules m_rules;
