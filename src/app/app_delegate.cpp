@@ -15,6 +15,7 @@
 #include "do_not_disturb_watchers.h"
 #include "download_thread.h"
 #include "favourites.h"
+#include "following.h"
 #include "focus_filter.h"
 #include "helper_process.h"
 #include "intents.h"
@@ -141,6 +142,7 @@ void AppDelegate::start()
     restoreSession(this);
     m_shop->start();
     m_shuffle->start();
+    m_following->start();
     m_focusFilter->start();
     // The workspace helper is told on every launch whether it is wanted, after its stale check.
     m_spaces->start(m_displays->useOnAllSpaces());
@@ -158,6 +160,13 @@ void AppDelegate::startPlacement()
     m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
     m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), m_scheme, m_clock,
                                    this);
+    m_sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
+    m_following = new Following({.setter = m_setter,
+                                 .backend = backend,
+                                 .scheme = m_scheme,
+                                 .sleep = m_sleep,
+                                 .clock = m_clock},
+                                this);
     // The workspace helper beside this program; the store tells it of every new placement.
     m_spaces = new SpacesHelper(
         {.defaults = m_defaults.get(),
@@ -191,14 +200,13 @@ void AppDelegate::startStore()
 void AppDelegate::startShuffle()
 {
     m_favourites = new Favourites(m_defaults.get(), this);
-    auto *sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
-    connect(sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
+    connect(m_sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
     m_shuffleStore = new ShopShuffleStore(m_shop, this);
     m_shuffle = new Shuffle({.store = m_shuffleStore,
                              .displays = new DesktopShuffleDisplays(m_displays, m_setter, this),
                              .favourites = m_favourites,
                              .defaults = m_defaults.get(),
-                             .sleep = sleep,
+                             .sleep = m_sleep,
                              .clock = m_clock,
                              .random = QRandomGenerator::system()},
                             this);

@@ -30,6 +30,8 @@ class Shuffle;
 class ShuffleStore;
 class SpacesHelper;
 class WallpaperSetter;
+class Following;
+class LogindSleepWatcher;
 class QIcon;
 class QQmlEngine;
 class QQuickWindow;
@@ -153,6 +155,8 @@ private:
     Displays *m_displays = nullptr;
     ColourScheme *m_scheme = nullptr;
     WallpaperSetter *m_setter = nullptr;
+    LogindSleepWatcher *m_sleep = nullptr;
+    Following *m_following = nullptr;
     DownloadThread *m_downloads = nullptr;
     Shop *m_shop = nullptr;
     Favourites *m_favourites = nullptr;

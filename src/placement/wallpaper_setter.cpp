@@ -1,6 +1,5 @@
 #include "wallpaper_setter.h"
 
-#include "cancel_token.h"
 #include "clock.h"
 #include "colour_scheme.h"
 #include "desktop_pictures.h"
@@ -19,21 +18,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-// Wakes follow() at the next phase time. Qt timers stop during suspend, so the wait is counted
-// from the wall clock again after every wake by the next schedule.
-QCoro::Task<> wakeAt(QPointer<WallpaperSetter> owner, std::shared_ptr<Clock> clock,
-                     std::shared_ptr<CancelToken> token, std::chrono::milliseconds wait)
-{
-    const bool slept = co_await clock->sleep(token, wait);
-    if (!slept || !owner)
-        co_return;
-    try {
-        co_await owner->follow();
-    } catch (const Error &error) {
-        qCWarning(lcSetter) << "Could not switch pictures:" << error.what();
-    }
-}
-
 QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictures::Request request)
 {
     // A failure crosses threads as text: QFuture carries only QException subclasses.
@@ -61,24 +45,9 @@ WallpaperSetter::WallpaperSetter(Displays *displays, Renderer renderer, ColourSc
     , m_scheme(scheme)
     , m_clock(std::move(clock))
 {
-    if (m_scheme) {
-        connect(m_scheme, &ColourScheme::changed, this, [this] {
-            [](QPointer<WallpaperSetter> self) -> QCoro::Task<> {
-                try {
-                    co_await self->follow();
-                } catch (const Error &error) {
-                    qCWarning(lcSetter) << "Could not follow the colour scheme:" << error.what();
-                }
-            }(this);
-        });
-    }
 }
 
-WallpaperSetter::~WallpaperSetter()
-{
-    if (m_schedule)
-        m_schedule->cancel();
-}
+WallpaperSetter::~WallpaperSetter() = default;
 
 QStringList WallpaperSetter::displayIds() const
 {
@@ -120,8 +89,8 @@ QCoro::Task<> WallpaperSetter::show(QString source, QString fileId, Edition edit
     if (!self)
         co_return;
     co_await m_displays->set(ready.picture, std::move(placement), std::move(displayIds));
-    if (self)
-        scheduleAt(ready.nextChange, true);
+    if (self && ready.nextChange)
+        Q_EMIT changesAt(*ready.nextChange);
 }
 
 QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,
@@ -152,7 +121,7 @@ bool WallpaperSetter::canRestore(const QString &path,
     return !needed.isEmpty() && QFileInfo::exists(needed);
 }
 
-QCoro::Task<> WallpaperSetter::follow()
+QCoro::Task<std::optional<QTime>> WallpaperSetter::follow()
 {
     const QPointer<WallpaperSetter> self(this);
     std::optional<QTime> next;
@@ -165,41 +134,25 @@ QCoro::Task<> WallpaperSetter::follow()
         const auto source = m_renderer.sourceOf(placement->path);
         if (!source)
             continue;
-        const auto ready = co_await prepared(
-            m_renderer, request(*source, Renderer::fileIdOf(placement->path), *edition, false));
+        // A slideshow the desktop follows is made again as one, and stays as it is.
+        const bool slideshow = QFileInfo(placement->path).suffix() == "xml"_L1;
+        try {
+            const auto ready = co_await prepared(
+                m_renderer,
+                request(*source, Renderer::fileIdOf(placement->path), *edition, slideshow));
+            if (!self)
+                co_return std::nullopt;
+            if (ready.nextChange && (!next || *ready.nextChange < *next))
+                next = ready.nextChange;
+            if (ready.picture.path != placement->path)
+                co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
+        } catch (const DesktopError &error) {
+            qCWarning(lcSetter) << "Could not switch the picture of" << display.name << error.what();
+        }
         if (!self)
-            co_return;
-        if (ready.nextChange && (!next || *ready.nextChange < *next))
-            next = ready.nextChange;
-        if (ready.picture.path != placement->path)
-            co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
-        if (!self)
-            co_return;
+            co_return std::nullopt;
     }
-    scheduleAt(next, false);
-}
-
-void WallpaperSetter::scheduleAt(std::optional<QTime> next, bool keepSooner)
-{
-    const QDateTime now = m_clock->now();
-    QDateTime due;
-    if (next) {
-        constexpr int day = 24 * 60 * 60 * 1000;
-        const int time = now.toLocalTime().time().msecsSinceStartOfDay();
-        // A second late, so the change is due when it wakes.
-        due = now.addMSecs((next->msecsSinceStartOfDay() - time + day) % day + 1000);
-    }
-    // A wake whose moment has come is running follow(), which schedules again.
-    if (keepSooner && m_schedule && m_wakeAt > now && (!due.isValid() || m_wakeAt <= due))
-        return;
-    if (m_schedule)
-        m_schedule->cancel();
-    m_schedule.reset();
-    if (!due.isValid())
-        return;
-    m_wakeAt = due;
-    m_schedule = std::make_shared<CancelToken>();
-    wakeAt(this, m_clock, m_schedule, std::chrono::milliseconds(now.msecsTo(due)));
+    co_return next;
 }
 
 bool WallpaperSetter::isShown(const QString &localPath) const

@@ -9,7 +9,6 @@
 
 #include <memory>
 
-class CancelToken;
 class Clock;
 class ColourScheme;
 class Displays;
@@ -18,9 +17,9 @@ namespace DesktopPictures
 struct Request;
 }
 
-// Sets the store's verified files on displays through the rendering they need, and keeps
-// following them: a light/dark wallpaper when the colour scheme changes, a time-of-day one at
-// each of its phase times, where the desktop does not do either itself.
+// Sets the store's verified files on displays through the rendering they need, and puts up the
+// picture due now of light/dark and time-of-day wallpapers where the desktop does not switch
+// them itself.
 class WallpaperSetter : public QObject, public WallpaperTarget
 {
     Q_OBJECT
@@ -44,23 +43,23 @@ public:
     [[nodiscard]] bool canRestore(const QString &path,
                                   const std::optional<Placement> &placement) const;
 
-    // Re-renders what should show now on every display that follows its file; the scheme and
-    // the phase schedule call it.
-    QCoro::Task<> follow();
+    // Puts up the picture due now on every display that shows a light/dark or time-of-day
+    // wallpaper, and answers when the next one is due. A display the desktop refuses keeps its
+    // picture; the others go on.
+    QCoro::Task<std::optional<QTime>> follow();
+
+Q_SIGNALS:
+    // A set put up a picture that changes at next.
+    void changesAt(QTime next);
 
 private:
     QCoro::Task<> show(QString source, QString fileId, Edition edition, Placement placement,
                        QStringList displayIds);
     [[nodiscard]] DesktopPictures::Request request(QString source, QString fileId, Edition edition,
                                                    bool everyDisplay) const;
-    // Wakes follow() at next, or not at all. With keepSooner, a sooner wake already set stays:
-    // it is another display's change, and follow() looks at every display.
-    void scheduleAt(std::optional<QTime> next, bool keepSooner);
 
     Displays *m_displays;
     Renderer m_renderer;
     ColourScheme *m_scheme;
     std::shared_ptr<Clock> m_clock;
-    std::shared_ptr<CancelToken> m_schedule;
-    QDateTime m_wakeAt;
 };

@@ -30,16 +30,18 @@ ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
 {
-    if (!m_bus.isConnected())
+    if (!m_bus.isConnected()) {
+        m_known = true;
         return;
+    }
     m_bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
     auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
     message << group << key;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
         const QDBusPendingReply<QDBusVariant> reply = *call;
-        if (!reply.isError())
-            take(reply.value().variant());
+        // Without a portal the session stays light.
+        take(reply.isError() ? QVariant(0U) : reply.value().variant());
         call->deleteLater();
     });
 }
@@ -59,8 +61,9 @@ void ColourScheme::take(const QVariant &value)
 {
     // 1 prefers dark; 0 (no preference) and 2 (prefers light) show light.
     const bool dark = unwrap(value).toUInt() == 1;
-    if (dark == m_dark)
+    if (dark == m_dark && m_known)
         return;
     m_dark = dark;
+    m_known = true;
     Q_EMIT changed();
 }

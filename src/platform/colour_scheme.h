@@ -8,6 +8,7 @@ class QDBusMessage;
 // Whether the desktop prefers dark, from the desktop portal's appearance setting
 // (org.freedesktop.appearance color-scheme). Light until the portal says otherwise. It also tells
 // when KDE's colour scheme is replaced, since its colours can change while dark stays dark.
+// changed() comes once when the first answer is in, whatever it is, and at every change after.
 class ColourScheme : public QObject
 {
     Q_OBJECT
@@ -17,6 +18,8 @@ public:
     explicit ColourScheme(const QDBusConnection &bus, QObject *parent = nullptr);
 
     [[nodiscard]] bool isDark() const { return m_dark; }
+    // Whether the portal has answered, or will never be asked.
+    [[nodiscard]] bool isKnown() const { return m_known; }
 
 Q_SIGNALS:
     void changed();
@@ -30,4 +33,5 @@ private:
 
     QDBusConnection m_bus;
     bool m_dark = false;
+    bool m_known = false;
 };

@@ -1,0 +1,169 @@
+#include "await_task.h"
+#include "displays.h"
+#include "fake_desktop.h"
+#include "following.h"
+#include "owned_pack.h"
+#include "sleep_watcher.h"
+#include "wallpaper_setter.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <ctime>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+// The sample's pictures: Day 0, Dawn 1, Dusk 2, Night 3; it changes at 06:00, 09:00, 18:00 and
+// 21:00.
+const WallpaperFile timeOfDay { .id = u"f_td"_s, .pack = u"aurora"_s, .colourway = u"emerald"_s,
+                                .edition = Edition::TimeOfDay };
+const Placement timeOfDayPlacement { .pack = u"aurora"_s, .colourway = u"emerald"_s,
+                                     .edition = u"time-of-day"_s, .setAt = 42 };
+
+// Quennet's placement side on a desktop that cannot switch pictures itself, over one folder.
+struct Rig {
+    Rig(const QString &folder, std::shared_ptr<FakeClock> clock, QHash<QString, QString> shown = {})
+        : clock(std::move(clock))
+        , desktop(screens(std::move(shown)))
+        , displays(desktop.get(), PlacementRecords(folder), this->clock)
+        , renderer(folder + u"/Rendered"_s)
+        , setter(&displays, renderer, nullptr, this->clock)
+        , following({ .setter = &setter, .backend = desktop.get(), .sleep = &sleep, .clock = this->clock })
+    {
+    }
+
+    static std::unique_ptr<FakeDesktop> screens(QHash<QString, QString> shown)
+    {
+        auto desktop = std::make_unique<FakeDesktop>();
+        desktop->shownScreens = { { .connector = u"DP-1"_s, .geometry = QRect(0, 0, 1920, 1080) },
+                                  { .connector = u"DP-2"_s, .geometry = QRect(1920, 0, 1920, 1080) } };
+        desktop->shown = std::move(shown);
+        return desktop;
+    }
+
+    [[nodiscard]] QString rendering(int index) const { return renderer.renderingPath(u"f_td"_s, index); }
+    [[nodiscard]] QString onFirst(int index) const { return rendering(index) + u" on DP-1"_s; }
+    [[nodiscard]] QString last() const
+    {
+        return desktop->requests.last().first.path + u" on "_s + desktop->requests.last().second.join(u' ');
+    }
+
+    std::shared_ptr<FakeClock> clock;
+    std::unique_ptr<FakeDesktop> desktop;
+    Displays displays;
+    Renderer renderer;
+    WallpaperSetter setter;
+    SleepWatcher sleep;
+    Following following;
+};
+} // namespace
+
+// Light/dark and time-of-day wallpapers on a desktop that cannot switch them itself: the picture
+// due now goes up at each phase time, when put back, from start-up and after a wake.
+class FollowingTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_source;
+
+    std::shared_ptr<FakeClock> clockAt(QTime time)
+    {
+        auto clock = std::make_shared<FakeClock>();
+        clock->time.setTime(time);
+        clock->allowed = 0;
+        return clock;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("TZ", "UTC");
+        tzset();
+        m_source = m_dir.filePath(u"f_td.heic"_s);
+        QVERIFY(QFile::copy(QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-time-of-day.heic"),
+                            m_source));
+    }
+
+    void switchesAtThePhaseTime()
+    {
+        QTemporaryDir folder;
+        Rig rig(folder.path(), clockAt(QTime(12, 0)));
+        rig.following.start();
+        const QStringList ids = rig.setter.displayIds();
+        awaitTask(rig.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement, { ids[0] }));
+        QCOMPARE(rig.last(), rig.onFirst(0));
+        // A wallpaper without phases on the other display leaves the wait for 18:00 be.
+        const QString violet = QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/violet-light.heic");
+        const WallpaperFile light { .id = u"f_vl"_s, .edition = Edition::Light };
+        const Placement lightPlacement { .edition = u"light"_s };
+        awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, { ids[1] }));
+
+        // The settle loop's one look, then the wait for 18:00.
+        rig.clock->allowed = 2;
+        QTRY_COMPARE(rig.desktop->requests.size(), 3);
+        QCOMPARE(rig.clock->time.time().hour(), 18);
+        QCOMPARE(rig.last(), rig.onFirst(2));
+        const auto recorded = rig.displays.placement(ids[0]);
+        QCOMPARE(recorded->path, rig.rendering(2));
+        QCOMPARE(recorded->setAt, 42); // the same placement, showing its next picture
+        QVERIFY(rig.setter.isShown(m_source));
+
+        // Another wallpaper over both displays until after 21:00, as Do Not Disturb puts one. Put
+        // back as recorded, the display shows the picture due now, not the one the record names,
+        // and goes on following.
+        awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, ids));
+        rig.clock->allowed = 2;
+        QTRY_COMPARE(rig.clock->time.time().hour(), 21);
+        QVERIFY(rig.setter.canRestore(recorded->path, recorded));
+        awaitTask(rig.setter.restore({ ids[0] }, recorded->path, recorded));
+        QCOMPARE(rig.last(), rig.onFirst(3));
+        rig.clock->allowed = 2;
+        QTRY_COMPARE(rig.last(), rig.onFirst(1));
+        QCOMPARE(rig.clock->time.time().hour(), 6);
+
+        // Without its wallpaper file it cannot be made again; a picture of its own needs only itself.
+        QVERIFY(QFile::rename(m_source, m_source + u".away"_s));
+        QVERIFY(!rig.setter.canRestore(recorded->path, recorded));
+        QVERIFY(rig.setter.canRestore(recorded->path, std::nullopt));
+        QVERIFY(QFile::rename(m_source + u".away"_s, m_source));
+    }
+
+    // Set at dawn and started again at noon, as after a login: the day's picture goes up at once
+    // and the wait for dusk begins. A computer that slept through dusk shows it on waking.
+    void followsFromStartAndAfterAWake()
+    {
+        QTemporaryDir folder;
+        QHash<QString, QString> shown;
+        {
+            Rig before(folder.path(), clockAt(QTime(7, 0)));
+            awaitTask(before.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement,
+                                                 { before.setter.displayIds()[0] }));
+            QCOMPARE(before.last(), before.onFirst(1));
+            shown = before.desktop->shown;
+        }
+
+        Rig rig(folder.path(), clockAt(QTime(12, 0)), shown);
+        QVERIFY(rig.desktop->requests.isEmpty());
+        rig.following.start();
+        QTRY_COMPARE(rig.desktop->requests.size(), 1);
+        QCOMPARE(rig.last(), rig.onFirst(0));
+
+        // Qt's timers stood still while the computer slept: only the wake says time has passed.
+        rig.clock->time.setTime(QTime(19, 30));
+        Q_EMIT rig.sleep.woke();
+        QTRY_COMPARE(rig.desktop->requests.size(), 2);
+        QCOMPARE(rig.last(), rig.onFirst(2));
+        QCOMPARE(rig.clock->sleeps, 0);
+        // And the wait for night counts from now.
+        rig.clock->allowed = 10;
+        QTRY_COMPARE(rig.last(), rig.onFirst(3));
+        QCOMPARE(rig.clock->time.time(), QTime(21, 0, 1));
+    }
+};
+
+QTEST_GUILESS_MAIN(FollowingTest)
+#include "test_following.moc"
