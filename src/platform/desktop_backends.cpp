@@ -32,7 +32,8 @@ DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObje
     else if (const auto family = GnomeBackend::familyOf(currentDesktop);
         family && GnomeBackend::isAvailable(*family))
         backend = new GnomeBackend(*family, folder, parent);
-    else if (X11Backend::isAvailable() || qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    // XWayland sets DISPLAY too, and a picture on its root window is seen by no one.
+    else if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         backend = new X11Backend(folder + u"/desktop-x11.json"_s, parent);
     else
         backend = new PortalBackend(QDBusConnection::sessionBus(), folder + u"/desktop-portal.json"_s, parent);

@@ -1,3 +1,4 @@
+#include "desktop_backends.h"
 #include "root_pixels.h"
 #include "x11_backend.h"
 
@@ -115,6 +116,20 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(DesktopError, awaitTask(backend.setPicture(
             { .path = m_dir.filePath(u"missing.png"_s) }, { screenNamed(backend, u"DUMMY0"_s) })));
         QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
+    }
+
+    // XWayland sets DISPLAY in a Wayland session too, where nobody sees the root window: an
+    // unknown compositor gets the portal.
+    void chosenOnlyOutsideWayland()
+    {
+        qunsetenv("SWAYSOCK");
+        qunsetenv("HYPRLAND_INSTANCE_SIGNATURE");
+        const std::unique_ptr<DesktopBackend> x11(DesktopBackends::make(u"openbox"_s, m_dir.path()));
+        QCOMPARE(x11->name(), u"X11"_s);
+        qputenv("WAYLAND_DISPLAY", "wayland-1");
+        const std::unique_ptr<DesktopBackend> other(DesktopBackends::make(u"labwc:wlroots"_s, m_dir.path()));
+        qunsetenv("WAYLAND_DISPLAY");
+        QCOMPARE(other->name(), u"desktop portal"_s);
     }
 };
 
