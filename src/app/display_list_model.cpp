@@ -62,8 +62,9 @@ void DisplayListModel::reload()
                       .name = display.name,
                       .frame = display.frame,
                       .main = display.isMain,
-                      .wallpaper =
-                          display.wallpaper ? QUrl::fromLocalFile(*display.wallpaper) : QUrl(),
+                      .thumbnail = display.thumbnail ? QUrl::fromLocalFile(*display.thumbnail) : QUrl(),
+                      .thumbnailDark =
+                          display.thumbnailDark ? QUrl::fromLocalFile(*display.thumbnailDark) : QUrl(),
                       .own = m_displays->showsOwnWallpaper(display) };
             bounds = bounds.united(display.frame);
             const auto placement = file.placements.constFind(display.id);
@@ -132,8 +133,10 @@ QVariant DisplayListModel::data(const QModelIndex &index, int role) const
         return row.frame;
     case MainRole:
         return row.main;
-    case WallpaperRole:
-        return row.wallpaper;
+    case ThumbnailRole:
+        return row.thumbnail;
+    case ThumbnailDarkRole:
+        return row.thumbnailDark;
     case OwnRole:
         return row.own;
     case CaptionRole:
@@ -161,7 +164,8 @@ QHash<int, QByteArray> DisplayListModel::roleNames() const
              { NameRole, "name" },
              { FrameRole, "frame" },
              { MainRole, "isMain" },
-             { WallpaperRole, "wallpaper" },
+             { ThumbnailRole, "thumbnail" },
+             { ThumbnailDarkRole, "thumbnailDark" },
              { OwnRole, "own" },
              { CaptionRole, "caption" },
              { DetailRole, "detail" },

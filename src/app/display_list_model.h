@@ -28,7 +28,8 @@ public:
         NameRole,
         FrameRole,
         MainRole,
-        WallpaperRole, // file URL of what it shows, or empty
+        ThumbnailRole, // file URL of what it shows in light, or empty
+        ThumbnailDarkRole, // and in dark
         OwnRole, // it shows the wallpaper Quennet recorded for it
         CaptionRole, // the colourway's name, or "Not from your packs"
         DetailRole, // pack and edition of an own wallpaper
@@ -66,7 +67,8 @@ private:
         QString name;
         QRectF frame;
         bool main = false;
-        QUrl wallpaper;
+        QUrl thumbnail;
+        QUrl thumbnailDark;
         bool own = false;
         QString caption;
         QString detail;

@@ -67,11 +67,16 @@ void Displays::refresh()
     QList<Display> all;
     const QPoint origin = screens.isEmpty() ? QPoint() : screens.first().geometry.topLeft();
     for (qsizetype i = 0; i < screens.size(); ++i) {
+        const auto wallpaper = current(screens[i], ids[i]);
+        // A picture just set and not reported yet is shown as it is.
+        const bool reported = wallpaper && wallpaper == m_backend->picture(screens[i]);
         all.append({ .id = ids[i],
                      .name = displayName(screens[i]),
                      .frame = QRectF(screens[i].geometry.translated(-origin)),
                      .isMain = i == 0,
-                     .wallpaper = current(screens[i], ids[i]) });
+                     .wallpaper = wallpaper,
+                     .thumbnail = reported ? m_backend->thumbnail(screens[i], false) : wallpaper,
+                     .thumbnailDark = reported ? m_backend->thumbnail(screens[i], true) : wallpaper });
     }
     if (all == m_all)
         return;

@@ -34,6 +34,9 @@ public:
         QRectF frame; // relative to the top-left corner of the first screen
         bool isMain = false; // the first screen of the desktop's list
         std::optional<QString> wallpaper; // what it shows, by the current-picture rule
+        // What a thumbnail of it shows in light and in dark.
+        std::optional<QString> thumbnail;
+        std::optional<QString> thumbnailDark;
 
         bool operator==(const Display &) const = default;
     };

@@ -80,6 +80,15 @@ public:
     // something else or nothing is known.
     [[nodiscard]] virtual std::optional<QString> picture(const DesktopScreen &screen) const = 0;
 
+    // What a thumbnail of the screen shows in light or dark: where the desktop switches a
+    // light/dark pair or follows a slideshow itself, the picture it puts up, not the file it
+    // was given. By default picture().
+    [[nodiscard]] virtual std::optional<QString> thumbnail(const DesktopScreen &screen, bool dark) const
+    {
+        Q_UNUSED(dark);
+        return picture(screen);
+    }
+
     // Whether the desktop keeps a picture of its own for each workspace, so that what Quennet set
     // can be lost on a switch: the workspace helper keeps it then. False by default.
     [[nodiscard]] virtual bool keepsPicturePerWorkspace() const { return false; }

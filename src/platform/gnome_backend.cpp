@@ -194,6 +194,17 @@ std::optional<QString> GnomeBackend::picture(const DesktopScreen &screen) const
     return isSpanned() ? m_shown.picture(screen.connector) : std::optional(shown);
 }
 
+std::optional<QString> GnomeBackend::thumbnail(const DesktopScreen &screen, bool dark) const
+{
+    const auto shown = picture(screen);
+    if (!shown || shown != m_shown.picture(screen.connector))
+        return shown;
+    const QString still = m_shown.extra(stillKey).toObject().value(screen.connector).toString(*shown);
+    if (!dark || !m_settings->hasDark)
+        return still;
+    return m_shown.extra(darkKey).toObject().value(screen.connector).toString(still);
+}
+
 QCoro::Task<> GnomeBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
 {
     if (!m_settings->settings)

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] QString name() const override;
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] std::optional<QString> picture(const DesktopScreen &screen) const override;
+    [[nodiscard]] std::optional<QString> thumbnail(const DesktopScreen &screen, bool dark) const override;
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
 
 private:

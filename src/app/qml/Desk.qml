@@ -10,6 +10,7 @@ Item {
     id: desk
 
     required property DisplayList displays
+    property bool dark
     property string selectedId
     property real gap: 6
     readonly property rect bounds: displays.bounds
@@ -33,7 +34,8 @@ Item {
                 required property string displayId
                 required property string name
                 required property rect frame
-                required property url wallpaper
+                required property url thumbnail
+                required property url thumbnailDark
                 required property bool own
                 required property string caption
                 required property string detail
@@ -56,7 +58,7 @@ Item {
                     anchors.fill: parent
                     anchors.margins: screen.selected && desk.displays.count > 1 ? 3 : 0
                     radius: screen.selected && desk.displays.count > 1 ? 5 : 7
-                    url: screen.wallpaper
+                    url: desk.dark ? screen.thumbnailDark : screen.thumbnail
                     placeholderColor: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.1)
                 }
                 // Without a picture to show: the display, and what it is, in the middle.

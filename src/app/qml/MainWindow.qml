@@ -253,6 +253,7 @@ ApplicationWindow {
                     Desk {
                         Layout.fillWidth: true
                         displays: displayList
+                        dark: window.app.dark
                         selectedId: window.target
                         maxHeight: 150
                         gap: 10

@@ -142,6 +142,7 @@ Rectangle {
             Desk {
                 Layout.fillWidth: true
                 displays: displayList
+                dark: panel.app.dark
                 selectedId: panel.target
                 maxHeight: 104
                 onChosen: id => panel.target = id
