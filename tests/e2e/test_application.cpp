@@ -2,6 +2,8 @@
 #include "shop_profile.h"
 #include "root_pixels.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -91,6 +93,7 @@ class ApplicationTest : public QObject {
     QTemporaryDir m_bin;
     std::unique_ptr<DevShop> m_shop;
     QProcess m_tray;
+    QProcess m_portal;
     QProcess m_quennet;
     QString m_folder; // the application folder
 
@@ -104,6 +107,13 @@ class ApplicationTest : public QObject {
                 return rect;
         }
         return {};
+    }
+
+    void setScheme(const QByteArray &scheme)
+    {
+        QFile file(m_bin.filePath(u"scheme"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(scheme);
     }
 
     bool hasLibrary() const
@@ -146,6 +156,14 @@ private Q_SLOTS:
         qputenv("QT_QUICK_BACKEND", "software");
         qputenv("QUENNET_REDUCED_MOTION", "1");
 
+        // The desktop's colour scheme, as the portal says it: light for now.
+        setScheme("light");
+        m_portal.start(QStringLiteral(QUENNET_COLOUR_SCHEME), { m_bin.filePath(u"scheme"_s) });
+        QVERIFY(m_portal.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(QDBusConnection::sessionBus().interface()->isServiceRegistered(
+                                     u"org.freedesktop.portal.Desktop"_s),
+                                 10'000);
+
         QVERIFY(QProcess::execute(u"xsetroot"_s, { u"-solid"_s, u"#202020"_s }) == 0);
         m_tray.start(u"trayer"_s,
                      { u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
@@ -164,6 +182,8 @@ private Q_SLOTS:
         }
         m_tray.kill();
         m_tray.waitForFinished();
+        m_portal.kill();
+        m_portal.waitForFinished();
     }
 
     // Return on the sign-in sheet opens the approval page; once it is approved, the library
@@ -223,6 +243,25 @@ private Q_SLOTS:
         QCOMPARE((*left)["pack"_L1].toString(), u"aurora"_s);
         QVERIFY((*left)["colourway"_L1] != (*right)["colourway"_L1]);
         QVERIFY(!near(rootPixel(960, 540), rootPixel(1920 + 960, 540)));
+    }
+
+    // The main display's automatic wallpaper turns dark with the scheme. Quennet, stopped, is
+    // started again after the scheme went back to light, as at the next login: the light picture
+    // comes back.
+    void automaticFollowsTheSchemeFromStart()
+    {
+        QCOMPARE((*placement(0))["edition"_L1].toString(), u"appearance"_s);
+        const QColor light = rootPixel(960, 540);
+        setScheme("dark");
+        QTRY_VERIFY_WITH_TIMEOUT(!near(rootPixel(960, 540), light), 20'000);
+
+        m_quennet.terminate();
+        QVERIFY(m_quennet.waitForFinished(10'000));
+        setScheme("light");
+        m_quennet.start(QStringLiteral(QUENNET_PROGRAM), { u"--at-login"_s });
+        QVERIFY(m_quennet.waitForStarted());
+        QTRY_VERIFY2_WITH_TIMEOUT(near(rootPixel(960, 540), light),
+                                  qPrintable(rootPixel(960, 540).name()), 20'000);
     }
 
     // A second start asks the first to open its main window, and leaves.
