@@ -1,11 +1,11 @@
 #include "login_item.h"
 
 #include "application_folder.h"
+#include "atomic_file.h"
 
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -83,8 +83,6 @@ void LoginItem::setOn(bool on)
     }
     if (on) {
         // Written by hand: QSettings would escape the group name and quote the values.
-        QDir().mkpath(m_folder);
-        QSaveFile file(entryPath());
         const QString entry = u"[Desktop Entry]\n"
                               "Type=Application\n"
                               "Name=Quennet\n"
@@ -95,9 +93,8 @@ void LoginItem::setOn(bool on)
               "Icon=preferences-desktop-wallpaper\n"
               "Terminal=false\n"
               "X-GNOME-Autostart-enabled=true\n"_s;
-        if (!file.open(QIODevice::WriteOnly) || file.write(entry.toUtf8()) < 0 || !file.commit()) {
-            qCCritical(lcLoginItem).noquote()
-                << "Couldn't change the login item:" << file.errorString();
+        if (!writeAtomically(entryPath(), entry.toUtf8())) {
+            qCCritical(lcLoginItem).noquote() << "Couldn't change the login item:" << entryPath();
         }
     } else {
         QFile file(entryPath());

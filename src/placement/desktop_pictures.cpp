@@ -5,7 +5,8 @@
 #include "picture_choice.h"
 #include "renderer.h"
 
-#include <QSaveFile>
+#include "atomic_file.h"
+
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,9 +32,7 @@ std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request 
     for (const HeicMetadata::TimedPicture &change : changes)
         entries.append({ change.dayFraction, rendered(renderer, request, change.index) });
     const QString path = renderer.companionPath(request.fileId, u"xml"_s);
-    QSaveFile file(path);
-    const QByteArray xml = GnomeSlideshow::xml(entries);
-    if (!file.open(QIODevice::WriteOnly) || file.write(xml) != xml.size() || !file.commit())
+    if (!writeAtomically(path, GnomeSlideshow::xml(entries)))
         throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
     const int now = PictureChoice::pictureFor(pictures, Edition::TimeOfDay, request.dark, request.time);
     return DesktopPicture { .path = path, .still = rendered(renderer, request, now) };

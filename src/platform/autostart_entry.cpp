@@ -3,7 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include "atomic_file.h"
+
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -107,9 +108,8 @@ QString AutostartEntry::write(const QString &title, const QString &comment, cons
         + u"\nIcon=preferences-desktop-wallpaper\nTerminal=false\nNoDisplay=true\n"
           "X-GNOME-Autostart-enabled=true\n"_s;
     QDir().mkpath(QFileInfo(m_path).absolutePath());
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(entry.toUtf8()) < 0 || !file.commit())
-        return file.errorString();
+    if (!writeAtomically(m_path, entry.toUtf8()))
+        return u"Could not write %1."_s.arg(m_path);
     return {};
 }
 

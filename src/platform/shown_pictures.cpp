@@ -1,10 +1,14 @@
 #include "shown_pictures.h"
 
+#include "atomic_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
+#include <QLoggingCategory>
+
+Q_LOGGING_CATEGORY(lcShown, "app.quennet.Quennet.Desktop.Record")
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -44,11 +48,8 @@ void ShownPictures::save() const
     QJsonObject pictures;
     for (auto it = m_pictures.begin(); it != m_pictures.end(); ++it)
         pictures.insert(it.key(), *it);
-    QDir().mkpath(QFileInfo(m_path).path());
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    file.write(QJsonDocument(QJsonObject { { u"pictures"_s, pictures }, { u"extra"_s, m_extra } })
-                   .toJson(QJsonDocument::Compact));
-    file.commit();
+    // On a full disk the last record stays as it was.
+    if (!writeAtomically(m_path, QJsonDocument(QJsonObject { { u"pictures"_s, pictures }, { u"extra"_s, m_extra } })
+                                     .toJson(QJsonDocument::Compact)))
+        qCWarning(lcShown) << "Could not save" << m_path;
 }

@@ -5,7 +5,9 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
-#include <QSaveFile>
+#include "atomic_file.h"
+
+#include <QBuffer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -41,11 +43,12 @@ QString compose(const QList<Part> &parts, const QString &folder, const QString &
     }
     painter.end();
 
-    QDir().mkpath(folder);
-    QSaveFile file(path);
-    QImageWriter writer(&file, "png");
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
     writer.setQuality(90); // little compression: the file is made again at every change
-    if (!file.open(QIODevice::WriteOnly) || !writer.write(canvas) || !file.commit())
+    if (!writer.write(canvas) || !writeAtomically(path, png))
         return {};
     // The earlier arrangements are not needed any more.
     const QDir dir(folder);

@@ -12,7 +12,8 @@
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QSaveFile>
+#include "atomic_file.h"
+
 #include <array>
 #include <coroutine>
 
@@ -307,9 +308,8 @@ void FetchAttempt::openPartial(qint64 offset)
 void FetchAttempt::writeValidator(const QByteArray &etag) const
 {
     const QString path = DownloadCache::validatorPath(m_target.partial);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(etag) != etag.size() || !file.commit())
-        throw FileError(path, file.errorString());
+    if (!writeAtomically(path, etag))
+        throw FileError(path, u"It could not be written."_s);
 }
 
 void FetchAttempt::write(QByteArray &buffer, qint64 &written)

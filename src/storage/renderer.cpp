@@ -9,7 +9,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
-#include <QSaveFile>
+#include "atomic_file.h"
+
+#include <QBuffer>
 
 Q_LOGGING_CATEGORY(lcRenderer, "app.quennet.Quennet.Rendering")
 
@@ -25,11 +27,6 @@ QJsonObject stamp(const QString &source)
              { u"modified"_s, info.lastModified().toMSecsSinceEpoch() } };
 }
 
-bool writeAtomically(const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-}
 } // namespace
 
 Renderer::Renderer(QString folder)
@@ -72,8 +69,9 @@ bool Renderer::isCurrent(const QString &source, const QString &fileId) const
     QDir dir(m_folder);
     for (const QString &old : dir.entryList({ fileId + u"-*"_s, fileId + u".*"_s }, QDir::Files))
         dir.remove(old);
-    dir.mkpath(u"."_s);
-    writeAtomically(record.fileName(), QJsonDocument(now).toJson(QJsonDocument::Compact));
+    // Without its record a rendering is made again next time, never taken for another file's.
+    if (!writeAtomically(record.fileName(), QJsonDocument(now).toJson(QJsonDocument::Compact)))
+        qCWarning(lcRenderer) << "Cannot write" << record.fileName();
     return false;
 }
 
@@ -88,11 +86,13 @@ std::optional<QString> Renderer::render(const QString &source, const QString &fi
         qCWarning(lcRenderer) << "Cannot decode picture" << index << "of" << source;
         return std::nullopt;
     }
-    QSaveFile out(path);
-    QImageWriter writer(&out, "png");
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
     // The fastest compression: a rendering is written once and read once by the desktop.
     writer.setQuality(90);
-    if (!out.open(QIODevice::WriteOnly) || !writer.write(picture) || !out.commit()) {
+    if (!writer.write(picture) || !writeAtomically(path, png)) {
         qCWarning(lcRenderer) << "Cannot write" << path << writer.errorString();
         return std::nullopt;
     }

@@ -2,6 +2,7 @@
 // runs per session: it owns app.quennet.Quennet.helper on the session bus and writes its pid file.
 
 #include "application_folder.h"
+#include "atomic_file.h"
 #include "clock.h"
 #include "desktop_backend.h"
 #include "desktop_backends.h"
@@ -15,7 +16,6 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
 #include <unistd.h>
 
@@ -47,12 +47,8 @@ int main(int argc, char *argv[])
         return 0;
     }
     const QString pidFile = HelperBus::pidFilePath();
-    {
-        QSaveFile file(pidFile);
-        if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray::number(qint64(::getpid()))) < 0
-            || !file.commit())
-            qCWarning(lcHelper) << "Couldn't write" << pidFile;
-    }
+    if (!writeAtomically(pidFile, QByteArray::number(qint64(::getpid()))))
+        qCWarning(lcHelper) << "Couldn't write" << pidFile;
 
     const QString folder = applicationFolder();
     DesktopBackend *backend = DesktopBackends::make(desktop, folder, &application);
