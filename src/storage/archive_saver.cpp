@@ -11,24 +11,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-// Puts a file into the folder under the first free form of name; moving leaves nothing behind,
-// copying keeps the source. QFile never overwrites, so a name taken meanwhile is skipped.
-QString place(const QString &source, const QString &folder, const QString &name, bool move)
-{
-    if (!QDir().mkpath(folder))
-        throw FileError(folder, u"The folder could not be created."_s);
-    for (;;) {
-        const QString path = DownloadsFolder::uniquePath(folder, name);
-        QFile file(source);
-        if (move ? file.rename(path) : file.copy(path))
-            return path;
-        if (!QFile::exists(path))
-            throw FileError(path, file.errorString());
-    }
-}
-} // namespace
-
 ArchiveSaver::ArchiveSaver(Transfers *transfers, DownloadThread *thread, QString root,
                            QString downloadsFolder)
     : m_transfers(transfers)
@@ -64,13 +46,17 @@ QCoro::Task<QString> ArchiveSaver::save(Archive archive) const
                     .sha256 = digest },
     };
     const QString staged = co_await m_transfers->local(std::move(download));
-    auto move = [staged, folder, name] { return place(staged, folder, name, true); };
+    auto move = [staged, folder, name] {
+        return DownloadsFolder::put(staged, folder, name, DownloadsFolder::Source::Remove);
+    };
     co_return co_await thread->run(std::move(move));
 }
 
 QCoro::Task<QString> ArchiveSaver::copy(QString localPath, QString name) const
 {
     const QString folder = m_downloadsFolder;
-    auto copy = [localPath, folder, name] { return place(localPath, folder, name, false); };
+    auto copy = [localPath, folder, name] {
+        return DownloadsFolder::put(localPath, folder, name, DownloadsFolder::Source::Keep);
+    };
     co_return co_await m_thread->run(std::move(copy));
 }

@@ -1,12 +1,80 @@
 #include "downloads_folder.h"
 
+#include "file_error.h"
+
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace DownloadsFolder
 {
+namespace
+{
+QString candidate(const QDir &dir, const QString &name, int counter)
+{
+    if (counter == 1)
+        return dir.filePath(name);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    // A leading dot starts a hidden name, not an extension.
+    const bool hasExtension = dot > 0;
+    const QString base = hasExtension ? name.left(dot) : name;
+    const QString extension = hasExtension ? name.mid(dot) : QString();
+    return dir.filePath(base + u' ' + QString::number(counter) + extension);
+}
+
+QString reason()
+{
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+// Copies into a file just created for it; false when the name is taken.
+bool copyInto(const QString &source, const QString &path)
+{
+    const QByteArray target = QFile::encodeName(path);
+    const int fd = ::open(target.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+    if (fd < 0 && errno == EEXIST)
+        return false;
+    // A link in the last component fails with ELOOP: a name taken as well.
+    if (fd < 0 && errno == ELOOP)
+        return false;
+    if (fd < 0)
+        throw FileError(path, reason());
+    QFile in(source);
+    QString failure = in.open(QIODevice::ReadOnly) ? QString() : in.errorString();
+    while (failure.isEmpty() && !in.atEnd()) {
+        const QByteArray chunk = in.read(1024 * 1024);
+        if (chunk.isEmpty() && in.error() != QFileDevice::NoError) {
+            failure = in.errorString();
+            break;
+        }
+        for (qsizetype done = 0; done < chunk.size();) {
+            const ssize_t written = ::write(fd, chunk.constData() + done, size_t(chunk.size() - done));
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written <= 0) {
+                failure = reason();
+                break;
+            }
+            done += written;
+        }
+    }
+    if (::close(fd) != 0 && failure.isEmpty())
+        failure = reason();
+    if (!failure.isEmpty()) {
+        ::unlink(target.constData());
+        throw FileError(path, failure);
+    }
+    return true;
+}
+} // namespace
+
 std::optional<QString> safeName(const QString &shopName)
 {
     // Both separators count: a name is never a path, whatever the shop sent.
@@ -17,21 +85,30 @@ std::optional<QString> safeName(const QString &shopName)
     return name;
 }
 
-QString uniquePath(const QString &folder, const QString &name)
+QString put(const QString &source, const QString &folder, const QString &name, Source after)
 {
+    if (!QDir().mkpath(folder))
+        throw FileError(folder, u"The folder could not be created."_s);
     const QDir dir(folder);
-    if (!QFileInfo::exists(dir.filePath(name)))
-        return dir.filePath(name);
-
-    const qsizetype dot = name.lastIndexOf(u'.');
-    // A leading dot starts a hidden name, not an extension.
-    const bool hasExtension = dot > 0;
-    const QString base = hasExtension ? name.left(dot) : name;
-    const QString extension = hasExtension ? name.mid(dot) : QString();
-    for (int counter = 2;; ++counter) {
-        const QString candidate = dir.filePath(base + u' ' + QString::number(counter) + extension);
-        if (!QFileInfo::exists(candidate))
-            return candidate;
+    const QByteArray from = QFile::encodeName(source);
+    for (int counter = 1;; ++counter) {
+        const QString path = candidate(dir, name, counter);
+        if (after == Source::Remove) {
+            // A rename replaces nothing, a link included; across file systems it is a copy.
+            if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, QFile::encodeName(path).constData(),
+                            RENAME_NOREPLACE)
+                == 0)
+                return path;
+            if (errno == EEXIST)
+                continue;
+            if (errno != EXDEV && errno != EINVAL && errno != ENOSYS)
+                throw FileError(path, reason());
+        }
+        if (!copyInto(source, path))
+            continue;
+        if (after == Source::Remove)
+            QFile::remove(source);
+        return path;
     }
 }
 } // namespace DownloadsFolder

@@ -34,33 +34,45 @@ private Q_SLOTS:
         const auto name = DownloadsFolder::safeName(shopName);
         QCOMPARE(name.value_or(QString()), expected);
 
-        if (name) {
-            // Whatever is left stays inside the folder.
-            QTemporaryDir downloads;
-            const QString path = DownloadsFolder::uniquePath(downloads.path(), *name);
-            QCOMPARE(QFileInfo(path).absolutePath(), QDir(downloads.path()).absolutePath());
-        }
     }
 
-    void countersAfterTakenNames()
+    // Names taken, by files or by links, dangling ones too, get a counter; nothing is written
+    // through a link, and moving leaves nothing behind.
+    void takenNamesGetACounter()
     {
         QTemporaryDir downloads;
-        const auto take = [&](const QString &name) {
-            const QString path = DownloadsFolder::uniquePath(downloads.path(), name);
-            QFile file(path);
-            if (!file.open(QIODevice::WriteOnly))
-                qFatal("cannot write into the temporary folder");
+        QTemporaryDir elsewhere;
+        QFile source(elsewhere.filePath(u"archive"_s));
+        QVERIFY(source.open(QIODevice::WriteOnly));
+        source.write("zip");
+        source.close();
+        const QString outside = elsewhere.filePath(u"outside.zip"_s);
+        QVERIFY(QFile::link(outside, downloads.filePath(u"Aurora (Mac).zip"_s)));
+        QVERIFY(QFile::link(outside, downloads.filePath(u"Aurora (Mac) 2.zip"_s)));
+
+        const auto put = [&](const QString &name, DownloadsFolder::Source after) {
+            const QString path = DownloadsFolder::put(source.fileName(), downloads.path(), name, after);
+            if (QFileInfo(path).absolutePath() != QDir(downloads.path()).absolutePath())
+                qFatal("written outside the folder");
             return QFileInfo(path).fileName();
         };
-        QCOMPARE(take(u"Quennet.zip"_s), u"Quennet.zip"_s);
-        QCOMPARE(take(u"Quennet.zip"_s), u"Quennet 2.zip"_s);
-        QCOMPARE(take(u"Quennet.zip"_s), u"Quennet 3.zip"_s);
-        QCOMPARE(take(u"README"_s), u"README"_s);
-        QCOMPARE(take(u"README"_s), u"README 2"_s);
-        QCOMPARE(take(u"pack.tar.gz"_s), u"pack.tar.gz"_s);
-        QCOMPARE(take(u"pack.tar.gz"_s), u"pack.tar 2.gz"_s);
-        QCOMPARE(take(u".hidden"_s), u".hidden"_s);
-        QCOMPARE(take(u".hidden"_s), u".hidden 2"_s);
+        const auto keep = DownloadsFolder::Source::Keep;
+        QCOMPARE(put(u"Aurora (Mac).zip"_s, keep), u"Aurora (Mac) 3.zip"_s);
+        QCOMPARE(put(u"Aurora (Mac).zip"_s, keep), u"Aurora (Mac) 4.zip"_s);
+        QVERIFY(!QFileInfo::exists(outside));
+        QCOMPARE(put(u"README"_s, keep), u"README"_s);
+        QCOMPARE(put(u"README"_s, keep), u"README 2"_s);
+        QCOMPARE(put(u"pack.tar.gz"_s, keep), u"pack.tar.gz"_s);
+        QCOMPARE(put(u"pack.tar.gz"_s, keep), u"pack.tar 2.gz"_s);
+        QCOMPARE(put(u".hidden"_s, keep), u".hidden"_s);
+        QCOMPARE(put(u".hidden"_s, keep), u".hidden 2"_s);
+
+        QCOMPARE(put(u"Aurora (Mac).zip"_s, DownloadsFolder::Source::Remove), u"Aurora (Mac) 5.zip"_s);
+        QVERIFY(!source.exists());
+        QVERIFY(!QFileInfo::exists(outside));
+        QFile moved(downloads.filePath(u"Aurora (Mac) 5.zip"_s));
+        QVERIFY(moved.open(QIODevice::ReadOnly));
+        QCOMPARE(moved.readAll(), "zip");
     }
 };
 
