@@ -85,12 +85,29 @@ QCoro::Task<> WallpaperSetter::show(QString source, QString fileId, Edition edit
     for (const QString &id : this->displayIds())
         everyDisplay = everyDisplay && displayIds.contains(id);
     const QPointer<WallpaperSetter> self(this);
-    const auto ready = co_await prepared(m_renderer, request(source, fileId, edition, everyDisplay));
-    if (!self)
-        co_return;
-    co_await m_displays->set(ready.picture, std::move(placement), std::move(displayIds));
-    if (self && ready.nextChange)
-        Q_EMIT changesAt(*ready.nextChange);
+    ++m_setting[source];
+    try {
+        const auto ready = co_await prepared(m_renderer, request(source, fileId, edition, everyDisplay));
+        if (!self)
+            co_return;
+        co_await m_displays->set(ready.picture, std::move(placement), std::move(displayIds));
+        if (self && ready.nextChange)
+            Q_EMIT changesAt(*ready.nextChange);
+    } catch (...) {
+        if (self)
+            setDone(source);
+        throw;
+    }
+    if (self)
+        setDone(source);
+}
+
+void WallpaperSetter::setDone(const QString &source)
+{
+    if (--m_setting[source] <= 0)
+        m_setting.remove(source);
+    // Renderings of files no display shows any more would fill the disk set after set.
+    m_renderer.prune([this](const QString &file) { return m_setting.contains(file) || isShown(file); });
 }
 
 QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,

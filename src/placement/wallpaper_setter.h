@@ -58,8 +58,12 @@ private:
     [[nodiscard]] DesktopPictures::Request request(QString source, QString fileId, Edition edition,
                                                    bool everyDisplay) const;
 
+    void setDone(const QString &source);
+
     Displays *m_displays;
     Renderer m_renderer;
     ColourScheme *m_scheme;
     std::shared_ptr<Clock> m_clock;
+    // The files of sets under way, whose renderings must stay, and how many sets each.
+    QHash<QString, int> m_setting;
 };

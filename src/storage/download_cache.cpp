@@ -1,6 +1,7 @@
 #include "download_cache.h"
 
 #include "owned_pack.h"
+#include "renderer.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -33,6 +34,11 @@ DownloadCache::DownloadCache(QString root)
 QString DownloadCache::wallpaperFolder() const
 {
     return m_root + u"/Quennet"_s;
+}
+
+QString DownloadCache::renderingFolder() const
+{
+    return m_root + u"/Rendered"_s;
 }
 
 QString DownloadCache::shopCachePath() const
@@ -79,10 +85,13 @@ QList<DownloadCache::InstalledFile> DownloadCache::installedFiles() const
 qint64 DownloadCache::downloadedSize() const
 {
     qint64 total = 0;
-    QDirIterator it(wallpaperFolder(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        it.next();
-        total += it.fileInfo().size();
+    // The renderings made for the desktop take room for the downloads too.
+    for (const QString &folder : { wallpaperFolder(), renderingFolder() }) {
+        QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            it.next();
+            total += it.fileInfo().size();
+        }
     }
     return total;
 }
@@ -94,6 +103,7 @@ void DownloadCache::removeDownloads(const std::function<bool(const QString &path
             QFile::remove(file.path);
     }
     QDir(m_root + u"/Partial"_s).removeRecursively();
+    Renderer(renderingFolder()).prune(keep);
 
     const QDir folder(wallpaperFolder());
     for (const QString &pack : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot))

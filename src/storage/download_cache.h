@@ -25,6 +25,7 @@ public:
     [[nodiscard]] QString root() const { return m_root; }
     [[nodiscard]] QString wallpaperFolder() const;
     [[nodiscard]] QString shopCachePath() const;
+    [[nodiscard]] QString renderingFolder() const;
 
     // Pure computations: nothing is read or created.
     [[nodiscard]] QString localPath(const WallpaperFile &file) const;
@@ -36,8 +37,9 @@ public:
     [[nodiscard]] QList<InstalledFile> installedFiles() const;
     [[nodiscard]] qint64 downloadedSize() const;
 
-    // Deletes every installed file that keep() does not claim, leftover partial downloads, and
-    // pack folders left empty. Only call it while no download runs.
+    // Deletes every installed file that keep() does not claim with the renderings made of it,
+    // leftover partial downloads, and pack folders left empty. Only call it while no download
+    // runs.
     void removeDownloads(const std::function<bool(const QString &path)> &keep) const;
 
 private:

@@ -1,17 +1,17 @@
 #include "renderer.h"
 
+#include "atomic_file.h"
 #include "heic_file.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QImage>
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
-#include "atomic_file.h"
-
-#include <QBuffer>
 
 Q_LOGGING_CATEGORY(lcRenderer, "app.quennet.Quennet.Rendering")
 
@@ -52,6 +52,29 @@ QString Renderer::renderingPath(const QString &fileId, int index) const
 QString Renderer::companionPath(const QString &fileId, const QString &suffix) const
 {
     return m_folder + u'/' + fileId + u'.' + suffix;
+}
+
+void Renderer::prune(const std::function<bool(const QString &source)> &keep) const
+{
+    QDir dir(m_folder);
+    struct Fate {
+        bool kept = false;
+        bool sourceExists = false;
+    };
+    QHash<QString, Fate> fates; // by file id
+    for (const QString &name : dir.entryList(QDir::Files)) {
+        const bool record = name.endsWith(".source.json"_L1);
+        const QString fileId = fileIdOf(record ? name.chopped(12) : name);
+        auto it = fates.find(fileId);
+        if (it == fates.end()) {
+            const auto source = sourceOfId(fileId);
+            it = fates.insert(fileId, { source && keep(*source), source && QFile::exists(*source) });
+        }
+        // A record stays while its file does: it tells what a rendering named in a record of
+        // the displays was made of, so that it can be made again.
+        if (!it->kept && !(record && it->sourceExists))
+            dir.remove(name);
+    }
 }
 
 QString Renderer::recordPath(const QString &fileId) const
@@ -103,7 +126,12 @@ std::optional<QString> Renderer::sourceOf(const QString &path) const
 {
     if (QFileInfo(path).absolutePath() != QFileInfo(m_folder).absoluteFilePath())
         return std::nullopt;
-    QFile record(recordPath(fileIdOf(path)));
+    return sourceOfId(fileIdOf(path));
+}
+
+std::optional<QString> Renderer::sourceOfId(const QString &fileId) const
+{
+    QFile record(recordPath(fileId));
     if (!record.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QString source = QJsonDocument::fromJson(record.readAll()).object().value("source"_L1).toString();

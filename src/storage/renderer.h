@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 #include <optional>
 
 // Decodes the pictures of wallpaper files into "Rendered/" in the application folder, since most
@@ -29,8 +31,15 @@ public:
     // Where a file made from a wallpaper file's renderings goes (suffix: "xml", …).
     [[nodiscard]] QString companionPath(const QString &fileId, const QString &suffix) const;
 
+    // Removes the renderings and companions of every wallpaper file keep() does not claim by its
+    // path, and files of no wallpaper file. What a display shows may be needed again: the other
+    // pictures of its file, at the next phase or the next change of scheme. What a removed
+    // rendering was made of is still known while that file exists.
+    void prune(const std::function<bool(const QString &source)> &keep) const;
+
 private:
     [[nodiscard]] QString recordPath(const QString &fileId) const;
+    [[nodiscard]] std::optional<QString> sourceOfId(const QString &fileId) const;
     // Whether the renderings of fileId were made from source as it is now; when not, they are
     // removed and source is recorded in their place.
     bool isCurrent(const QString &source, const QString &fileId) const;

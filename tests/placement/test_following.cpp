@@ -116,6 +116,10 @@ private Q_SLOTS:
         // back as recorded, the display shows the picture due now, not the one the record names,
         // and goes on following.
         awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, ids));
+        // Renderings of a file no display shows are not kept: they would fill the disk.
+        const QDir rendered(rig.renderer.folder());
+        QCOMPARE(rendered.entryList({ u"f_td*"_s }, QDir::Files), QStringList { u"f_td.source.json"_s });
+        QVERIFY(!rendered.entryList({ u"f_vl*"_s }, QDir::Files).isEmpty());
         rig.clock->allowed = 2;
         QTRY_COMPARE(rig.clock->time.time().hour(), 21);
         QVERIFY(rig.setter.canRestore(recorded->path, recorded));
@@ -128,7 +132,7 @@ private Q_SLOTS:
         // Without its wallpaper file it cannot be made again; a picture of its own needs only itself.
         QVERIFY(QFile::rename(m_source, m_source + u".away"_s));
         QVERIFY(!rig.setter.canRestore(recorded->path, recorded));
-        QVERIFY(rig.setter.canRestore(recorded->path, std::nullopt));
+        QVERIFY(rig.setter.canRestore(rig.rendering(1), std::nullopt));
         QVERIFY(QFile::rename(m_source + u".away"_s, m_source));
     }
 

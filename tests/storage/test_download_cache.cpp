@@ -1,8 +1,11 @@
 #include "download_cache.h"
 #include "owned_pack.h"
+#include "renderer.h"
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -94,8 +97,19 @@ private Q_SLOTS:
         for (const auto &path : { shown, pinned, other, stranger })
             write(path, 1);
         write(cache.partialPath(mistDark), 1);
+        // Renderings count as downloads, and go with the file they were made of.
+        const Renderer renderer(cache.renderingFolder());
+        for (const auto &[file, id] : { std::pair(shown, u"f_0c"_s), std::pair(other, u"f_0a"_s) }) {
+            write(renderer.renderingPath(id, 0), 10);
+            QFile record(renderer.folder() + u'/' + id + u".source.json"_s);
+            QVERIFY(record.open(QIODevice::WriteOnly));
+            record.write(QJsonDocument(QJsonObject { { u"source"_s, file } }).toJson());
+        }
+        QVERIFY(cache.downloadedSize() > 6 + 20);
 
         cache.removeDownloads([&](const QString &path) { return path == shown || path == pinned; });
+        QVERIFY(QFile::exists(renderer.renderingPath(u"f_0c"_s, 0)));
+        QVERIFY(!QFile::exists(renderer.renderingPath(u"f_0a"_s, 0)));
 
         QVERIFY(QFile::exists(shown));
         QVERIFY(QFile::exists(pinned));
