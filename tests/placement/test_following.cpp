@@ -88,6 +88,9 @@ private Q_SLOTS:
                             m_source));
     }
 
+    // Sleeps cancelled with their rig end at the next turns of the event loop.
+    void cleanup() { QTest::qWait(20); }
+
     void switchesAtThePhaseTime()
     {
         QTemporaryDir folder;
