@@ -411,6 +411,10 @@ QCoro::Task<> AppDelegate::signOut(QPointer<AppDelegate> self)
 {
     try {
         co_await self->m_account->signOut();
+    } catch (const Error &error) {
+        qCWarning(lcApp) << "Signing out failed:" << error.description();
+        if (self)
+            self->m_notice->showFailure(error.description());
     } catch (const std::exception &error) {
         qCWarning(lcApp) << "Signing out failed:" << error.what();
     }
