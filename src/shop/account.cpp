@@ -159,8 +159,12 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
     try {
         std::optional<APIClient::DeviceCode> code;
         QString error;
+        bool notHTTPS = false;
         try {
             code = co_await self->m_api().requestDeviceCode(computerName(), cancel.get());
+        } catch (const APIClient::Failure &e) {
+            error = e.description();
+            notHTTPS = e.kind() == APIClient::Failure::Kind::NotHTTPS;
         } catch (const std::exception &e) {
             error = describe(e);
         }
@@ -168,8 +172,10 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
             co_return;
         if (!code) {
             qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
-            self->setState(
-                failed(u"Couldn't reach the shop. Check your connection and try again."_s));
+            // Trying again won't help that one.
+            self->setState(failed(
+                notHTTPS ? error
+                         : u"Couldn't reach the shop. Check your connection and try again."_s));
             co_return;
         }
 

@@ -119,7 +119,7 @@ void AccountTest::startShop(DevShop::Options options)
     m_manager.reset();
     m_shop.emplace(options, m_shopState.path());
     QVERIFY(m_shop->isRunning());
-    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath());
+    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->base());
 }
 
 std::unique_ptr<Account> AccountTest::makeAccount(std::function<QUrl()> base)
@@ -281,7 +281,7 @@ void AccountTest::pollIntervals()
 void AccountTest::defaultIntervalAndDeadline()
 {
     // Unlike the shop, the stand-in sends no interval and a page elsewhere, then "pending".
-    StandInServer server;
+    StandInServer server(m_shopState.path());
     const QJsonObject code{{u"device_code"_s, u"dc"_s},
                            {u"user_code"_s, u"WXYZ"_s},
                            {u"verification_uri"_s, u"https://shop.example/activate"_s},
