@@ -153,7 +153,7 @@ int main(int argc, char *argv[])
     const auto url = [&](const ContentFile &file) {
         return QUrl(u"https://127.0.0.1:%1/public/%2"_s.arg(*port).arg(file.id));
     };
-    DownloadThread thread(ca);
+    DownloadThread thread(ca, QUrl(u"https://127.0.0.1"_s));
     const QString folder = work.filePath(u"out"_s);
     QDir().mkpath(folder);
 

@@ -98,8 +98,8 @@ void AppDelegate::start()
 {
     // The session: its keychain, the shop's network manager and the account over them.
     m_keychain = new Keychain(applicationFolder(), this);
-    m_network = new NetworkAccessManager(m_defaults->shopCertificates(), this);
     const QUrl base = m_defaults->shopBaseURL();
+    m_network = new NetworkAccessManager(m_defaults->shopCertificates(), base, this);
     QPointer<NetworkAccessManager> network = m_network;
     m_account = new Account([network, base] { return APIClient(network, base); }, m_keychain,
                             this);
@@ -179,9 +179,9 @@ void AppDelegate::startPlacement()
 
 void AppDelegate::startStore()
 {
-    m_downloads = new DownloadThread(m_defaults->shopCertificates(), this);
-    QPointer<NetworkAccessManager> network = m_network;
     const QUrl base = m_defaults->shopBaseURL();
+    m_downloads = new DownloadThread(m_defaults->shopCertificates(), base, this);
+    QPointer<NetworkAccessManager> network = m_network;
     m_shop = new Shop({.api = [network, base] { return APIClient(network, base); },
                        .account = m_account,
                        .keychain = m_keychain,
@@ -411,6 +411,10 @@ QCoro::Task<> AppDelegate::signOut(QPointer<AppDelegate> self)
 {
     try {
         co_await self->m_account->signOut();
+    } catch (const Error &error) {
+        qCWarning(lcApp) << "Signing out failed:" << error.description();
+        if (self)
+            self->m_notice->showFailure(error.description());
     } catch (const std::exception &error) {
         qCWarning(lcApp) << "Signing out failed:" << error.what();
     }

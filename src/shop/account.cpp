@@ -39,6 +39,12 @@ QStringList pendingTokens(const std::optional<QString> &stored)
 }
 } // namespace
 
+QString Account::SignOutFailure::description() const
+{
+    return u"Couldn't sign out: the desktop's secret store is locked or refused access. Unlock "
+           u"it and try again."_s;
+}
+
 Account::Account(std::function<APIClient()> api, Keychain *keychain, QObject *parent)
     : QObject(parent)
     , m_api(std::move(api))
@@ -153,8 +159,12 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
     try {
         std::optional<APIClient::DeviceCode> code;
         QString error;
+        bool notHTTPS = false;
         try {
             code = co_await self->m_api().requestDeviceCode(computerName(), cancel.get());
+        } catch (const APIClient::Failure &e) {
+            error = e.description();
+            notHTTPS = e.kind() == APIClient::Failure::Kind::NotHTTPS;
         } catch (const std::exception &e) {
             error = describe(e);
         }
@@ -162,8 +172,10 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
             co_return;
         if (!code) {
             qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
-            self->setState(
-                failed(u"Couldn't reach the shop. Check your connection and try again."_s));
+            // Trying again won't help that one.
+            self->setState(failed(
+                notHTTPS ? error
+                         : u"Couldn't reach the shop. Check your connection and try again."_s));
             co_return;
         }
 
@@ -229,8 +241,8 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
             if (!current()) {
                 // Cancelled while saving: the token must not outlive this attempt.
                 if (saved) {
-                    const bool queued = (co_await retireSessionToken(self)).queued;
-                    if (queued && self)
+                    co_await retireSessionToken(self);
+                    if (self)
                         co_await self->revokePending();
                 }
                 co_return;
@@ -282,19 +294,21 @@ QCoro::Task<> Account::signOut()
 
 QCoro::Task<> Account::signOut(QPointer<Account> self)
 {
+    Retired retired;
     try {
-        const auto retired = co_await retireSessionToken(self);
-        if (!self)
-            co_return;
-        self->endSession();
-        if (retired.queued)
-            co_await self->revokePending();
-        else if (retired.token)
-            // Not kept for later launches: one try now is all it gets.
-            co_await revokeOnce(self->m_api(), *retired.token);
-    } catch (const std::exception &e) {
-        qCWarning(lcAccount) << "Sign-out failed:" << describe(e);
+        retired = co_await retireSessionToken(self);
+    } catch (const Keychain::Failure &failure) {
+        // Nothing was queued or removed: the session stays, and the user can try again.
+        qCWarning(lcAccount) << "Sign-out failed:" << failure.description();
+        throw SignOutFailure();
     }
+    if (!self)
+        co_return;
+    self->endSession();
+    co_await self->revokePending();
+    // Queued for revocation, so the copy left in the store is of no use to anyone.
+    if (retired.kept)
+        throw Keychain::Failure();
 }
 
 QCoro::Task<Account::Retired> Account::retireSessionToken(QPointer<Account> self)
@@ -308,14 +322,20 @@ QCoro::Task<Account::Retired> Account::retireSessionToken(QPointer<Account> self
         co_return {};
     auto pending = pendingTokens(co_await self->m_keychain->read(Keychain::pendingRevocation));
     if (!self)
-        co_return { .token = token };
+        throw Keychain::Failure();
     if (!pending.contains(*token))
         pending.append(*token);
     const bool queued =
         co_await self->m_keychain->save(pending.join(u'\n'), Keychain::pendingRevocation);
-    if (self)
+    // A token that isn't queued stays where it is: removed, it could never be revoked.
+    if (!queued || !self)
+        throw Keychain::Failure();
+    try {
         co_await self->m_keychain->remove(Keychain::sessionToken);
-    co_return { .token = token, .queued = queued };
+    } catch (const Keychain::Failure &) {
+        co_return { .token = token, .kept = true };
+    }
+    co_return { .token = token };
 }
 
 QCoro::Task<> Account::signedOutByShop()
@@ -392,14 +412,5 @@ QCoro::Task<> Account::revokePending(QPointer<Account> self)
         }
     } catch (const std::exception &e) {
         qCWarning(lcAccount) << "Revocation failed:" << describe(e);
-    }
-}
-
-QCoro::Task<> Account::revokeOnce(APIClient api, QString token)
-{
-    try {
-        co_await api.signOut(token);
-    } catch (const std::exception &e) {
-        qCInfo(lcAccount) << "Sign-out not confirmed:" << describe(e);
     }
 }

@@ -31,6 +31,13 @@ public:
     enum class Status { SignedOut, Requesting, Waiting, Failed, SignedIn };
     Q_ENUM(Status)
 
+    // A sign-out that the secret store refused.
+    class SignOutFailure : public Error
+    {
+    public:
+        [[nodiscard]] QString description() const override;
+    };
+
     // The status with its payload: the code being waited for, or the sentence of a failure.
     struct State {
         Status status = Status::SignedOut;
@@ -69,7 +76,9 @@ public:
     // The page of the code being waited for, when it is the shop's.
     void openVerificationPage();
     void cancelSignIn();
-    // Forgets the session here and revokes its token at the shop.
+    // Forgets the session here and revokes its token at the shop. Throws SignOutFailure, still
+    // signed in, when the secret store refuses to give up the token for revocation, and
+    // Keychain::Failure, signed out, when only removing the revoked token failed.
     QCoro::Task<> signOut();
     // The shop refused the stored token: forget it without revoking it.
     QCoro::Task<> signedOutByShop();
@@ -88,13 +97,13 @@ private:
     static QCoro::Task<> signOut(QPointer<Account> self);
     static QCoro::Task<> signedOutByShop(QPointer<Account> self);
     static QCoro::Task<> revokePending(QPointer<Account> self);
-    static QCoro::Task<> revokeOnce(APIClient api, QString token);
 
     struct Retired {
         std::optional<QString> token;
-        bool queued = false; // the pending list holding it was saved
+        bool kept = false; // queued, but the store refused to remove it
     };
-    // Moves the stored session token to the pending list.
+    // Moves the stored session token to the pending list. Throws Keychain::Failure, changing
+    // nothing, when it cannot be read or queued.
     static QCoro::Task<Retired> retireSessionToken(QPointer<Account> self);
 
     void setState(State state);

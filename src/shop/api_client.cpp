@@ -78,6 +78,8 @@ QCoro::Task<Response> perform(QPointer<QNetworkAccessManager> manager, Call call
         if (!manager)
             throw NetworkError(QNetworkReply::OperationCanceledError, u"Operation canceled"_s);
         const QUrl url = call.request.url();
+        if (url.scheme() != "https"_L1)
+            throw APIClient::Failure::notHTTPS();
         qCDebug(lcShop).noquote() << call.verb << url.toString(QUrl::RemoveQuery);
 
         const std::unique_ptr<QNetworkReply, DeleteLater> reply(
@@ -184,6 +186,9 @@ QString APIClient::Failure::description() const
         return u"You've been signed out."_s;
     case Kind::SlowDown:
         return u"The shop is busy. Try again in a minute."_s;
+    case Kind::NotHTTPS:
+        return u"The shop's address doesn't start with https://, so Quennet won't send it "
+               u"anything. Check the shopBaseURL setting."_s;
     case Kind::InvalidReply:
         break;
     }

@@ -71,12 +71,14 @@ public:
     class Failure : public Error
     {
     public:
-        enum class Kind { Status, SignedOut, SlowDown, InvalidReply };
+        enum class Kind { Status, SignedOut, SlowDown, InvalidReply, NotHTTPS };
 
         [[nodiscard]] static Failure status(int code, std::optional<QString> detail = {});
         [[nodiscard]] static Failure signedOut() { return Failure(Kind::SignedOut); }
         [[nodiscard]] static Failure slowDown() { return Failure(Kind::SlowDown); }
         [[nodiscard]] static Failure invalidReply() { return Failure(Kind::InvalidReply); }
+        // The shop's address isn't HTTPS: nothing is sent to it, so no token goes in clear.
+        [[nodiscard]] static Failure notHTTPS() { return Failure(Kind::NotHTTPS); }
 
         [[nodiscard]] Kind kind() const { return m_kind; }
         [[nodiscard]] int code() const { return m_code; }

@@ -6,7 +6,11 @@
 #include <QCoroDBusPendingCall>
 #include <QCoroSignal>
 #include <QDBusConnection>
+#include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -153,6 +157,40 @@ QCoro::Task<bool> secretStoreExists(std::chrono::milliseconds timeout)
     co_return answer(co_await activatable).toStringList().contains(secretsName());
 }
 
+// Whether a collection of the store is locked. Some stores hide the items of a locked
+// collection from a search, so finding nothing then doesn't mean the item is missing.
+QCoro::Task<bool> anyCollectionLocked(std::chrono::milliseconds timeout)
+{
+    const auto bus = QDBusConnection::sessionBus();
+    const auto property = [&bus, timeout](const QString &path, const QString &interface,
+                                          const QString &name) {
+        auto message = QDBusMessage::createMethodCall(
+            secretsName(), path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        message << interface << name;
+        return bus.asyncCall(message, int(timeout.count()));
+    };
+    const auto value = [](const QDBusMessage &reply) {
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            qCWarning(lcKeychain) << "The secret store didn't answer:" << reply.errorMessage();
+            throw Keychain::Failure();
+        }
+        return reply.arguments().value(0).value<QDBusVariant>().variant();
+    };
+
+    const auto listed = property(u"/org/freedesktop/secrets"_s,
+                                 u"org.freedesktop.Secret.Service"_s, u"Collections"_s);
+    const auto collections =
+        qdbus_cast<QList<QDBusObjectPath>>(value(co_await listed).value<QDBusArgument>());
+    for (const auto &collection : collections) {
+        const auto locked = property(collection.path(), u"org.freedesktop.Secret.Collection"_s,
+                                     u"Locked"_s);
+        const bool isLocked = value(co_await locked).toBool();
+        if (isLocked)
+            co_return true;
+    }
+    co_return false;
+}
+
 // The store's items under the item's attributes; doing names the operation in a refusal.
 QCoro::Task<Owned<GList>> search(QByteArray item, SecretSearchFlags flags,
                                  std::chrono::milliseconds timeout, const char *doing)
@@ -165,6 +203,14 @@ QCoro::Task<Owned<GList>> search(QByteArray item, SecretSearchFlags flags,
     Owned<GList> items(
         secret_service_search_finish(nullptr, co_await answered(call.get(), timeout), &error));
     check(error, doing);
+    if (items)
+        co_return items;
+    const bool locked = co_await anyCollectionLocked(timeout);
+    if (locked) {
+        qCWarning(lcKeychain, "The secret store is locked: couldn't %s %s", doing,
+                  item.constData());
+        throw Keychain::Failure();
+    }
     co_return items;
 }
 

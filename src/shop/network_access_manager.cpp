@@ -21,9 +21,10 @@ public:
 } // namespace
 
 NetworkAccessManager::NetworkAccessManager(const std::optional<QString> &extraCertificates,
-                                           QObject *parent)
+                                           const QUrl &shop, QObject *parent)
     : QNetworkAccessManager(parent)
-    , m_tls(QSslConfiguration::defaultConfiguration())
+    , m_shopHost(shop.host())
+    , m_shopTls(QSslConfiguration::defaultConfiguration())
 {
     setCookieJar(new NoCookieJar(this));
     setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
@@ -33,7 +34,7 @@ NetworkAccessManager::NetworkAccessManager(const std::optional<QString> &extraCe
         const auto certificates = QSslCertificate::fromPath(*extraCertificates, QSsl::Pem);
         if (certificates.isEmpty())
             qCWarning(lcNetwork) << "No certificates in" << *extraCertificates;
-        m_tls.addCaCertificates(certificates);
+        m_shopTls.addCaCertificates(certificates);
     }
 }
 
@@ -46,10 +47,13 @@ QNetworkReply *NetworkAccessManager::createRequest(Operation operation,
                                                    const QNetworkRequest &request,
                                                    QIODevice *outgoingData)
 {
-    // Trust is per connection, and connections are shared within the manager: every request
-    // carries the same TLS configuration so that none is set up without the extra certificates.
+    // Trust is per connection, and connections are shared per host: every request to the shop's
+    // host carries the extra certificates, and no other request does, so that a certificate
+    // meant for a development shop can't vouch for any other site.
     QNetworkRequest prepared(request);
-    prepared.setSslConfiguration(m_tls);
+    prepared.setSslConfiguration(request.url().host() == m_shopHost
+                                     ? m_shopTls
+                                     : QSslConfiguration::defaultConfiguration());
     // A followed redirect would carry Authorization to wherever it points.
     prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                           QNetworkRequest::ManualRedirectPolicy);

@@ -2,21 +2,23 @@
 
 #include <QNetworkAccessManager>
 #include <QSslConfiguration>
+#include <QUrl>
 
 #include <optional>
 
 // The network access manager of one role (the shop API on the main thread, downloads on the
 // worker thread), set up the one way Quennet talks to its shop: no cookies, no cache, no
 // automatic redirects, a 60 s transfer time-out, its own User-Agent, and the extra trusted
-// certificates on every connection.
+// certificates on every connection to the shop's host.
 class NetworkAccessManager : public QNetworkAccessManager
 {
     Q_OBJECT
 
 public:
-    // extraCertificates: a PEM file ("shopCertificates") trusted besides the system's.
-    explicit NetworkAccessManager(const std::optional<QString> &extraCertificates,
-                                  QObject *parent = nullptr);
+    // extraCertificates: a PEM file ("shopCertificates") trusted besides the system's, for
+    // connections to the shop's host alone.
+    NetworkAccessManager(const std::optional<QString> &extraCertificates, const QUrl &shop,
+                         QObject *parent = nullptr);
 
     [[nodiscard]] static QByteArray userAgent();
 
@@ -25,5 +27,6 @@ protected:
                                  QIODevice *outgoingData) override;
 
 private:
-    QSslConfiguration m_tls;
+    QString m_shopHost;
+    QSslConfiguration m_shopTls;
 };

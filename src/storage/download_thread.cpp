@@ -8,9 +8,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-DownloadThread::DownloadThread(std::optional<QString> extraCertificates, QObject *parent)
+DownloadThread::DownloadThread(std::optional<QString> extraCertificates, QUrl shop,
+                               QObject *parent)
     : QObject(parent)
     , m_extraCertificates(std::move(extraCertificates))
+    , m_shop(std::move(shop))
     , m_context(new QObject)
 {
     m_thread.setObjectName(u"Downloads"_s);
@@ -41,7 +43,7 @@ QNetworkAccessManager *DownloadThread::manager()
     Q_ASSERT(QThread::currentThread() == &m_thread);
     // Made here rather than in the constructor: loading certificates takes a while.
     if (!m_manager)
-        m_manager = new NetworkAccessManager(m_extraCertificates, m_context);
+        m_manager = new NetworkAccessManager(m_extraCertificates, m_shop, m_context);
     return m_manager;
 }
 

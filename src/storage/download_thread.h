@@ -3,6 +3,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QThread>
+#include <QUrl>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,7 +19,8 @@ class DownloadThread : public QObject {
 
 public:
     // extraCertificates: a PEM file trusted besides the system's ("shopCertificates").
-    explicit DownloadThread(std::optional<QString> extraCertificates, QObject *parent = nullptr);
+    // As NetworkAccessManager: the extra certificates are trusted for the shop's host alone.
+    DownloadThread(std::optional<QString> extraCertificates, QUrl shop, QObject *parent = nullptr);
     // Aborts the transfers still running, so that their tasks end, then stops the thread.
     ~DownloadThread() override;
 
@@ -36,6 +38,7 @@ private:
                                                      std::shared_ptr<std::optional<Result>> result);
 
     std::optional<QString> m_extraCertificates;
+    QUrl m_shop;
     QThread m_thread;
     QObject *m_context; // lives on the worker thread
     QNetworkAccessManager *m_manager = nullptr; // a child of m_context

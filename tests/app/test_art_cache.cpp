@@ -99,7 +99,7 @@ private Q_SLOTS:
         DevShop shop(
             { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT), .stateDir = state.path() });
         QVERIFY(shop.start());
-        NetworkAccessManager network(shop.caPath());
+        NetworkAccessManager network(shop.caPath(), shop.baseUrl());
         ArtCache cache(&network);
         QUrl url = shop.baseUrl();
         url.setPath(u"/art/aurora/emerald/light.png"_s);

@@ -18,8 +18,8 @@ AutomationRig::AutomationRig(bool startsStore)
     if (!m_shop.isRunning())
         return;
     const QString ca = m_shop.shop().caPath();
-    m_network = std::make_unique<NetworkAccessManager>(ca);
-    m_downloads = std::make_unique<DownloadThread>(ca);
+    m_network = std::make_unique<NetworkAccessManager>(ca, m_shop.base());
+    m_downloads = std::make_unique<DownloadThread>(ca, m_shop.base());
     m_keychain = std::make_unique<Keychain>(m_folder.path());
     const auto api = [network = m_network.get(), base = m_shop.base()] {
         return APIClient(network, base);

@@ -4,6 +4,9 @@
 #include "test_support.h"
 
 #include <QCoroNetworkReply>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStandardPaths>
@@ -60,6 +63,8 @@ private Q_SLOTS:
     void offlineSignOutsRevokedAtNextLaunch();
     void pendingListParsing();
     void sessionKeptOrDropped();
+    // Last: it leaves the secret store locked.
+    void lockedStoreKeepsTheSession();
 
 private:
     void startShop(DevShop::Options options);
@@ -114,7 +119,7 @@ void AccountTest::startShop(DevShop::Options options)
     m_manager.reset();
     m_shop.emplace(options, m_shopState.path());
     QVERIFY(m_shop->isRunning());
-    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath());
+    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->base());
 }
 
 std::unique_ptr<Account> AccountTest::makeAccount(std::function<QUrl()> base)
@@ -276,7 +281,7 @@ void AccountTest::pollIntervals()
 void AccountTest::defaultIntervalAndDeadline()
 {
     // Unlike the shop, the stand-in sends no interval and a page elsewhere, then "pending".
-    StandInServer server;
+    StandInServer server(m_shopState.path());
     const QJsonObject code{{u"device_code"_s, u"dc"_s},
                            {u"user_code"_s, u"WXYZ"_s},
                            {u"verification_uri"_s, u"https://shop.example/activate"_s},
@@ -396,6 +401,37 @@ void AccountTest::sessionKeptOrDropped()
     QCOMPARE(account->status(), Status::Waiting);
     QCOMPARE(m_signOuts, 1);
     account->cancelSignIn();
+    QCOMPARE(m_shop->requests(u"sign-out"_s), 0);
+}
+
+void AccountTest::lockedStoreKeepsTheSession()
+{
+    if (qEnvironmentVariable("QUENNET_SESSION") != "keyring"_L1)
+        QSKIP("needs a secret store");
+    const auto token = m_shop->issueToken();
+    store(token, Keychain::sessionToken);
+    auto account = makeAccount();
+    QCOMPARE(account->status(), Status::SignedIn);
+
+    // Locked, and no display to ask for the password on.
+    auto lock = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s,
+                                               u"/org/freedesktop/secrets"_s,
+                                               u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+    lock << QVariant::fromValue(
+        QList{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
+    QCOMPARE(QDBusConnection::sessionBus().call(lock).type(), QDBusMessage::ReplyMessage);
+
+    // A sign-out that cannot take the token says so, and leaves the session to try again.
+    const auto signedOut = finish(account->signOut());
+    QVERIFY(signedOut.failure<Account::SignOutFailure>());
+    QCOMPARE(account->status(), Status::SignedIn);
+    QCOMPARE(m_signOuts, 0);
+    QCOMPARE(m_shop->requests(u"sign-out"_s), 0);
+
+    // After a restart the store still refuses: a failure, not signed out.
+    account = makeAccount();
+    QCOMPARE(account->status(), Status::Failed);
+    QCOMPARE(account->message(), Keychain::Failure().description());
     QCOMPARE(m_shop->requests(u"sign-out"_s), 0);
 }
 

@@ -49,7 +49,7 @@ private Q_SLOTS:
     void tokenPoll_data();
     void tokenPoll();
     void libraryAndLinks();
-    void transportErrorsPassThrough();
+    void transportAndTrust();
     void redirects();
     void cancellationAbortsTheRequest();
 
@@ -65,7 +65,7 @@ void APIClientTest::initTestCase()
     QStandardPaths::setTestModeEnabled(true);
     m_shop.emplace();
     QVERIFY(m_shop->isRunning());
-    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath());
+    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->base());
 }
 
 void APIClientTest::init()
@@ -96,7 +96,7 @@ void APIClientTest::isShopPage()
 
 void APIClientTest::requestsAsSent()
 {
-    StandInServer server;
+    StandInServer server(m_shop->stateDir());
     for (int i = 0; i < 4; ++i)
         server.enqueue({.status = 204, .headers = {{"Set-Cookie", "session=crumbs; Path=/"}}});
     const auto standIn = client(server.base());
@@ -202,7 +202,7 @@ void APIClientTest::deviceCodeReplies()
     QFETCH(std::optional<APIClient::DeviceCode>, expected);
 
     // The shop always sends every field.
-    StandInServer server;
+    StandInServer server(m_shop->stateDir());
     server.enqueue({.body = QJsonDocument(reply).toJson()});
     const auto result = finish(client(server.base()).requestDeviceCode(u"Computer"_s));
     if (expected)
@@ -265,7 +265,7 @@ void APIClientTest::libraryAndLinks()
     const auto unchanged = finish(shop.library(token, library->etag)).value;
     QVERIFY(unchanged && !*unchanged);
     // 304 means not modified, whatever comes with it.
-    StandInServer server;
+    StandInServer server(m_shop->stateDir());
     server.enqueue({.status = 304, .body = "not json"});
     const auto notModified = finish(client(server.base()).library(token, u"\"x\""_s)).value;
     QVERIFY(notModified && !*notModified);
@@ -279,7 +279,7 @@ void APIClientTest::libraryAndLinks()
     QVERIFY(links[0].url.isValid() && links[0].expiresAt);
 }
 
-void APIClientTest::transportErrorsPassThrough()
+void APIClientTest::transportAndTrust()
 {
     QTcpServer closed;
     QVERIFY(closed.listen(QHostAddress::LocalHost));
@@ -289,17 +289,33 @@ void APIClientTest::transportErrorsPassThrough()
     const auto refused = finish(client(base).catalogue()).failure<NetworkError>();
     QCOMPARE(refused->code(), QNetworkReply::ConnectionRefusedError);
 
-    // The shop's authority is trusted only through "shopCertificates".
-    NetworkAccessManager untrusting(std::nullopt);
+    // The shop's authority is trusted only through "shopCertificates", and only for the shop's
+    // host: the same server under its other name is another site.
+    NetworkAccessManager untrusting(std::nullopt, m_shop->base());
     const auto untrusted =
         finish(APIClient(&untrusting, m_shop->base()).catalogue()).failure<NetworkError>();
     QCOMPARE(untrusted->code(), QNetworkReply::SslHandshakeFailedError);
+    auto otherName = m_shop->base();
+    otherName.setHost(u"localhost"_s);
+    const auto elsewhere = finish(client(otherName).catalogue()).failure<NetworkError>();
+    QCOMPARE(elsewhere->code(), QNetworkReply::SslHandshakeFailedError);
+    NetworkAccessManager forOtherName(m_shop->shop().caPath(), otherName);
+    QVERIFY(finish(APIClient(&forOtherName, otherName).catalogue()).value);
+
+    // Nothing at all goes to a shop whose address isn't HTTPS, least of all a token.
+    StandInServer plain;
+    plain.enqueue({.status = 204});
+    QCOMPARE(finish(client(plain.base()).signOut(u"token"_s)).failure<Failure>(),
+             Failure::notHTTPS());
+    QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
+             Failure::notHTTPS());
+    QVERIFY(plain.requests().isEmpty());
 }
 
 void APIClientTest::redirects()
 {
     const auto token = m_shop->issueToken();
-    StandInServer server;
+    StandInServer server(m_shop->stateDir());
     const auto standIn = client(server.base());
 
     // The shop under its other name is another host: the token does not go there.
@@ -322,7 +338,7 @@ void APIClientTest::redirects()
 
 void APIClientTest::cancellationAbortsTheRequest()
 {
-    StandInServer server;
+    StandInServer server(m_shop->stateDir());
     server.enqueue({.hold = true});
     CancelToken cancel;
     auto task = client(server.base()).catalogue(&cancel);

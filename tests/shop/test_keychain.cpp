@@ -161,8 +161,18 @@ void KeychainTest::refusingStoreIsAFailure()
         QList{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
     QCOMPARE(bus.call(lock).type(), QDBusMessage::ReplyMessage);
     QVERIFY(failed());
+    // Nothing found in a locked store isn't "no such item": stores may hide what is locked.
+    QVERIFY(finish(m_keychain->read(Keychain::pendingRevocation)).failure<Keychain::Failure>());
     QVERIFY(!save(u"new"_s, Keychain::sessionToken));
     QVERIFY(finish(m_keychain->remove(Keychain::sessionToken)).failure<Keychain::Failure>());
+    QVERIFY2(!QFile::exists(m_keychain->fallbackPath()), "a refusing store is no missing store");
+
+    // A store without any collection to save in is a store all the same.
+    auto remove = QDBusMessage::createMethodCall(
+        u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets/collection/login"_s,
+        u"org.freedesktop.Secret.Collection"_s, u"Delete"_s);
+    QCOMPARE(bus.call(remove).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(!save(u"new"_s, Keychain::sessionToken));
     QVERIFY2(!QFile::exists(m_keychain->fallbackPath()), "a refusing store is no missing store");
 }
 

@@ -2,6 +2,8 @@
 
 #include <QFile>
 #include <QJsonObject>
+#include <QSslKey>
+#include <QSslSocket>
 #include <QTcpSocket>
 
 using namespace std::chrono_literals;
@@ -28,9 +30,10 @@ QCoro::Task<bool> TestClock::sleep(std::shared_ptr<CancelToken> token,
 
 TestShop::TestShop(DevShop::Options options, const QString &stateDir)
     : m_ownState(stateDir.isEmpty() ? std::optional<QTemporaryDir>(std::in_place) : std::nullopt)
+    , m_stateDir(m_ownState ? m_ownState->path() : stateDir)
     , m_shop([&] {
         options.contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT);
-        options.stateDir = m_ownState ? m_ownState->path() : stateDir;
+        options.stateDir = m_stateDir;
         return options;
     }())
 {
@@ -67,12 +70,22 @@ std::optional<QByteArray> StandInServer::Request::header(const QByteArray &name)
     return std::nullopt;
 }
 
-StandInServer::StandInServer(QObject *parent)
+StandInServer::StandInServer(const QString &shopState, QObject *parent)
     : QObject(parent)
+    , m_tls(!shopState.isEmpty())
+    , m_server(m_tls ? std::unique_ptr<QTcpServer>(new QSslServer) : std::make_unique<QTcpServer>())
 {
-    m_server.listen(QHostAddress::LocalHost);
-    connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        auto *socket = m_server.nextPendingConnection();
+    if (m_tls) {
+        auto tls = QSslConfiguration::defaultConfiguration();
+        tls.setLocalCertificate(QSslCertificate::fromPath(shopState + u"/server.pem"_s).value(0));
+        QFile key(shopState + u"/server-key.pem"_s);
+        if (key.open(QIODevice::ReadOnly))
+            tls.setPrivateKey(QSslKey(&key, QSsl::Ec));
+        static_cast<QSslServer *>(m_server.get())->setSslConfiguration(tls);
+    }
+    m_server->listen(QHostAddress::LocalHost);
+    connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
+        auto *socket = m_server->nextPendingConnection();
         connect(socket, &QTcpSocket::readyRead, this, [this, socket, data = QByteArray()]() mutable {
             data += socket->readAll();
             const auto headEnd = data.indexOf("\r\n\r\n");
@@ -97,5 +110,6 @@ StandInServer::StandInServer(QObject *parent)
 
 QUrl StandInServer::base() const
 {
-    return QUrl(u"http://127.0.0.1:%1/api/app/v1"_s.arg(m_server.serverPort()));
+    return QUrl(u"%1://127.0.0.1:%2/api/app/v1"_s.arg(m_tls ? u"https"_s : u"http"_s)
+                    .arg(m_server->serverPort()));
 }

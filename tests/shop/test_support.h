@@ -6,6 +6,7 @@
 
 #include <QCoroTask>
 #include <QEventLoop>
+#include <QSslServer>
 #include <QTcpServer>
 #include <QTemporaryDir>
 
@@ -83,6 +84,8 @@ public:
     [[nodiscard]] bool isRunning() const { return m_running; }
     [[nodiscard]] DevShop &shop() { return m_shop; }
     [[nodiscard]] QUrl base() const { return m_shop.baseUrl(); }
+    // Where its certificates are, for a StandInServer.
+    [[nodiscard]] QString stateDir() const { return m_stateDir; }
     // Requests the shop has seen at an API endpoint ("library").
     [[nodiscard]] int requests(const QString &endpoint) const;
     // A token of the sample account, listed for the token check.
@@ -90,6 +93,7 @@ public:
 
 private:
     std::optional<QTemporaryDir> m_ownState;
+    QString m_stateDir;
     DevShop m_shop;
     bool m_running = false;
 };
@@ -97,8 +101,9 @@ private:
 // Lists a token for the token check, which looks for it in every test's output.
 void recordToken(const QString &token);
 
-// A loopback HTTP server for the few replies the development shop cannot produce: it answers
-// each request with the next canned reply (or holds it), and keeps what it received.
+// A loopback HTTPS server for the few replies the development shop cannot produce: it answers
+// each request with the next canned reply (or holds it), and keeps what it received. It serves
+// the certificate of a development shop's state folder; without one, plain HTTP.
 class StandInServer : public QObject
 {
     Q_OBJECT
@@ -118,15 +123,16 @@ public:
         [[nodiscard]] std::optional<QByteArray> header(const QByteArray &name) const;
     };
 
-    explicit StandInServer(QObject *parent = nullptr);
+    explicit StandInServer(const QString &shopState = {}, QObject *parent = nullptr);
 
-    // http://127.0.0.1:PORT/api/app/v1
+    // https://127.0.0.1:PORT/api/app/v1
     [[nodiscard]] QUrl base() const;
     void enqueue(const Reply &reply) { m_replies.append(reply); }
     [[nodiscard]] const QList<Request> &requests() const { return m_requests; }
 
 private:
-    QTcpServer m_server;
+    bool m_tls = false;
+    std::unique_ptr<QTcpServer> m_server;
     QList<Reply> m_replies;
     QList<Request> m_requests;
 };

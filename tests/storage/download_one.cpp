@@ -27,7 +27,7 @@ int main(int argc, char *argv[])
     const QStringList arguments = app.arguments();
     if (arguments.size() != 7)
         return 2;
-    DownloadThread thread(arguments[2]);
+    DownloadThread thread(arguments[2], QUrl(arguments[1]));
     const FileFetcher::Target target { .destination = arguments[3],
                                        .partial = arguments[4],
                                        .size = arguments[5].toLongLong(),

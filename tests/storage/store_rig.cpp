@@ -70,8 +70,9 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn)
 {
     if (!m_shop.isRunning())
         return;
-    m_manager = std::make_unique<NetworkAccessManager>(m_shop.shop().caPath());
-    m_thread = std::make_unique<DownloadThread>(m_shop.shop().caPath());
+    const QString ca = m_shop.shop().caPath();
+    m_manager = std::make_unique<NetworkAccessManager>(ca, m_shop.baseUrl());
+    m_thread = std::make_unique<DownloadThread>(ca, m_shop.baseUrl());
     m_keychain = std::make_unique<Keychain>(m_folder.path());
     m_account = std::make_unique<Account>([this] { return api(); }, m_keychain.get());
     if (signedIn) {

@@ -80,7 +80,7 @@ void TestFileFetcher::initTestCase()
     QVERIFY(m_shop->isRunning());
     m_small = m_shop->packs()[0].files[0];
     m_large = m_shop->packs()[0].files[1];
-    m_thread = std::make_unique<DownloadThread>(m_shop->shop().caPath());
+    m_thread = std::make_unique<DownloadThread>(m_shop->shop().caPath(), m_shop->baseUrl());
 }
 
 void TestFileFetcher::init()
