@@ -1,6 +1,7 @@
 #include "await_task.h"
 #include "colour_scheme.h"
 #include "portal_backend.h"
+#include "portal_setting.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
@@ -24,6 +25,7 @@ public:
     explicit PortalStandIn(QDBusConnection bus);
 
     uint colourScheme = 1; // prefers dark
+    bool animations = false;
     uint answer = 0; // what the user says to a new wallpaper: 0 yes, 1 no
     // As the portal has done since the handle token: the request's object is the caller's name
     // and its token, and the answer may come before the call's reply. Else an object of its own
@@ -84,8 +86,12 @@ public:
 
 public Q_SLOTS:
     // Read wraps the value in one more variant than the signal does.
-    QDBusVariant Read(const QString &, const QString &)
+    QDBusVariant Read(const QString &, const QString &key)
     {
+        if (key == "enable-animations"_L1)
+            return QDBusVariant(QVariant::fromValue(QDBusVariant(m_portal->animations)));
+        if (key != "color-scheme"_L1)
+            m_portal->sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"Requested setting not found"_s);
         return QDBusVariant(QVariant::fromValue(QDBusVariant(m_portal->colourScheme)));
     }
 
@@ -210,6 +216,23 @@ private Q_SLOTS:
     {
         ColourScheme scheme(QDBusConnection::connectToBus(u"unix:path=/nonexistent"_s, u"none"_s));
         QVERIFY(!scheme.isDark());
+    }
+
+    // Read once, then followed; a setting the portal does not know stays unknown.
+    void oneSettingFollowed()
+    {
+        PortalSetting animations(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s,
+                                 u"enable-animations"_s);
+        PortalSetting unknown(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s, u"nothing"_s);
+        QSignalSpy changed(&animations, &PortalSetting::changed);
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(animations.value(), QVariant(false));
+        m_portal->changeSetting(u"org.gnome.desktop.a11y"_s, u"enable-animations"_s, true);
+        m_portal->changeSetting(u"org.gnome.desktop.interface"_s, u"enable-animations"_s, true);
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(animations.value(), QVariant(true));
+        QCOMPARE(changed.size(), 2);
+        QVERIFY(!unknown.value().isValid());
     }
 };
 
