@@ -1,12 +1,34 @@
 #include "notice_presenter.h"
 
+#include <QCoroDBusPendingCall>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QLocale>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The file manager selects the file where it implements the freedesktop interface; else the
+// folder opens. Nothing waits for the file manager: a busy one costs at most two seconds before
+// the folder opens instead.
+QCoro::Task<> showItem(QUrl file)
+{
+    auto call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    call << QStringList{file.toString()} << QString();
+    QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(call, 2000);
+    const QDBusMessage reply = co_await pending;
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file.toLocalFile()).path()));
+    }
+}
+
+} // namespace
 
 NoticePresenter::NoticePresenter(QObject *parent)
     : QObject(parent)
@@ -85,15 +107,5 @@ void NoticePresenter::showInFolder() const
     if (!m_notice || m_notice->kind() != Notice::Kind::Saved) {
         return;
     }
-    const QUrl file = m_notice->url();
-    // The file manager selects the file where it implements the freedesktop interface; else the
-    // folder opens.
-    auto call = QDBusMessage::createMethodCall(
-        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
-        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
-    call << QStringList{file.toString()} << QString();
-    const auto reply = QDBusConnection::sessionBus().call(call, QDBus::Block, 2000);
-    if (reply.type() == QDBusMessage::ErrorMessage) {
-        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file.toLocalFile()).path()));
-    }
+    showItem(m_notice->url());
 }

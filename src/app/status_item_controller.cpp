@@ -2,11 +2,10 @@
 
 #include "panel_window.h"
 #include "plasma_shell.h"
+#include "portal_setting.h"
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVariant>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPropertyAnimation>
@@ -20,28 +19,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int openingMs = 200;
-
-// GNOME's "enable-animations", as the desktop portal reports it; on when nobody says.
-bool reducedMotion()
-{
-    if (qEnvironmentVariableIsSet("QUENNET_REDUCED_MOTION")) {
-        return qEnvironmentVariableIntValue("QUENNET_REDUCED_MOTION") != 0;
-    }
-    auto call = QDBusMessage::createMethodCall(
-        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-        u"org.freedesktop.portal.Settings"_s, u"Read"_s);
-    call << u"org.gnome.desktop.interface"_s << u"enable-animations"_s;
-    const auto reply = QDBusConnection::sessionBus().call(call, QDBus::Block, 500);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-        return false;
-    }
-    // The portal wraps the value in a variant, sometimes twice.
-    QVariant value = reply.arguments().constFirst();
-    while (value.canConvert<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
-}
 
 bool onGnome()
 {
@@ -60,6 +37,16 @@ StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
     , m_tray(new QSystemTrayIcon(icon, this))
     , m_menu(new QMenu)
 {
+    // GNOME's "enable-animations", as the desktop portal reports it, for the slide that only X11
+    // allows: read once and followed, so that opening the panel never waits for the portal. Tests
+    // set the answer instead.
+    if (qEnvironmentVariableIsSet("QUENNET_REDUCED_MOTION")) {
+        m_reducedMotion = qEnvironmentVariableIntValue("QUENNET_REDUCED_MOTION") != 0;
+    } else if (QGuiApplication::platformName() == "xcb"_L1) {
+        m_animations = new PortalSetting(QDBusConnection::sessionBus(),
+                                         u"org.gnome.desktop.interface"_s,
+                                         u"enable-animations"_s, this);
+    }
     // Only X11 lets the panel put itself next to the icon. KWin puts it under the pointer when
     // asked; GNOME puts new windows where it likes, so the panel covers the work area there.
     if (QGuiApplication::platformName() == "wayland"_L1) {
@@ -153,6 +140,16 @@ QRect StatusItemController::availableArea() const
         screen = QGuiApplication::primaryScreen();
     }
     return screen ? screen->availableGeometry() : QRect();
+}
+
+bool StatusItemController::reducedMotion() const
+{
+    if (!m_animations) {
+        return m_reducedMotion;
+    }
+    // Animations are on while nobody says otherwise.
+    const QVariant enabled = m_animations->value();
+    return enabled.metaType() == QMetaType::fromType<bool>() && !enabled.toBool();
 }
 
 void StatusItemController::showPanel()

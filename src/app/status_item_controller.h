@@ -10,6 +10,7 @@
 
 class PanelWindow;
 class PlasmaShell;
+class PortalSetting;
 class QIcon;
 class QMenu;
 class QPropertyAnimation;
@@ -57,6 +58,7 @@ Q_SIGNALS:
 private:
     void leftClicked();
     [[nodiscard]] QRect availableArea() const;
+    [[nodiscard]] bool reducedMotion() const;
     void finishOpening();
 
     Actions m_actions;
@@ -66,6 +68,8 @@ private:
     QMenu *m_menu;
     std::unique_ptr<PlasmaShell> m_plasmaShell;
     bool m_overWorkArea = false;
+    PortalSetting *m_animations = nullptr;
+    bool m_reducedMotion = false;
     PanelWindow *m_panel = nullptr;
     QPropertyAnimation *m_animation = nullptr;
     PanelRules m_rules;

@@ -43,18 +43,23 @@ QList<DesktopScreen> DesktopBackend::screens() const
 
 void DesktopBackend::followQtScreens()
 {
+    followQtScreens([this] { Q_EMIT screensChanged(); });
+}
+
+void DesktopBackend::followQtScreens(const std::function<void()> &changed)
+{
     auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     if (!application)
         return;
-    const auto watch = [this](QScreen *screen) {
-        connect(screen, &QScreen::geometryChanged, this, &DesktopBackend::screensChanged);
+    const auto watch = [this, changed](QScreen *screen) {
+        connect(screen, &QScreen::geometryChanged, this, changed);
     };
     for (QScreen *screen : QGuiApplication::screens())
         watch(screen);
-    connect(application, &QGuiApplication::screenAdded, this, [this, watch](QScreen *screen) {
+    connect(application, &QGuiApplication::screenAdded, this, [watch, changed](QScreen *screen) {
         watch(screen);
-        Q_EMIT screensChanged();
+        changed();
     });
-    connect(application, &QGuiApplication::screenRemoved, this, &DesktopBackend::screensChanged);
-    connect(application, &QGuiApplication::primaryScreenChanged, this, &DesktopBackend::screensChanged);
+    connect(application, &QGuiApplication::screenRemoved, this, changed);
+    connect(application, &QGuiApplication::primaryScreenChanged, this, changed);
 }

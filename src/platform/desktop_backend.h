@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QRect>
 
+#include <functional>
 #include <optional>
 
 // One screen as the desktop lists it. Qt's screen geometry already has a top-left origin.
@@ -105,6 +106,8 @@ Q_SIGNALS:
 protected:
     // Emits screensChanged for Qt's screen signals; backends that list screens otherwise don't.
     void followQtScreens();
+    // Calls changed instead: backends that ask their desktop for its screens ask again then.
+    void followQtScreens(const std::function<void()> &changed);
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(DesktopBackend::Capabilities)

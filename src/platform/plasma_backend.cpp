@@ -3,11 +3,13 @@
 #include <QCoroDBusPendingCall>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDBusReply>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QUrl>
 
 Q_LOGGING_CATEGORY(lcPlasma, "app.quennet.Quennet.Desktop.Plasma")
@@ -42,13 +44,32 @@ for (var i = 0; i < ds.length; i++) {
     var g = screenGeometry(d.screen);
     var key = g.x + "," + g.y + "," + g.width + "," + g.height;
 )"_s;
+
+// JSON, whatever characters the paths hold.
+const QString readImages = u"var shown = {};"_s + eachDesktop + uR"(
+    d.currentConfigGroup = ["Wallpaper", "org.kde.image", "General"];
+    shown[key] = d.wallpaperPlugin == "org.kde.image" ? String(d.readConfig("Image")) : "";
+}
+print(JSON.stringify(shown));
+)"_s;
 } // namespace
 
 PlasmaBackend::PlasmaBackend(const QDBusConnection &bus, QObject *parent)
     : DesktopBackend(parent)
     , m_bus(bus)
 {
-    followQtScreens();
+    followQtScreens([this] {
+        Q_EMIT screensChanged();
+        readBack();
+    });
+    if (auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        // Back from Plasma's own settings, perhaps.
+        connect(application, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+            if (state == Qt::ApplicationActive)
+                readBack();
+        });
+    }
+    readBack();
 }
 
 bool PlasmaBackend::isPlasma(const QString &currentDesktop)
@@ -68,19 +89,31 @@ DesktopBackend::Capabilities PlasmaBackend::capabilities() const
 
 std::optional<QString> PlasmaBackend::picture(const DesktopScreen &screen) const
 {
-    const QDBusReply<QString> reply = m_bus.call(script(eachDesktop + uR"(
-    if (key == %1) {
-        d.currentConfigGroup = ["Wallpaper", "org.kde.image", "General"];
-        print(d.wallpaperPlugin == "org.kde.image" ? d.readConfig("Image") : "");
-    }
-}
-)"_s.arg(literal(geometryKey(screen.geometry)))));
-    if (!reply.isValid())
-        return std::nullopt;
-    const QUrl url(reply.value().trimmed());
+    const QUrl url(m_shown.value(geometryKey(screen.geometry)));
     if (url.isEmpty())
         return std::nullopt;
     return url.isLocalFile() ? url.toLocalFile() : url.toString();
+}
+
+QCoro::Task<> PlasmaBackend::readBack()
+{
+    const QPointer<PlasmaBackend> self(this);
+    QDBusPendingCall pending = m_bus.asyncCall(script(readImages));
+    const QDBusMessage reply = co_await pending;
+    if (!self)
+        co_return;
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        qCDebug(lcPlasma) << "No read-back:" << reply.errorMessage();
+        co_return;
+    }
+    QHash<QString, QString> shown;
+    const QJsonObject images = QJsonDocument::fromJson(reply.arguments().constFirst().toString().toUtf8()).object();
+    for (auto it = images.begin(); it != images.end(); ++it)
+        shown.insert(it.key(), it->toString());
+    if (shown == m_shown)
+        co_return;
+    m_shown = shown;
+    Q_EMIT picturesChanged();
 }
 
 QCoro::Task<> PlasmaBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
@@ -98,8 +131,13 @@ QCoro::Task<> PlasmaBackend::setPicture(DesktopPicture picture, QList<DesktopScr
 }
 )"_s.arg(literal(targets), literal(QUrl::fromLocalFile(picture.stillPath()).toString()));
     qCDebug(lcPlasma) << "Setting" << picture.stillPath() << "on" << targets;
+    const QPointer<PlasmaBackend> self(this);
     QDBusPendingCall pending = m_bus.asyncCall(script(text));
     const QDBusMessage reply = co_await pending;
+    if (!self)
+        co_return;
     if (reply.type() == QDBusMessage::ErrorMessage)
         throw DesktopError(reply.errorMessage());
+    // Asked after the set, so answered after it.
+    co_await readBack();
 }

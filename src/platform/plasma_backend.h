@@ -3,11 +3,13 @@
 #include "desktop_backend.h"
 
 #include <QDBusConnection>
+#include <QHash>
 
 // KDE Plasma: a script run by the shell (org.kde.PlasmaShell evaluateScript) sets and reads the
 // image of each screen's desktop. Plasma numbers screens its own way, so screens are matched
-// by their geometry. Plasma tells no one when its wallpaper changes: outside changes show at
-// the next refresh.
+// by their geometry. What each shows is read back without waiting, at start, after each set, and
+// when the screens change or Quennet becomes active again (Plasma tells no one when its wallpaper
+// changes); picture() answers from the last reading.
 class PlasmaBackend : public DesktopBackend
 {
     Q_OBJECT
@@ -23,5 +25,10 @@ public:
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
 
 private:
+    // Emits picturesChanged when the answer differs from the last one.
+    QCoro::Task<> readBack();
+
     QDBusConnection m_bus;
+    // The image of each desktop by its screen's geometry; empty for another kind of wallpaper.
+    QHash<QString, QString> m_shown;
 };

@@ -1,10 +1,13 @@
 #include "sway_backend.h"
 
+#include "local_socket_request.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QtEndian>
 
 Q_LOGGING_CATEGORY(lcSway, "app.quennet.Quennet.Desktop.Sway")
@@ -42,62 +45,25 @@ std::optional<std::pair<quint32, QByteArray>> take(QByteArray &buffer)
     return std::pair { type, payload };
 }
 
-// sway answers at once; a stuck compositor costs at most two seconds.
-std::optional<QJsonDocument> request(const QString &socket, quint32 type, const QByteArray &payload)
+bool isWhole(const QByteArray &answer)
 {
-    QLocalSocket connection;
-    connection.connectToServer(socket);
-    if (!connection.waitForConnected(2000))
-        return std::nullopt;
-    connection.write(message(type, payload));
-    QByteArray buffer;
-    while (connection.waitForReadyRead(2000)) {
-        buffer += connection.readAll();
-        if (const auto reply = take(buffer))
-            return QJsonDocument::fromJson(reply->second);
-    }
-    return std::nullopt;
+    QByteArray rest = answer;
+    return take(rest).has_value();
 }
 
-QString quoted(const QString &text)
+// On a connection of its own, as swaymsg asks: the event connection carries events only.
+QCoro::Task<QJsonDocument> request(QString socket, std::chrono::milliseconds timeout, quint32 type,
+                                   QByteArray payload)
 {
-    QString escaped = text;
-    escaped.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
-    return u'"' + escaped + u'"';
-}
-} // namespace
-
-SwayBackend::SwayBackend(QString socket, const QString &stateFile, QObject *parent)
-    : DesktopBackend(parent)
-    , m_socket(std::move(socket))
-    , m_shown(stateFile)
-    , m_events(new QLocalSocket(this))
-{
-    connect(m_events, &QLocalSocket::readyRead, this, &SwayBackend::readEvents);
-    connect(m_events, &QLocalSocket::connected, this, [this] {
-        // sway 1.7 has no output events: screens are listed afresh at each refresh.
-        m_events->write(message(Subscribe, R"(["workspace"])"));
-    });
-    m_events->connectToServer(m_socket);
+    QByteArray answer = co_await localSocketRequest(std::move(socket), message(type, payload), u"sway"_s,
+                                                    timeout, isWhole);
+    co_return QJsonDocument::fromJson(take(answer)->second);
 }
 
-SwayBackend::~SwayBackend() = default;
-
-QString SwayBackend::name() const
-{
-    return u"sway"_s;
-}
-
-DesktopBackend::Capabilities SwayBackend::capabilities() const
-{
-    return Capability::PerDisplay | Capability::Workspaces;
-}
-
-QList<DesktopScreen> SwayBackend::screens() const
+QList<DesktopScreen> outputs(const QJsonDocument &reply)
 {
     QList<DesktopScreen> result;
-    const auto outputs = request(m_socket, GetOutputs, {});
-    for (const QJsonValue &value : outputs ? outputs->array() : QJsonArray()) {
+    for (const QJsonValue &value : reply.array()) {
         const QJsonObject output = value.toObject();
         if (!output.value("active"_L1).toBool())
             continue;
@@ -117,6 +83,76 @@ QList<DesktopScreen> SwayBackend::screens() const
     return result;
 }
 
+QString quoted(const QString &text)
+{
+    QString escaped = text;
+    escaped.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
+    return u'"' + escaped + u'"';
+}
+} // namespace
+
+SwayBackend::SwayBackend(QString socket, const QString &stateFile, QObject *parent)
+    : DesktopBackend(parent)
+    , m_socket(std::move(socket))
+    , m_shown(stateFile)
+    , m_events(new QLocalSocket(this))
+{
+    connect(m_events, &QLocalSocket::readyRead, this, &SwayBackend::readEvents);
+    connect(m_events, &QLocalSocket::connected, this,
+            [this] { m_events->write(message(Subscribe, R"(["workspace"])")); });
+    m_events->connectToServer(m_socket);
+    // sway 1.7 has no output events: a workspace event or Qt's screens may tell of a change.
+    followQtScreens([this] { readOutputs(); });
+    readOutputs();
+}
+
+SwayBackend::~SwayBackend() = default;
+
+QString SwayBackend::name() const
+{
+    return u"sway"_s;
+}
+
+DesktopBackend::Capabilities SwayBackend::capabilities() const
+{
+    return Capability::PerDisplay | Capability::Workspaces;
+}
+
+QList<DesktopScreen> SwayBackend::screens() const
+{
+    return m_screens;
+}
+
+QCoro::Task<> SwayBackend::readOutputs()
+{
+    // One reading at a time; a change heard meanwhile is read again after it.
+    if (m_reading) {
+        m_readAgain = true;
+        co_return;
+    }
+    m_reading = true;
+    const QPointer<SwayBackend> self(this);
+    do {
+        m_readAgain = false;
+        QList<DesktopScreen> screens;
+        try {
+            screens = outputs(co_await request(m_socket, m_timeout, GetOutputs, {}));
+        } catch (const DesktopError &error) {
+            if (!self)
+                co_return;
+            qCWarning(lcSway) << "No outputs:" << error.description();
+            break;
+        }
+        if (!self)
+            co_return;
+        if (screens != m_screens) {
+            m_screens = screens;
+            Q_EMIT screensChanged();
+        }
+    } while (m_readAgain);
+    m_reading = false;
+}
+
 std::optional<QString> SwayBackend::picture(const DesktopScreen &screen) const
 {
     return m_shown.picture(screen.connector);
@@ -130,10 +166,11 @@ QCoro::Task<> SwayBackend::setPicture(DesktopPicture picture, QList<DesktopScree
     if (commands.isEmpty())
         co_return;
     qCDebug(lcSway) << commands;
-    const auto reply = request(m_socket, RunCommand, commands.join(u';').toUtf8());
-    if (!reply)
-        throw DesktopError(u"sway did not answer."_s);
-    for (const QJsonValue &result : reply->array()) {
+    const QPointer<SwayBackend> self(this);
+    const QJsonDocument reply = co_await request(m_socket, m_timeout, RunCommand, commands.join(u';').toUtf8());
+    if (!self)
+        co_return;
+    for (const QJsonValue &result : reply.array()) {
         if (!result.toObject().value("success"_L1).toBool())
             throw DesktopError(result.toObject().value("error"_L1).toString(u"sway refused the picture."_s));
     }
@@ -146,7 +183,9 @@ void SwayBackend::readEvents()
 {
     m_buffer += m_events->readAll();
     while (const auto event = take(m_buffer)) {
-        if (event->first == workspaceEvent)
-            Q_EMIT workspaceChanged();
+        if (event->first != workspaceEvent)
+            continue;
+        Q_EMIT workspaceChanged();
+        readOutputs();
     }
 }

@@ -3,9 +3,9 @@
 #include "x11_root_window.h"
 
 #include <QCoroDBusPendingCall>
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDBusReply>
 #include <QDBusVariant>
 #include <QLoggingCategory>
 #include <QPointer>
@@ -36,6 +36,22 @@ QDBusMessage call(const QString &method, const QVariantList &arguments)
     message.setArguments(arguments);
     return message;
 }
+
+const auto singleMode = u"/backdrop/single-workspace-mode"_s;
+const auto singleNumber = u"/backdrop/single-workspace-number"_s;
+
+// The properties that say what shows; the rest (styles, colours) change nothing for Quennet.
+bool tellsWhatShows(const QString &property)
+{
+    return property.endsWith("/last-image"_L1) || property == singleMode || property == singleNumber;
+}
+
+QVariant unwrap(QVariant value)
+{
+    if (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
 } // namespace
 
 XfceBackend::XfceBackend(const QDBusConnection &bus, QObject *parent)
@@ -49,6 +65,9 @@ XfceBackend::XfceBackend(const QDBusConnection &bus, QObject *parent)
     // name would miss it.
     m_bus.connect(QString(), path, interface, u"PropertyChanged"_s, this,
                   SLOT(propertyChanged(QDBusMessage)));
+    m_bus.connect(QString(), path, interface, u"PropertyRemoved"_s, this,
+                  SLOT(propertyRemoved(QDBusMessage)));
+    readBack();
 }
 
 bool XfceBackend::isXfce(const QString &currentDesktop)
@@ -66,45 +85,60 @@ DesktopBackend::Capabilities XfceBackend::capabilities() const
     return Capability::PerDisplay | Capability::ReadBack | Capability::Workspaces;
 }
 
-std::optional<QVariant> XfceBackend::property(const QString &name) const
+QCoro::Task<> XfceBackend::readBack()
 {
-    const QDBusMessage reply = m_bus.call(call(u"GetProperty"_s, { channel, name }));
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
-        return std::nullopt;
-    QVariant value = reply.arguments().constFirst();
-    if (value.canConvert<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
+    const QPointer<XfceBackend> self(this);
+    QDBusPendingCall pending = m_bus.asyncCall(call(u"GetAllProperties"_s, { channel, u"/backdrop"_s }));
+    const QDBusMessage reply = co_await pending;
+    if (!self)
+        co_return;
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        qCDebug(lcXfce) << "No read-back:" << reply.errorMessage();
+        co_return;
+    }
+    const auto all = qdbus_cast<QVariantMap>(reply.arguments().constFirst());
+    QVariantMap backdrop;
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        if (tellsWhatShows(it.key()))
+            backdrop.insert(it.key(), unwrap(it.value()));
+    }
+    take(std::move(backdrop));
+}
+
+void XfceBackend::take(QVariantMap backdrop)
+{
+    if (backdrop == m_backdrop)
+        return;
+    m_backdrop = std::move(backdrop);
+    Q_EMIT picturesChanged();
 }
 
 bool XfceBackend::keepsPicturePerWorkspace() const
 {
     // xfdesktop's default is the single-workspace mode.
-    const auto single = property(u"/backdrop/single-workspace-mode"_s);
-    return single && !single->toBool();
+    const QVariant single = m_backdrop.value(singleMode);
+    return single.isValid() && !single.toBool();
 }
 
 int XfceBackend::shownWorkspace() const
 {
     if (keepsPicturePerWorkspace())
         return int(m_root->currentDesktop().value_or(0));
-    return property(u"/backdrop/single-workspace-number"_s).value_or(0).toInt();
+    return m_backdrop.value(singleNumber, 0).toInt();
 }
 
 QStringList XfceBackend::imageProperties(const QString &connector) const
 {
-    const QDBusReply<QVariantMap> all = m_bus.call(call(u"GetAllProperties"_s, { channel, monitorBase(connector) }));
+    static const QRegularExpression image(u"^/workspace\\d+/last-image$"_s);
+    const QString base = monitorBase(connector);
     QStringList properties;
-    if (all.isValid()) {
-        static const QRegularExpression image(u"/workspace\\d+/last-image$"_s);
-        for (auto it = all.value().cbegin(); it != all.value().cend(); ++it) {
-            if (image.match(it.key()).hasMatch())
-                properties.append(it.key());
-        }
+    for (auto it = m_backdrop.cbegin(); it != m_backdrop.cend(); ++it) {
+        if (it.key().startsWith(base) && image.match(QStringView(it.key()).mid(base.size())).hasMatch())
+            properties.append(it.key());
     }
     const int count = std::max<int>({ int(m_root->numberOfDesktops().value_or(1)), shownWorkspace() + 1, 1 });
     for (int workspace = 0; workspace < count; ++workspace) {
-        const QString image = monitorBase(connector) + u"/workspace%1/last-image"_s.arg(workspace);
+        const QString image = base + u"/workspace%1/last-image"_s.arg(workspace);
         if (!properties.contains(image))
             properties.append(image);
     }
@@ -114,15 +148,19 @@ QStringList XfceBackend::imageProperties(const QString &connector) const
 
 std::optional<QString> XfceBackend::picture(const DesktopScreen &screen) const
 {
-    const auto value = property(monitorBase(screen.connector)
-                                + u"/workspace%1/last-image"_s.arg(shownWorkspace()));
-    const QString shown = value ? value->toString() : QString();
+    const QString shown = m_backdrop.value(monitorBase(screen.connector)
+                                           + u"/workspace%1/last-image"_s.arg(shownWorkspace()))
+                              .toString();
     return shown.isEmpty() ? std::nullopt : std::optional(shown);
 }
 
 QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
 {
     const QPointer<XfceBackend> self(this);
+    // Every workspace xfconf knows of, as it is now.
+    co_await readBack();
+    if (!self)
+        co_return;
     for (const DesktopScreen &screen : std::as_const(screens)) {
         for (const QString &image : imageProperties(screen.connector)) {
             const QString style = image.chopped(QStringView(u"last-image").size()) + u"image-style"_s;
@@ -139,12 +177,31 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
             }
         }
     }
+    // Asked after the sets, so answered after them.
+    co_await readBack();
 }
 
 void XfceBackend::propertyChanged(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    if (arguments.size() >= 2 && arguments[0].toString() == channel
-        && arguments[1].toString().startsWith(u"/backdrop/"_s))
-        Q_EMIT picturesChanged();
+    if (arguments.size() < 3 || arguments[0].toString() != channel || !arguments[1].toString().startsWith(u"/backdrop/"_s)
+        || !tellsWhatShows(arguments[1].toString()))
+        return;
+    QVariantMap backdrop = m_backdrop;
+    backdrop.insert(arguments[1].toString(), unwrap(arguments[2]));
+    take(std::move(backdrop));
+}
+
+void XfceBackend::propertyRemoved(const QDBusMessage &message)
+{
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() < 2 || arguments[0].toString() != channel)
+        return;
+    QVariantMap backdrop = m_backdrop;
+    // Removing a group removes what is under it.
+    const QString removed = arguments[1].toString();
+    backdrop.removeIf([&removed](QVariantMap::iterator it) {
+        return it.key() == removed || it.key().startsWith(removed + u'/');
+    });
+    take(std::move(backdrop));
 }

@@ -1,17 +1,44 @@
 #include "notice_presenter.h"
 
+#include <QDBusConnection>
+#include <QDesktopServices>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
+
+// A file manager with the freedesktop interface, answering from the test's own thread: a
+// presenter that waited for it would never hear it.
+class FileManagerStandIn : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    QStringList shown;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList &uris, const QString &) { shown += uris; }
+};
 
 // The words of the panel's notice line.
 class NoticePresenterTest : public QObject
 {
     Q_OBJECT
 
+    QList<QUrl> m_opened;
+
+public Q_SLOTS:
+    void open(const QUrl &url) { m_opened.append(url); }
+
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        QDesktopServices::setUrlHandler(u"file"_s, this, "open");
+    }
+
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"file"_s); }
 
     void words_data()
     {
@@ -52,6 +79,28 @@ private Q_SLOTS:
         presenter.setNotice(Notice::downloading(2, 0.2));
         presenter.setNotice(std::nullopt);
         QCOMPARE(changed.size(), 3);
+    }
+
+    // "Show in Folder" asks the file manager to select the file, and opens the folder where
+    // there is none.
+    void showInFolder()
+    {
+        NoticePresenter presenter;
+        presenter.setNotice(Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)));
+        FileManagerStandIn fileManager;
+        QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"files"_s);
+        QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, &fileManager, QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(u"org.freedesktop.FileManager1"_s));
+        presenter.showInFolder();
+        QTRY_COMPARE(fileManager.shown, QStringList { u"file:///home/sam/Downloads/pack.zip"_s });
+        QTest::qWait(50); // for a folder that should not open
+        QVERIFY(m_opened.isEmpty());
+
+        bus.unregisterService(u"org.freedesktop.FileManager1"_s);
+        presenter.showInFolder();
+        QTRY_COMPARE(m_opened, QList<QUrl> { QUrl(u"file:///home/sam/Downloads"_s) });
+        QCOMPARE(fileManager.shown.size(), 1);
+        QDBusConnection::disconnectFromBus(u"files"_s);
     }
 };
 

@@ -101,7 +101,7 @@ private Q_SLOTS:
     void aNewWorkspaceGetsThePlacement()
     {
         xfconf(u"/backdrop/single-workspace-mode"_s, u"false"_s, u"bool"_s);
-        QVERIFY(m_backend->keepsPicturePerWorkspace());
+        QTRY_VERIFY(m_backend->keepsPicturePerWorkspace());
         record(false);
         QSignalSpy reapplied(m_keeper.get(), &WorkspaceKeeper::reapplied);
         workspaces(3, 2);

@@ -5,48 +5,39 @@
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QMutex>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThread>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
-// Hyprland's and hyprpaper's sockets in an instance folder, on a thread of their own (the backend
-// waits for answers): hyprpaper's requests are recorded and answered "ok" unless told otherwise,
-// and Hyprland answers "j/monitors" and sends events.
+// Hyprland's and hyprpaper's sockets in an instance folder, on the test's own thread, so that a
+// backend waiting on a socket would never hear them. They answer a little later: hyprpaper's
+// requests are recorded and answered "ok" unless told otherwise, and Hyprland answers
+// "j/monitors" and sends events.
 class HyprlandStandIn : public QObject
 {
     Q_OBJECT
 
 public:
+    enum class Manner { Answers, Silent, Closes };
+
     explicit HyprlandStandIn(const QString &folder)
-        : m_folder(folder)
-    {
-    }
-
-    QStringList requests() const
-    {
-        const QMutexLocker lock(&m_mutex);
-        return m_requests;
-    }
-
-    void refuse(const QString &answer)
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_refusal = answer;
-    }
-
-public Q_SLOTS:
-    void listen()
     {
         for (const char *name : { ".hyprpaper.sock", ".socket.sock", ".socket2.sock" }) {
             auto *server = new QLocalServer(this);
-            server->listen(m_folder + u'/' + QString::fromLatin1(name));
+            server->listen(folder + u'/' + QString::fromLatin1(name));
             connect(server, &QLocalServer::newConnection, this, [this, server] { accept(server); });
         }
     }
+
+    QStringList requests;
+    QString answer = u"ok"_s; // to "wallpaper"
+    Manner manner = Manner::Answers; // hyprpaper's
+    QByteArray monitors = R"([{"name":"DP-1","make":"Dell","model":"U2720Q","serial":"ABC","x":0,"y":0,"width":3840,"height":2160,"focused":false},
+        {"name":"HDMI-A-1","make":"LG","model":"27GL","serial":"","x":3840,"y":0,"width":2560,"height":1440,"focused":true},
+        {"name":"HEADLESS-2","x":0,"y":0,"width":800,"height":600,"disabled":true}])";
 
     void sendEvent(const QByteArray &line)
     {
@@ -63,35 +54,23 @@ private:
                 continue;
             }
             const bool paper = server->serverName().endsWith(".hyprpaper.sock"_L1);
+            if (paper && manner == Manner::Closes)
+                socket->disconnectFromServer();
+            if (paper && manner != Manner::Answers)
+                continue;
             connect(socket, &QLocalSocket::readyRead, this, [this, socket, paper] {
                 const QByteArray request = socket->readAll();
-                socket->write(paper ? answer(request) : monitors());
-                socket->flush();
-                socket->disconnectFromServer();
+                if (paper)
+                    requests.append(QString::fromUtf8(request));
+                const QByteArray reply = !paper ? monitors : request.startsWith("wallpaper") ? answer.toUtf8() : "ok";
+                QTimer::singleShot(50, socket, [socket, reply] {
+                    socket->write(reply);
+                    socket->disconnectFromServer();
+                });
             });
         }
     }
 
-    QByteArray answer(const QByteArray &request)
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_requests.append(QString::fromUtf8(request));
-        if (request.startsWith("wallpaper") && !m_refusal.isEmpty())
-            return m_refusal.toUtf8();
-        return "ok";
-    }
-
-    static QByteArray monitors()
-    {
-        return R"([{"name":"DP-1","make":"Dell","model":"U2720Q","serial":"ABC","x":0,"y":0,"width":3840,"height":2160,"focused":false},
-                   {"name":"HDMI-A-1","make":"LG","model":"27GL","serial":"","x":3840,"y":0,"width":2560,"height":1440,"focused":true},
-                   {"name":"HEADLESS-2","x":0,"y":0,"width":800,"height":600,"disabled":true}])";
-    }
-
-    QString m_folder;
-    mutable QMutex m_mutex;
-    QStringList m_requests;
-    QString m_refusal;
     QList<QLocalSocket *> m_events;
 };
 
@@ -102,25 +81,14 @@ class HyprlandBackendTest : public QObject
 
     QTemporaryDir m_runtime;
     QString m_folder;
-    QThread m_thread;
-    HyprlandStandIn *m_standIn = nullptr;
+    std::unique_ptr<HyprlandStandIn> m_standIn;
 
 private Q_SLOTS:
     void initTestCase()
     {
         m_folder = m_runtime.filePath(u"hypr/sig_1234"_s);
         QDir().mkpath(m_folder);
-        m_standIn = new HyprlandStandIn(m_folder);
-        m_standIn->moveToThread(&m_thread);
-        connect(&m_thread, &QThread::finished, m_standIn, &QObject::deleteLater);
-        m_thread.start();
-        QMetaObject::invokeMethod(m_standIn, &HyprlandStandIn::listen, Qt::BlockingQueuedConnection);
-    }
-
-    void cleanupTestCase()
-    {
-        m_thread.quit();
-        m_thread.wait();
+        m_standIn = std::make_unique<HyprlandStandIn>(m_folder);
     }
 
     void chosenBySignature()
@@ -139,42 +107,83 @@ private Q_SLOTS:
     {
         const QString state = m_runtime.filePath(u"desktop-hyprland.json"_s);
         HyprlandBackend backend(m_folder, state);
+        QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
+        QVERIFY(screensChanged.wait(5000));
         const auto screens = backend.screens();
         QCOMPARE(screens.size(), 2);
         QCOMPARE(screens[0].connector, u"HDMI-A-1"_s); // focused first
         QCOMPARE(screens[1].geometry, QRect(0, 0, 3840, 2160));
         QCOMPARE(screens[1].serial, u"ABC"_s);
 
+        m_standIn->requests.clear();
         awaitTask(backend.setPicture({ .path = u"/w/a picture.png"_s }, { screens[1] }));
         awaitTask(backend.setPicture({ .path = u"/w/b.png"_s }, screens));
-        QCOMPARE(m_standIn->requests(),
+        QCOMPARE(m_standIn->requests,
                  QStringList({ u"preload /w/a picture.png"_s, u"wallpaper DP-1,/w/a picture.png"_s,
                                u"unload unused"_s, u"preload /w/b.png"_s,
                                u"wallpaper HDMI-A-1,/w/b.png"_s, u"wallpaper DP-1,/w/b.png"_s,
                                u"unload unused"_s }));
         // hyprpaper cannot tell: what was set, across a restart too.
         QCOMPARE(HyprlandBackend(m_folder, state).picture(screens[1]), u"/w/b.png"_s);
-
-        m_standIn->refuse(u"wallpaper failed (not preloaded)"_s);
-        try {
-            awaitTask(backend.setPicture({ .path = u"/w/c.png"_s }, { screens[0] }));
-            QFAIL("A refusal was taken for success.");
-        } catch (const DesktopError &error) {
-            QCOMPARE(error.description(), u"wallpaper failed (not preloaded)"_s);
-        }
-        m_standIn->refuse({});
-        QCOMPARE(backend.picture(screens[0]), u"/w/b.png"_s);
     }
 
-    void workspaceSwitchIsReported()
+    // A hyprpaper that does not take the commands, or does not answer, is a failure that says
+    // so; what was set before stays the answer.
+    void hyprpaperFailures_data()
+    {
+        QTest::addColumn<HyprlandStandIn::Manner>("manner");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("sentence");
+        QTest::newRow("unknown command")
+            << HyprlandStandIn::Manner::Answers << u"invalid command"_s
+            << u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. Quennet "
+               "works with hyprpaper releases that accept the preload and wallpaper commands."_s;
+        QTest::newRow("silent") << HyprlandStandIn::Manner::Silent << u"ok"_s
+                                << u"hyprpaper did not answer within 0.3 seconds."_s;
+        QTest::newRow("closes") << HyprlandStandIn::Manner::Closes << u"ok"_s
+                                << u"hyprpaper closed the connection without answering."_s;
+    }
+
+    void hyprpaperFailures()
+    {
+        QFETCH(HyprlandStandIn::Manner, manner);
+        QFETCH(QString, answer);
+        HyprlandBackend backend(m_folder, m_runtime.filePath(u"failures.json"_s));
+        backend.setTimeout(std::chrono::milliseconds(300));
+        const DesktopScreen screen { .connector = u"DP-1"_s };
+        awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, { screen }));
+        m_standIn->manner = manner;
+        m_standIn->answer = answer;
+        try {
+            awaitTask(backend.setPicture({ .path = u"/w/b.png"_s }, { screen }));
+            QFAIL("A failure was taken for success.");
+        } catch (const DesktopError &error) {
+            QTEST(error.description(), "sentence");
+        }
+        m_standIn->manner = HyprlandStandIn::Manner::Answers;
+        m_standIn->answer = u"ok"_s;
+        QCOMPARE(backend.picture(screen), u"/w/a.png"_s);
+    }
+
+    // A workspace switch is told; a new monitor is read.
+    void eventsAreFollowed()
     {
         HyprlandBackend backend(m_folder, m_runtime.filePath(u"state.json"_s));
         QSignalSpy workspaces(&backend, &DesktopBackend::workspaceChanged);
-        QTest::qWait(200); // the event socket's connection
-        QMetaObject::invokeMethod(m_standIn, [this] { m_standIn->sendEvent("activewindow>>kitty,~"); });
-        QMetaObject::invokeMethod(m_standIn, [this] { m_standIn->sendEvent("workspacev2>>3,3"); });
+        QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
+        QVERIFY(screensChanged.wait(5000));
+        m_standIn->sendEvent("activewindow>>kitty,~");
+        m_standIn->sendEvent("workspacev2>>3,3");
         QVERIFY(workspaces.wait(5000));
         QCOMPARE(workspaces.size(), 1);
+
+        const QByteArray monitors = m_standIn->monitors;
+        m_standIn->monitors = R"([{"name":"DP-3","x":0,"y":0,"width":1920,"height":1080}])";
+        m_standIn->sendEvent("monitoraddedv2>>1,DP-3,desc");
+        QVERIFY(screensChanged.wait(5000));
+        m_standIn->monitors = monitors;
+        QCOMPARE(backend.screens().size(), 1);
+        QCOMPARE(backend.screens()[0].connector, u"DP-3"_s);
     }
 };
 

@@ -5,8 +5,8 @@
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QJSEngine>
+#include <QSignalSpy>
 #include <QTest>
-#include <QThread>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -47,6 +47,15 @@ function desktops() { return all; }
 )"_s.arg(screen.x()).arg(screen.y())).toString();
     }
 
+    // As Plasma's own settings would change it.
+    void setImage(const QRect &screen, const QString &url)
+    {
+        m_engine.evaluate(uR"(
+all.forEach(function(d) { var g = screens[d.screen];
+  if (g.x == %1 && g.y == %2) { d.wallpaperPlugin = "org.kde.image"; d.config["Wallpaper/org.kde.image/General/Image"] = "%3"; } })
+)"_s.arg(screen.x()).arg(screen.y()).arg(url));
+    }
+
     Q_INVOKABLE void print(const QString &text) { m_output += text; }
 
 public Q_SLOTS:
@@ -65,58 +74,45 @@ private:
     QString m_output;
 };
 
-// On a private bus, with two dummy monitors side by side.
+// On a private bus, with two dummy monitors side by side. The shell answers from the test's own
+// thread: a backend that waited for its answers would never hear them.
 class PlasmaBackendTest : public QObject
 {
     Q_OBJECT
 
     QDBusConnection m_shell = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"plasmashell"_s);
-    // The shell answers from a thread of its own, as another process would: the backend reads
-    // with blocking calls.
-    QThread m_thread;
-    QObject m_inThread;
-    PlasmaShellStandIn *m_standIn = nullptr;
-
-    QString imageOn(const QRect &screen)
-    {
-        QString image;
-        QMetaObject::invokeMethod(&m_inThread, [&] { image = m_standIn->image(screen); }, Qt::BlockingQueuedConnection);
-        return image;
-    }
+    std::unique_ptr<PlasmaShellStandIn> m_standIn;
+    QList<DesktopScreen> m_screens;
 
 private Q_SLOTS:
     void initTestCase()
     {
-        PlasmaBackend backend(QDBusConnection::sessionBus());
+        m_screens = PlasmaBackend(QDBusConnection::sessionBus()).screens();
         QList<QRect> geometries;
-        for (const DesktopScreen &screen : backend.screens())
+        for (const DesktopScreen &screen : std::as_const(m_screens))
             geometries.append(screen.geometry);
         QCOMPARE(geometries.size(), 2);
-        m_inThread.moveToThread(&m_thread);
-        m_thread.start();
-        QMetaObject::invokeMethod(&m_inThread, [&] { m_standIn = new PlasmaShellStandIn(geometries); },
-                                  Qt::BlockingQueuedConnection);
-        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn, QDBusConnection::ExportAllSlots));
+        m_standIn = std::make_unique<PlasmaShellStandIn>(geometries);
+        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn.get(), QDBusConnection::ExportAllSlots));
         QVERIFY(m_shell.registerService(u"org.kde.plasmashell"_s));
     }
 
-    void cleanupTestCase()
-    {
-        m_shell.unregisterObject(u"/PlasmaShell"_s);
-        QMetaObject::invokeMethod(&m_inThread, [&] { delete m_standIn; }, Qt::BlockingQueuedConnection);
-        m_thread.quit();
-        m_thread.wait();
-    }
+    void cleanupTestCase() { m_shell.unregisterObject(u"/PlasmaShell"_s); }
 
+    // Read back at start, and after each set.
     void eachScreenItsOwnImage()
     {
+        const auto screens = m_screens;
+        m_standIn->setImage(screens[1].geometry, u"file:///r/theirs.png"_s);
         PlasmaBackend backend(QDBusConnection::sessionBus());
-        const auto screens = backend.screens();
+        QSignalSpy changed(&backend, &DesktopBackend::picturesChanged);
+        QVERIFY(changed.wait(5000));
         QCOMPARE(backend.picture(screens[0]), std::nullopt); // a plain colour
+        QCOMPARE(backend.picture(screens[1]), u"/r/theirs.png"_s);
         awaitTask(backend.setPicture({ .path = u"/r/left one.png"_s }, { screens[0] }));
         awaitTask(backend.setPicture({ .path = u"/r/right.png"_s }, { screens[1] }));
-        QCOMPARE(imageOn(screens[0].geometry), u"org.kde.image file:///r/left one.png 2"_s);
-        QCOMPARE(imageOn(screens[1].geometry), u"org.kde.image file:///r/right.png 2"_s);
+        QCOMPARE(m_standIn->image(screens[0].geometry), u"org.kde.image file:///r/left one.png 2"_s);
+        QCOMPARE(m_standIn->image(screens[1].geometry), u"org.kde.image file:///r/right.png 2"_s);
         QCOMPARE(backend.picture(screens[0]), u"/r/left one.png"_s);
         QCOMPARE(backend.picture(screens[1]), u"/r/right.png"_s);
     }

@@ -1,9 +1,11 @@
 #include "await_task.h"
 #include "colour_scheme.h"
 #include "portal_backend.h"
+#include "portal_setting.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -15,7 +17,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Answers like the desktop portal: its Settings and Wallpaper interfaces on one object.
-class PortalStandIn : public QObject
+class PortalStandIn : public QObject, public QDBusContext
 {
     Q_OBJECT
 
@@ -23,7 +25,12 @@ public:
     explicit PortalStandIn(QDBusConnection bus);
 
     uint colourScheme = 1; // prefers dark
+    bool animations = false;
     uint answer = 0; // what the user says to a new wallpaper: 0 yes, 1 no
+    // As the portal has done since the handle token: the request's object is the caller's name
+    // and its token, and the answer may come before the call's reply. Else an object of its own
+    // and the answer later, as older portals do.
+    bool honoursToken = true;
     QString wallpaper;
 
     void changeScheme(uint scheme)
@@ -40,17 +47,23 @@ public:
         m_bus.send(signal);
     }
 
-    QDBusObjectPath request(const QString &uri)
+    QDBusObjectPath request(const QString &caller, const QString &uri, const QVariantMap &options)
     {
-        const QString handle = u"/org/freedesktop/portal/desktop/request/1_1/t%1"_s.arg(++m_requests);
-        // The answer comes later, as the user's would.
-        QTimer::singleShot(50, this, [this, handle, uri] {
+        const QString token = options.value(u"handle_token"_s).toString();
+        const QString handle = honoursToken && !token.isEmpty()
+            ? u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(caller.mid(1).replace(u'.', u'_'), token)
+            : u"/org/freedesktop/portal/desktop/request/1_1/t%1"_s.arg(++m_requests);
+        const auto respond = [this, handle, uri] {
             if (answer == 0)
                 wallpaper = uri;
             auto signal = QDBusMessage::createSignal(handle, u"org.freedesktop.portal.Request"_s, u"Response"_s);
             signal << answer << QVariantMap();
             m_bus.send(signal);
-        });
+        };
+        if (honoursToken)
+            respond();
+        else
+            QTimer::singleShot(50, this, respond);
         return QDBusObjectPath(handle);
     }
 
@@ -73,8 +86,12 @@ public:
 
 public Q_SLOTS:
     // Read wraps the value in one more variant than the signal does.
-    QDBusVariant Read(const QString &, const QString &)
+    QDBusVariant Read(const QString &, const QString &key)
     {
+        if (key == "enable-animations"_L1)
+            return QDBusVariant(QVariant::fromValue(QDBusVariant(m_portal->animations)));
+        if (key != "color-scheme"_L1)
+            m_portal->sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"Requested setting not found"_s);
         return QDBusVariant(QVariant::fromValue(QDBusVariant(m_portal->colourScheme)));
     }
 
@@ -95,9 +112,13 @@ public:
     }
 
 public Q_SLOTS:
-    QDBusObjectPath SetWallpaperURI(const QString &, const QString &uri, const QVariantMap &)
+    QDBusObjectPath SetWallpaperURI(const QString &, const QString &uri, const QVariantMap &options)
     {
-        return m_portal->request(uri);
+        if (uri.contains(u"refused"_s)) {
+            m_portal->sendErrorReply(QDBusError::AccessDenied, u"Not allowed to set the background"_s);
+            return {};
+        }
+        return m_portal->request(m_portal->message().service(), uri, options);
     }
 
 private:
@@ -151,28 +172,67 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 2);
     }
 
-    void wallpaperTheUserAccepts()
+    void wallpaperRequests_data()
     {
-        // One picture for every screen.
+        QTest::addColumn<bool>("honoursToken");
+        QTest::newRow("answer at once, where the token says") << true;
+        QTest::newRow("answer later, where the portal says") << false;
+    }
+
+    // One picture for every screen, once the user accepts it; the answer is never missed.
+    void wallpaperRequests()
+    {
+        QFETCH(bool, honoursToken);
+        m_portal->honoursToken = honoursToken;
+        m_portal->wallpaper.clear();
+        const QString state = m_dir.filePath(u"portal-%1.json"_s.arg(honoursToken));
         const DesktopScreen screen { .connector = u"DP-1"_s };
-        PortalBackend backend(QDBusConnection::sessionBus(), m_dir.filePath(u"portal.json"_s));
+        PortalBackend backend(QDBusConnection::sessionBus(), state);
+        // Long enough for a person; a missed answer fails instead of hanging.
+        backend.setTimeout(std::chrono::seconds(10));
         QCOMPARE(backend.picture(screen), std::nullopt);
         awaitTask(backend.setPicture({ .path = u"/r/one.png"_s }, { screen }));
         QCOMPARE(m_portal->wallpaper, u"file:///r/one.png"_s);
         QCOMPARE(backend.picture({ .connector = u"HDMI-2"_s }), u"/r/one.png"_s);
 
         m_portal->answer = 1;
-        QVERIFY_THROWS_EXCEPTION(DesktopError, awaitTask(backend.setPicture({ .path = u"/r/two.png"_s }, { screen })));
+        const auto refused = [&](const QString &path, const QString &sentence) {
+            try {
+                awaitTask(backend.setPicture({ .path = path }, { screen }));
+                QFAIL("A refusal was taken for success.");
+            } catch (const DesktopError &error) {
+                QCOMPARE(error.description(), sentence);
+            }
+        };
+        refused(u"/r/two.png"_s, u"Your desktop did not take the picture."_s);
         m_portal->answer = 0;
+        refused(u"/r/refused.png"_s,
+                u"The desktop portal refused the picture: Not allowed to set the background"_s);
         QCOMPARE(m_portal->wallpaper, u"file:///r/one.png"_s);
-        QCOMPARE(PortalBackend(QDBusConnection::sessionBus(), m_dir.filePath(u"portal.json"_s)).picture(screen),
-                 u"/r/one.png"_s);
+        QCOMPARE(PortalBackend(QDBusConnection::sessionBus(), state).picture(screen), u"/r/one.png"_s);
     }
 
     void withoutAPortalItIsLight()
     {
         ColourScheme scheme(QDBusConnection::connectToBus(u"unix:path=/nonexistent"_s, u"none"_s));
         QVERIFY(!scheme.isDark());
+    }
+
+    // Read once, then followed; a setting the portal does not know stays unknown.
+    void oneSettingFollowed()
+    {
+        PortalSetting animations(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s,
+                                 u"enable-animations"_s);
+        PortalSetting unknown(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s, u"nothing"_s);
+        QSignalSpy changed(&animations, &PortalSetting::changed);
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(animations.value(), QVariant(false));
+        m_portal->changeSetting(u"org.gnome.desktop.a11y"_s, u"enable-animations"_s, true);
+        m_portal->changeSetting(u"org.gnome.desktop.interface"_s, u"enable-animations"_s, true);
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(animations.value(), QVariant(true));
+        QCOMPARE(changed.size(), 2);
+        QVERIFY(!unknown.value().isValid());
     }
 };
 

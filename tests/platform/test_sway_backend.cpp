@@ -4,10 +4,14 @@
 #include <QColor>
 #include <QFile>
 #include <QImage>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QtEndian>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,6 +25,53 @@ QColor pixel(int x, int y)
     QProcess::execute(u"grim"_s, { u"-g"_s, u"%1,%2 1x1"_s.arg(x).arg(y), shot });
     return QImage(shot).pixelColor(0, 0);
 }
+
+// A sway IPC socket on the test's own thread, so that a backend waiting on its socket would never
+// hear it: answers each request a little later, or never, or closes without answering.
+class SwayStandIn : public QLocalServer
+{
+public:
+    enum class Manner { Late, Silent, Closes };
+
+    SwayStandIn(const QString &path, Manner manner)
+    {
+        listen(path);
+        connect(this, &QLocalServer::newConnection, this, [this, manner] {
+            QLocalSocket *socket = nextPendingConnection();
+            if (manner == Manner::Closes)
+                socket->disconnectFromServer();
+            else if (manner == Manner::Late)
+                connect(socket, &QLocalSocket::readyRead, this, [this, socket] { answerLater(socket); });
+        });
+    }
+
+    QList<QByteArray> commands;
+    QByteArray commandAnswer = R"([{"success":true}])";
+
+private:
+    void answerLater(QLocalSocket *socket)
+    {
+        if (socket->bytesAvailable() < 14)
+            return;
+        const QByteArray header = socket->peek(14);
+        const auto length = qFromLittleEndian<quint32>(header.constData() + 6);
+        const auto type = qFromLittleEndian<quint32>(header.constData() + 10);
+        if (socket->bytesAvailable() < 14 + length)
+            return;
+        socket->skip(14);
+        const QByteArray payload = socket->read(length);
+        QByteArray answer = R"([{"name":"DP-2","make":"AOC","active":true,"focused":true,
+                                "rect":{"x":0,"y":0,"width":2560,"height":1440}},{"name":"OFF-1","active":false}])";
+        if (type == 0) {
+            commands.append(payload);
+            answer = commandAnswer;
+        }
+        QByteArray reply = header;
+        qToLittleEndian<quint32>(quint32(answer.size()), reply.data() + 6);
+        reply += answer;
+        QTimer::singleShot(100, socket, [socket, reply] { socket->write(reply); });
+    }
+};
 } // namespace
 
 // Against headless sway with two outputs side by side.
@@ -54,8 +105,8 @@ private Q_SLOTS:
     void outputsAndPictures()
     {
         SwayBackend backend(qEnvironmentVariable("SWAYSOCK"), m_state);
+        QTRY_COMPARE(backend.screens().size(), 2);
         const auto screens = backend.screens();
-        QCOMPARE(screens.size(), 2);
         QCOMPARE(screens[0].connector, u"HEADLESS-1"_s);
         QCOMPARE(screens[1].geometry, QRect(1920, 0, 1920, 1080));
         QCOMPARE(screens[0].manufacturer, u"headless"_s);
@@ -69,6 +120,64 @@ private Q_SLOTS:
         QCOMPARE(backend.picture(screens[1]), blue);
         // Remembered across a restart: sway itself cannot tell.
         QCOMPARE(SwayBackend(qEnvironmentVariable("SWAYSOCK"), m_state).picture(screens[0]), red);
+    }
+
+    // Outputs and sets are awaited: a sway that answers late is heard, one that does not answer
+    // or refuses is a failure that says so.
+    void standInSway()
+    {
+        const QString path = m_dir.filePath(u"stand-in.sock"_s);
+        SwayStandIn late(path, SwayStandIn::Manner::Late);
+        SwayBackend backend(path, m_dir.filePath(u"stand-in.json"_s));
+        QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
+        QVERIFY(screensChanged.wait(5000));
+        const auto screens = backend.screens();
+        QCOMPARE(screens.size(), 1);
+        QCOMPARE(screens[0].connector, u"DP-2"_s);
+        QCOMPARE(screens[0].geometry, QRect(0, 0, 2560, 1440));
+
+        awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, screens));
+        QCOMPARE(late.commands, QList<QByteArray>({ R"(output "DP-2" bg "/w/a.png" fill)" }));
+        QCOMPARE(backend.picture(screens[0]), u"/w/a.png"_s);
+        late.commandAnswer = R"([{"success":false,"error":"Invalid output"}])";
+        try {
+            awaitTask(backend.setPicture({ .path = u"/w/b.png"_s }, screens));
+            QFAIL("A refusal was taken for success.");
+        } catch (const DesktopError &error) {
+            QCOMPARE(error.description(), u"Invalid output"_s);
+        }
+        QCOMPARE(backend.picture(screens[0]), u"/w/a.png"_s);
+    }
+
+    void unansweredRequestsFail_data()
+    {
+        QTest::addColumn<int>("manner");
+        QTest::addColumn<QString>("sentence");
+        QTest::newRow("silent") << int(SwayStandIn::Manner::Silent) << u"sway did not answer within 0.3 seconds."_s;
+        QTest::newRow("closes") << int(SwayStandIn::Manner::Closes)
+                                << u"sway closed the connection without answering."_s;
+        QTest::newRow("nothing listens") << -1 << u"Cannot reach sway: nothing answers at PATH."_s;
+    }
+
+    void unansweredRequestsFail()
+    {
+        QFETCH(int, manner);
+        QFETCH(QString, sentence);
+        const QString path = m_dir.filePath(u"unanswered.sock"_s);
+        std::optional<SwayStandIn> standIn;
+        if (manner >= 0)
+            standIn.emplace(path, SwayStandIn::Manner(manner));
+        SwayBackend backend(path, m_dir.filePath(u"unanswered.json"_s));
+        backend.setTimeout(std::chrono::milliseconds(300));
+        const DesktopScreen screen { .connector = u"DP-2"_s };
+        try {
+            awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, { screen }));
+            QFAIL("A set without an answer succeeded.");
+        } catch (const DesktopError &error) {
+            QCOMPARE(error.description(), sentence.replace(u"PATH"_s, path));
+        }
+        QCOMPARE(backend.picture(screen), std::nullopt);
+        QVERIFY(backend.screens().isEmpty());
     }
 
     void workspaceSwitchIsReported()

@@ -29,6 +29,7 @@ class XfceBackendTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // Read back at start and after each set, without waiting for xfconf.
     void eachMonitorAndWorkspace()
     {
         // A monitor that xfdesktop already knows on two workspaces; DUMMY1 is new to it.
@@ -37,7 +38,7 @@ private Q_SLOTS:
         XfceBackend backend(QDBusConnection::sessionBus());
         const auto screens = backend.screens();
         QCOMPARE(screens.size(), 2);
-        QCOMPARE(backend.picture(screens[0]), u"/old0.png"_s);
+        QTRY_COMPARE(backend.picture(screens[0]), u"/old0.png"_s);
         QCOMPARE(backend.picture(screens[1]), std::nullopt);
 
         awaitTask(backend.setPicture({ .path = u"/left.png"_s }, { screens[0] }));
@@ -53,6 +54,7 @@ private Q_SLOTS:
     void outsideChangeIsSeen()
     {
         XfceBackend backend(QDBusConnection::sessionBus());
+        QTRY_COMPARE(backend.picture(backend.screens()[1]), u"/right.png"_s);
         QSignalSpy changed(&backend, &DesktopBackend::picturesChanged);
         xfconf(u"/backdrop/screen0/monitorDUMMY1/workspace0/last-image"_s, u"/theirs.png"_s);
         QVERIFY(changed.wait(5000));

@@ -1,0 +1,66 @@
+#include "portal_setting.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+const auto service = u"org.freedesktop.portal.Desktop"_s;
+const auto path = u"/org/freedesktop/portal/desktop"_s;
+const auto interface = u"org.freedesktop.portal.Settings"_s;
+
+// Read() wraps the value in one more variant than the signal does.
+QVariant unwrap(QVariant value)
+{
+    while (value.typeId() == qMetaTypeId<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+} // namespace
+
+PortalSetting::PortalSetting(const QDBusConnection &bus, QString group, QString key, QObject *parent)
+    : QObject(parent)
+    , m_bus(bus)
+    , m_group(std::move(group))
+    , m_key(std::move(key))
+{
+    if (!m_bus.isConnected())
+        return;
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
+    read();
+}
+
+void PortalSetting::read()
+{
+    auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
+    message << m_group << m_key;
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
+        call->deleteLater();
+        const QDBusMessage reply = call->reply();
+        // A change heard meanwhile is newer than this answer.
+        if (!m_heard && reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
+            take(reply.arguments().constFirst());
+    });
+}
+
+void PortalSetting::settingChanged(const QDBusMessage &message)
+{
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() != 3 || arguments[0].toString() != m_group || arguments[1].toString() != m_key)
+        return;
+    m_heard = true;
+    take(arguments[2]);
+}
+
+void PortalSetting::take(const QVariant &value)
+{
+    const QVariant unwrapped = unwrap(value);
+    if (unwrapped == m_value)
+        return;
+    m_value = unwrapped;
+    Q_EMIT changed();
+}
