@@ -82,9 +82,10 @@ QFuture<QImage> inPool(std::function<QImage()> work)
 }
 } // namespace
 
-ArtCache::ArtCache(QNetworkAccessManager *network, QObject *parent)
+ArtCache::ArtCache(QNetworkAccessManager *network, QUrl shop, QObject *parent)
     : QObject(parent)
     , m_network(network)
+    , m_shop(std::move(shop))
 {
     m_images.setMaxCost(costLimit);
 }
@@ -168,6 +169,11 @@ QCoro::Task<std::optional<QByteArray>> ArtCache::fetch(QUrl url)
 {
     if (!m_network)
         co_return std::nullopt;
+    if (url.scheme() != "https"_L1 || url.host() != m_shop.host()
+        || url.port(443) != m_shop.port(443)) {
+        qCDebug(lcArt) << "Not the shop's art:" << url.toDisplayString(QUrl::RemoveQuery);
+        co_return std::nullopt;
+    }
     qCDebug(lcArt) << "GET" << url.toDisplayString(QUrl::RemoveQuery);
     QNetworkReply *reply = m_network->get(QNetworkRequest(url));
     co_await reply;

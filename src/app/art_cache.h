@@ -18,8 +18,9 @@ class ArtCache : public QObject {
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
 
 public:
-    // network: the shop's manager, which trusts the shop's certificates.
-    explicit ArtCache(QNetworkAccessManager *network, QObject *parent = nullptr);
+    // network: the shop's manager, which trusts the shop's certificates. shop: the service root;
+    // art is fetched over HTTPS from its host and port alone.
+    explicit ArtCache(QNetworkAccessManager *network, QUrl shop, QObject *parent = nullptr);
     ~ArtCache() override;
 
     // url|maxPixels|dark or url|maxPixels|light.
@@ -49,6 +50,7 @@ private:
     [[nodiscard]] QCoro::Task<std::optional<QByteArray>> fetch(QUrl url);
 
     QPointer<QNetworkAccessManager> m_network;
+    QUrl m_shop;
     QCache<QString, QImage> m_images;
     bool m_dark = false;
 };

@@ -81,7 +81,10 @@ QString Account::userCode() const
 
 QUrl Account::verificationURI() const
 {
-    return m_state.code ? m_state.code->verificationURI : QUrl();
+    // Only the shop's own page is passed on: anything else would be a lure shown as ours.
+    if (!m_state.code || !m_api().isShopPage(m_state.code->verificationURI))
+        return {};
+    return m_state.code->verificationURI;
 }
 
 void Account::setEmail(const std::optional<QString> &email)

@@ -60,6 +60,7 @@ public:
     [[nodiscard]] const State &state() const { return m_state; }
     [[nodiscard]] Status status() const { return m_state.status; }
     [[nodiscard]] QString userCode() const;
+    // Empty unless the page is the shop's own.
     [[nodiscard]] QUrl verificationURI() const;
     [[nodiscard]] QString message() const { return m_state.message; }
     // Empty when not known.

@@ -255,7 +255,8 @@ QUrl APIClient::endpoint(QLatin1StringView path) const
 bool APIClient::isShopPage(const QUrl &url) const
 {
     return url.scheme() == "https"_L1
-        && url.host(QUrl::FullyEncoded) == m_base.host(QUrl::FullyEncoded);
+        && url.host(QUrl::FullyEncoded) == m_base.host(QUrl::FullyEncoded)
+        && url.port(443) == m_base.port(443);
 }
 
 QCoro::Task<APIClient::DeviceCode> APIClient::requestDeviceCode(QString device,

@@ -1,4 +1,5 @@
 #include "art_cache.h"
+#include "artwork_urls.h"
 #include "dev_shop.h"
 #include "heic_file.h"
 #include "network_access_manager.h"
@@ -76,7 +77,7 @@ private Q_SLOTS:
         QVERIFY(ArtCache::key(QUrl(u"file:///a.heic"_s), 256, false)
                 != ArtCache::key(QUrl(u"file:///a.heic"_s), 256, true));
 
-        ArtCache cache(nullptr);
+        ArtCache cache(nullptr, {});
         const QUrl url = QUrl::fromLocalFile(sample(u"files/aurora/emerald-appearance.heic"_s));
         const auto light = imageOf(cache, url, 128, false);
         QVERIFY(light);
@@ -92,7 +93,8 @@ private Q_SLOTS:
         QVERIFY(!cache.contains(ArtCache::key(missing, 128, false)));
     }
 
-    // Remote artwork comes through the shop's network manager, which trusts the shop.
+    // Remote artwork comes through the shop's network manager, which trusts the shop, and from
+    // the shop alone: art elsewhere is not fetched even where the connection would be trusted.
     void remote()
     {
         QTemporaryDir state;
@@ -100,7 +102,7 @@ private Q_SLOTS:
             { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT), .stateDir = state.path() });
         QVERIFY(shop.start());
         NetworkAccessManager network(shop.caPath(), shop.baseUrl());
-        ArtCache cache(&network);
+        ArtCache cache(&network, shop.baseUrl());
         QUrl url = shop.baseUrl();
         url.setPath(u"/art/aurora/emerald/light.png"_s);
         const auto image = imageOf(cache, url, 96, false);
@@ -110,6 +112,32 @@ private Q_SLOTS:
             middle(ArtCache::decodeFile(sample(u"art/aurora/emerald/light.png"_s), 96, false))));
         url.setPath(u"/art/aurora/none.png"_s);
         QVERIFY(!imageOf(cache, url, 96, false));
+
+        // The same server under its other loopback name, with a manager that trusts that name.
+        QUrl elsewhere = shop.baseUrl();
+        elsewhere.setHost(elsewhere.host() == "localhost"_L1 ? u"127.0.0.1"_s : u"localhost"_s);
+        NetworkAccessManager trusting(shop.caPath(), elsewhere);
+        elsewhere.setPath(u"/art/aurora/emerald/light.png"_s);
+        ArtCache trusted(&trusting, elsewhere);
+        QVERIFY(imageOf(trusted, elsewhere, 96, false));
+        ArtCache refusing(&trusting, shop.baseUrl());
+        QVERIFY(!imageOf(refusing, elsewhere, 96, false));
+    }
+
+    // Only HTTPS catalogue art is shown; a file or plain http named by the catalogue is not.
+    void catalogueArt()
+    {
+        const QUrl file(u"file:///home/sam/secret.png"_s);
+        const QUrl http(u"http://127.0.0.1:9/light.png"_s);
+        const QUrl https(u"https://127.0.0.1:9/dark.png"_s);
+        Colourway colourway{.thumbnails = {{Appearance::Light, file}, {Appearance::Dark, https}},
+                            .desktop = {{Appearance::Light, http}}};
+        QCOMPARE(ArtworkUrls::thumbnail(colourway, Appearance::Light), https);
+        QCOMPARE(ArtworkUrls::preview(colourway, Appearance::Light), QUrl());
+        colourway.thumbnails.clear();
+        QCOMPARE(ArtworkUrls::thumbnail(colourway, Appearance::Dark), QUrl());
+        colourway.desktop = {{Appearance::Dark, https}};
+        QCOMPARE(ArtworkUrls::preview(colourway, Appearance::Light), https);
     }
 };
 

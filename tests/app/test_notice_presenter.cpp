@@ -2,8 +2,14 @@
 
 #include <QDBusConnection>
 #include <QDesktopServices>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQmlExtensionPlugin>
+#include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
+
+Q_IMPORT_QML_PLUGIN(QuennetPlugin)
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,7 +27,7 @@ public Q_SLOTS:
     void ShowItems(const QStringList &uris, const QString &) { shown += uris; }
 };
 
-// The words of the panel's notice line.
+// The words of the panel's notice line, and how its view shows them.
 class NoticePresenterTest : public QObject
 {
     Q_OBJECT
@@ -102,7 +108,26 @@ private Q_SLOTS:
         QCOMPARE(fileManager.shown.size(), 1);
         QDBusConnection::disconnectFromBus(u"files"_s);
     }
+
+    // A shop's sentence is shown as it reads: markup in it is neither styled nor followed.
+    void shownAsPlainText()
+    {
+        const QString sentence = uR"(<img src="http://127.0.0.1:9/x.png"><b>Busy</b>)"_s;
+        NoticePresenter presenter;
+        presenter.setNotice(Notice::failed(sentence));
+        QQmlEngine engine;
+        QQmlComponent component(&engine, QUrl(u"qrc:/qt/qml/Quennet/qml/NoticeView.qml"_s));
+        const std::unique_ptr<QObject> view(
+            component.createWithInitialProperties({{u"notice"_s, QVariant::fromValue(&presenter)}}));
+        QVERIFY2(view, qPrintable(component.errorString()));
+        const auto items = view->findChildren<QQuickItem *>();
+        const auto shown = std::find_if(items.cbegin(), items.cend(), [&](const QQuickItem *item) {
+            return item->property("text").toString() == sentence;
+        });
+        QVERIFY(shown != items.cend());
+        QCOMPARE((*shown)->property("textFormat").toInt(), int(Qt::PlainText));
+    }
 };
 
-QTEST_GUILESS_MAIN(NoticePresenterTest)
+QTEST_MAIN(NoticePresenterTest)
 #include "test_notice_presenter.moc"

@@ -181,6 +181,7 @@ void AccountTest::signInThroughTheApprovalPage()
     QCOMPARE(account->status(), Status::Requesting);
     QTRY_COMPARE(account->status(), Status::Waiting);
     QCOMPARE(m_opened, QList{account->state().code->verificationURIComplete.value()});
+    QCOMPARE(account->verificationURI(), account->state().code->verificationURI);
     decideInPage(account->userCode(), u"approve"_s);
     QTRY_COMPARE(account->status(), Status::SignedIn);
     QVERIFY(account->generation() != signedOutGeneration);
@@ -291,10 +292,19 @@ void AccountTest::defaultIntervalAndDeadline()
         server.enqueue({.status = 400, .body = R"({"error": "authorization_pending"})"});
     QTest::ignoreMessage(QtWarningMsg, ignoredPage);
     auto account = makeAccount([&] { return server.base(); });
+    QStringList codes;
+    QList<QUrl> pages;
+    connect(account.get(), &Account::stateChanged, this, [&] {
+        codes.append(account->userCode());
+        pages.append(account->verificationURI());
+    });
     account->signIn();
     QTRY_COMPARE(account->status(), Status::Failed);
     QCOMPARE(account->message(), expired);
     QCOMPARE(m_opened, QList<QUrl>());
+    // Nor is it passed on to be shown.
+    QVERIFY(codes.contains(u"WXYZ"_s));
+    QCOMPARE(pages, QList<QUrl>(pages.size()));
     // Polls at 5, 10 and 15 s; the next round finds the 12 s deadline passed.
     QCOMPARE(m_clock->sleeps(), seconds({5, 5, 5}));
     QCOMPARE(server.requests().size(), 4);

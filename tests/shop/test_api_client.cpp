@@ -79,7 +79,8 @@ void APIClientTest::isShopPage_data()
     QTest::addColumn<bool>("expected");
 
     QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate?c=AB"_s << true;
-    QTest::newRow("ports are not compared") << u"https://shop.quennet.app:8443/activate"_s << true;
+    QTest::newRow("the shop's port") << u"https://shop.quennet.app:443/activate"_s << true;
+    QTest::newRow("another port") << u"https://shop.quennet.app:8443/activate"_s << false;
     QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << false;
     QTest::newRow("another host") << u"https://example.com/activate"_s << false;
     QTest::newRow("a longer name") << u"https://shop.quennet.app.evil.com/"_s << false;

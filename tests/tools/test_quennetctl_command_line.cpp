@@ -1,3 +1,4 @@
+#include "automation_client.h"
 #include "command_line.h"
 
 #include <QFile>
@@ -8,7 +9,8 @@ using namespace Qt::Literals::StringLiterals;
 
 Q_DECLARE_METATYPE(Command)
 
-// What quennetctl makes of its command line, before it talks to Quennet.
+// What quennetctl makes of its command line before it talks to Quennet, and of the shop's text
+// it prints.
 class QuennetctlCommandLineTest : public QObject {
     Q_OBJECT
 
@@ -125,6 +127,51 @@ private Q_SLOTS:
         }
         const auto listed = QRegularExpression(u"local commands=\"([^\"]*)\""_s).match(completing);
         QCOMPARE(listed.captured(1).split(u' '), CommandLine::subcommands());
+    }
+
+    // The shop's names, sentences and codes reach the terminal as text, never as its commands.
+    void shopTextPrinted_data()
+    {
+        QTest::addColumn<QString>("sent");
+        QTest::addColumn<QString>("printed");
+
+        QTest::newRow("plain") << u"Café Dunes — Dawn"_s << u"Café Dunes — Dawn"_s;
+        QTest::newRow("colour") << u"\x1b[31;1mRed\x1b[0m Sea"_s << u"Red Sea"_s;
+        QTest::newRow("title") << u"A\x1b]0;owned\aB"_s << u"AB"_s;
+        QTest::newRow("link") << u"\x1b]8;;https://x.test\x1b\\Go\x1b]8;;\x1b\\"_s << u"Go"_s;
+        QTest::newRow("character set") << u"\x1b(0lqk"_s << u"lqk"_s;
+        QTest::newRow("a lone escape") << u"end\x1b"_s << u"end"_s;
+        QTest::newRow("C0 and DEL") << u"a\tb\nc\rd\x08" u"e\x7f\x00" u"f"_s << u"abcdef"_s;
+        QTest::newRow("C1") << u"x\u009b2Jy\u0085z"_s << u"x2Jyz"_s;
+    }
+
+    void shopTextPrinted()
+    {
+        QFETCH(QString, sent);
+        QFETCH(QString, printed);
+        QCOMPARE(AutomationClient::printable(sent), printed);
+    }
+
+    // Quennet passes on only the shop's own page; whatever else arrives is not printed.
+    void verificationPage_data()
+    {
+        QTest::addColumn<QString>("sent");
+        QTest::addColumn<QString>("printed");
+
+        QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate"_s
+                                         << u"https://shop.quennet.app/activate"_s;
+        QTest::newRow("none") << QString() << QString();
+        QTest::newRow("a file") << u"file:///etc/passwd"_s << QString();
+        QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << QString();
+        QTest::newRow("no host") << u"https:/activate"_s << QString();
+        QTest::newRow("control characters") << u"https://shop.quennet.app/\x1b[2Ja"_s << QString();
+    }
+
+    void verificationPage()
+    {
+        QFETCH(QString, sent);
+        QFETCH(QString, printed);
+        QCOMPARE(AutomationClient::printablePage(sent), printed);
     }
 };
 

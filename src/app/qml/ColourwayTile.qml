@@ -146,6 +146,7 @@ Item {
     Label {
         id: caption
         anchors { top: frame.bottom; topMargin: 5; left: parent.left; right: parent.right }
+        textFormat: Text.PlainText
         text: tile.name
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter

@@ -77,6 +77,7 @@ Item {
                     Label {
                         Layout.fillWidth: true
                         horizontalAlignment: Text.AlignHCenter
+                        textFormat: Text.PlainText
                         text: screen.caption
                         color: palette.placeholderText
                         font.pixelSize: 11
@@ -100,6 +101,7 @@ Item {
                         spacing: 0
                         Label {
                             Layout.fillWidth: true
+                            textFormat: Text.PlainText
                             text: screen.caption
                             color: "white"
                             font.pixelSize: 11
@@ -109,6 +111,7 @@ Item {
                         Label {
                             Layout.fillWidth: true
                             visible: screen.own && screen.height > 70
+                            textFormat: Text.PlainText
                             text: screen.detail
                             color: Qt.rgba(1, 1, 1, 0.8)
                             font.pixelSize: 10

@@ -170,6 +170,7 @@ ApplicationWindow {
                     leftPadding: 18
                     topPadding: 14
                     bottomPadding: 4
+                    textFormat: Text.PlainText
                     text: section
                     font.pixelSize: 11
                     font.weight: Font.DemiBold
@@ -208,6 +209,7 @@ ApplicationWindow {
                     spacing: 2
                     Label {
                         Layout.fillWidth: true
+                        textFormat: Text.PlainText
                         text: window.browsing === "" ? "Favourites" : (window.packRole("name") ?? "")
                         font.pixelSize: 22
                         font.weight: Font.DemiBold
@@ -215,6 +217,7 @@ ApplicationWindow {
                     }
                     Label {
                         Layout.fillWidth: true
+                        textFormat: Text.PlainText
                         text: window.browsing === "" ? "The colourways with a heart, for you and for Shuffle."
                                                      : (window.packRole("line") ?? "")
                         color: palette.placeholderText
@@ -223,6 +226,7 @@ ApplicationWindow {
                 }
                 Label {
                     visible: !window.browsingOwned
+                    textFormat: Text.PlainText
                     text: window.packRole("price") ?? ""
                     font.weight: Font.DemiBold
                 }
@@ -266,6 +270,7 @@ ApplicationWindow {
                             Layout.fillWidth: true
                             // Keeps "Back" at the right end when there is one display.
                             opacity: displayList.count > 1 ? 1 : 0
+                            textFormat: Text.PlainText
                             text: "A click on a colourway sets it on " + (window.targetRole("name") ?? "")
                                   + ". Choose another display above."
                             color: palette.placeholderText
@@ -371,6 +376,7 @@ ApplicationWindow {
                 visible: phases.length > 0
                 spacing: 6
                 Label {
+                    textFormat: Text.PlainText
                     text: "Through the day: " + (colourways.revision, strip.row >= 0 ? colourways.get(strip.row, "name") : "")
                     font.weight: Font.DemiBold
                 }
@@ -394,6 +400,7 @@ ApplicationWindow {
                             Label {
                                 Layout.fillWidth: true
                                 horizontalAlignment: Text.AlignHCenter
+                                textFormat: Text.PlainText
                                 text: modelData.label
                                 font.pixelSize: 11
                                 color: palette.placeholderText
@@ -465,6 +472,7 @@ ApplicationWindow {
             }
             Label {
                 Layout.fillWidth: true
+                textFormat: Text.PlainText
                 text: row.title
                 elide: Text.ElideRight
                 color: row.selected ? palette.highlightedText : palette.windowText
@@ -478,6 +486,7 @@ ApplicationWindow {
                 Label {
                     id: badgeText
                     anchors.centerIn: parent
+                    textFormat: Text.PlainText
                     text: row.badge
                     font.pixelSize: 10
                     font.weight: Font.DemiBold
@@ -526,6 +535,7 @@ ApplicationWindow {
                     }
                     contentItem: Label {
                         id: label
+                        textFormat: Text.PlainText
                         text: segment.modelData.label
                         horizontalAlignment: Text.AlignHCenter
                         verticalAlignment: Text.AlignVCenter

@@ -33,6 +33,7 @@ RowLayout {
     }
     Label {
         Layout.fillWidth: true
+        textFormat: Text.PlainText
         text: view.notice.text
         wrapMode: view.notice.kind === "failed" ? Text.WordWrap : Text.NoWrap
         elide: Text.ElideMiddle
@@ -40,6 +41,7 @@ RowLayout {
     }
     Label {
         visible: view.notice.kind === "downloading"
+        textFormat: Text.PlainText
         text: view.notice.percent
         color: palette.placeholderText
         horizontalAlignment: Text.AlignRight

@@ -152,6 +152,7 @@ Rectangle {
                 visible: displayList.count > 1
                 Label {
                     Layout.fillWidth: true
+                    textFormat: Text.PlainText
                     text: "Choosing for " + (panel.targetRole("name") ?? "")
                     color: palette.placeholderText
                     font.pixelSize: 11

@@ -96,6 +96,8 @@ ApplicationWindow {
         font.weight: Font.DemiBold
     }
     component Explanation: Label {
+        // It shows pack and wallpaper names.
+        textFormat: Text.PlainText
         Layout.fillWidth: true
         wrapMode: Text.WordWrap
         color: palette.placeholderText
@@ -240,7 +242,10 @@ ApplicationWindow {
             columnSpacing: 16
             rowSpacing: 6
             Label { text: "Email"; color: palette.placeholderText }
-            Label { text: accountPane.app.account.email !== "" ? accountPane.app.account.email : "Signed in" }
+            Label {
+                textFormat: Text.PlainText
+                text: accountPane.app.account.email !== "" ? accountPane.app.account.email : "Signed in"
+            }
         }
         Explanation {
             visible: accountPane.app.signedIn

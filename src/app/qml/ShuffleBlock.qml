@@ -43,6 +43,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.leftMargin: 24
         Layout.topMargin: -6
+        textFormat: Text.PlainText
         text: block.shuffle.summary
         color: palette.placeholderText
         font.pixelSize: 11
@@ -57,6 +58,7 @@ ColumnLayout {
         Label {
             Layout.fillWidth: true
             visible: text !== ""
+            textFormat: Text.PlainText
             text: block.shuffle.status
             wrapMode: Text.WordWrap
             font.pixelSize: 11
@@ -65,6 +67,7 @@ ColumnLayout {
         Label {
             Layout.fillWidth: true
             visible: block.shuffle.isOn && text !== ""
+            textFormat: Text.PlainText
             text: block.shuffle.isShuffling ? "Shuffling…" : block.shuffle.next
             font.pixelSize: 11
             color: palette.placeholderText
@@ -73,6 +76,7 @@ ColumnLayout {
         Label {
             Layout.fillWidth: true
             visible: block.shuffle.isOn && block.shuffle.upNext.length > 0
+            textFormat: Text.PlainText
             text: "Up next: " + block.shuffle.upNext.map(p => p.name).join(", ")
             font.pixelSize: 11
             color: palette.placeholderText

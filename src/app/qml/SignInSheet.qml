@@ -37,6 +37,7 @@ ColumnLayout {
         visible: sheet.status === Account.Waiting
         padding: 12
         Label {
+            textFormat: Text.PlainText
             text: sheet.app.account.userCode
             font.family: "monospace"
             font.pixelSize: 28
@@ -70,6 +71,7 @@ ColumnLayout {
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
         visible: sheet.status === Account.Failed
+        textFormat: Text.PlainText
         text: "\u26a0 " + sheet.app.account.message
     }
 

@@ -36,6 +36,7 @@ ColumnLayout {
         Layout.fillWidth: true
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
         text: message.title
         font.pixelSize: 15
         font.weight: Font.DemiBold
@@ -45,6 +46,7 @@ ColumnLayout {
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
         visible: text !== ""
+        textFormat: Text.PlainText
         text: message.detail
         color: palette.placeholderText
     }

@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QTextStream>
 #include <QTimer>
+#include <QUrl>
 #include <climits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -37,7 +38,8 @@ QStringList wallpaperLines(const QVariant &value)
         list.beginStructure();
         list >> id >> name >> packName;
         list.endStructure();
-        lines.append(id + u'\t' + name + u'\t' + packName);
+        lines.append(AutomationClient::printable(id) + u'\t' + AutomationClient::printable(name)
+                     + u'\t' + AutomationClient::printable(packName));
     }
     list.endArray();
     return lines;
@@ -119,10 +121,10 @@ int AutomationClient::report(const QDBusMessage &reply, QTextStream &err)
     if (reply.type() != QDBusMessage::ErrorMessage)
         return 0;
     if (!reply.errorName().startsWith(errorPrefix)) {
-        err << "Couldn't reach Quennet: " << reply.errorMessage() << Qt::endl;
+        err << "Couldn't reach Quennet: " << printable(reply.errorMessage()) << Qt::endl;
         return failed;
     }
-    err << reply.errorMessage() << Qt::endl;
+    err << printable(reply.errorMessage()) << Qt::endl;
     return reply.errorName() == errorPrefix + "InvalidArgument"_L1 ? usageError : failed;
 }
 
@@ -145,7 +147,7 @@ int AutomationClient::run(const Command &command, QTextStream &out, QTextStream 
         if (reply.type() == QDBusMessage::ReplyMessage) {
             QStringList fields;
             for (const QVariant &field : reply.arguments())
-                fields.append(field.toString());
+                fields.append(printable(field.toString()));
             out << fields.join(u'\t') << Qt::endl;
         }
         return report(reply, err);
@@ -190,9 +192,12 @@ int AutomationClient::signIn(QTextStream &out, QTextStream &err)
     for (;;) {
         const QString state = m_session.value(u"State"_s).toString();
         if (state == "waiting"_L1 && !shownCode) {
-            out << "Approve this computer in your browser: "
-                << m_session.value(u"VerificationURI"_s).toString() << '\n'
-                << "Code: " << m_session.value(u"UserCode"_s).toString() << '\n'
+            const QString page = printablePage(m_session.value(u"VerificationURI"_s).toString());
+            if (page.isEmpty())
+                out << "Approve this computer on the shop's website in your browser.\n";
+            else
+                out << "Approve this computer in your browser: " << page << '\n';
+            out << "Code: " << printable(m_session.value(u"UserCode"_s).toString()) << '\n'
                 << "Check the code there matches this one. Waiting for approval…" << Qt::endl;
             shownCode = true;
         } else if (state == "signedIn"_L1) {
@@ -202,7 +207,7 @@ int AutomationClient::signIn(QTextStream &out, QTextStream &err)
             out << "Signed in." << Qt::endl;
             return 0;
         } else if (state == "failed"_L1) {
-            err << m_session.value(u"Message"_s).toString() << Qt::endl;
+            err << printable(m_session.value(u"Message"_s).toString()) << Qt::endl;
             return failed;
         } else if (state == "signedOut"_L1) {
             err << "Sign-in was cancelled." << Qt::endl;
@@ -225,11 +230,54 @@ int AutomationClient::status(QTextStream &out, QTextStream &err)
     const QString state = values.value(u"State"_s).toString();
     out << "State: " << state << '\n';
     if (state == "waiting"_L1) {
-        out << "Code: " << values.value(u"UserCode"_s).toString() << '\n'
-            << "Page: " << values.value(u"VerificationURI"_s).toString() << '\n';
+        out << "Code: " << printable(values.value(u"UserCode"_s).toString()) << '\n';
+        const QString page = printablePage(values.value(u"VerificationURI"_s).toString());
+        if (!page.isEmpty())
+            out << "Page: " << page << '\n';
     } else if (state == "failed"_L1) {
-        out << "Message: " << values.value(u"Message"_s).toString() << '\n';
+        out << "Message: " << printable(values.value(u"Message"_s).toString()) << '\n';
     }
     out << "Library: " << values.value(u"LibraryState"_s).toString() << Qt::endl;
     return 0;
+}
+
+QString AutomationClient::printable(QStringView text)
+{
+    QString kept;
+    kept.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c == u'\x1b' && i + 1 < text.size()) {
+            char16_t kind = text[++i].unicode();
+            // Intermediate bytes come before the one that says what the sequence is.
+            while (kind >= 0x20 && kind <= 0x2f && i + 1 < text.size())
+                kind = text[++i].unicode();
+            if (kind == u'[') {
+                // A control sequence ends at its first byte in @ to ~.
+                while (i + 1 < text.size() && !(text[i + 1] >= u'@' && text[i + 1] <= u'~'))
+                    ++i;
+                ++i;
+            } else if (kind == u']' || kind == u'P' || kind == u'X' || kind == u'^'
+                       || kind == u'_') {
+                // A string sequence (a title, a link) runs to BEL or to ESC backslash.
+                while (i + 1 < text.size() && text[i + 1] != u'\a' && text[i + 1] != u'\x1b')
+                    ++i;
+                if (i + 1 < text.size() && text[i + 1] == u'\a')
+                    ++i;
+            }
+            continue;
+        }
+        if (c < 0x20 || (c >= 0x7f && c <= 0x9f))
+            continue;
+        kept.append(QChar(c));
+    }
+    return kept;
+}
+
+QString AutomationClient::printablePage(const QString &page)
+{
+    const QUrl url(page, QUrl::StrictMode);
+    if (!url.isValid() || url.scheme() != "https"_L1 || url.host().isEmpty())
+        return {};
+    return printable(url.toString(QUrl::FullyEncoded));
 }

@@ -22,6 +22,12 @@ public:
     // The exit status: 0 when done, failed, or usageError for an argument Quennet refused.
     int run(const Command &command, QTextStream &out, QTextStream &err);
 
+    // Text that came from the shop, without the control characters and escape sequences a
+    // terminal would act on.
+    [[nodiscard]] static QString printable(QStringView text);
+    // The verification page to print: empty unless it is an HTTPS address.
+    [[nodiscard]] static QString printablePage(const QString &page);
+
 Q_SIGNALS:
     void sessionChanged();
 
