@@ -3,10 +3,16 @@
 // shop in a process of its own, and a 1 ms heartbeat on the main thread. The same heartbeat with
 // the panel open and nothing downloading is the baseline.
 //
-//   bench_panel [RUNS]        under X with a tray; writes 500 MB into the current folder
+// With --slow-desktop, the desktop is a sway that answers every request of its IPC socket only
+// after 2 s (a stand-in on a thread of its own, as another process would be), and each run sets a
+// picture on its outputs while the panel is open, timed the same way.
+//
+//   bench_panel [RUNS]                    under X with a tray; writes 500 MB into the current folder
+//   bench_panel --slow-desktop [RUNS]     under X with a tray
 
 #include "../devshop_process.h"
 #include "app_delegate.h"
+#include "displays.h"
 #include "shop.h"
 #include "shop_content.h"
 #include "status_item_controller.h"
@@ -15,16 +21,21 @@
 #include <QCoroTask>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QQuickStyle>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
+#include <QtEndian>
 #include <QtQml/QQmlExtensionPlugin>
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <functional>
 
@@ -34,6 +45,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 constexpr qint64 largeBytes = 500'000'000;
+constexpr int slowAnswerMs = 2000;
 
 // CPU seconds the calling thread has used.
 double threadCpu()
@@ -69,7 +81,11 @@ public:
         m_since.start();
         m_timer.start();
     }
-    [[nodiscard]] double longestStall() const { return m_longest; }
+    // The pause still running counts too: a thread blocked to the end never ticks again.
+    [[nodiscard]] double longestStall() const
+    {
+        return std::max(m_longest, double(m_since.nsecsElapsed()) / 1e6 - 1);
+    }
     [[nodiscard]] QStringList longStalls() const { return m_long; }
 
 private:
@@ -99,6 +115,37 @@ bool waitUntil(const std::function<bool()> &done, int ms)
     return true;
 }
 
+// sway's IPC socket, answering every message slowAnswerMs after it arrives: two outputs, success
+// for every command and subscription. Lives on a thread of its own.
+class SlowSway : public QLocalServer {
+public:
+    void answer(QLocalSocket *socket)
+    {
+        while (socket->bytesAvailable() >= 14) {
+            const QByteArray header = socket->peek(14);
+            const auto length = qFromLittleEndian<quint32>(header.constData() + 6);
+            const auto type = qFromLittleEndian<quint32>(header.constData() + 10);
+            if (socket->bytesAvailable() < 14 + qint64(length))
+                return;
+            socket->skip(14);
+            const QByteArray payload = socket->read(length);
+            QByteArray reply = R"({"success":true})";
+            if (type == 3)
+                reply = R"([{"name":"HEADLESS-1","make":"headless","active":true,"focused":true,
+                             "rect":{"x":0,"y":0,"width":1920,"height":1080}},
+                            {"name":"HEADLESS-2","make":"headless","active":true,
+                             "rect":{"x":1920,"y":0,"width":1920,"height":1080}}])";
+            else if (type == 0)
+                reply = "[" + QByteArray(R"({"success":true},)").repeated(int(payload.count(';'))) +
+                        R"({"success":true}])";
+            QByteArray message = header;
+            qToLittleEndian<quint32>(quint32(reply.size()), message.data() + 6);
+            message += reply;
+            QTimer::singleShot(slowAnswerMs, socket, [socket, message] { socket->write(message); });
+        }
+    }
+};
+
 bool writeFile(const QString &path, const QByteArray &bytes)
 {
     QDir().mkpath(QFileInfo(path).path());
@@ -123,11 +170,80 @@ QString issueToken(const QString &state, quint16 port)
         .value("access_token"_L1)
         .toString();
 }
+// Runs a task to its end in a nested event loop; its failure as a sentence.
+QString finish(QCoro::Task<> task)
+{
+    QString failure;
+    QCoro::waitFor([](QCoro::Task<> task, QString *failure) -> QCoro::Task<> {
+        try {
+            co_await std::move(task);
+        } catch (const std::exception &error) {
+            *failure = QString::fromUtf8(error.what());
+        } catch (...) {
+            *failure = u"failed"_s;
+        }
+    }(std::move(task), &failure));
+    return failure;
+}
+
+// Sets a picture on every display of the slow sway, RUNS times, with the panel open.
+int setOnSlowDesktop(AppDelegate &delegate, const QString &folder, int runs)
+{
+    Displays *displays = delegate.displays();
+    if (!waitUntil([displays] { return displays->all().size() == 2; }, 4 * slowAnswerMs + 10'000))
+        qFatal("The displays did not come from the stand-in sway");
+    QStringList ids;
+    for (const auto &display : displays->all())
+        ids.append(display.id);
+    QStringList pictures;
+    for (const auto colour : {Qt::darkCyan, Qt::darkMagenta}) {
+        QImage image(64, 36, QImage::Format_RGB32);
+        image.fill(colour);
+        pictures.append(folder + u"/picture-%1.png"_s.arg(pictures.size()));
+        image.save(pictures.last());
+    }
+    QList<double> busy, idle, seconds, cpu;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer wall;
+        double stall = 0;
+        QStringList stalls;
+        {
+            Heartbeat heartbeat;
+            const double cpuBefore = threadCpu();
+            wall.start();
+            const QString failure = finish(displays->restore(ids, pictures[i % 2]));
+            if (!failure.isEmpty())
+                qFatal("The set failed: %s", qPrintable(failure));
+            stall = heartbeat.longestStall();
+            stalls = heartbeat.longStalls();
+            cpu.append(threadCpu() - cpuBefore);
+        }
+        seconds.append(double(wall.elapsed()) / 1000);
+        busy.append(stall);
+        Heartbeat heartbeat;
+        spin(int(wall.elapsed()));
+        idle.append(heartbeat.longestStall());
+        std::printf("  run %d: set in %.2f s (GUI thread busy %.3f s of it), longest stall %.2f ms "
+                    "setting, %.2f ms idle\n",
+                    i + 1, seconds.last(), cpu.last(), busy.last(), idle.last());
+        if (!stalls.isEmpty())
+            std::printf("    over 8 ms while setting: %s\n", qPrintable(stalls.join(u", "_s)));
+    }
+    std::printf("\nPanel open, a picture set on a sway that answers after %d ms (%.2f s), 1 ms heartbeat "
+                "on the GUI thread, median of %d\n",
+                slowAnswerMs, median(seconds), runs);
+    std::printf("  longest stall    %6.2f ms setting, %6.2f ms idle (goal: 16 ms)\n", median(busy),
+                median(idle));
+    std::printf("RESULT slow-desktop-stall %.3f\n", median(busy));
+    return 0;
+}
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 3;
+    const bool slowDesktop = argc > 1 && std::strcmp(argv[1], "--slow-desktop") == 0;
+    const int runsArgument = slowDesktop ? 2 : 1;
+    const int runs = argc > runsArgument ? std::max(1, atoi(argv[runsArgument])) : 3;
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
 
     // The application's folders are a throwaway profile, set before anything reads them.
@@ -144,12 +260,37 @@ int main(int argc, char *argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     QQuickStyle::setStyle(u"Fusion"_s);
 
-    std::printf("Making 500 MB of content in %s\n", qPrintable(work.path()));
+    QThread swayThread;
+    if (slowDesktop) {
+        auto *sway = new SlowSway;
+        sway->moveToThread(&swayThread);
+        QObject::connect(&swayThread, &QThread::finished, sway, &QObject::deleteLater);
+        swayThread.start();
+        const QString socket = work.filePath(u"sway-ipc.sock"_s);
+        bool listening = false;
+        QMetaObject::invokeMethod(
+            sway,
+            [sway, socket, &listening] {
+                listening = sway->listen(socket);
+                QObject::connect(sway, &QLocalServer::newConnection, sway, [sway] {
+                    while (QLocalSocket *connection = sway->nextPendingConnection())
+                        QObject::connect(connection, &QLocalSocket::readyRead, sway,
+                                         [sway, connection] { sway->answer(connection); });
+                });
+            },
+            Qt::BlockingQueuedConnection);
+        if (!listening)
+            qFatal("The stand-in sway cannot listen");
+        qputenv("SWAYSOCK", socket.toLocal8Bit());
+    }
+
+    const qint64 size = slowDesktop ? 4096 : largeBytes;
+    std::printf("Making %lld bytes of content in %s\n", size, qPrintable(work.path()));
     const QString content = work.filePath(u"content"_s);
     const QString state = work.filePath(u"state"_s);
     const auto packs = writeContent(
         content, {{.slug = u"bench"_s,
-                   .files = {{u"large"_s, u"light"_s, largeBytes}, {u"large"_s, u"dark"_s, 4096}}}});
+                   .files = {{u"large"_s, u"light"_s, size}, {u"large"_s, u"dark"_s, 4096}}}});
     QProcess shop;
     const auto port = serveDevShop(shop, content, state);
     if (!port)
@@ -181,6 +322,15 @@ int main(int argc, char *argv[])
     spin(1000);
     if (!delegate.statusItem()->isShown())
         qFatal("The panel did not open");
+    if (slowDesktop) {
+        const int result = setOnSlowDesktop(delegate, work.path(), runs);
+        delegate.statusItem()->closePanel();
+        shop.terminate();
+        shop.waitForFinished();
+        swayThread.quit();
+        swayThread.wait();
+        return result;
+    }
 
     QList<double> busy, idle, seconds, cpu;
     for (int i = 0; i < runs; ++i) {

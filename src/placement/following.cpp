@@ -41,6 +41,9 @@ Following::Following(Services services, QObject *parent)
     if (m_services.sleep)
         connect(m_services.sleep, &SleepWatcher::woke, this, followIfStarted);
     connect(m_services.backend, &DesktopBackend::screensChanged, this, followIfStarted);
+    // Desktops that read back without waiting (Plasma, XFCE) may tell what shows only after the
+    // start; an outside change may also have put one of ours back.
+    connect(m_services.backend, &DesktopBackend::picturesChanged, this, followIfStarted);
     connect(m_services.setter, &WallpaperSetter::changesAt, this,
             [this](QTime next) { wakeAt(next, true); });
 }

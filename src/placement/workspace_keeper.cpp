@@ -53,6 +53,18 @@ WorkspaceKeeper::~WorkspaceKeeper()
         m_settling->cancel();
 }
 
+QCoro::Task<> WorkspaceKeeper::start()
+{
+    const QPointer<WorkspaceKeeper> self(this);
+    // XFCE is read without waiting: before its answer it would seem to share one picture.
+    co_await m_backend->readBack();
+    if (!self)
+        co_return;
+    qCInfo(lcKeeper) << "Keeping wallpapers on every workspace of" << m_backend->name()
+                     << (m_backend->keepsPicturePerWorkspace() ? "" : "(which shares one picture: nothing to do)");
+    co_await reapply();
+}
+
 bool WorkspaceKeeper::isKeeping(const PlacementFile &file) const
 {
     return file.useOnAllSpaces && m_backend->keepsPicturePerWorkspace();

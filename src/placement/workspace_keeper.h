@@ -26,6 +26,9 @@ public:
                     QObject *parent = nullptr);
     ~WorkspaceKeeper() override;
 
+    // The helper's first look: reads what the desktop shows, then puts back what is missing.
+    QCoro::Task<> start();
+
     // Quennet has set new placements: a picture change it causes is not the user's.
     void placementsChanged();
 

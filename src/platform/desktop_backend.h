@@ -97,6 +97,10 @@ public:
     // Throws DesktopError.
     virtual QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) = 0;
 
+    // Reads again what the desktop shows, where picture() answers from the last reading (Plasma,
+    // XFCE); done when the answer is in. Never throws. Elsewhere there is nothing to read.
+    virtual QCoro::Task<> readBack() { co_return; }
+
 Q_SIGNALS:
     void screensChanged();
     // Something may have changed a picture: another program or the desktop's own settings.

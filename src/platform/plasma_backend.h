@@ -23,10 +23,10 @@ public:
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] std::optional<QString> picture(const DesktopScreen &screen) const override;
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
+    // Emits picturesChanged when the answer differs from the last one.
+    QCoro::Task<> readBack() override;
 
 private:
-    // Emits picturesChanged when the answer differs from the last one.
-    QCoro::Task<> readBack();
 
     QDBusConnection m_bus;
     // The image of each desktop by its screen's geometry; empty for another kind of wallpaper.

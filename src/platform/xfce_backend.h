@@ -29,14 +29,14 @@ public:
     // Without xfdesktop's single-workspace mode ("/backdrop/single-workspace-mode" false).
     [[nodiscard]] bool keepsPicturePerWorkspace() const override;
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
+    // Emits picturesChanged when the answer differs from what was known.
+    QCoro::Task<> readBack() override;
 
 private Q_SLOTS:
     void propertyChanged(const QDBusMessage &message);
     void propertyRemoved(const QDBusMessage &message);
 
 private:
-    // Emits picturesChanged when the answer differs from what was known.
-    QCoro::Task<> readBack();
     void take(QVariantMap backdrop);
     // The "last-image" properties of a monitor's workspaces: those xfconf has, and those of every
     // workspace the window manager counts, the shown one included.

@@ -57,9 +57,7 @@ int main(int argc, char *argv[])
     new HelperService(&service, &keeper);
     if (bus.isConnected())
         bus.registerObject(QLatin1StringView(HelperBus::path), &service, QDBusConnection::ExportAdaptors);
-    qCInfo(lcHelper) << "Keeping wallpapers on every workspace of" << backend->name()
-                     << (backend->keepsPicturePerWorkspace() ? "" : "(which shares one picture: nothing to do)");
-    keeper.reapply();
+    keeper.start();
 
     const int status = QGuiApplication::exec();
     QFile::remove(pidFile);

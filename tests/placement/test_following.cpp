@@ -153,22 +153,34 @@ private Q_SLOTS:
             shown = before.desktop->shown;
         }
 
-        Rig rig(folder.path(), clockAt(QTime(12, 0)), shown);
-        QVERIFY(rig.desktop->requests.isEmpty());
-        rig.following.start();
-        QTRY_COMPARE(rig.desktop->requests.size(), 1);
-        QCOMPARE(rig.last(), rig.onFirst(0));
+        {
+            Rig rig(folder.path(), clockAt(QTime(12, 0)), shown);
+            QVERIFY(rig.desktop->requests.isEmpty());
+            rig.following.start();
+            QTRY_COMPARE(rig.desktop->requests.size(), 1);
+            QCOMPARE(rig.last(), rig.onFirst(0));
 
-        // Qt's timers stood still while the computer slept: only the wake says time has passed.
-        rig.clock->time.setTime(QTime(19, 30));
-        Q_EMIT rig.sleep.woke();
-        QTRY_COMPARE(rig.desktop->requests.size(), 2);
-        QCOMPARE(rig.last(), rig.onFirst(2));
-        QCOMPARE(rig.clock->sleeps, 0);
-        // And the wait for night counts from now.
-        rig.clock->allowed = 10;
-        QTRY_COMPARE(rig.last(), rig.onFirst(3));
-        QCOMPARE(rig.clock->time.time().hour(), 21);
+            // Qt's timers stood still while the computer slept: only the wake says time has passed.
+            rig.clock->time.setTime(QTime(19, 30));
+            Q_EMIT rig.sleep.woke();
+            QTRY_COMPARE(rig.desktop->requests.size(), 2);
+            QCOMPARE(rig.last(), rig.onFirst(2));
+            QCOMPARE(rig.clock->sleeps, 0);
+            // And the wait for night counts from now.
+            rig.clock->allowed = 10;
+            QTRY_COMPARE(rig.last(), rig.onFirst(3));
+            QCOMPARE(rig.clock->time.time().hour(), 21);
+            shown = rig.desktop->shown;
+        }
+
+        // A desktop that tells what it shows only after the start (Plasma, XFCE read it back):
+        // followed from its answer.
+        Rig late(folder.path(), clockAt(QTime(12, 0)));
+        late.following.start();
+        late.desktop->shown = shown;
+        Q_EMIT late.desktop->picturesChanged();
+        QTRY_COMPARE(late.desktop->requests.size(), 1);
+        QCOMPARE(late.last(), late.onFirst(0));
     }
 };
 

@@ -142,6 +142,19 @@ private Q_SLOTS:
         QCOMPARE(reapplied.size(), 0);
         QCOMPARE(xfconf(image(2)), u"/theirs.png"_s);
     }
+
+    // Started as at login, when the helper's own reading of xfconf has yet to come: it waits
+    // for it, then puts back what is missing.
+    void startPutsBackWhatIsMissing()
+    {
+        QVERIFY(QFile::remove(PlacementRecords(m_folder.path()).releasedFilePath()));
+        XfceBackend backend(QDBusConnection::sessionBus());
+        WorkspaceKeeper keeper(&backend, PlacementRecords(m_folder.path()), m_clock);
+        QSignalSpy reapplied(&keeper, &WorkspaceKeeper::reapplied);
+        keeper.start();
+        QVERIFY(reapplied.wait(5000));
+        QCOMPARE(xfconf(image(2)), m_ours);
+    }
 };
 
 QTEST_MAIN(WorkspaceKeeperTest)
