@@ -47,12 +47,6 @@ StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
                                          u"org.gnome.desktop.interface"_s,
                                          u"enable-animations"_s, this);
     }
-    // Only X11 lets the panel put itself next to the icon. KWin puts it under the pointer when
-    // asked; GNOME puts new windows where it likes, so the panel covers the work area there.
-    if (QGuiApplication::platformName() == "wayland"_L1) {
-        m_plasmaShell = PlasmaShell::connect();
-        m_overWorkArea = !m_plasmaShell && onGnome();
-    }
     m_tray->setToolTip(u"Quennet"_s);
     // Handed to the tray, so that the shell draws it where the icon is: hosts that speak
     // StatusNotifierItem read it over D-Bus, and no window of ours has to be placed.
@@ -105,6 +99,13 @@ bool StatusItemController::preparePanel()
 {
     if (m_panel) {
         return m_panel->status() == QQuickView::Ready;
+    }
+    // Only X11 lets the panel put itself next to the icon. KWin puts it under the pointer when
+    // asked; GNOME puts new windows where it likes, so the panel covers the work area there.
+    // Asked when the panel is first needed: a start at login shows none.
+    if (QGuiApplication::platformName() == "wayland"_L1) {
+        m_plasmaShell = PlasmaShell::connect();
+        m_overWorkArea = !m_plasmaShell && onGnome();
     }
     m_panel = new PanelWindow(m_engine());
     m_panel->setOverWorkArea(m_overWorkArea);
