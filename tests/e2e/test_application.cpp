@@ -155,6 +155,8 @@ private Q_SLOTS:
         QVERIFY(standInBrowser(m_bin.path()));
         qputenv("QT_QUICK_BACKEND", "software");
         qputenv("QUENNET_REDUCED_MOTION", "1");
+        // Seconds since each start, so a slow start can be told apart from a lost window.
+        qputenv("QT_MESSAGE_PATTERN", "%{time process} %{category}: %{message}");
 
         // The desktop's colour scheme, as the portal says it: light for now.
         setScheme("light");
@@ -191,7 +193,8 @@ private Q_SLOTS:
     void signIn()
     {
         QString main;
-        QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 20'000);
+        // The first start on a fresh machine also fills the caches of fonts and libraries.
+        QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 60'000);
         key(main, { u"Return"_s });
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 10'000);
