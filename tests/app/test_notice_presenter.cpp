@@ -5,7 +5,9 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
+#include <QQmlContext>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -109,23 +111,52 @@ private Q_SLOTS:
         QDBusConnection::disconnectFromBus(u"files"_s);
     }
 
-    // A shop's sentence is shown as it reads: markup in it is neither styled nor followed.
-    void shownAsPlainText()
+    // What the shop wrote is shown as it reads: markup in it is neither styled nor followed.
+    void shopTextIsPlain()
     {
         const QString sentence = uR"(<img src="http://127.0.0.1:9/x.png"><b>Busy</b>)"_s;
         NoticePresenter presenter;
         presenter.setNotice(Notice::failed(sentence));
         QQmlEngine engine;
-        QQmlComponent component(&engine, QUrl(u"qrc:/qt/qml/Quennet/qml/NoticeView.qml"_s));
-        const std::unique_ptr<QObject> view(
-            component.createWithInitialProperties({{u"notice"_s, QVariant::fromValue(&presenter)}}));
-        QVERIFY2(view, qPrintable(component.errorString()));
-        const auto items = view->findChildren<QQuickItem *>();
-        const auto shown = std::find_if(items.cbegin(), items.cend(), [&](const QQuickItem *item) {
-            return item->property("text").toString() == sentence;
-        });
-        QVERIFY(shown != items.cend());
-        QCOMPARE((*shown)->property("textFormat").toInt(), int(Qt::PlainText));
+        engine.addImportPath(u"qrc:/qt/qml"_s);
+        QQmlComponent component(&engine);
+        component.setData(R"(
+            import QtQuick
+            import Quennet
+            Window {
+                visible: true
+                property alias names: names
+                NoticeView { notice: presenter }
+                NameChoice {
+                    id: names
+                    textRole: "name"
+                    model: [{ name: sentence }]
+                }
+            })"_ba,
+            QUrl());
+        engine.rootContext()->setContextProperty(u"presenter"_s, &presenter);
+        engine.rootContext()->setContextProperty(u"sentence"_s, sentence);
+        const std::unique_ptr<QObject> shown(component.create());
+        QVERIFY2(shown, qPrintable(component.errorString()));
+        // The list of names exists only while it is open.
+        QQuickItem *names = shown->property("names").value<QQuickItem *>();
+        QMetaObject::invokeMethod(names->property("popup").value<QObject *>(), "open");
+        QQuickItem *content = qobject_cast<QQuickWindow *>(shown.get())->contentItem();
+        QTRY_VERIFY(texts(content, sentence).size() >= 2);
+        for (const QQuickItem *text : texts(content, sentence))
+            QCOMPARE(text->property("textFormat").toInt(), int(Qt::PlainText));
+    }
+
+private:
+    // Every text item of the window, its popups included, that reads this.
+    static QList<QQuickItem *> texts(QQuickItem *item, const QString &reading)
+    {
+        QList<QQuickItem *> found;
+        if (item->property("text").toString() == reading && item->property("textFormat").isValid())
+            found.append(item);
+        for (QQuickItem *child : item->childItems())
+            found += texts(child, reading);
+        return found;
     }
 };
 

@@ -124,9 +124,15 @@ Item {
                     cursorShape: desk.displays.count > 1 ? Qt.PointingHandCursor : Qt.ArrowCursor
                     onClicked: desk.chosen(screen.displayId)
                 }
-                ToolTip.visible: hovered.hovered
-                ToolTip.delay: 600
-                ToolTip.text: screen.name
+                // The desktop names its displays: shown as they are, never as markup.
+                ToolTip {
+                    visible: hovered.hovered
+                    delay: 600
+                    contentItem: Label {
+                        textFormat: Text.PlainText
+                        text: screen.name
+                    }
+                }
                 HoverHandler { id: hovered }
             }
         }

@@ -183,7 +183,7 @@ Rectangle {
             Layout.fillWidth: true
             visible: panel.ready
             spacing: 6
-            ComboBox {
+            NameChoice {
                 id: packChoice
                 Layout.fillWidth: true
                 textRole: "name"

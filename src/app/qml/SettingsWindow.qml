@@ -189,7 +189,7 @@ ApplicationWindow {
                 columnSpacing: 12
                 rowSpacing: 6
                 Label { text: "Wallpaper"; Layout.fillWidth: true }
-                ComboBox {
+                NameChoice {
                     Layout.alignment: Qt.AlignRight
                     Layout.rightMargin: 4
                     Layout.preferredWidth: 190
