@@ -226,8 +226,9 @@ APIClient::Link APIClient::Link::fromJson(const QJsonObject &object)
 {
     const auto text = JsonFields::string(object, "url"_L1);
     const QUrl url(text, QUrl::StrictMode);
-    if (!url.isValid())
-        throw DecodingError(u"A link is not a URL."_s);
+    // Links carry the right to a file: never in clear text.
+    if (!url.isValid() || url.scheme() != "https"_L1 || url.host().isEmpty())
+        throw DecodingError(u"A link is not an HTTPS address."_s);
     return {
         .pack = JsonFields::string(object, "pack"_L1),
         .id = JsonFields::string(object, "id"_L1),

@@ -20,6 +20,11 @@ ArchiveSaver::ArchiveSaver(Transfers *transfers, DownloadThread *thread, QString
 {
 }
 
+QString ArchiveSaver::Unverifiable::description() const
+{
+    return u"The shop sent this archive without a checksum, so it wasn't saved. Try again later."_s;
+}
+
 QString ArchiveSaver::fileName(const Archive &archive)
 {
     return DownloadsFolder::safeName(archive.filename).value_or(u"Quennet.zip"_s);
@@ -30,10 +35,9 @@ QCoro::Task<QString> ArchiveSaver::save(Archive archive) const
     const QPointer<DownloadThread> thread = m_thread;
     const QString folder = m_downloadsFolder;
     const QString name = fileName(archive);
-    // The shop takes an archive's digest as given: only a well-formed one is checked.
-    const auto digest = archive.sha256 && ContentRules::isValidHash(*archive.sha256)
-        ? archive.sha256
-        : std::nullopt;
+    // It lands where the user opens files: nothing unchecked goes there.
+    if (!archive.sha256 || !ContentRules::isValidHash(*archive.sha256))
+        throw Unverifiable();
     Transfers::Download download {
         .key = u"archive/"_s + archive.id,
         .name = name,
@@ -43,7 +47,7 @@ QCoro::Task<QString> ArchiveSaver::save(Archive archive) const
         .target = { .destination = m_root + u"/Archives/"_s + archive.id,
                     .partial = m_root + u"/Partial/"_s + archive.id + u".partial"_s,
                     .size = archive.bytes,
-                    .sha256 = digest },
+                    .sha256 = archive.sha256 },
     };
     const QString staged = co_await m_transfers->local(std::move(download));
     auto move = [staged, folder, name] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "error.h"
 #include "owned_pack.h"
 
 #include <QCoroTask>
@@ -17,11 +18,18 @@ public:
     static constexpr auto label = "Save Desktop Files to Downloads";
     static constexpr auto desktopDevice = "mac";
 
+    // The shop gave no digest to check the archive against.
+    class Unverifiable : public Error {
+    public:
+        [[nodiscard]] QString description() const override;
+    };
+
     // root: the application folder, where archives wait until they are verified.
     ArchiveSaver(Transfers *transfers, DownloadThread *thread, QString root,
                  QString downloadsFolder);
 
     // Downloads and verifies the archive, then moves it into Downloads; returns where it went.
+    // Throws Unverifiable, before any download, for an archive without a well-formed digest.
     [[nodiscard]] QCoro::Task<QString> save(Archive archive) const;
     // Copies a verified local wallpaper file into Downloads under the given name.
     [[nodiscard]] QCoro::Task<QString> copy(QString localPath, QString name) const;

@@ -278,6 +278,11 @@ void APIClientTest::libraryAndLinks()
     QCOMPARE(links[0].pack, file.pack);
     QCOMPARE(links[0].id, file.id);
     QVERIFY(links[0].url.isValid() && links[0].expiresAt);
+    // A link in clear text would hand the file's right to anyone on the way.
+    server.enqueue({.status = 200,
+                    .body = R"({"links": [{"pack": "aurora", "id": "f_0123456789ab",
+                                           "url": "http://127.0.0.1:9/f"}]})"});
+    QVERIFY(finish(client(server.base()).links(token, {file})).failure<Failure>());
 }
 
 void APIClientTest::transportAndTrust()

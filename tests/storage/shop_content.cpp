@@ -68,12 +68,14 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
                 archive.id = randomId('a');
             const QString path = u"archives/%1/%2.zip"_s.arg(pack.slug, archive.id);
             archive.sha256 = writeRandom(QDir(dir).filePath(path), archive.bytes);
-            archives.append(QJsonObject { { u"id"_s, archive.id },
-                                          { u"device"_s, archive.device },
-                                          { u"filename"_s, archive.filename },
-                                          { u"bytes"_s, archive.bytes },
-                                          { u"path"_s, path },
-                                          { u"sha256"_s, archive.sha256 } });
+            QJsonObject listed { { u"id"_s, archive.id },
+                                 { u"device"_s, archive.device },
+                                 { u"filename"_s, archive.filename },
+                                 { u"bytes"_s, archive.bytes },
+                                 { u"path"_s, path } };
+            if (archive.listsDigest)
+                listed.insert(u"sha256"_s, archive.sha256);
+            archives.append(listed);
         }
         packArray.append(QJsonObject {
             { u"slug"_s, pack.slug },

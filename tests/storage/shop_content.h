@@ -23,6 +23,7 @@ struct ContentArchive {
     qint64 bytes = 0;
     QString id;
     QString sha256;
+    bool listsDigest = true;
 };
 
 struct ContentPack {

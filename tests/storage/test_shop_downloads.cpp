@@ -29,7 +29,11 @@ ContentPack aurora(const QString &macArchive = u"Aurora (Mac).zip"_s)
 
 QList<ContentPack> samplePacks()
 {
-    return { aurora(), { .slug = u"glacier"_s, .released = false } };
+    return { aurora(),
+             { .slug = u"glacier"_s, .released = false },
+             { .slug = u"dunes"_s,
+               .archives = { { .device = u"mac"_s, .filename = u"Dunes (Mac).zip"_s,
+                               .bytes = 20'000, .listsDigest = false } } } };
 }
 } // namespace
 
@@ -48,7 +52,7 @@ private Q_SLOTS:
     void vanishedToken();
     void desktopFilesToDownloads_data();
     void desktopFilesToDownloads();
-    void whatCannotBeSet();
+    void whatIsRefused();
     void overtakenRequests();
     void goingBack();
     void replacedFilesAreUpdated_data();
@@ -220,7 +224,7 @@ void TestShopDownloads::desktopFilesToDownloads()
     QCOMPARE(everywhere, QStringList(existing.size() + 1, rig.downloadsFolder()));
 }
 
-void TestShopDownloads::whatCannotBeSet()
+void TestShopDownloads::whatIsRefused()
 {
     StoreRig rig(samplePacks());
     QVERIFY(rig.start());
@@ -234,6 +238,13 @@ void TestShopDownloads::whatCannotBeSet()
              Edition::Automatic);
     QCOMPARE(rig.store().editionFor(u"aurora"_s, u"emerald"_s, Edition::Automatic), Edition::Light);
     QCOMPARE(rig.target().sets, 0);
+    // Nothing unchecked lands in Downloads.
+    finish(rig.store().saveDesktopFiles(u"dunes"_s));
+    QCOMPARE(rig.store().message(),
+             std::optional(Notice::failed(u"Couldn't save dunes to Downloads. The shop sent this "
+                                          "archive without a checksum, so it wasn't saved. Try "
+                                          "again later."_s)));
+    QVERIFY(QDir(rig.downloadsFolder()).isEmpty());
 }
 
 void TestShopDownloads::overtakenRequests()
