@@ -1,9 +1,12 @@
 #pragma once
 
+#include "autostart_entry.h"
+
 #include <QObject>
 
-// Open at login, as an XDG autostart entry that starts Quennet with --at-login. Registered means
-// the entry exists and is not hidden; turning it off deletes the entry.
+// Open at login, as an XDG autostart entry that starts Quennet with --at-login. On means the
+// entry exists, is not hidden and the desktop's settings have not switched it off; turning it
+// off deletes the entry.
 class LoginItem : public QObject
 {
     Q_OBJECT
@@ -23,5 +26,5 @@ Q_SIGNALS:
 
 private:
     QString m_program;
-    QString m_folder;
+    AutostartEntry m_entry;
 };

@@ -74,8 +74,9 @@ void SpacesHelper::setWanted(bool on)
 void SpacesHelper::registerHelper()
 {
     const QString error = m_entry.write(
-        u"Quennet workspace helper"_s,
-        u"Keeps the wallpaper you set in Quennet on every workspace"_s, m_services.program);
+        {.title = u"Quennet workspace helper"_s,
+         .comment = u"Keeps the wallpaper you set in Quennet on every workspace"_s,
+         .program = m_services.program});
     if (error.isEmpty())
         m_services.defaults->setHelperStartedByBuild(m_services.build);
     else

@@ -96,17 +96,19 @@ QString AutostartEntry::program() const
     return firstArgument(value(u"Exec").value_or(QString()));
 }
 
-QString AutostartEntry::write(const QString &title, const QString &comment, const QString &program,
-                              const QStringList &arguments) const
+QString AutostartEntry::write(const Contents &contents) const
 {
-    QStringList exec { quoted(program) };
-    for (const QString &argument : arguments)
+    QStringList exec { quoted(contents.program) };
+    for (const QString &argument : contents.arguments)
         exec.append(quoted(argument));
-    // Written by hand: QSettings would escape the group name and quote the values.
-    const QString entry = u"[Desktop Entry]\nType=Application\nName="_s + title + u"\nComment="_s
-        + comment + u"\nExec="_s + exec.join(u' ')
-        + u"\nIcon=preferences-desktop-wallpaper\nTerminal=false\nNoDisplay=true\n"
-          "X-GNOME-Autostart-enabled=true\n"_s;
+    // Written by hand: QSettings would escape the group name and quote the values. TryExec lets
+    // the session pass over an entry whose program was uninstalled.
+    QString entry = u"[Desktop Entry]\nType=Application\nName="_s + contents.title
+        + u"\nComment="_s + contents.comment + u"\nTryExec="_s + contents.program
+        + u"\nExec="_s + exec.join(u' ')
+        + u"\nIcon=app.quennet.Quennet\nTerminal=false\nX-GNOME-Autostart-enabled=true\n"_s;
+    if (!contents.listed)
+        entry += u"NoDisplay=true\n"_s;
     QDir().mkpath(QFileInfo(m_path).absolutePath());
     if (!writeAtomically(m_path, entry.toUtf8()))
         return u"Could not write %1."_s.arg(m_path);

@@ -24,9 +24,18 @@ public:
     // The program of the entry's Exec line, unquoted; empty when there is none.
     [[nodiscard]] QString program() const;
 
+    // What the entry starts and how the desktop's list of startup programs shows it.
+    struct Contents {
+        QString title;
+        QString comment;
+        QString program;
+        QStringList arguments;
+        // Listed entries are the user's to see and switch off in the desktop's settings.
+        bool listed = false;
+    };
+
     // Writes the entry atomically. Returns the error's words, empty on success.
-    [[nodiscard]] QString write(const QString &title, const QString &comment,
-                                const QString &program, const QStringList &arguments = {}) const;
+    [[nodiscard]] QString write(const Contents &contents) const;
     // Deletes the entry; no file is no error. Returns the error's words, empty on success.
     [[nodiscard]] QString remove() const;
 

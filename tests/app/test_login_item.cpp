@@ -36,7 +36,7 @@ private Q_SLOTS:
         const QByteArray contents = entry.readAll();
         QVERIFY(contents.startsWith("[Desktop Entry]\n"));
         QVERIFY(contents.contains("\nExec=\"/opt/Quennet Apps/quennet\" --at-login\n"));
-        QVERIFY(contents.contains("\nType=Application\n"));
+        QVERIFY(contents.contains("\nTryExec=/opt/Quennet Apps/quennet\n"));
 
         item.setOn(false);
         QVERIFY(!item.isOn());
@@ -44,14 +44,15 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 2);
     }
 
-    // An entry the user or the desktop wrote counts unless it is hidden.
+    // An entry the user or the desktop wrote counts unless it is hidden or switched off.
     void existingEntry_data()
     {
         QTest::addColumn<QByteArray>("contents");
         QTest::addColumn<bool>("on");
         QTest::newRow("plain") << "[Desktop Entry]\nExec=quennet --at-login\n"_ba << true;
         QTest::newRow("hidden") << "[Desktop Entry]\nExec=quennet\nHidden=true\n"_ba << false;
-        QTest::newRow("hidden with spaces") << "[Desktop Entry]\nHidden = true\n"_ba << false;
+        QTest::newRow("switched off in the desktop's settings")
+            << "[Desktop Entry]\nExec=quennet\nX-GNOME-Autostart-enabled=false\n"_ba << false;
         QTest::newRow("not hidden") << "[Desktop Entry]\nHidden=false\n"_ba << true;
         QTest::newRow("hidden in another group")
             << "[Desktop Entry]\nExec=quennet\n[Desktop Action x]\nHidden=true\n"_ba << true;
