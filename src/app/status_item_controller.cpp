@@ -19,6 +19,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int openingMs = 200;
+constexpr int closingMs = 140;
 
 bool onGnome()
 {
@@ -130,6 +131,15 @@ bool StatusItemController::preparePanel()
         resizePanel(root->implicitHeight());
     }
     m_animation = new QPropertyAnimation(m_panel, "y", this);
+    // X11 fades the window, where a compositor shows it; Wayland has no window opacity, so the
+    // content fades over the clear window.
+    m_fade = QGuiApplication::platformName() == "xcb"_L1
+        ? new QPropertyAnimation(m_panel, "opacity", this)
+        : new QPropertyAnimation(m_panel->rootObject(), "opacity", this);
+    m_fade->setDuration(closingMs);
+    m_fade->setEasingCurve(QEasingCurve::InQuad);
+    m_fade->setEndValue(0.0);
+    connect(m_fade, &QPropertyAnimation::finished, this, &StatusItemController::finishClosing);
     return true;
 }
 
@@ -160,6 +170,9 @@ void StatusItemController::showPanel()
     }
     m_shown = true;
     Q_EMIT shownChanged();
+    // Shown again while it faded: it stays.
+    m_fade->stop();
+    m_fade->targetObject()->setProperty("opacity", 1.0);
     const QRect frame = PanelRules::frame(m_tray->geometry(), availableArea(),
                                           int(std::lround(m_contentHeight)));
     m_animation->stop();
@@ -222,11 +235,25 @@ void StatusItemController::closePanel()
     Q_EMIT shownChanged();
     m_animation->stop();
     disconnect(m_animation, nullptr, m_panel, nullptr);
-    // Without a compositor a fade shows nothing, and the next open must not find it half done.
+    if (reducedMotion()) {
+        finishClosing();
+        return;
+    }
+    m_fade->setStartValue(m_fade->targetObject()->property("opacity"));
+    m_fade->start();
+}
+
+void StatusItemController::finishClosing()
+{
+    if (m_shown) {
+        return;
+    }
+    m_fade->stop();
     if (m_plasmaShell) {
         m_plasmaShell->closed();
     }
     m_panel->hide();
+    m_fade->targetObject()->setProperty("opacity", 1.0);
 }
 
 void StatusItemController::resizePanel(double height)

@@ -60,6 +60,7 @@ private:
     [[nodiscard]] QRect availableArea() const;
     [[nodiscard]] bool reducedMotion() const;
     void finishOpening();
+    void finishClosing();
 
     Actions m_actions;
     std::function<QQmlEngine *()> m_engine;
@@ -72,6 +73,7 @@ private:
     bool m_reducedMotion = false;
     PanelWindow *m_panel = nullptr;
     QPropertyAnimation *m_animation = nullptr;
+    QPropertyAnimation *m_fade = nullptr;
     PanelRules m_rules;
     bool m_shown = false;
     bool m_opening = false;
