@@ -227,6 +227,12 @@ ApplicationWindow {
             Explanation {
                 text: "Keeps the wallpaper you set here on every workspace. Turn this off to choose a different one for each workspace in your desktop settings."
             }
+            // The helper's autostart entry was switched off in the desktop's own settings.
+            Explanation {
+                visible: generalPane.app.actions.usesOnAllWorkspaces
+                         && generalPane.app.spacesHelper.status === SpacesHelper.RequiresApproval
+                text: "Your desktop needs your permission to start the workspace helper at login. Allow it in your desktop settings."
+            }
             Item { Layout.fillHeight: true }
         }
     }
@@ -283,10 +289,17 @@ ApplicationWindow {
         }
         RowLayout {
             Layout.topMargin: 10
+            // Offered only while nothing downloads: a removal would race the downloads.
             Button {
+                visible: storagePane.actions.canRemoveDownloads || storagePane.actions.isRemoving
                 text: "Remove Downloads"
                 enabled: storagePane.actions.canRemoveDownloads && storagePane.actions.hasDownloads
                 onClicked: storagePane.actions.removeDownloads()
+            }
+            Label {
+                visible: !storagePane.actions.canRemoveDownloads && !storagePane.actions.isRemoving
+                text: "Available once downloads finish"
+                color: palette.placeholderText
             }
             BusyIndicator {
                 visible: storagePane.actions.isRemoving
@@ -296,11 +309,7 @@ ApplicationWindow {
             }
         }
         Explanation {
-            visible: !storagePane.actions.canRemoveDownloads && !storagePane.actions.isRemoving
-            text: "Waits until the downloads in progress have finished."
-        }
-        Explanation {
-            text: "Frees the space the downloaded wallpapers take. Wallpapers on your displays are kept, and anything removed downloads again when you set it."
+            text: "Wallpapers on your displays are kept. Anything removed downloads again when you set it."
         }
         Item { Layout.fillHeight: true }
     }
