@@ -8,6 +8,7 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,19 +30,37 @@ QVariant unwrap(QVariant value)
     return value;
 }
 
-// Calls a method and hands its first answer to take; an error (no server, no property) is off.
+// Errors that mean there is nothing to read: no server, or no such setting yet. Off.
+bool meansOff(const QDBusError &error)
+{
+    static const QStringList nothing { u"org.freedesktop.DBus.Error.ServiceUnknown"_s,
+                                       u"org.freedesktop.DBus.Error.NameHasNoOwner"_s,
+                                       u"org.freedesktop.DBus.Error.UnknownProperty"_s,
+                                       u"org.freedesktop.DBus.Error.InvalidArgs"_s,
+                                       u"org.xfce.Xfconf.Error.PropertyNotFound"_s };
+    return nothing.contains(error.name());
+}
+
+// Calls a method and hands its first answer to take; nothing to read is off. Any other failure
+// leaves the state as it was and asks again a second later, since a busy desktop answers later.
 void ask(const QDBusConnection &bus, QDBusMessage message, QObject *receiver,
-         std::function<void(const QVariant &)> take)
+         std::function<void(const QVariant &)> take, std::function<void()> again)
 {
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), receiver);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, receiver,
-                     [take = std::move(take)](QDBusPendingCallWatcher *call) {
-                         const QDBusMessage reply = call->reply();
-                         if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
-                             take(unwrap(reply.arguments().constFirst()));
-                         else
-                             take(QVariant());
+                     [receiver, take = std::move(take), again = std::move(again)](
+                         QDBusPendingCallWatcher *call) {
                          call->deleteLater();
+                         const QDBusMessage reply = call->reply();
+                         if (reply.type() == QDBusMessage::ReplyMessage) {
+                             take(unwrap(reply.arguments().value(0)));
+                         } else if (meansOff(QDBusError(reply))) {
+                             take(QVariant());
+                         } else {
+                             qCWarning(lcDoNotDisturb, "Couldn't read the Do Not Disturb filter: %s",
+                                       qUtf8Printable(reply.errorMessage()));
+                             QTimer::singleShot(std::chrono::seconds(1), receiver, again);
+                         }
                      });
 }
 } // namespace
@@ -73,7 +92,8 @@ void NotificationsDoNotDisturb::read()
 {
     auto message = QDBusMessage::createMethodCall(notifications, notificationsPath, properties, u"Get"_s);
     message << notifications << u"Inhibited"_s;
-    ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); });
+    ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); },
+        [this] { read(); });
 }
 
 void NotificationsDoNotDisturb::propertiesChanged(const QString &interface, const QVariantMap &changed,
@@ -117,7 +137,8 @@ void XfconfDoNotDisturb::read()
 {
     auto message = QDBusMessage::createMethodCall(xfconf, xfconfPath, xfconf, u"GetProperty"_s);
     message << channel << dndProperty;
-    ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); });
+    ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); },
+        [this] { read(); });
 }
 
 void XfconfDoNotDisturb::propertySignal(const QDBusMessage &message)
