@@ -9,6 +9,7 @@
 #include "defaults.h"
 #include "desktop_application.h"
 #include "desktop_backends.h"
+#include "desktop_notifications.h"
 #include "desktop_palette.h"
 #include "desktop_shuffle_displays.h"
 #include "displays.h"
@@ -124,6 +125,7 @@ void AppDelegate::start()
         trayIcon(), [this] { return engine(); }, roots);
     connect(m_scheme, &ColourScheme::changed, m_statusItem,
             [this] { m_statusItem->setIcon(trayIcon()); });
+    startNotifications();
 
     // A self-test only loads the views: nothing reaches the shop, the desktop or the helper.
     if (m_options.selfTest)
@@ -240,6 +242,38 @@ void AppDelegate::startViews()
     };
     connect(m_scheme, &ColourScheme::changed, this, followScheme);
     followScheme();
+}
+
+void AppDelegate::startNotifications()
+{
+    // What happened while no window was open would otherwise go unseen: the panel and the main
+    // window say it themselves.
+    auto *notifications = new DesktopNotifications(
+        QDBusConnection::sessionBus(),
+        [this] { return m_statusItem->isShown() || (m_main && m_main->isVisible()); }, this);
+    connect(m_shuffle, &Shuffle::scheduledShuffleFailed, notifications,
+            [this, notifications](const QString &reason) {
+                notifications->notify({.topic = u"shuffle"_s,
+                                       .title = u"Shuffle couldn't change your wallpaper"_s,
+                                       .body = reason,
+                                       .actionLabel = u"Shuffle Settings"_s,
+                                       .action = [this] { openSettings(u"general"_s); }});
+            });
+    connect(m_shuffle, &Shuffle::focusWallpaperFailed, notifications,
+            [this, notifications](const QString &reason) {
+                notifications->notify({.topic = u"focus"_s,
+                                       .title = u"Couldn't set the Do Not Disturb wallpaper"_s,
+                                       .body = reason,
+                                       .actionLabel = u"Settings"_s,
+                                       .action = [this] { openSettings(u"general"_s); }});
+            });
+    connect(m_account, &Account::endedByShop, notifications, [this, notifications] {
+        notifications->notify({.topic = u"session"_s,
+                               .title = u"You've been signed out"_s,
+                               .body = u"Sign in again to use your packs."_s,
+                               .actionLabel = u"Sign In"_s,
+                               .action = [this] { openMain(); }});
+    });
 }
 
 QIcon AppDelegate::trayIcon() const

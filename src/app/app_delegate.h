@@ -139,6 +139,7 @@ private:
     void startShuffle();
     void startFocusFilter();
     void startViews();
+    void startNotifications();
     void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
     // The tray's icon for the desktop's panel in the current scheme.

@@ -200,6 +200,7 @@ QCoro::Task<> Shuffle::scheduledShuffle(QPointer<Shuffle> self)
         co_return;
     qCCritical(lcShuffle, "Scheduled shuffle failed: %s", qUtf8Printable(*failure));
     self->m_schedule->retryLater(before);
+    Q_EMIT self->scheduledShuffleFailed(*failure);
 }
 
 void Shuffle::screensChanged()

@@ -134,6 +134,10 @@ Q_SIGNALS:
     void nextDateChanged();
     void statusChanged();
     void focusChanged();
+    // A shuffle the schedule started, or the Do Not Disturb wallpaper, could not be set: nobody
+    // asked at that moment, so nobody has been told.
+    void scheduledShuffleFailed(const QString &reason);
+    void focusWallpaperFailed(const QString &reason);
     // The Do Not Disturb wallpaper's pending restores are due another try: 2 s after the screens
     // change, whenever the scheduler wakes, and when a failed one may be tried again.
     void restoresDue();

@@ -115,8 +115,10 @@ QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, Q
             // The library is not loaded yet.
             self->m_focusAwaitsChoices = true;
         } else {
+            const QString reason = u"That wallpaper isn't in your packs."_s;
             qCCritical(lcShuffle, "Couldn't set the Do Not Disturb wallpaper: %s",
-                       qUtf8Printable(u"That wallpaper isn't in your packs."_s));
+                       qUtf8Printable(reason));
+            Q_EMIT self->focusWallpaperFailed(reason);
         }
         self->saveFocus();
         co_return;
@@ -146,6 +148,7 @@ QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, Q
     if (failure) {
         qCCritical(lcShuffle, "Couldn't set the Do Not Disturb wallpaper: %s",
                    qUtf8Printable(*failure));
+        Q_EMIT self->focusWallpaperFailed(*failure);
     } else {
         for (const QString &id : std::as_const(ids))
             self->m_focus->entries[id].focusSetAt = now;

@@ -360,8 +360,10 @@ QCoro::Task<> Account::signedOutByShop(QPointer<Account> self)
                 co_return;
             co_await self->m_keychain->remove(Keychain::sessionToken);
         }
-        if (self)
+        if (self) {
             self->endSession();
+            Q_EMIT self->endedByShop();
+        }
     } catch (const std::exception &e) {
         qCWarning(lcAccount) << "Forced sign-out failed:" << describe(e);
     }

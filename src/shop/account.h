@@ -90,6 +90,8 @@ Q_SIGNALS:
     void stateChanged();
     void emailChanged();
     void generationChanged();
+    // The shop refused the session, so the user was signed out without asking.
+    void endedByShop();
 
 private:
     static QCoro::Task<> load(QPointer<Account> self, QUuid attempt);
