@@ -322,6 +322,10 @@ bool AppDelegate::isSignedIn() const
 
 QString AppDelegate::libraryState() const
 {
+    // Until the secret store answers, a sign-in sheet would only flash.
+    if (!m_account->isKnown()) {
+        return u"loading"_s;
+    }
     if (!isSignedIn()) {
         return u"signedOut"_s;
     }

@@ -141,6 +141,10 @@ QCoro::Task<> Account::load(QPointer<Account> self, QUuid attempt)
     } catch (const std::exception &error) {
         qCWarning(lcAccount) << "Couldn't read the session:" << describe(error);
     }
+    if (self && !self->m_loaded) {
+        self->m_loaded = true;
+        Q_EMIT self->stateChanged();
+    }
 }
 
 void Account::signIn()

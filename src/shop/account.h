@@ -70,8 +70,11 @@ public:
     [[nodiscard]] QUuid generation() const { return m_generation; }
 
     // Signed in when the keychain holds a session token; no request checks it. Until this is
-    // done the account reads as signed out; failed when the secret store refuses.
+    // done the account reads as signed out but not known; failed when the secret store refuses.
     QCoro::Task<> load();
+    // Whether the state says what the user did: the stored session has been read, or the user
+    // has started to sign in since. Before that, a view shows neither signed in nor out.
+    [[nodiscard]] bool isKnown() const { return m_loaded || m_state.status != Status::SignedOut; }
 
     void signIn();
     // The page of the code being waited for, when it is the shop's.
@@ -121,6 +124,7 @@ private:
     std::shared_ptr<AsyncMutex> m_keychainMutex;
 
     State m_state;
+    bool m_loaded = false;
     std::optional<QString> m_email;
     QUuid m_attempt = QUuid::createUuid();
     QUuid m_generation = QUuid::createUuid();

@@ -10,6 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStandardPaths>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -387,9 +388,16 @@ void AccountTest::pendingListParsing()
 
 void AccountTest::sessionKeptOrDropped()
 {
+    // Until the store has answered, the account is neither signed in nor out.
+    Account unread([this] { return APIClient(m_manager.get(), m_shop->base()); }, m_keychain.get());
+    QVERIFY(!unread.isKnown());
+    finish(unread.load());
+    QVERIFY(unread.isKnown());
+
     // Cancelling keeps a session that exists.
     store(m_shop->issueToken(), Keychain::sessionToken);
     auto account = makeAccount();
+    QSignalSpy endedByShop(account.get(), &Account::endedByShop);
     account->setEmail(u"someone@example.com"_s);
     account->cancelSignIn();
     QCOMPARE(account->status(), Status::SignedIn);
@@ -403,6 +411,7 @@ void AccountTest::sessionKeptOrDropped()
     QCOMPARE(m_signOuts, 1);
     QCOMPARE(stored(Keychain::sessionToken), std::nullopt);
     QCOMPARE(stored(Keychain::pendingRevocation), std::nullopt);
+    QCOMPARE(endedByShop.size(), 1);
 
     // Without a stored token, nothing happens, even mid sign-in.
     account->signIn();
@@ -412,6 +421,7 @@ void AccountTest::sessionKeptOrDropped()
     QCOMPARE(m_signOuts, 1);
     account->cancelSignIn();
     QCOMPARE(m_shop->requests(u"sign-out"_s), 0);
+    QCOMPARE(endedByShop.size(), 1);
 }
 
 void AccountTest::lockedStoreKeepsTheSession()
