@@ -135,21 +135,29 @@ QCoro::Task<> Displays::put(DesktopPicture picture, std::optional<Placement> pla
         placement->path = picture.path;
     const QPointer<Displays> self(this);
     std::exception_ptr failure;
+    // Screens the desktop changed before it refused keep their new picture and its record.
+    QStringList changed;
     try {
         co_await m_backend->setPicture(picture, targets);
-    } catch (const DesktopError &) {
+        for (const DesktopScreen &screen : std::as_const(targets))
+            changed.append(screen.connector);
+    } catch (const DesktopError &error) {
         failure = std::current_exception();
+        changed = error.changedConnectors();
     }
     if (!self)
         co_return;
-    if (!failure) {
-        for (const QString &id : std::as_const(targetIds)) {
-            m_pending.insert(id, { picture.path, m_clock->now().addMSecs(std::chrono::milliseconds(pendingWindow).count()) });
-            if (placement)
-                m_file.placements.insert(id, *placement);
-        }
-        Q_EMIT fileChanged();
+    bool recorded = false;
+    for (qsizetype i = 0; i < targets.size(); ++i) {
+        if (!changed.contains(targets[i].connector))
+            continue;
+        m_pending.insert(targetIds[i], { picture.path, m_clock->now().addMSecs(std::chrono::milliseconds(pendingWindow).count()) });
+        if (placement)
+            m_file.placements.insert(targetIds[i], *placement);
+        recorded = true;
     }
+    if (recorded)
+        Q_EMIT fileChanged();
     if (!save())
         qCWarning(lcDisplays) << "Could not save the placements";
     refresh();

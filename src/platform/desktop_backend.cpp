@@ -5,8 +5,9 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-DesktopError::DesktopError(QString description)
+DesktopError::DesktopError(QString description, QStringList changedConnectors)
     : m_description(std::move(description))
+    , m_changed(std::move(changedConnectors))
 {
 }
 

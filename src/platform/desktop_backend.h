@@ -35,17 +35,21 @@ struct DesktopPicture {
 };
 
 // The desktop refused a picture, or its settings could not be reached; the desktop's own words.
+// A desktop asked screen by screen may have taken the picture on some before it refused.
 class DesktopError : public Error
 {
 public:
-    explicit DesktopError(QString description);
+    explicit DesktopError(QString description, QStringList changedConnectors = {});
 
     [[nodiscard]] QString description() const override { return m_description; }
+    // The screens that show the new picture all the same.
+    [[nodiscard]] QStringList changedConnectors() const { return m_changed; }
 
     bool operator==(const DesktopError &other) const { return m_description == other.m_description; }
 
 private:
     QString m_description;
+    QStringList m_changed;
 };
 
 // The one way to the desktop's wallpaper: which screens there are, what each shows, setting a

@@ -133,6 +133,7 @@ QCoro::Task<> HyprlandBackend::setPicture(DesktopPicture picture, QList<DesktopS
     // Pictures no monitor shows any more are let go of: hyprpaper keeps every preload in memory.
     commands.append(u"unload unused"_s);
     const QPointer<HyprlandBackend> self(this);
+    QStringList changed;
     for (const QString &command : std::as_const(commands)) {
         qCDebug(lcHyprland) << command;
         const bool unload = command.startsWith("unload"_L1);
@@ -149,13 +150,19 @@ QCoro::Task<> HyprlandBackend::setPicture(DesktopPicture picture, QList<DesktopS
         if (!self)
             co_return;
         // Releases that changed the socket's commands answer them with something else.
-        if (!unload && answer != "ok"_L1)
+        if (!unload && answer != "ok"_L1) {
+            m_shown.save();
             throw DesktopError(u"hyprpaper did not take the picture: it answered “%1” to %2. Quennet works with "
                                "hyprpaper releases that accept the preload and wallpaper commands."_s
-                                   .arg(answer, command.section(u' ', 0, 0)));
+                                   .arg(answer, command.section(u' ', 0, 0)),
+                               changed);
+        }
+        if (command.startsWith("wallpaper "_L1)) {
+            const QString connector = command.section(u' ', 1).section(u',', 0, 0);
+            m_shown.setPicture(connector, path);
+            changed.append(connector);
+        }
     }
-    for (const DesktopScreen &screen : std::as_const(screens))
-        m_shown.setPicture(screen.connector, path);
     m_shown.save();
 }
 

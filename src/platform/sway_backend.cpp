@@ -170,12 +170,18 @@ QCoro::Task<> SwayBackend::setPicture(DesktopPicture picture, QList<DesktopScree
     const QJsonDocument reply = co_await request(m_socket, m_timeout, RunCommand, commands.join(u';').toUtf8());
     if (!self)
         co_return;
-    for (const QJsonValue &result : reply.array()) {
-        if (!result.toObject().value("success"_L1).toBool())
-            throw DesktopError(result.toObject().value("error"_L1).toString(u"sway refused the picture."_s));
+    // One result per command, in order; sway stops at the first that fails.
+    const QJsonArray results = reply.array();
+    QStringList changed;
+    for (qsizetype i = 0; i < screens.size(); ++i) {
+        const QJsonObject result = results.at(i).toObject();
+        if (!result.value("success"_L1).toBool()) {
+            m_shown.save();
+            throw DesktopError(result.value("error"_L1).toString(u"sway refused the picture."_s), changed);
+        }
+        m_shown.setPicture(screens[i].connector, picture.stillPath());
+        changed.append(screens[i].connector);
     }
-    for (const DesktopScreen &screen : std::as_const(screens))
-        m_shown.setPicture(screen.connector, picture.stillPath());
     m_shown.save();
 }
 

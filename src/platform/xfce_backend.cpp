@@ -161,6 +161,7 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
     co_await readBack();
     if (!self)
         co_return;
+    QStringList changed;
     for (const DesktopScreen &screen : std::as_const(screens)) {
         for (const QString &image : imageProperties(screen.connector)) {
             const QString style = image.chopped(QStringView(u"last-image").size()) + u"image-style"_s;
@@ -173,9 +174,10 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
                 if (!self)
                     co_return;
                 if (reply.type() == QDBusMessage::ErrorMessage)
-                    throw DesktopError(reply.errorMessage());
+                    throw DesktopError(reply.errorMessage(), changed);
             }
         }
+        changed.append(screen.connector);
     }
     // Asked after the sets, so answered after them.
     co_await readBack();

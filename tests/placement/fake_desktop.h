@@ -17,6 +17,7 @@ public:
     QHash<QString, QString> shown; // connector -> picture the desktop reports
     bool reportsAtOnce = true; // whether a set shows up in picture() straight away
     std::optional<QString> refusal; // set fails with this
+    qsizetype changesBeforeRefusal = 0; // screens that take the picture before it fails
     QList<std::pair<DesktopPicture, QStringList>> requests;
 
     [[nodiscard]] QString name() const override { return QStringLiteral("fake"); }

@@ -174,6 +174,13 @@ private Q_SLOTS:
                                                      { displayId(left), displayId(right) })));
         QCOMPARE(displays->placement(displayId(left))->colourway, u"dawn"_s);
         QCOMPARE(make()->placement(displayId(left))->colourway, u"dawn"_s);
+        // The desktop took the picture on the first screen before it refused the second.
+        m_desktop->changesBeforeRefusal = 1;
+        QVERIFY_THROWS_EXCEPTION(DesktopError,
+                                 awaitTask(displays->set({ .path = u"/c.png"_s }, placementFor(u"noon"_s),
+                                                     { displayId(left), displayId(right) })));
+        QCOMPARE(make()->placement(displayId(left))->colourway, u"noon"_s);
+        QVERIFY(!make()->placement(displayId(right)));
     }
 };
 
