@@ -54,6 +54,7 @@ private Q_SLOTS:
     void replacedFilesAreUpdated_data();
     void replacedFilesAreUpdated();
     void removeDownloadsKeepsWhatIsShown();
+    void damagedFilesAreMadeAgain();
 };
 
 void TestShopDownloads::requestsShareOneTransfer()
@@ -371,6 +372,50 @@ void TestShopDownloads::removeDownloadsKeepsWhatIsShown()
     QCOMPARE(rig.store().downloaded(), QSet<QString> { DownloadCache::fileKey(dark) });
     QVERIFY(QFile::exists(rig.store().cache().localPath(dark)));
     QVERIFY(!QFile::exists(rig.store().cache().localPath(light)));
+}
+
+void TestShopDownloads::damagedFilesAreMadeAgain()
+{
+    // A real picture, and random bytes true to their digest that decode to nothing.
+    StoreRig rig({ { .slug = u"aurora"_s,
+                     .files = { { .colourway = u"emerald"_s,
+                                  .edition = u"light"_s,
+                                  .copyOf = u"" QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-light.heic"_s },
+                                { u"violet"_s, u"dark"_s, 20'000 } } } });
+    QVERIFY(rig.start());
+    rig.target().renderer.emplace(rig.store().cache().renderingFolder());
+    const auto emerald = rig.file(u"aurora"_s, u"emerald"_s, Edition::Light);
+    const QString local = rig.store().cache().localPath(emerald);
+    const QString rendering = rig.target().renderer->renderingPath(emerald.id, 0);
+    const auto set = [&rig](const QString &colourway, Edition edition) {
+        return failureText(
+            finish(rig.store().setWallpaper(u"aurora"_s, colourway, edition, { u"A"_s })));
+    };
+    QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
+    const QByteArray picture = readAll(rendering);
+    QVERIFY(!picture.isEmpty());
+
+    // A rendering cut short is made again from the file on disk.
+    QVERIFY(QFile::resize(rendering, picture.size() / 2));
+    QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
+    QCOMPARE(readAll(rendering), picture);
+    QCOMPARE(rig.shop().fileRequests(emerald.id), 1);
+
+    // A downloaded file that no longer decodes is downloaded again.
+    QFile junk(local);
+    QVERIFY(junk.open(QIODevice::WriteOnly | QIODevice::Truncate) && junk.write("junk") == 4);
+    junk.close();
+    QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
+    QCOMPARE(rig.shop().fileRequests(emerald.id), 2);
+    QCOMPARE(readAll(local), rig.shop().bytes(emerald.id));
+    QCOMPARE(readAll(rendering), picture);
+
+    // Once: a file that does not decode when fetched again fails the set as before.
+    const auto violet = rig.file(u"aurora"_s, u"violet"_s, Edition::Dark);
+    QCOMPARE(set(u"violet"_s, Edition::Dark),
+             u"This wallpaper could not be prepared for your desktop."_s);
+    QCOMPARE(rig.shop().fileRequests(violet.id), 2);
+    QCOMPARE(rig.target().shown.value(u"A"_s), local);
 }
 
 QTEST_GUILESS_MAIN(TestShopDownloads)
