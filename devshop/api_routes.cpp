@@ -111,7 +111,8 @@ void library(ShopState &state, const httplib::Request &request, httplib::Respons
     const QString endpoint = u"library"_s;
     if (answeredByFault(state, endpoint, response) || refusedToken(state, request, response))
         return;
-    QByteArray body = QJsonDocument(state.content().library(state.libraryRevision()))
+    QByteArray body = QJsonDocument(state.content().library(state.libraryRevision(),
+                                                              state.changedFiles()))
                           .toJson(QJsonDocument::Compact);
     if (state.faults().isMalformed(endpoint))
         body.truncate(body.size() / 2);
@@ -120,11 +121,15 @@ void library(ShopState &state, const httplib::Request &request, httplib::Respons
         + QString::fromLatin1(QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex())
         + u'"';
     response.set_header("ETag", etag.toStdString());
-    if (matchesAny(header(request, "If-None-Match"), etag)) {
+    // An oversized reply comes whatever the client has.
+    const auto fault = state.faults().takeOversize(endpoint);
+    if (!fault && matchesAny(header(request, "If-None-Match"), etag)) {
         response.status = 304;
         return;
     }
     send(response, 200, body, "application/json");
+    if (fault)
+        oversize(response, *fault);
 }
 
 void downloads(ShopState &state, const httplib::Request &request, httplib::Response &response)

@@ -168,7 +168,7 @@ QJsonObject ContentStore::catalogue(const QString &origin) const
     return { { u"packs"_s, packs }, { u"phases"_s, m_phases } };
 }
 
-QJsonObject ContentStore::library(int revision) const
+QJsonObject ContentStore::library(int revision, const QHash<QString, QString> &digests) const
 {
     QJsonArray packs;
     for (const QJsonValue &owned : m_account) {
@@ -176,9 +176,12 @@ QJsonObject ContentStore::library(int revision) const
         const std::optional<QJsonObject> source = pack(slug);
         if (!source)
             continue;
-        QJsonObject entry = downloads(*source, [](QJsonObject file) {
+        QJsonObject entry = downloads(*source, [&digests](QJsonObject file) {
+            const QString id = file.value("id"_L1).toString();
             // The location of the bytes; clients fetch them through signed links instead.
-            file.insert("path"_L1, QString(u"/files/"_s + file.value("id"_L1).toString()));
+            file.insert("path"_L1, QString(u"/files/"_s + id));
+            if (digests.contains(id))
+                file.insert("sha256"_L1, digests.value(id));
             return file;
         });
         const QDateTime updated =

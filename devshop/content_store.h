@@ -28,8 +28,10 @@ public:
 
     // The catalogue reply, with every address on the given origin ("https://host:port").
     [[nodiscard]] QJsonObject catalogue(const QString &origin) const;
-    // The sample account's library reply. Each revision moves every "updatedAt" on a second.
-    [[nodiscard]] QJsonObject library(int revision) const;
+    // The sample account's library reply. Each revision moves every "updatedAt" on a second;
+    // digests replaces the "sha256" of files by id.
+    [[nodiscard]] QJsonObject library(int revision,
+                                      const QHash<QString, QString> &digests = {}) const;
 
     [[nodiscard]] QString email() const { return m_email; }
     [[nodiscard]] std::optional<QJsonObject> pack(const QString &slug) const;

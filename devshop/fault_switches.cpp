@@ -8,7 +8,8 @@ namespace
 {
 const QSet<QString> knownKeys { u"statuses"_s,    u"malformed"_s,      u"cut"_s,
                                 u"ignoreRange"_s, u"bytesPerSecond"_s, u"redirect"_s,
-                                u"alterBytes"_s,  u"changeLibrary"_s };
+                                u"alterBytes"_s,  u"changeLibrary"_s,  u"oversized"_s,
+                                u"changeFile"_s };
 
 // "times" of a counted fault: absent means every time.
 std::optional<int> times(const QJsonObject &object)
@@ -95,6 +96,19 @@ QString FaultSwitches::set(const QJsonObject &document)
         state.alteration =
             alteration == "same-etag"_L1 ? Alteration::SameETag : Alteration::NewETag;
     }
+    if (document.contains("oversized"_L1)) {
+        const QJsonObject oversized = document.value("oversized"_L1).toObject();
+        const QString endpoint = oversized.value("endpoint"_L1).toString();
+        const auto count = times(oversized);
+        state.oversize = { oversized.value("bytes"_L1).toInteger(-1),
+                           oversized.value("chunked"_L1).toBool() };
+        if (!isKnownEndpoint(endpoint) || endpoint == "files"_L1 || endpoint == "art"_L1
+            || state.oversize.bytes < 0 || !count)
+            return u"\"oversized\" needs a JSON \"endpoint\", \"bytes\" of 0 or more, and a "
+                   u"positive \"times\" if any"_s;
+        state.oversizedEndpoint = endpoint;
+        state.oversizes.times = *count;
+    }
 
     const std::lock_guard lock(m_mutex);
     m_state = std::move(state);
@@ -135,4 +149,12 @@ FaultSwitches::Transfer FaultSwitches::takeTransfer()
     if (m_state.cut.take())
         transfer.cutAfter = m_state.cutAfter;
     return transfer;
+}
+
+std::optional<FaultSwitches::Oversize> FaultSwitches::takeOversize(const QString &endpoint)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_state.oversizedEndpoint != endpoint || !m_state.oversizes.take())
+        return std::nullopt;
+    return m_state.oversize;
 }

@@ -31,6 +31,12 @@ public:
         Alteration alteration = Alteration::None;
     };
 
+    // A JSON reply padded with spaces to `bytes`, with its Content-Length or chunked without.
+    struct Oversize {
+        qint64 bytes = 0;
+        bool chunked = false;
+    };
+
     // The names faults use for the shop's endpoints.
     [[nodiscard]] static const QStringList &endpoints();
 
@@ -42,6 +48,7 @@ public:
     [[nodiscard]] bool isMalformed(const QString &endpoint) const;
     [[nodiscard]] Redirect takeRedirect();
     [[nodiscard]] Transfer takeTransfer();
+    [[nodiscard]] std::optional<Oversize> takeOversize(const QString &endpoint);
 
 private:
     // A fault that applies to the next `times` occasions, or to all of them when times < 0.
@@ -64,6 +71,9 @@ private:
         Redirect redirect = Redirect::None;
         Counted redirects;
         Alteration alteration = Alteration::None;
+        QString oversizedEndpoint;
+        Oversize oversize;
+        Counted oversizes;
     };
 
     mutable std::mutex m_mutex;

@@ -34,8 +34,13 @@ bool redirected(ShopState &state, const httplib::Request &request, httplib::Resp
 void transfer(ShopState &state, const httplib::Request &request, httplib::Response &response,
               const StoredFile &file)
 {
-    if (!redirected(state, request, response))
-        FileResponder::serve(state, request, response, file, state.faults().takeTransfer());
+    if (redirected(state, request, response))
+        return;
+    FaultSwitches::Transfer faults = state.faults().takeTransfer();
+    // A changed file is served as its altered bytes under a new tag from then on.
+    if (state.isChanged(file.id) && faults.alteration == FaultSwitches::Alteration::None)
+        faults.alteration = FaultSwitches::Alteration::NewETag;
+    FileResponder::serve(state, request, response, file, faults);
 }
 
 void signedFile(ShopState &state, const httplib::Request &request, httplib::Response &response)

@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QUrl>
 
+#include <memory>
+
 #include <httplib.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -85,11 +87,44 @@ bool answeredByFault(ShopState &state, const QString &endpoint, httplib::Respons
     return true;
 }
 
+void oversize(httplib::Response &response, const FaultSwitches::Oversize &fault)
+{
+    // The real reply first: JSON allows the spaces after it, so only the size is wrong.
+    auto body = std::make_shared<std::string>(std::move(response.body));
+    response.body.clear();
+    const auto total = size_t(std::max<qint64>(fault.bytes, qint64(body->size())));
+    const auto write = [body, total](size_t offset, httplib::DataSink &sink) {
+        static const std::string spaces(64 * 1024, ' ');
+        if (offset < body->size())
+            return sink.write(body->data() + offset, body->size() - offset);
+        if (offset >= total) {
+            sink.done();
+            return true;
+        }
+        return sink.write(spaces.data(), std::min(spaces.size(), total - offset));
+    };
+    // Not the bare "application/json" the server library gzips on its own: the spaces would
+    // shrink to nothing on the way, and the client would meet a few KB.
+    const std::string type = response.get_header_value("Content-Type") + "; charset=utf-8";
+    response.headers.erase("Content-Type"); // the providers set it again
+    if (fault.chunked)
+        response.set_chunked_content_provider(type, write);
+    else
+        response.set_content_provider(
+            total, type, [write](size_t offset, size_t, httplib::DataSink &sink) {
+                return write(offset, sink);
+            });
+}
+
 void reply(ShopState &state, const QString &endpoint, httplib::Response &response, int status,
            const QJsonObject &body)
 {
-    if (!state.faults().isMalformed(endpoint))
-        return sendJson(response, status, body);
+    if (!state.faults().isMalformed(endpoint)) {
+        sendJson(response, status, body);
+        if (const auto fault = state.faults().takeOversize(endpoint))
+            oversize(response, *fault);
+        return;
+    }
     // Half a document: it starts like the real reply and never closes.
     const QByteArray json = QJsonDocument(body).toJson(QJsonDocument::Compact);
     send(response, status, json.left(json.size() / 2), "application/json");

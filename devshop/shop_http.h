@@ -1,5 +1,7 @@
 #pragma once
 
+#include "fault_switches.h"
+
 #include <QJsonObject>
 #include <QString>
 
@@ -38,6 +40,8 @@ template<typename Handler> [[nodiscard]] auto bound(ShopState &state, Handler ha
 
 // Answers the status an endpoint fault asks for; true when it did.
 bool answeredByFault(ShopState &state, const QString &endpoint, httplib::Response &response);
+// Pads the body already in response with spaces, as the "oversized" fault asks.
+void oversize(httplib::Response &response, const FaultSwitches::Oversize &fault);
 // Sends a JSON reply of an endpoint, broken when the "malformed" fault names it.
 void reply(ShopState &state, const QString &endpoint, httplib::Response &response, int status,
            const QJsonObject &body);

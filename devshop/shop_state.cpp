@@ -1,6 +1,26 @@
 #include "shop_state.h"
 
+#include <QCryptographicHash>
+#include <QFile>
 #include <QJsonArray>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+// The digest of a file's bytes as "changeFile" serves them: every byte inverted.
+std::optional<QString> invertedDigest(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray bytes = file.readAll();
+    for (char &byte : bytes)
+        byte = char(~byte);
+    return QString::fromLatin1(
+        QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+}
+} // namespace
 
 ShopState::ShopState(ContentStore content, Settings settings, QString adminSecret)
     : m_content(std::move(content))
@@ -12,10 +32,37 @@ ShopState::ShopState(ContentStore content, Settings settings, QString adminSecre
 
 QString ShopState::setFaults(const QJsonObject &document)
 {
+    std::optional<QString> digest;
+    const QString changed = document.value("changeFile"_L1).toString();
+    if (document.contains("changeFile"_L1)) {
+        const StoredFile *file = m_content.file(changed);
+        if (file && file->id.startsWith(u'f'))
+            digest = invertedDigest(file->path);
+        if (!digest)
+            return u"\"changeFile\" names a wallpaper file by its id"_s;
+    }
     const QString problem = m_faults.set(document);
-    if (problem.isEmpty() && document.value(QLatin1String("changeLibrary")).toBool())
+    if (!problem.isEmpty())
+        return problem;
+    if (digest) {
+        const std::lock_guard lock(m_changedMutex);
+        m_changed.insert(changed, *digest);
+    }
+    if (digest || document.value("changeLibrary"_L1).toBool())
         ++m_libraryRevision;
-    return problem;
+    return {};
+}
+
+QHash<QString, QString> ShopState::changedFiles() const
+{
+    const std::lock_guard lock(m_changedMutex);
+    return m_changed;
+}
+
+bool ShopState::isChanged(const QString &id) const
+{
+    const std::lock_guard lock(m_changedMutex);
+    return m_changed.contains(id);
 }
 
 void ShopState::count(const QString &path, const QString &range)

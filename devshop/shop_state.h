@@ -38,6 +38,10 @@ public:
     // Answers what is wrong with a bad document, or an empty string.
     [[nodiscard]] QString setFaults(const QJsonObject &document);
 
+    // Files changed under their ids by "changeFile": the digest of their new bytes, by id.
+    [[nodiscard]] QHash<QString, QString> changedFiles() const;
+    [[nodiscard]] bool isChanged(const QString &id) const;
+
     // Slow transfers give up when the server stops.
     [[nodiscard]] bool isStopping() const { return m_stopping; }
     void setStopping() { m_stopping = true; }
@@ -57,6 +61,8 @@ private:
     LinkSigner m_signer;
     std::atomic<int> m_libraryRevision { 0 };
     std::atomic<bool> m_stopping { false };
+    mutable std::mutex m_changedMutex;
+    QHash<QString, QString> m_changed;
     mutable std::mutex m_statsMutex;
     QHash<QString, int> m_requests;
     QHash<QString, QStringList> m_ranges;

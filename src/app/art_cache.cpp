@@ -2,6 +2,8 @@
 
 #include "heic_file.h"
 #include "heic_metadata.h"
+#include "network_access_manager.h"
+#include "network_error.h"
 
 #include <QBuffer>
 #include <QCoroFuture>
@@ -176,8 +178,14 @@ QCoro::Task<std::optional<QByteArray>> ArtCache::fetch(QUrl url)
     }
     qCDebug(lcArt) << "GET" << url.toDisplayString(QUrl::RemoveQuery);
     QNetworkReply *reply = m_network->get(QNetworkRequest(url));
+    const auto tooLarge = NetworkAccessManager::limitBody(reply, maxFetchBytes);
     co_await reply;
     reply->deleteLater();
+    if (*tooLarge) {
+        qCWarning(lcArt).noquote() << "Not showing" << url.toDisplayString(QUrl::RemoveQuery) << ":"
+                                   << NetworkError::tooLarge(maxFetchBytes).description();
+        co_return std::nullopt;
+    }
     if (reply->error() != QNetworkReply::NoError
         || reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != 200) {
         qCDebug(lcArt) << "Couldn't fetch" << url.toDisplayString(QUrl::RemoveQuery)

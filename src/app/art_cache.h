@@ -42,6 +42,8 @@ public:
 
     // Bytes the cached images may take before the least recently used go.
     static constexpr qsizetype costLimit = 96 * 1024 * 1024;
+    // The largest picture fetched: well above any artwork, even a full-size wallpaper file.
+    static constexpr qint64 maxFetchBytes = 64 * 1024 * 1024;
 
 Q_SIGNALS:
     void darkChanged();

@@ -4,6 +4,7 @@
 #include "heic_file.h"
 #include "picture_choice.h"
 #include "renderer.h"
+#include "wallpaper_target.h"
 
 #include "atomic_file.h"
 
@@ -16,7 +17,10 @@ namespace
 {
 QString rendered(const Renderer &renderer, const Request &request, int index)
 {
-    const auto path = renderer.render(request.source, request.fileId, index);
+    bool undecodable = false;
+    const auto path = renderer.render(request.source, request.fileId, index, &undecodable);
+    if (!path && undecodable)
+        throw WallpaperTarget::UnreadableFile();
     if (!path)
         throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
     return *path;
@@ -42,6 +46,9 @@ std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request 
 Prepared prepare(const Renderer &renderer, const Request &request)
 {
     const auto file = HeicFile::open(request.source);
+    // A downloaded wallpaper that libheif cannot open was damaged after its check.
+    if (!file && request.source.endsWith(u".heic"_s, Qt::CaseInsensitive))
+        throw WallpaperTarget::UnreadableFile();
     if (!file)
         return { .picture = { .path = request.source } };
     const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(file->xmp()), file->pictureCount(),

@@ -21,19 +21,27 @@ namespace
 QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictures::Request request)
 {
     // A failure crosses threads as text: QFuture carries only QException subclasses.
-    using Outcome = std::pair<std::optional<DesktopPictures::Prepared>, QString>;
+    struct Outcome {
+        std::optional<DesktopPictures::Prepared> prepared;
+        QString failure;
+        bool unreadable = false;
+    };
     // Not inside the co_await expression: g++ 12 destroys such temporaries twice.
     QFuture<Outcome> preparing = QtConcurrent::run([renderer, request]() -> Outcome {
         try {
             return { DesktopPictures::prepare(renderer, request), {} };
+        } catch (const WallpaperTarget::UnreadableFile &) {
+            return { std::nullopt, {}, true };
         } catch (const DesktopError &error) {
             return { std::nullopt, error.description() };
         }
     });
     const Outcome outcome = co_await preparing;
-    if (!outcome.first)
-        throw DesktopError(outcome.second);
-    co_return *outcome.first;
+    if (outcome.unreadable)
+        throw WallpaperTarget::UnreadableFile();
+    if (!outcome.prepared)
+        throw DesktopError(outcome.failure);
+    co_return *outcome.prepared;
 }
 } // namespace
 
@@ -163,7 +171,7 @@ QCoro::Task<std::optional<QTime>> WallpaperSetter::follow()
                 next = ready.nextChange;
             if (ready.picture.path != placement->path)
                 co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
-        } catch (const DesktopError &error) {
+        } catch (const Error &error) {
             qCWarning(lcSetter) << "Could not switch the picture of" << display.name << error.what();
         }
         if (!self)

@@ -2,6 +2,7 @@
 
 #include "cancel_token.h"
 #include "json_fields.h"
+#include "network_access_manager.h"
 #include "network_error.h"
 
 #include <QCoroNetworkReply>
@@ -90,8 +91,12 @@ QCoro::Task<Response> perform(QPointer<QNetworkAccessManager> manager, Call call
             if (cancel->isCancelled())
                 QMetaObject::invokeMethod(reply.get(), &QNetworkReply::abort, Qt::QueuedConnection);
         }
+        const auto tooLarge =
+            NetworkAccessManager::limitBody(reply.get(), APIClient::maxReplyBytes);
         co_await reply.get();
 
+        if (*tooLarge)
+            throw NetworkError::tooLarge(APIClient::maxReplyBytes);
         if (isTransportError(reply->error()))
             throw NetworkError::fromReply(*reply);
         Response response;

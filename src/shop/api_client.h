@@ -95,6 +95,10 @@ public:
         std::optional<QString> m_detail;
     };
 
+    // The largest reply read: far above any real library (a few hundred KB for hundreds of
+    // packs), so that only a broken or hostile shop meets it.
+    static constexpr qint64 maxReplyBytes = 16 * 1024 * 1024;
+
     APIClient(QNetworkAccessManager *manager, QUrl base);
 
     [[nodiscard]] const QUrl &base() const { return m_base; }

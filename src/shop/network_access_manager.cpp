@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
+#include <QNetworkReply>
 #include <QSslCertificate>
 
 Q_LOGGING_CATEGORY(lcNetwork, "app.quennet.Quennet.Network")
@@ -41,6 +42,29 @@ NetworkAccessManager::NetworkAccessManager(const std::optional<QString> &extraCe
 QByteArray NetworkAccessManager::userAgent()
 {
     return QByteArrayLiteral("Quennet/" QUENNET_VERSION);
+}
+
+std::shared_ptr<const bool> NetworkAccessManager::limitBody(QNetworkReply *reply, qint64 maxBytes)
+{
+    auto tooLarge = std::make_shared<bool>(false);
+    // Room for a chunk past the limit, so that passing it is seen before the buffer fills.
+    reply->setReadBufferSize(maxBytes + 256 * 1024);
+    const auto refuse = [reply, tooLarge, maxBytes](qint64 received, qint64 total) {
+        if (*tooLarge || (received <= maxBytes && total <= maxBytes))
+            return;
+        *tooLarge = true;
+        qCWarning(lcNetwork).noquote() << "Refused a body of more than" << maxBytes << "bytes from"
+                                       << reply->url().toString(QUrl::RemoveQuery);
+        // Queued: aborting here would resume whoever awaits the reply inside Qt's own signal.
+        QMetaObject::invokeMethod(reply, &QNetworkReply::abort, Qt::QueuedConnection);
+    };
+    connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, refuse] {
+        const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+        if (length.isValid())
+            refuse(0, length.toLongLong());
+    });
+    connect(reply, &QNetworkReply::downloadProgress, reply, refuse);
+    return tooLarge;
 }
 
 QNetworkReply *NetworkAccessManager::createRequest(Operation operation,

@@ -4,6 +4,7 @@
 #include <QSslConfiguration>
 #include <QUrl>
 
+#include <memory>
 #include <optional>
 
 // The network access manager of one role (the shop API on the main thread, downloads on the
@@ -21,6 +22,12 @@ public:
                          QObject *parent = nullptr);
 
     [[nodiscard]] static QByteArray userAgent();
+
+    // Aborts a reply whose body would pass maxBytes: by its Content-Length as soon as the headers
+    // are in, else once that much has arrived, whatever the headers said. The read buffer stops
+    // the transfer a little past the limit meanwhile. The flag tells this abort from others.
+    [[nodiscard]] static std::shared_ptr<const bool> limitBody(QNetworkReply *reply,
+                                                               qint64 maxBytes);
 
 protected:
     QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,

@@ -1,5 +1,7 @@
 #include "network_error.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 NetworkError::NetworkError(QNetworkReply::NetworkError code, QString message)
     : m_code(code)
     , m_message(std::move(message))
@@ -13,4 +15,11 @@ NetworkError NetworkError::fromReply(const QNetworkReply &reply)
     if (url.hasQuery())
         message.replace(url.toString(), url.toString(QUrl::RemoveQuery));
     return NetworkError(reply.error(), message);
+}
+
+NetworkError NetworkError::tooLarge(qint64 maxBytes)
+{
+    return NetworkError(QNetworkReply::UnknownContentError,
+                        u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
+                            maxBytes / (1024 * 1024)));
 }

@@ -13,6 +13,8 @@ public:
 
     // Qt's sentence may hold the request's address: its query (a signature) is cut out.
     [[nodiscard]] static NetworkError fromReply(const QNetworkReply &reply);
+    // A body past what Quennet reads into memory, refused before or while it arrived.
+    [[nodiscard]] static NetworkError tooLarge(qint64 maxBytes);
 
     [[nodiscard]] QNetworkReply::NetworkError code() const { return m_code; }
     [[nodiscard]] QString description() const override { return m_message; }

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QImage>
+#include <QImageReader>
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -27,6 +28,19 @@ QJsonObject stamp(const QString &source)
              { u"modified"_s, info.lastModified().toMSecsSinceEpoch() } };
 }
 
+// A whole PNG: a header Qt can read and the end chunk as its last bytes. Cheap next to decoding
+// it, and enough to catch a rendering cut short on disk.
+bool isWhole(const QString &path)
+{
+    static const QByteArray end = QByteArray::fromHex("0000000049454e44ae426082");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() < end.size() || !file.seek(file.size() - end.size())
+        || file.read(end.size()) != end)
+        return false;
+    file.close();
+    QImageReader reader(path, "png");
+    return reader.canRead() && reader.size().isValid();
+}
 } // namespace
 
 Renderer::Renderer(QString folder)
@@ -98,15 +112,23 @@ bool Renderer::isCurrent(const QString &source, const QString &fileId) const
     return false;
 }
 
-std::optional<QString> Renderer::render(const QString &source, const QString &fileId, int index) const
+std::optional<QString> Renderer::render(const QString &source, const QString &fileId, int index,
+                                        bool *undecodable) const
 {
     const QString path = renderingPath(fileId, index);
-    if (isCurrent(source, fileId) && QFile::exists(path))
-        return path;
+    if (isCurrent(source, fileId) && QFile::exists(path)) {
+        if (isWhole(path))
+            return path;
+        // Cut short or damaged since it was written: made once more.
+        qCWarning(lcRenderer) << "Rendering again the damaged" << path;
+        QFile::remove(path);
+    }
     const auto file = HeicFile::open(source);
     const QImage picture = file ? file->picture(index) : QImage();
     if (picture.isNull()) {
         qCWarning(lcRenderer) << "Cannot decode picture" << index << "of" << source;
+        if (undecodable)
+            *undecodable = !file || index < file->pictureCount();
         return std::nullopt;
     }
     QByteArray png;
@@ -115,7 +137,7 @@ std::optional<QString> Renderer::render(const QString &source, const QString &fi
     QImageWriter writer(&buffer, "png");
     // The fastest compression: a rendering is written once and read once by the desktop.
     writer.setQuality(90);
-    if (!writer.write(picture) || !writeAtomically(path, png)) {
+    if (!writer.write(picture) || !writeAtomically(path, png) || !isWhole(path)) {
         qCWarning(lcRenderer) << "Cannot write" << path << writer.errorString();
         return std::nullopt;
     }

@@ -18,10 +18,12 @@ public:
     [[nodiscard]] QString folder() const { return m_folder; }
     [[nodiscard]] QString renderingPath(const QString &fileId, int index) const;
 
-    // The rendering of one picture of source, made when missing or older than source; none when
-    // the picture cannot be decoded or written. Decoding a large picture takes seconds: call it
-    // off the main thread.
-    [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId, int index) const;
+    // The rendering of one picture of source, made when missing, damaged or older than source;
+    // none when the picture cannot be decoded or written. undecodable, when given, says whether
+    // source itself is at fault. Decoding a large picture takes seconds: call it off the main
+    // thread.
+    [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId, int index,
+                                                bool *undecodable = nullptr) const;
 
     // The wallpaper file a rendering or a file made from renderings (a slideshow) belongs to;
     // none for other paths.

@@ -181,7 +181,14 @@ void Shop::setShowsUnreleased(bool shows)
 
 QCoro::Task<QString> Shop::localFile(WallpaperFile file)
 {
-    Transfers::Download download {
+    const QPointer<Shop> self = this;
+    Transfers::Renew renew = [self, file] { return renewed(self, file); };
+    return m_transfers->local(download(file), std::move(renew));
+}
+
+Transfers::Download Shop::download(const WallpaperFile &file) const
+{
+    return {
         .key = DownloadCache::fileKey(file),
         .name = displayName(file),
         .pack = file.pack,
@@ -192,7 +199,23 @@ QCoro::Task<QString> Shop::localFile(WallpaperFile file)
                     .size = file.bytes,
                     .sha256 = file.sha256 },
     };
-    return m_transfers->local(std::move(download));
+}
+
+QCoro::Task<std::optional<Transfers::Download>> Shop::renewed(QPointer<Shop> self,
+                                                              WallpaperFile file)
+{
+    if (!self)
+        co_return std::nullopt;
+    // Until the next check the library would name the old digest, and every set would fail.
+    auto refreshing = self->refresh();
+    co_await std::move(refreshing);
+    if (!self)
+        co_return std::nullopt;
+    for (const WallpaperFile &now : self->m_contents.owned.value(file.pack).allFiles()) {
+        if (now.id == file.id && (now.sha256 != file.sha256 || now.source != file.source))
+            co_return self->download(now);
+    }
+    co_return std::nullopt;
 }
 
 QString Shop::displayName(const WallpaperFile &file) const

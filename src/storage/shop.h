@@ -5,6 +5,7 @@
 #include "notice.h"
 #include "shop_cache.h"
 #include "shop_contents.h"
+#include "transfers.h"
 #include "wallpaper_requests.h"
 
 #include <QDateTime>
@@ -24,7 +25,6 @@ class Keychain;
 class LibraryRefresher;
 class PeriodicCheck;
 class Reconciler;
-class Transfers;
 class WallpaperTarget;
 class WorkspaceHelper;
 
@@ -103,8 +103,9 @@ public:
     // The computer woke from sleep: the six-hourly check looks at its due moment again.
     void systemWoke();
 
-    // The verified local copy of a file, downloaded first when needed. Throws the download's
-    // failure after wording it in the message.
+    // The verified local copy of a file, downloaded first when needed; when it arrives unlike its
+    // digest, once more after refreshing the library. Throws the download's failure after
+    // wording it in the message.
     [[nodiscard]] QCoro::Task<QString> localFile(WallpaperFile file);
     // Saves the pack's desktop files into Downloads. Never throws: the message says how it went.
     QCoro::Task<> saveDesktopFiles(QString pack);
@@ -163,6 +164,11 @@ private:
                                                        std::shared_ptr<AsyncMutex> mutex,
                                                        std::shared_ptr<CancelToken> cancel);
     static QCoro::Task<> saveDesktopFiles(QPointer<Shop> self, QString pack);
+    // After a download arrived unlike its digest: the file as the refreshed library names it,
+    // when the shop changed it.
+    static QCoro::Task<std::optional<Transfers::Download>> renewed(QPointer<Shop> self,
+                                                                   WallpaperFile file);
+    [[nodiscard]] Transfers::Download download(const WallpaperFile &file) const;
 
     void apply(const Cache::Saved &saved);
     void setContents(ShopContents contents);

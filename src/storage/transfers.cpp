@@ -23,14 +23,28 @@ QString describe(const std::exception &error)
     return QString::fromUtf8(error.what());
 }
 
-// Worth one more try: everything but a file that arrived wrong, or a session the shop refused.
-bool isRetriable(const std::exception &error)
+// A failed try: what it was, whether it is worth one more try (not a file that arrived wrong, nor
+// a session the shop refused), and whether the file arrived unlike its digest.
+struct TryFailure {
+    QString reason;
+    bool retriable = true;
+    bool mismatch = false;
+};
+
+TryFailure examine(const std::exception_ptr &error)
 {
-    if (const auto *failure = dynamic_cast<const FileFetcher::Failure *>(&error))
-        return failure->kind() != FileFetcher::Failure::Kind::Mismatch;
-    if (const auto *failure = dynamic_cast<const APIClient::Failure *>(&error))
-        return failure->kind() != APIClient::Failure::Kind::SignedOut;
-    return true;
+    try {
+        std::rethrow_exception(error);
+    } catch (const FileFetcher::Failure &failure) {
+        const bool mismatch = failure.kind() == FileFetcher::Failure::Kind::Mismatch;
+        return { failure.description(), !mismatch, mismatch };
+    } catch (const APIClient::Failure &failure) {
+        return { failure.description(), failure.kind() != APIClient::Failure::Kind::SignedOut };
+    } catch (const std::exception &failure) {
+        return { describe(failure) };
+    } catch (...) {
+        return { u"Unknown failure"_s };
+    }
 }
 
 NetworkError cancelled()
@@ -58,12 +72,12 @@ Transfers::~Transfers()
     m_cancel->cancel();
 }
 
-QCoro::Task<QString> Transfers::local(Download download)
+QCoro::Task<QString> Transfers::local(Download download, Renew renew)
 {
-    return local(this, std::move(download));
+    return local(this, std::move(download), std::move(renew));
 }
 
-QCoro::Task<QString> Transfers::local(QPointer<Transfers> self, Download download)
+QCoro::Task<QString> Transfers::local(QPointer<Transfers> self, Download download, Renew renew)
 {
     if (QFileInfo::exists(download.target.destination))
         co_return download.target.destination;
@@ -75,7 +89,7 @@ QCoro::Task<QString> Transfers::local(QPointer<Transfers> self, Download downloa
         self->m_progress.insert(download.key, 0);
         Q_EMIT self->progressChanged();
         // Held by no one: it ends by itself, through done.
-        run(self, download, done, self->m_cancel);
+        run(self, download, std::move(renew), done, self->m_cancel);
     }
     if (!done->hasEnded())
         co_await qCoro(done.get(), &WorkerReply::ended);
@@ -83,29 +97,50 @@ QCoro::Task<QString> Transfers::local(QPointer<Transfers> self, Download downloa
     co_return download.target.destination;
 }
 
-QCoro::Task<> Transfers::run(QPointer<Transfers> self, Download download,
+QCoro::Task<> Transfers::run(QPointer<Transfers> self, Download download, Renew renew,
                              std::shared_ptr<WorkerReply> done, std::shared_ptr<CancelToken> cancel)
 {
     std::exception_ptr failure;
+    bool renewed = false;
     for (int attempt = 1;; ++attempt) {
+        std::exception_ptr error;
         try {
             co_await fetch(self, download, cancel);
             break;
-        } catch (const std::exception &error) {
-            if (attempt == 2 || !isRetriable(error) || cancel->isCancelled() || !self) {
-                qCWarning(lcDownloads, "Download of %s failed: %s", qUtf8Printable(download.name),
-                          qUtf8Printable(describe(error)));
-                if (self)
-                    Q_EMIT self->failed(
-                        u"Couldn't download %1. %2"_s.arg(download.name, describe(error)));
-                failure = std::current_exception();
-                break;
-            }
-            qCInfo(lcDownloads, "Download interrupted, trying again: %s",
-                   qUtf8Printable(describe(error)));
-            // The next try asks for a new link.
-            self->m_links.remove(download.key);
+        } catch (...) {
+            error = std::current_exception();
         }
+        const TryFailure tried = examine(error);
+        const bool stopped = cancel->isCancelled() || !self;
+        if (tried.mismatch && renew && !renewed && !stopped) {
+            renewed = true;
+            std::optional<Download> changed;
+            try {
+                auto renewing = renew();
+                changed = co_await std::move(renewing);
+            } catch (...) {
+                // The refresh failed: the mismatch stands.
+            }
+            if (changed && self && !cancel->isCancelled()) {
+                qCInfo(lcDownloads, "The shop changed %s: downloading it again",
+                       qUtf8Printable(download.name));
+                download = *changed;
+                self->m_links.remove(download.key);
+                self->m_sizes.insert(download.key, download.target.size);
+                continue;
+            }
+        }
+        if (attempt >= 2 || !tried.retriable || stopped) {
+            qCWarning(lcDownloads, "Download of %s failed: %s", qUtf8Printable(download.name),
+                      qUtf8Printable(tried.reason));
+            if (self)
+                Q_EMIT self->failed(u"Couldn't download %1. %2"_s.arg(download.name, tried.reason));
+            failure = error;
+            break;
+        }
+        qCInfo(lcDownloads, "Download interrupted, trying again: %s", qUtf8Printable(tried.reason));
+        // The next try asks for a new link.
+        self->m_links.remove(download.key);
     }
     if (self) {
         self->m_running.remove(download.key);

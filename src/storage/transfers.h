@@ -32,6 +32,10 @@ public:
         FileFetcher::Target target;
     };
 
+    // Asked once when a download arrives unlike its digest: the file as the refreshed library
+    // describes it now, when that differs (the shop replaced it under the same id).
+    using Renew = std::function<QCoro::Task<std::optional<Download>>()>;
+
     Transfers(FileFetcher fetcher, std::function<APIClient()> api, ShopSession session,
               std::shared_ptr<Clock> clock, QObject *parent = nullptr);
     // Cancels the transfers still running: their partial files stay for next time.
@@ -39,7 +43,7 @@ public:
 
     // The destination once it holds the verified file, downloading it first when needed. Joins a
     // transfer of the same key that is running already. Throws what the last try threw.
-    [[nodiscard]] QCoro::Task<QString> local(Download download);
+    [[nodiscard]] QCoro::Task<QString> local(Download download, Renew renew = {});
 
     [[nodiscard]] bool isRunning() const { return !m_running.isEmpty(); }
     [[nodiscard]] int count() const { return int(m_running.size()); }
@@ -58,8 +62,8 @@ Q_SIGNALS:
     void failed(const QString &message);
 
 private:
-    static QCoro::Task<QString> local(QPointer<Transfers> self, Download download);
-    static QCoro::Task<> run(QPointer<Transfers> self, Download download,
+    static QCoro::Task<QString> local(QPointer<Transfers> self, Download download, Renew renew);
+    static QCoro::Task<> run(QPointer<Transfers> self, Download download, Renew renew,
                              std::shared_ptr<WorkerReply> done,
                              std::shared_ptr<CancelToken> cancel);
     static QCoro::Task<> fetch(QPointer<Transfers> self, Download download,

@@ -5,6 +5,7 @@
 #include "wallpaper_target.h"
 #include "workspace_helper.h"
 
+#include <QFile>
 #include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
@@ -45,50 +46,69 @@ QCoro::Task<> WallpaperRequests::set(QPointer<WallpaperRequests> self, Wallpaper
         started.insert(id, self->m_generations.value(id));
     }
 
-    const QString path = co_await self->m_local(file);
-    if (!self)
-        co_return;
-    QStringList current;
-    for (const QString &id : std::as_const(displayIds)) {
-        if (self->m_generations.value(id) == started.value(id))
-            current.append(id);
-    }
-    if (current.isEmpty())
-        throw Overtaken();
-
-    PlacementHistory::Entry before;
-    if (kind == Kind::Change) {
-        const auto placements = self->m_records.load().placements;
-        for (const QString &id : std::as_const(current)) {
-            if (placements.contains(id))
-                before.insert(id, placements.value(id));
+    QString path = co_await self->m_local(file);
+    for (int attempt = 1;; ++attempt) {
+        if (!self)
+            co_return;
+        QStringList current;
+        for (const QString &id : std::as_const(displayIds)) {
+            if (self->m_generations.value(id) == started.value(id))
+                current.append(id);
         }
-    }
-    const Placement placement {
-        .pack = file.pack,
-        .colourway = file.colourway,
-        .edition = rawValue(file.edition),
-        .path = path,
-        .setAt = self->m_clock->now().toMSecsSinceEpoch(),
-    };
-    WallpaperTarget *target = self->m_target;
-    self->pin(path);
-    try {
-        co_await target->setWallpaper(file, path, placement, current);
-    } catch (...) {
-        if (self)
-            self->unpin(path);
-        throw;
-    }
-    if (!self)
+        if (current.isEmpty())
+            throw Overtaken();
+
+        PlacementHistory::Entry before;
+        if (kind == Kind::Change) {
+            const auto placements = self->m_records.load().placements;
+            for (const QString &id : std::as_const(current)) {
+                if (placements.contains(id))
+                    before.insert(id, placements.value(id));
+            }
+        }
+        const Placement placement {
+            .pack = file.pack,
+            .colourway = file.colourway,
+            .edition = rawValue(file.edition),
+            .path = path,
+            .setAt = self->m_clock->now().toMSecsSinceEpoch(),
+        };
+        WallpaperTarget *target = self->m_target;
+        self->pin(path);
+        bool unreadable = false;
+        try {
+            co_await target->setWallpaper(file, path, placement, current);
+        } catch (const WallpaperTarget::UnreadableFile &) {
+            if (attempt == 2) {
+                if (self)
+                    self->unpin(path);
+                throw;
+            }
+            unreadable = true;
+        } catch (...) {
+            if (self)
+                self->unpin(path);
+            throw;
+        }
+        if (!self)
+            co_return;
+        self->unpin(path);
+        if (unreadable) {
+            // Damaged on disk since its check, and every later set would fail the same way:
+            // fetched again once.
+            qCWarning(lcShop) << "Downloading again the damaged" << path;
+            QFile::remove(path);
+            path = co_await self->m_local(file);
+            continue;
+        }
+        if (kind == Kind::Change) {
+            self->m_history.push(before);
+            Q_EMIT self->historyChanged();
+        }
+        if (self->m_helper)
+            self->m_helper->wallpaperSet(current);
         co_return;
-    self->unpin(path);
-    if (kind == Kind::Change) {
-        self->m_history.push(before);
-        Q_EMIT self->historyChanged();
     }
-    if (self->m_helper)
-        self->m_helper->wallpaperSet(current);
 }
 
 QCoro::Task<> WallpaperRequests::goBack(Resolve resolve)

@@ -236,6 +236,9 @@ private Q_SLOTS:
         QTest::newRow("cut without size") << QByteArray(R"({"cut": {}})");
         QTest::newRow("alteration") << QByteArray(R"({"alterBytes": true})");
         QTest::newRow("malformed what") << QByteArray(R"({"malformed": ["everything"]})");
+        QTest::newRow("oversized file")
+            << QByteArray(R"({"oversized": {"endpoint": "files", "bytes": 100}})");
+        QTest::newRow("change no file") << QByteArray(R"({"changeFile": "f_0"})");
     }
 
     void badDocumentsChangeNothing()

@@ -47,7 +47,18 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
             if (file.id.isEmpty())
                 file.id = randomId('f');
             const QString path = u"files/%1/%2.heic"_s.arg(pack.slug, file.id);
-            file.sha256 = writeRandom(QDir(dir).filePath(path), file.bytes);
+            if (file.copyOf.isEmpty()) {
+                file.sha256 = writeRandom(QDir(dir).filePath(path), file.bytes);
+            } else {
+                const QByteArray bytes = readAll(file.copyOf);
+                QDir().mkpath(QFileInfo(QDir(dir).filePath(path)).path());
+                QFile copy(QDir(dir).filePath(path));
+                if (bytes.isEmpty() || !copy.open(QIODevice::WriteOnly) || copy.write(bytes) != bytes.size())
+                    qFatal("Cannot copy %s", qPrintable(file.copyOf));
+                file.bytes = bytes.size();
+                file.sha256 = QString::fromLatin1(
+                    QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+            }
             byColourway[file.colourway].append(QJsonObject {
                 { u"id"_s, file.id },
                 { u"edition"_s, file.edition },

@@ -15,6 +15,7 @@ struct ContentFile {
     qint64 bytes = 0;
     QString id; // filled in when empty
     QString sha256; // filled in
+    QString copyOf; // a file whose bytes to serve instead of random ones; bytes filled in
 };
 
 struct ContentArchive {

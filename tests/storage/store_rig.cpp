@@ -45,9 +45,15 @@ FakeTarget::FakeTarget(QString folder, QStringList displayIds)
 {
 }
 
-QCoro::Task<> FakeTarget::setWallpaper(WallpaperFile, QString localPath, Placement placement,
-                                       QStringList displayIds)
+QCoro::Task<> FakeTarget::setWallpaper(WallpaperFile wallpaper, QString localPath,
+                                       Placement placement, QStringList displayIds)
 {
+    bool undecodable = false;
+    if (renderer && !renderer->render(localPath, wallpaper.id, 0, &undecodable)) {
+        if (undecodable)
+            throw UnreadableFile();
+        throw DecodingError(u"Not rendered"_s);
+    }
     auto file = m_records.load();
     for (const QString &id : std::as_const(displayIds)) {
         shown.insert(id, localPath);

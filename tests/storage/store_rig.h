@@ -7,6 +7,7 @@
 #include "keychain.h"
 #include "network_access_manager.h"
 #include "placement_records.h"
+#include "renderer.h"
 #include "shop.h"
 #include "shop_content.h"
 #include "wallpaper_target.h"
@@ -50,6 +51,8 @@ public:
     // The local file each display shows.
     QHash<QString, QString> shown;
     int sets = 0;
+    // When there is one, a set renders the file's first picture as a desktop needs it.
+    std::optional<Renderer> renderer;
 
 private:
     QStringList m_ids;

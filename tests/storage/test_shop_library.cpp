@@ -103,9 +103,14 @@ void TestShopLibrary::failedRefreshKeepsWhatWasThere_data()
     QTest::newRow("library 503")
         << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 503}]}"_ba
         << u"The shop replied 503."_s << false;
-    QTest::newRow("catalogue malformed")
-        << "{\"malformed\": [\"catalogue\"]}"_ba
-        << u"The shop sent something the app didn't understand."_s << false;
+    // Twice the cap, refused by its length before it is read, or part-way without one.
+    const QString tooLarge = u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
+        APIClient::maxReplyBytes / (1024 * 1024));
+    const QByteArray oversized = "{\"oversized\": {\"endpoint\": \"library\", \"bytes\": "
+        + QByteArray::number(2 * APIClient::maxReplyBytes);
+    QTest::newRow("library too large by its length") << oversized + "}}" << tooLarge << false;
+    QTest::newRow("library too large, chunked")
+        << oversized + ", \"chunked\": true}}" << tooLarge << false;
     QTest::newRow("token refused")
         << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 401}]}"_ba
         << u"You've been signed out."_s << true;
