@@ -29,8 +29,8 @@ QString Defaults::NotSaved::description() const
 void Defaults::load()
 {
     // QSettings reads what every build wrote (@ByteArray, @Variant, one-item lists as text).
-    // It keeps files it has read in a cache checked by size and time to the millisecond; only
-    // another writer of this file within one millisecond could slip past that.
+    // It reads a file again only when its size or its time to the millisecond changed, so two
+    // other writers of one size within a millisecond could leave it the older copy.
     QFile file(m_path);
     m_known = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     m_values.clear();

@@ -16,7 +16,8 @@
 // QSettings' own writing reports a short write on a full disk as success. A setter returns
 // whether its change was saved; when it wasn't, the file and this object both keep the values
 // from before, so a later save cannot bring back a change the user was told failed. A save
-// builds on the file as it is when someone else (another Defaults, a person) has changed it.
+// builds on the file as it is when someone else (another Defaults, a person) has changed it;
+// until then, this object still reads the values it last read or wrote.
 class Defaults
 {
 public:
@@ -99,7 +100,10 @@ private:
     void load();
     // Applies the changes (an invalid value removes its key) and writes the whole file.
     [[nodiscard]] bool save(const QVariantMap &changes);
-    [[nodiscard]] bool save(const QString &key, const QVariant &value) { return save({ { key, value } }); }
+    [[nodiscard]] bool save(const QString &key, const QVariant &value)
+    {
+        return save({ { key, value } });
+    }
 
     [[nodiscard]] std::optional<QString> string(const QString &key) const;
     [[nodiscard]] bool boolean(const QString &key, bool fallback) const;

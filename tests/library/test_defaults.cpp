@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QByteArray contents(const QString &path)
 {
     QFile file(path);
@@ -30,8 +29,7 @@ QVariantMap asQSettingsReadsIt(const QString &path)
 
 // The settings file: the development keys as a person writes them by hand, every value as this
 // and earlier builds read it back, and saves that fail on a full disk.
-class DefaultsTest : public QObject
-{
+class DefaultsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -57,8 +55,8 @@ void DefaultsTest::shopKeys_data()
         << QUrl(u"https://127.0.0.1:8443/api/app/v1"_s) << std::optional(u"/ca.pem"_s);
     QTest::newRow("empty") << QByteArray("shopBaseURL=\nshopCertificates=") << production << none;
     QTest::newRow("not a URL") << QByteArray("shopBaseURL=shop.example") << production << none;
-    QTest::newRow("another scheme") << QByteArray("shopBaseURL=ftp://shop.example/") << production
-                                    << none;
+    QTest::newRow("another scheme")
+        << QByteArray("shopBaseURL=ftp://shop.example/") << production << none;
     // INI reads an unquoted comma as a list.
     QTest::newRow("a list") << QByteArray("shopBaseURL=https://a.example,b") << production << none;
 }
@@ -84,7 +82,8 @@ void DefaultsTest::everyValueReadsBack()
 {
     // Text that INI would split at commas, cut at ';', trim, unescape or take for a typed value;
     // a hex digit right after a control character; text beyond Latin-1.
-    const QString awkward = u"@home; \"a, b\" = c\\d\t\x01" u"F \u00e9 \U0001F304 "_s;
+    const QString awkward = u"@home; \"a, b\" = c\\d\t\x01"
+                            u"F \u00e9 \U0001F304 "_s;
     const QStringList keys { u"a/1, b"_s, u"@c/2"_s, u" d/3 "_s };
     QByteArray bytes;
     for (int i = 0; i < 256; ++i)
@@ -208,11 +207,12 @@ void DefaultsTest::fullDiskKeepsTheSavedSettings()
 {
     // A small disk of its own, which the test can fill.
     QTemporaryDir mount;
-    if (QProcess::execute(u"mount"_s,
-                          { u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=256k"_s, u"tmpfs"_s, mount.path() })
+    if (QProcess::execute(
+            u"mount"_s, { u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=256k"_s, u"tmpfs"_s, mount.path() })
         != 0)
         QSKIP("needs root to mount a small disk");
-    const auto unmount = qScopeGuard([&mount] { QProcess::execute(u"umount"_s, { mount.path() }); });
+    const auto unmount =
+        qScopeGuard([&mount] { QProcess::execute(u"umount"_s, { mount.path() }); });
 
     const QString path = mount.filePath(u"defaults.ini"_s);
     Defaults defaults(path);
