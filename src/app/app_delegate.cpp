@@ -230,6 +230,8 @@ void AppDelegate::startViews()
     connect(m_notice, &NoticePresenter::dismissed, m_shop, &Shop::dismissMessage);
     m_actions = new WallpaperActions(m_shop, m_displays, m_favourites, m_notice, this);
     m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
+    connect(m_focusFilter, &FocusFilter::notSaved, m_notice,
+            [this] { m_notice->showFailure(Defaults::NotSaved().description()); });
     m_art = new ArtCache(m_network, m_defaults->shopBaseURL(), this);
     // Plasma's own colours, light or dark; other desktops leave the palette to Qt and Quennet.
     new DesktopPalette(m_scheme,

@@ -1,5 +1,6 @@
 #include "shuffle_view.h"
 
+#include "defaults.h"
 #include "notice_presenter.h"
 #include "shuffle.h"
 
@@ -49,7 +50,7 @@ bool ShuffleView::isOn() const
 void ShuffleView::setOn(bool on)
 {
     if (m_shuffle)
-        m_shuffle->setOn(on);
+        saved(m_shuffle->setOn(on));
 }
 
 int ShuffleView::interval() const
@@ -60,7 +61,7 @@ int ShuffleView::interval() const
 void ShuffleView::setInterval(int interval)
 {
     if (m_shuffle && interval >= 0 && interval < intervals().size())
-        m_shuffle->setInterval(Shuffle::Interval(interval));
+        saved(m_shuffle->setInterval(Shuffle::Interval(interval)));
 }
 
 int ShuffleView::source() const
@@ -71,7 +72,7 @@ int ShuffleView::source() const
 void ShuffleView::setSource(int source)
 {
     if (m_shuffle && source >= 0 && source < sources().size())
-        m_shuffle->setSource(Shuffle::Source(source));
+        saved(m_shuffle->setSource(Shuffle::Source(source)));
 }
 
 bool ShuffleView::differentOnEachDisplay() const
@@ -82,7 +83,16 @@ bool ShuffleView::differentOnEachDisplay() const
 void ShuffleView::setDifferentOnEachDisplay(bool different)
 {
     if (m_shuffle)
-        m_shuffle->setDifferentOnEachDisplay(different);
+        saved(m_shuffle->setDifferentOnEachDisplay(different));
+}
+
+void ShuffleView::saved(bool saved)
+{
+    if (saved)
+        return;
+    // The switch or choice the user moved goes back to the setting as it is.
+    Q_EMIT changed();
+    m_notice->showFailure(Defaults::NotSaved().description());
 }
 
 QStringList ShuffleView::intervals()

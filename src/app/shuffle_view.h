@@ -64,6 +64,8 @@ Q_SIGNALS:
 
 private:
     static QCoro::Task<> shuffleNow(QPointer<ShuffleView> self);
+    // Tells the user when a setting wasn't saved (the shuffle logs it).
+    void saved(bool saved);
 
     QPointer<Shuffle> m_shuffle;
     NoticePresenter *m_notice;

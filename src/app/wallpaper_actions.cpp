@@ -1,5 +1,6 @@
 #include "wallpaper_actions.h"
 
+#include "defaults.h"
 #include "displays.h"
 #include "favourites.h"
 #include "notice_presenter.h"
@@ -134,8 +135,9 @@ QCoro::Task<> WallpaperActions::goBack(QPointer<WallpaperActions> self)
 
 void WallpaperActions::toggleFavourite(const QString &pack, const QString &colourway)
 {
-    if (m_favourites)
-        m_favourites->toggle(pack, colourway);
+    // The favourites log it; the heart stays as it was.
+    if (m_favourites && !m_favourites->toggle(pack, colourway))
+        m_notice->showFailure(Defaults::NotSaved().description());
 }
 
 void WallpaperActions::markSeen(const QString &pack)

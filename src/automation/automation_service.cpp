@@ -2,6 +2,7 @@
 
 #include "account.h"
 #include "automation_adaptor.h"
+#include "defaults.h"
 #include "focus_filter.h"
 #include "intents.h"
 #include "session_adaptor.h"
@@ -272,7 +273,8 @@ void AutomationService::SetFocusFilter(const QString &wallpaper, const QString &
             if (!automation->query().entity(wallpaper))
                 throw Intents::Failure(Intents::Failure::Case::NotFound);
         }
-        m_focusFilter->setFilter(wallpaper, optionRawValue(option));
+        if (!m_focusFilter->setFilter(wallpaper, option))
+            throw Defaults::NotSaved();
     } catch (...) {
         fail();
     }

@@ -1,5 +1,6 @@
 #include "intents.h"
 
+#include "defaults.h"
 #include "displays.h"
 #include "favourites.h"
 #include "shop.h"
@@ -88,11 +89,10 @@ void Intents::setShuffle(bool isOn, std::optional<ShuffleIntervalOption> interva
                          std::optional<ShuffleSourceOption> source)
 {
     Shuffle *shuffle = m_services.shuffle;
-    if (interval)
-        shuffle->setInterval(toInterval(*interval));
-    if (source)
-        shuffle->setSource(toSource(*source));
-    shuffle->setOn(isOn);
+    const bool saved = (!interval || shuffle->setInterval(toInterval(*interval)))
+        && (!source || shuffle->setSource(toSource(*source))) && shuffle->setOn(isOn);
+    if (!saved)
+        throw Defaults::NotSaved();
 }
 
 void Intents::favouriteCurrentWallpaper()
@@ -101,7 +101,8 @@ void Intents::favouriteCurrentWallpaper()
     if (m_services.favourites->keys().contains(current.id))
         return;
     const auto key = ColourwayKey::parse(current.id);
-    m_services.favourites->toggle(key->pack, key->colourway);
+    if (!m_services.favourites->toggle(key->pack, key->colourway))
+        throw Defaults::NotSaved();
 }
 
 WallpaperQuery Intents::query() const

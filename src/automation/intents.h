@@ -59,11 +59,12 @@ public:
     [[nodiscard]] QCoro::Task<> setWallpaper(QString id, EditionOption edition);
     // The wallpaper the main display shows; throws NoWallpaper when it shows none of the user's.
     [[nodiscard]] WallpaperEntity currentWallpaper() const;
-    // Interval and source are left as they are when not given.
+    // Interval and source are left as they are when not given. Throws Defaults::NotSaved when a
+    // setting couldn't be saved; those before it are kept.
     void setShuffle(bool isOn, std::optional<ShuffleIntervalOption> interval,
                     std::optional<ShuffleSourceOption> source);
     // Makes the main display's wallpaper a favourite. Never removes one: a favourite already
-    // stays where it is in the list.
+    // stays where it is in the list. Throws Defaults::NotSaved when the list couldn't be saved.
     void favouriteCurrentWallpaper();
     // The wallpapers of the user's packs as they are now, without swatches.
     [[nodiscard]] WallpaperQuery query() const;

@@ -1,7 +1,11 @@
 #include "defaults.h"
 
 #include "application_folder.h"
+#include "atomic_file.h"
+#include "ini_text.h"
 
+#include <QFile>
+#include <QSettings>
 #include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
@@ -12,8 +16,53 @@ Defaults::Defaults()
 }
 
 Defaults::Defaults(const QString &path)
-    : m_settings(path, QSettings::IniFormat)
+    : m_path(path)
 {
+    load();
+}
+
+QString Defaults::NotSaved::description() const
+{
+    return u"Couldn't save your settings. Check that your disk has room and try again."_s;
+}
+
+void Defaults::load()
+{
+    // QSettings reads what every build wrote (@ByteArray, @Variant, one-item lists as text).
+    // It reads a file again only when its size or its time to the millisecond changed, so two
+    // other writers of one size within a millisecond could leave it the older copy.
+    QFile file(m_path);
+    m_known = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    m_values.clear();
+    const QSettings settings(m_path, QSettings::IniFormat);
+    for (const QString &key : settings.allKeys())
+        m_values.insert(key, settings.value(key));
+}
+
+bool Defaults::save(const QVariantMap &changes)
+{
+    QFile file(m_path);
+    QByteArray onDisk;
+    if (file.exists()) {
+        if (!file.open(QIODevice::ReadOnly))
+            return false;
+        onDisk = file.readAll();
+    }
+    if (onDisk != m_known)
+        load();
+    QVariantMap values = m_values;
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
+        if (it->isValid())
+            values.insert(it.key(), it.value());
+        else
+            values.remove(it.key());
+    }
+    const QByteArray text = iniText(values);
+    if (!writeAtomically(m_path, text))
+        return false;
+    m_values = values;
+    m_known = text;
+    return true;
 }
 
 QString Defaults::defaultPath()
@@ -29,7 +78,7 @@ QUrl Defaults::productionShopURL()
 
 QUrl Defaults::shopBaseURL() const
 {
-    const auto text = string("shopBaseURL");
+    const auto text = string(u"shopBaseURL"_s);
     if (!text)
         return productionShopURL();
     const QUrl url(*text, QUrl::StrictMode);
@@ -40,7 +89,7 @@ QUrl Defaults::shopBaseURL() const
 
 std::optional<QString> Defaults::shopCertificates() const
 {
-    auto path = string("shopCertificates");
+    auto path = string(u"shopCertificates"_s);
     if (path && path->isEmpty())
         return std::nullopt;
     return path;
@@ -48,47 +97,47 @@ std::optional<QString> Defaults::shopCertificates() const
 
 bool Defaults::shuffleIsOn() const
 {
-    return boolean("shuffleIsOn", false);
+    return boolean(u"shuffleIsOn"_s, false);
 }
 
-void Defaults::setShuffleIsOn(bool on)
+bool Defaults::setShuffleIsOn(bool on)
 {
-    m_settings.setValue("shuffleIsOn", on);
+    return save(u"shuffleIsOn"_s, on);
 }
 
 QString Defaults::shuffleInterval() const
 {
-    return string("shuffleInterval").value_or(QString());
+    return string(u"shuffleInterval"_s).value_or(QString());
 }
 
-void Defaults::setShuffleInterval(const QString &raw)
+bool Defaults::setShuffleInterval(const QString &raw)
 {
-    m_settings.setValue("shuffleInterval", raw);
+    return save(u"shuffleInterval"_s, raw);
 }
 
 QString Defaults::shuffleSource() const
 {
-    return string("shuffleSource").value_or(QString());
+    return string(u"shuffleSource"_s).value_or(QString());
 }
 
-void Defaults::setShuffleSource(const QString &raw)
+bool Defaults::setShuffleSource(const QString &raw)
 {
-    m_settings.setValue("shuffleSource", raw);
+    return save(u"shuffleSource"_s, raw);
 }
 
 bool Defaults::shuffleDifferentOnEachDisplay() const
 {
-    return boolean("shuffleDifferentOnEachDisplay", false);
+    return boolean(u"shuffleDifferentOnEachDisplay"_s, false);
 }
 
-void Defaults::setShuffleDifferentOnEachDisplay(bool on)
+bool Defaults::setShuffleDifferentOnEachDisplay(bool on)
 {
-    m_settings.setValue("shuffleDifferentOnEachDisplay", on);
+    return save(u"shuffleDifferentOnEachDisplay"_s, on);
 }
 
 std::optional<QDateTime> Defaults::shuffleAnchor() const
 {
-    const auto text = string("shuffleAnchor");
+    const auto text = string(u"shuffleAnchor"_s);
     if (!text)
         return std::nullopt;
     const auto anchor = QDateTime::fromString(*text, Qt::ISODateWithMs);
@@ -97,93 +146,79 @@ std::optional<QDateTime> Defaults::shuffleAnchor() const
     return anchor.toUTC();
 }
 
-void Defaults::setShuffleAnchor(const QDateTime &anchor)
+bool Defaults::setShuffleAnchor(const QDateTime &anchor)
 {
-    m_settings.setValue("shuffleAnchor", anchor.toUTC().toString(Qt::ISODateWithMs));
+    return save(u"shuffleAnchor"_s, anchor.toUTC().toString(Qt::ISODateWithMs));
 }
 
 QStringList Defaults::shufflePlayed() const
 {
-    return strings("shufflePlayed");
+    return strings(u"shufflePlayed"_s);
 }
 
-void Defaults::setShufflePlayed(const QStringList &keys)
+bool Defaults::setShufflePlayed(const QStringList &keys)
 {
-    m_settings.setValue("shufflePlayed", keys);
+    return save(u"shufflePlayed"_s, keys);
 }
 
 QByteArray Defaults::focusWallpaper() const
 {
-    return m_settings.value("focusWallpaper").toByteArray();
+    return m_values.value(u"focusWallpaper"_s).toByteArray();
 }
 
-void Defaults::setFocusWallpaper(const QByteArray &json)
+bool Defaults::setFocusWallpaper(const QByteArray &json)
 {
-    if (json.isEmpty())
-        m_settings.remove("focusWallpaper");
-    else
-        m_settings.setValue("focusWallpaper", json);
-    // At once: a relaunch after a crash must find the record.
-    m_settings.sync();
+    // Saved at once like every setting: a relaunch after a crash must find the record.
+    return save(u"focusWallpaper"_s, json.isEmpty() ? QVariant() : QVariant(json));
 }
 
 QByteArray Defaults::focusRestores() const
 {
-    return m_settings.value("focusRestores").toByteArray();
+    return m_values.value(u"focusRestores"_s).toByteArray();
 }
 
-void Defaults::setFocusRestores(const QByteArray &json)
+bool Defaults::setFocusRestores(const QByteArray &json)
 {
-    if (json.isEmpty())
-        m_settings.remove("focusRestores");
-    else
-        m_settings.setValue("focusRestores", json);
-    // At once: a relaunch after a crash must find the record.
-    m_settings.sync();
+    return save(u"focusRestores"_s, json.isEmpty() ? QVariant() : QVariant(json));
 }
 
 QString Defaults::focusFilterWallpaper() const
 {
-    return string("focusFilterWallpaper").value_or(QString());
-}
-
-void Defaults::setFocusFilterWallpaper(const QString &key)
-{
-    m_settings.setValue("focusFilterWallpaper", key);
+    return string(u"focusFilterWallpaper"_s).value_or(QString());
 }
 
 QString Defaults::focusFilterEdition() const
 {
-    return string("focusFilterEdition").value_or(QString());
+    return string(u"focusFilterEdition"_s).value_or(QString());
 }
 
-void Defaults::setFocusFilterEdition(const QString &raw)
+bool Defaults::setFocusFilter(const QString &key, const QString &edition)
 {
-    m_settings.setValue("focusFilterEdition", raw);
+    return save({ { u"focusFilterWallpaper"_s, key }, { u"focusFilterEdition"_s, edition } });
 }
 
 std::optional<QString> Defaults::helperStartedByBuild() const
 {
-    return string("helperStartedByBuild");
+    return string(u"helperStartedByBuild"_s);
 }
 
-void Defaults::setHelperStartedByBuild(const QString &build)
+bool Defaults::setHelperStartedByBuild(const QString &build)
 {
-    m_settings.setValue("helperStartedByBuild", build);
+    return save(u"helperStartedByBuild"_s, build);
 }
 
-std::optional<QString> Defaults::string(QAnyStringView key) const
+std::optional<QString> Defaults::string(const QString &key) const
 {
-    const auto value = m_settings.value(key);
+    const auto value = m_values.value(key);
     if (!value.isValid() || value.typeId() != QMetaType::QString)
         return std::nullopt;
     return value.toString();
 }
 
-QStringList Defaults::strings(QAnyStringView key) const
+QStringList Defaults::strings(const QString &key) const
 {
     // INI keeps a list of one item as plain text, and an empty list as nothing at all.
-    const auto value = m_settings.value(key);
+    const auto value = m_values.value(key);
     if (value.typeId() == QMetaType::QStringList)
         return value.toStringList();
     if (value.typeId() == QMetaType::QString && !value.toString().isEmpty())
@@ -193,7 +228,7 @@ QStringList Defaults::strings(QAnyStringView key) const
 
 QStringList Defaults::favouriteColourways() const
 {
-    const QVariant value = m_settings.value("favouriteColourways");
+    const QVariant value = m_values.value(u"favouriteColourways"_s);
     if (value.typeId() == QMetaType::QStringList)
         return value.toStringList();
     if (value.typeId() == QMetaType::QString) {
@@ -204,35 +239,35 @@ QStringList Defaults::favouriteColourways() const
     return {};
 }
 
-void Defaults::setFavouriteColourways(const QStringList &keys)
+bool Defaults::setFavouriteColourways(const QStringList &keys)
 {
-    m_settings.setValue("favouriteColourways", keys);
+    return save(u"favouriteColourways"_s, keys);
 }
 
 bool Defaults::checksForNewFiles() const
 {
-    return boolean("checksForNewFiles", true);
+    return boolean(u"checksForNewFiles"_s, true);
 }
 
-void Defaults::setChecksForNewFiles(bool on)
+bool Defaults::setChecksForNewFiles(bool on)
 {
-    m_settings.setValue("checksForNewFiles", on);
+    return save(u"checksForNewFiles"_s, on);
 }
 
 bool Defaults::showsUnreleasedPacks() const
 {
-    return boolean("showsUnreleasedPacks", false);
+    return boolean(u"showsUnreleasedPacks"_s, false);
 }
 
-void Defaults::setShowsUnreleasedPacks(bool on)
+bool Defaults::setShowsUnreleasedPacks(bool on)
 {
-    m_settings.setValue("showsUnreleasedPacks", on);
+    return save(u"showsUnreleasedPacks"_s, on);
 }
 
 QMap<QString, QStringList> Defaults::seenColourways() const
 {
     QMap<QString, QStringList> seen;
-    const auto value = m_settings.value("seenColourways");
+    const auto value = m_values.value(u"seenColourways"_s);
     if (value.typeId() != QMetaType::QVariantMap)
         return seen;
     const auto map = value.toMap();
@@ -243,15 +278,15 @@ QMap<QString, QStringList> Defaults::seenColourways() const
     return seen;
 }
 
-void Defaults::setSeenColourways(const QMap<QString, QStringList> &seen)
+bool Defaults::setSeenColourways(const QMap<QString, QStringList> &seen)
 {
     QVariantMap map;
     for (auto it = seen.cbegin(); it != seen.cend(); ++it)
         map.insert(it.key(), it.value());
-    m_settings.setValue("seenColourways", map);
+    return save(u"seenColourways"_s, map);
 }
 
-bool Defaults::boolean(QAnyStringView key, bool fallback) const
+bool Defaults::boolean(const QString &key, bool fallback) const
 {
     // The INI file keeps booleans as text.
     const auto text = string(key);
@@ -259,6 +294,6 @@ bool Defaults::boolean(QAnyStringView key, bool fallback) const
         return true;
     if (text == "false"_L1)
         return false;
-    const auto value = m_settings.value(key);
+    const auto value = m_values.value(key);
     return value.typeId() == QMetaType::Bool ? value.toBool() : fallback;
 }

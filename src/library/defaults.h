@@ -1,17 +1,33 @@
 #pragma once
 
+#include "error.h"
+
 #include <QDateTime>
-#include <QSettings>
 #include <QStringList>
 #include <QUrl>
+#include <QVariantMap>
 
 #include <optional>
 
 // The user's settings: the system's keys over an INI file. Each layer adds typed accessors for
 // the keys it owns; a missing or malformed value reads as the key's default.
+//
+// The file is read once and every change is written at once, whole, through writeAtomically():
+// QSettings' own writing reports a short write on a full disk as success. A setter returns
+// whether its change was saved; when it wasn't, the file and this object both keep the values
+// from before, so a later save cannot bring back a change the user was told failed. A save
+// builds on the file as it is when someone else (another Defaults, a person) has changed it;
+// until then, this object still reads the values it last read or wrote.
 class Defaults
 {
 public:
+    // What the user is told when a setting couldn't be saved.
+    class NotSaved : public Error
+    {
+    public:
+        [[nodiscard]] QString description() const override;
+    };
+
     // $XDG_CONFIG_HOME/app.quennet.Quennet/defaults.ini
     Defaults();
     // Tests give each case its own file.
@@ -30,60 +46,72 @@ public:
     // The shuffle's settings. Interval and source are kept as their raw text; the shuffle reads
     // an unknown text as its default.
     [[nodiscard]] bool shuffleIsOn() const;
-    void setShuffleIsOn(bool on);
+    [[nodiscard]] bool setShuffleIsOn(bool on);
     [[nodiscard]] QString shuffleInterval() const;
-    void setShuffleInterval(const QString &raw);
+    [[nodiscard]] bool setShuffleInterval(const QString &raw);
     [[nodiscard]] QString shuffleSource() const;
-    void setShuffleSource(const QString &raw);
+    [[nodiscard]] bool setShuffleSource(const QString &raw);
     [[nodiscard]] bool shuffleDifferentOnEachDisplay() const;
-    void setShuffleDifferentOnEachDisplay(bool on);
+    [[nodiscard]] bool setShuffleDifferentOnEachDisplay(bool on);
     // ISO 8601 text; none when absent or unreadable.
     [[nodiscard]] std::optional<QDateTime> shuffleAnchor() const;
-    void setShuffleAnchor(const QDateTime &anchor);
+    [[nodiscard]] bool setShuffleAnchor(const QDateTime &anchor);
     // Colourway keys played in the current round.
     [[nodiscard]] QStringList shufflePlayed() const;
-    void setShufflePlayed(const QStringList &keys);
+    [[nodiscard]] bool setShufflePlayed(const QStringList &keys);
 
     // The Do Not Disturb wallpaper's record and the restores still to do, as JSON data; empty
     // data removes the key.
     [[nodiscard]] QByteArray focusWallpaper() const;
-    void setFocusWallpaper(const QByteArray &json);
+    [[nodiscard]] bool setFocusWallpaper(const QByteArray &json);
     [[nodiscard]] QByteArray focusRestores() const;
-    void setFocusRestores(const QByteArray &json);
+    [[nodiscard]] bool setFocusRestores(const QByteArray &json);
 
     // The Do Not Disturb wallpaper setting: "focusFilterWallpaper", a colourway key (empty: none),
     // and "focusFilterEdition", an edition option's raw value (empty: automatic).
     [[nodiscard]] QString focusFilterWallpaper() const;
-    void setFocusFilterWallpaper(const QString &key);
     [[nodiscard]] QString focusFilterEdition() const;
-    void setFocusFilterEdition(const QString &raw);
+    // Both in one save.
+    [[nodiscard]] bool setFocusFilter(const QString &key, const QString &edition);
 
     // "helperStartedByBuild": the build that last registered the workspace helper; none when
     // absent.
     [[nodiscard]] std::optional<QString> helperStartedByBuild() const;
-    void setHelperStartedByBuild(const QString &build);
+    [[nodiscard]] bool setHelperStartedByBuild(const QString &build);
 
     // "favouriteColourways": colourway keys, newest first. Anything but a list of text reads as
     // empty; INI keeps a one-item list as plain text, which counts when it is a colourway key.
     [[nodiscard]] QStringList favouriteColourways() const;
-    void setFavouriteColourways(const QStringList &keys);
+    [[nodiscard]] bool setFavouriteColourways(const QStringList &keys);
 
     // "checksForNewFiles": whether the library is checked every six hours; on when absent.
     [[nodiscard]] bool checksForNewFiles() const;
-    void setChecksForNewFiles(bool on);
+    [[nodiscard]] bool setChecksForNewFiles(bool on);
 
     // "showsUnreleasedPacks": whether packs whose files are not out yet are listed; off when absent.
     [[nodiscard]] bool showsUnreleasedPacks() const;
-    void setShowsUnreleasedPacks(bool on);
+    [[nodiscard]] bool setShowsUnreleasedPacks(bool on);
 
     // "seenColourways": pack slug to the colourway slugs the user has been shown.
     [[nodiscard]] QMap<QString, QStringList> seenColourways() const;
-    void setSeenColourways(const QMap<QString, QStringList> &seen);
+    [[nodiscard]] bool setSeenColourways(const QMap<QString, QStringList> &seen);
 
 private:
-    [[nodiscard]] std::optional<QString> string(QAnyStringView key) const;
-    [[nodiscard]] bool boolean(QAnyStringView key, bool fallback) const;
-    [[nodiscard]] QStringList strings(QAnyStringView key) const;
+    void load();
+    // Applies the changes (an invalid value removes its key) and writes the whole file.
+    [[nodiscard]] bool save(const QVariantMap &changes);
+    [[nodiscard]] bool save(const QString &key, const QVariant &value)
+    {
+        return save({ { key, value } });
+    }
 
-    QSettings m_settings;
+    [[nodiscard]] std::optional<QString> string(const QString &key) const;
+    [[nodiscard]] bool boolean(const QString &key, bool fallback) const;
+    [[nodiscard]] QStringList strings(const QString &key) const;
+
+    QString m_path;
+    // As QSettings reads them from the file.
+    QVariantMap m_values;
+    // The file's content when last read or written.
+    QByteArray m_known;
 };

@@ -2,6 +2,13 @@
 
 #include "defaults.h"
 
+#include <QLoggingCategory>
+
+namespace
+{
+Q_LOGGING_CATEGORY(lcFavourites, "app.quennet.Quennet.Favourites")
+}
+
 Favourites::Favourites(Defaults *defaults, QObject *parent)
     : QObject(parent)
     , m_defaults(defaults)
@@ -9,16 +16,20 @@ Favourites::Favourites(Defaults *defaults, QObject *parent)
 {
 }
 
-void Favourites::setKeys(const QStringList &keys)
+bool Favourites::setKeys(const QStringList &keys)
 {
     if (keys == m_keys)
-        return;
+        return true;
+    if (!m_defaults->setFavouriteColourways(keys)) {
+        qCWarning(lcFavourites) << "Couldn't save the favourites; they stay as they were";
+        return false;
+    }
     m_keys = keys;
-    m_defaults->setFavouriteColourways(m_keys);
     Q_EMIT keysChanged();
+    return true;
 }
 
-void Favourites::toggle(const QString &pack, const QString &colourway)
+bool Favourites::toggle(const QString &pack, const QString &colourway)
 {
     const QString key = pack + u'/' + colourway;
     QStringList keys = m_keys;
@@ -26,5 +37,5 @@ void Favourites::toggle(const QString &pack, const QString &colourway)
         keys.removeAt(at);
     else
         keys.prepend(key);
-    setKeys(keys);
+    return setKeys(keys);
 }

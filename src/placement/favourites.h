@@ -16,11 +16,12 @@ public:
     explicit Favourites(Defaults *defaults, QObject *parent = nullptr);
 
     [[nodiscard]] QStringList keys() const { return m_keys; }
-    // Observers hear only of a list that differs.
-    void setKeys(const QStringList &keys);
+    // Observers hear only of a list that differs. False, changing nothing, when the list couldn't
+    // be saved. (Not [[nodiscard]]: it is the property's setter too.)
+    bool setKeys(const QStringList &keys);
 
     // Removes the colourway when it is a favourite, else puts it first; then stores the list.
-    void toggle(const QString &pack, const QString &colourway);
+    [[nodiscard]] bool toggle(const QString &pack, const QString &colourway);
 
 Q_SIGNALS:
     void keysChanged();

@@ -2,6 +2,7 @@
 
 #include "defaults.h"
 #include "do_not_disturb.h"
+#include "do_not_disturb_log.h"
 #include "edition_option.h"
 #include "shuffle.h"
 #include "shuffle_store.h"
@@ -51,26 +52,35 @@ bool FocusFilter::isDoNotDisturbOn() const
 
 void FocusFilter::setWallpaper(const QString &key)
 {
-    setFilter(key, m_edition);
+    const auto edition = editionOption(m_edition).value_or(EditionOption::Automatic);
+    if (!setFilter(key, edition)) {
+        // The pickers show the setting as it still is.
+        Q_EMIT filterChanged();
+        Q_EMIT notSaved();
+    }
 }
 
 void FocusFilter::setEdition(const QString &option)
 {
-    setFilter(m_wallpaper, option);
+    const auto chosen = editionOption(option);
+    if (chosen && !setFilter(m_wallpaper, *chosen)) {
+        Q_EMIT filterChanged();
+        Q_EMIT notSaved();
+    }
 }
 
-bool FocusFilter::setFilter(const QString &wallpaper, const QString &edition)
+bool FocusFilter::setFilter(const QString &wallpaper, EditionOption edition)
 {
-    const auto chosen = editionOption(edition);
-    if (!chosen)
-        return false;
-    const QString option = optionRawValue(*chosen);
+    const QString option = optionRawValue(edition);
     if (wallpaper == m_wallpaper && option == m_edition)
         return true;
+    if (!m_defaults->setFocusFilter(wallpaper, option)) {
+        qCWarning(lcDoNotDisturb) << "Couldn't save the Do Not Disturb wallpaper; it stays"
+                                  << m_wallpaper;
+        return false;
+    }
     m_wallpaper = wallpaper;
     m_edition = option;
-    m_defaults->setFocusFilterWallpaper(wallpaper);
-    m_defaults->setFocusFilterEdition(option);
     Q_EMIT filterChanged();
     Q_EMIT summaryChanged();
     apply();

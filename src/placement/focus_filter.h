@@ -1,5 +1,7 @@
 #pragma once
 
+#include "edition_option.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QVariantList>
@@ -40,15 +42,17 @@ public:
     [[nodiscard]] static QVariantList editionOptions();
     [[nodiscard]] bool isDoNotDisturbOn() const;
 
+    // As the settings pane sets them: notSaved() when the setting couldn't be saved.
     void setWallpaper(const QString &key);
     // An unknown option is ignored.
     void setEdition(const QString &option);
-    // Both at once, as automation sets them: "" wallpaper is none, "" edition automatic. False,
-    // changing nothing, for an unknown edition.
-    Q_INVOKABLE bool setFilter(const QString &wallpaper, const QString &edition);
+    // Both at once, as automation sets them: "" wallpaper is none. False, changing nothing, when
+    // the setting couldn't be saved.
+    [[nodiscard]] bool setFilter(const QString &wallpaper, EditionOption edition);
 
 Q_SIGNALS:
     void filterChanged();
+    void notSaved();
     void summaryChanged();
     void doNotDisturbChanged();
 

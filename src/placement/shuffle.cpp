@@ -100,46 +100,60 @@ QDateTime Shuffle::nextDate() const
     return m_schedule->nextDate();
 }
 
-void Shuffle::setOn(bool on)
+bool Shuffle::setOn(bool on)
 {
     if (on == m_isOn)
-        return;
+        return true;
+    if (!m_services.defaults->setShuffleIsOn(on))
+        return notSaved("on");
     m_isOn = on;
-    m_services.defaults->setShuffleIsOn(on);
     if (on)
         m_schedule->setAnchor(m_services.clock->now());
     Q_EMIT isOnChanged();
     settingsChanged();
+    return true;
 }
 
-void Shuffle::setInterval(Interval interval)
+bool Shuffle::setInterval(Interval interval)
 {
     if (interval == m_interval)
-        return;
+        return true;
+    if (!m_services.defaults->setShuffleInterval(ShuffleSettings::rawValue(interval)))
+        return notSaved("interval");
     m_interval = interval;
-    m_services.defaults->setShuffleInterval(ShuffleSettings::rawValue(interval));
     Q_EMIT intervalChanged();
     settingsChanged();
+    return true;
 }
 
-void Shuffle::setSource(Source source)
+bool Shuffle::setSource(Source source)
 {
     if (source == m_source)
-        return;
+        return true;
+    if (!m_services.defaults->setShuffleSource(ShuffleSettings::rawValue(source)))
+        return notSaved("source");
     m_source = source;
-    m_services.defaults->setShuffleSource(ShuffleSettings::rawValue(source));
     Q_EMIT sourceChanged();
     settingsChanged();
+    return true;
 }
 
-void Shuffle::setDifferentOnEachDisplay(bool different)
+bool Shuffle::setDifferentOnEachDisplay(bool different)
 {
     if (different == m_differentOnEachDisplay)
-        return;
+        return true;
+    if (!m_services.defaults->setShuffleDifferentOnEachDisplay(different))
+        return notSaved("different on each display");
     m_differentOnEachDisplay = different;
-    m_services.defaults->setShuffleDifferentOnEachDisplay(different);
     Q_EMIT differentOnEachDisplayChanged();
     settingsChanged();
+    return true;
+}
+
+bool Shuffle::notSaved(const char *setting)
+{
+    qCWarning(lcShuffle, "Couldn't save the shuffle's setting (%s); it stays as it was", setting);
+    return false;
 }
 
 void Shuffle::settingsChanged()
@@ -244,7 +258,9 @@ QCoro::Task<> Shuffle::carryOut(QPointer<Shuffle> self, std::shared_ptr<AsyncMut
             co_return;
         if (!played.contains(key))
             played.append(key);
-        self->m_services.defaults->setShufflePlayed(played);
+        // Lost, the round starts over at the next launch; nothing else depends on it.
+        if (!self->m_services.defaults->setShufflePlayed(played))
+            qCWarning(lcShuffle) << "Couldn't save the wallpapers played this round";
     }
 }
 

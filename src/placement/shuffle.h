@@ -99,11 +99,12 @@ public:
     // Why shuffling waits, in a sentence for under the switch; empty when it does not.
     [[nodiscard]] QString status() const { return m_status; }
 
-    // Each stores the value and starts the schedule again.
-    void setOn(bool on);
-    void setInterval(Interval interval);
-    void setSource(Source source);
-    void setDifferentOnEachDisplay(bool different);
+    // Each stores the value and starts the schedule again. False, changing nothing, when the
+    // setting couldn't be saved. (Not [[nodiscard]]: they are property setters too.)
+    bool setOn(bool on);
+    bool setInterval(Interval interval);
+    bool setSource(Source source);
+    bool setDifferentOnEachDisplay(bool different);
 
     // Picks and sets at once, whatever the schedule. Throws NothingToShuffle, or what setting
     // the picks threw when no downloaded wallpaper could stand in.
@@ -171,6 +172,8 @@ private:
     static QCoro::Task<> retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
                                  std::shared_ptr<Clock> clock, std::chrono::milliseconds wait);
 
+    // Logs the setting that couldn't be saved; false.
+    static bool notSaved(const char *setting);
     void settingsChanged();
     void tick();
     void screensChanged();

@@ -338,14 +338,18 @@ QCoro::Task<> Shuffle::retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelTok
     Q_EMIT self->restoresDue();
 }
 
+// Unsaved, the record is written whole again with the next change; a relaunch before then
+// finds the previous one.
 void Shuffle::saveFocus()
 {
-    m_services.defaults->setFocusWallpaper(m_focus ? m_focus->encode() : QByteArray());
+    if (!m_services.defaults->setFocusWallpaper(m_focus ? m_focus->encode() : QByteArray()))
+        qCCritical(lcShuffle) << "Couldn't save the Do Not Disturb wallpaper's record";
 }
 
 void Shuffle::savePending()
 {
-    m_services.defaults->setFocusRestores(FocusRecord::encode(m_pending));
+    if (!m_services.defaults->setFocusRestores(FocusRecord::encode(m_pending)))
+        qCCritical(lcShuffle) << "Couldn't save the wallpapers still to put back";
 }
 
 std::optional<Shuffle::Choice> Shuffle::choiceFor(const QString &key) const

@@ -118,13 +118,20 @@ ShuffleSchedule::ShuffleSchedule(Defaults *defaults, std::shared_ptr<Clock> cloc
     const auto anchor = defaults->shuffleAnchor();
     m_anchor = anchor.value_or(m_clock->now());
     if (!anchor)
-        defaults->setShuffleAnchor(m_anchor);
+        saveAnchor();
 }
 
 ShuffleSchedule::~ShuffleSchedule()
 {
     if (m_token)
         m_token->cancel();
+}
+
+void ShuffleSchedule::saveAnchor()
+{
+    // Unsaved, a relaunch counts from an older anchor; the schedule here goes on from this one.
+    if (!m_defaults->setShuffleAnchor(m_anchor))
+        qCWarning(lcShuffle) << "Couldn't save the shuffle's anchor" << m_anchor;
 }
 
 bool ShuffleSchedule::isQuiet(const QDateTime &now) const
@@ -148,7 +155,7 @@ void ShuffleSchedule::setAnchor(const QDateTime &anchor)
 {
     if (anchor != m_anchor) {
         m_anchor = anchor;
-        m_defaults->setShuffleAnchor(anchor);
+        saveAnchor();
         Q_EMIT anchorChanged();
     }
     rearm();

@@ -63,6 +63,7 @@ Q_SIGNALS:
     void awoke();
 
 private:
+    void saveAnchor();
     static QCoro::Task<> run(QPointer<ShuffleSchedule> self, std::shared_ptr<CancelToken> token,
                              std::shared_ptr<Clock> clock);
 

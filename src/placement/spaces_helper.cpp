@@ -77,10 +77,12 @@ void SpacesHelper::registerHelper()
         {.title = u"Quennet workspace helper"_s,
          .comment = u"Keeps the wallpaper you set in Quennet on every workspace"_s,
          .program = m_services.program});
-    if (error.isEmpty())
-        m_services.defaults->setHelperStartedByBuild(m_services.build);
-    else
+    if (!error.isEmpty()) {
         qCCritical(lcSpaces, "Login item not changed: %s", qUtf8Printable(error));
+    } else if (!m_services.defaults->setHelperStartedByBuild(m_services.build)) {
+        // The next launch then takes the helper for an older build's and starts it again.
+        qCWarning(lcSpaces) << "Couldn't save which build registered the helper";
+    }
     readStatus();
 }
 

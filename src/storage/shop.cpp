@@ -172,8 +172,12 @@ void Shop::setShowsUnreleased(bool shows)
 {
     if (m_showsUnreleased == shows)
         return;
+    if (!m_services.defaults->setShowsUnreleasedPacks(shows)) {
+        qCWarning(lcShop) << "Couldn't save whether unreleased packs show; it stays as it was";
+        setMessage(Notice::failed(Defaults::NotSaved().description()));
+        return;
+    }
     m_showsUnreleased = shows;
-    m_services.defaults->setShowsUnreleasedPacks(shows);
     Q_EMIT showsUnreleasedChanged();
     if (m_saved)
         apply(*m_saved);
@@ -330,7 +334,9 @@ void Shop::markSeen(const QString &pack)
         list.sort();
         stored.insert(it.key(), list);
     }
-    m_services.defaults->setSeenColourways(stored);
+    // Unsaved, the pack's colourways show as new again after a restart: not worth a notice.
+    if (!m_services.defaults->setSeenColourways(stored))
+        qCWarning(lcShop) << "Couldn't save the colourways seen in" << pack;
     Q_EMIT seenChanged();
 }
 

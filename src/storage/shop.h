@@ -139,6 +139,7 @@ public:
     [[nodiscard]] SeenColourways seen() const { return m_seen; }
     [[nodiscard]] OptionalNotice message() const { return m_message; }
     [[nodiscard]] bool showsUnreleased() const { return m_showsUnreleased; }
+    // Changes nothing, and says so on the notice line, when the setting couldn't be saved.
     void setShowsUnreleased(bool shows);
     [[nodiscard]] PlacementHistoryEntries history() const { return m_requests->history(); }
     [[nodiscard]] bool isGoingBack() const { return m_requests->isGoingBack(); }

@@ -51,7 +51,7 @@ private Q_SLOTS:
     {
         StoreRig rig(::packs());
         QVERIFY(rig.isReady());
-        rig.defaults().setSeenColourways({ { u"aurora"_s, { u"emerald"_s } } });
+        QVERIFY(rig.defaults().setSeenColourways({ { u"aurora"_s, { u"emerald"_s } } }));
         rig.restartStore();
         PackListModel model;
         QAbstractItemModelTester tester(&model,
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QVERIFY(!role(model, 0, ColourwayListModel::NewRole).toBool());
 
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
-        favourites.toggle(u"aurora"_s, u"violet"_s);
+        QVERIFY(favourites.toggle(u"aurora"_s, u"violet"_s));
         QCOMPARE(changed.size(), 1);
         QVERIFY(role(model, 1, ColourwayListModel::FavouriteRole).toBool());
         QVERIFY(!role(model, 0, ColourwayListModel::FavouriteRole).toBool());
@@ -109,10 +109,10 @@ private Q_SLOTS:
         hearts.setFavourites(&favourites);
         hearts.setFavouritesOnly(true);
         QCOMPARE(column(hearts, ColourwayListModel::KeyRole), QStringList { u"aurora/violet"_s });
-        favourites.toggle(u"dunes"_s, u"amber"_s);
+        QVERIFY(favourites.toggle(u"dunes"_s, u"amber"_s));
         QCOMPARE(column(hearts, ColourwayListModel::KeyRole),
                  (QStringList { u"aurora/violet"_s, u"dunes/amber"_s }));
-        favourites.toggle(u"aurora"_s, u"violet"_s);
+        QVERIFY(favourites.toggle(u"aurora"_s, u"violet"_s));
         QCOMPARE(column(hearts, ColourwayListModel::KeyRole), QStringList { u"dunes/amber"_s });
 
         QVERIFY(!role(model, 0, ColourwayListModel::DownloadedRole).toBool());

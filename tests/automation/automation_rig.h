@@ -58,6 +58,8 @@ public:
     Favourites &favourites() { return *m_favourites; }
     Shuffle &shuffle() { return *m_shuffle; }
     Defaults &defaults() { return *m_defaults; }
+    FocusFilter &focusFilter() { return *m_focusFilter; }
+    [[nodiscard]] QString defaultsPath() const { return m_folder.filePath(QStringLiteral("defaults.ini")); }
 
 private:
     TestShop m_shop;

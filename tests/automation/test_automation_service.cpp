@@ -1,6 +1,7 @@
 #include "automation_rig.h"
 
 #include <QDBusArgument>
+#include <QDir>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QJsonArray>
@@ -207,6 +208,16 @@ void AutomationServiceTest::failures_data()
     QTest::newRow("the desktop refuses")
         << u"refusal"_s << u"SetWallpaper"_s << QVariantList { u"aurora/emerald"_s, QString() }
         << u"Failed"_s << u"The desktop said no."_s;
+    const QString notSaved =
+        u"Couldn't save your settings. Check that your disk has room and try again."_s;
+    const QList<std::pair<QString, QVariantList>> settings {
+        { u"FavouriteWallpaper"_s, {} },
+        { u"SetShuffle"_s, { true, u"hour"_s, QString() } },
+        { u"SetFocusFilter"_s, { u"aurora/violet"_s, u"dark"_s } },
+    };
+    for (const auto &[method, arguments] : settings)
+        QTest::addRow("%s, settings not saved", qPrintable(method))
+            << u"not saved"_s << method << arguments << u"Failed"_s << notSaved;
 }
 
 void AutomationServiceTest::failures()
@@ -228,12 +239,23 @@ void AutomationServiceTest::failures()
         rig.shuffle().setSource(ShuffleSettings::Source::Favourites);
     } else if (before == "refusal"_L1) {
         rig.desktop().refusal = u"The desktop said no."_s;
+    } else if (before == "not saved"_L1) {
+        QCOMPARE(rig.automation(u"SetWallpaper"_s, { u"aurora/emerald"_s, QString() }).type(),
+                 QDBusMessage::ReplyMessage);
+        // A folder where the settings file goes: every save fails, as on a full disk.
+        QFile::remove(rig.defaultsPath());
+        QVERIFY(QDir().mkpath(rig.defaultsPath()));
     }
 
     const QDBusMessage reply = rig.automation(method, arguments);
     QCOMPARE(reply.type(), QDBusMessage::ErrorMessage);
     QCOMPARE(reply.errorName(), errors + error);
     QCOMPARE(reply.errorMessage(), message);
+    // A failure changes nothing.
+    QVERIFY(rig.favourites().keys().isEmpty());
+    QVERIFY(!rig.shuffle().isOn());
+    QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Day);
+    QVERIFY(rig.focusFilter().wallpaper().isEmpty());
 }
 
 void AutomationServiceTest::badArgumentsChangeNothing_data()
@@ -313,7 +335,7 @@ void AutomationServiceTest::aSetOvertakenByAShuffle()
     AutomationRig rig;
     QVERIFY(rig.isReady());
     // The shuffle's only pick is on disk already, so it is set at once.
-    rig.favourites().toggle(u"dunes"_s, u"amber"_s);
+    QVERIFY(rig.favourites().toggle(u"dunes"_s, u"amber"_s));
     rig.shuffle().setSource(ShuffleSettings::Source::Favourites);
     const auto amber = rig.store().owned().value(u"dunes"_s).file(u"amber"_s, Edition::Automatic);
     QVERIFY(amber);

@@ -50,7 +50,8 @@ struct Session {
         , setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock)
     {
         shuffle.start();
-        filter.setFilter(u"aurora/violet"_s, u"light"_s);
+        filter.setEdition(u"light"_s);
+        filter.setWallpaper(u"aurora/violet"_s);
         filter.start();
     }
 

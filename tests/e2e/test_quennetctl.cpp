@@ -84,7 +84,7 @@ class QuennetctlTest : public QObject {
         return {};
     }
 
-    // A setting as Quennet has written it so far: it writes them a moment after a change.
+    // A setting as Quennet has saved it in its settings file.
     static QVariant stored(const QString &key)
     {
         QSettings settings(Defaults::defaultPath(), QSettings::IniFormat);

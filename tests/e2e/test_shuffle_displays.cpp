@@ -42,7 +42,7 @@ void ShuffleDisplaysTest::aDifferentColourwayOnEachDisplay()
     DesktopShuffleDisplays view(&displays, &setter);
     SampleStore store(&setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s } });
     Defaults defaults(folder.filePath(u"defaults.ini"_s));
-    defaults.setShuffleDifferentOnEachDisplay(true);
+    QVERIFY(defaults.setShuffleDifferentOnEachDisplay(true));
     Favourites favourites(&defaults);
     SleepWatcher sleep;
     Shuffle shuffle({ .store = &store,

@@ -201,7 +201,7 @@ void TestShopLibrary::periodicCheck()
     StoreRig rig(samplePacks());
     QVERIFY(rig.isReady());
     if (setting)
-        rig.defaults().setChecksForNewFiles(*setting);
+        QVERIFY(rig.defaults().setChecksForNewFiles(*setting));
     finish(rig.store().start());
     const int before = rig.shop().requests(u"catalogue"_s);
 
