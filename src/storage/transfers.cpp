@@ -2,6 +2,7 @@
 
 #include "cancel_token.h"
 #include "clock.h"
+#include "file_error.h"
 #include "network_error.h"
 #include "worker_reply.h"
 
@@ -23,9 +24,13 @@ QString describe(const std::exception &error)
     return QString::fromUtf8(error.what());
 }
 
-// Worth one more try: everything but a file that arrived wrong, or a session the shop refused.
+// Worth one more try: everything but a file that arrived wrong, a session the shop refused, or
+// a disk that refused a write (a full disk is still full a moment later, and a second try only
+// fetches the same bytes again to throw them away).
 bool isRetriable(const std::exception &error)
 {
+    if (dynamic_cast<const FileError *>(&error))
+        return false;
     if (const auto *failure = dynamic_cast<const FileFetcher::Failure *>(&error))
         return failure->kind() != FileFetcher::Failure::Kind::Mismatch;
     if (const auto *failure = dynamic_cast<const APIClient::Failure *>(&error))
