@@ -1,10 +1,10 @@
 #include "api_client.h"
-#include "network_access_manager.h"
 #include "download_cache.h"
 #include "download_thread.h"
 #include "failure_text.h"
 #include "file_error.h"
 #include "file_fetcher.h"
+#include "network_access_manager.h"
 #include "network_error.h"
 #include "store_rig.h"
 #include "test_support.h"
@@ -15,6 +15,7 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <cerrno>
 #include <signal.h>
 #include <sys/statvfs.h>
 
@@ -287,7 +288,11 @@ void TestReliability::fullDisk()
             QVERIFY2(outcome.failure<FileError>(), qPrintable(failureText(outcome)));
             // A full disk is not tried again at once.
             QCOMPARE(rig.shop().fileRequests(dark.id) - requestsBefore, 1);
-            failedWrites.insert(failureText(outcome).section(u':', 0, 0));
+            const QString text = failureText(outcome);
+            failedWrites.insert(text.section(u':', 0, 0));
+            // The disk's own reason, where the system gives one.
+            if (text.startsWith(u"Couldn't write "_s + partial + u':'))
+                QCOMPARE(text.section(u": "_s, 1), qt_error_string(ENOSPC));
             blocksReached.insert(now / MiB);
             if (now > 0)
                 resumeFrom.append(u"bytes=%1-"_s.arg(now));
