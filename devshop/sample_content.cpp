@@ -219,8 +219,9 @@ private:
                 edition, pack.slug + u'/' + colourway.slug == SampleCatalogue::solarColourway());
             const auto palette = colourway.palette;
             const QSize size = camera ? cameraSize : m_sizes.wallpaper;
-            const quint32 seed = qFromBigEndian<quint32>(
-                QCryptographicHash::hash(relative.toUtf8(), QCryptographicHash::Sha256).constData());
+            const QByteArray digest =
+                QCryptographicHash::hash(relative.toUtf8(), QCryptographicHash::Sha256);
+            const quint32 seed = qFromBigEndian<quint32>(digest.constData());
             m_jobs.append([=] {
                 QList<QImage> pictures;
                 for (const Moment moment : moments) {

@@ -14,15 +14,13 @@
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QTest>
-
 #include <cerrno>
 #include <signal.h>
 #include <sys/statvfs.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 constexpr qint64 MiB = 1024 * 1024;
 
 // What the suite did, printed at the end.
@@ -54,7 +52,7 @@ QHash<QString, QByteArray> savedFiles(const QString &folder)
 
 qint64 usedBytes(const QString &mount)
 {
-    struct statvfs disk {};
+    struct statvfs disk { };
     if (::statvfs(QFile::encodeName(mount).constData(), &disk) != 0)
         return -1;
     return qint64(disk.f_blocks - disk.f_bfree) * qint64(disk.f_frsize);
@@ -70,8 +68,7 @@ bool remount(const QString &mount, qint64 bytes)
 // at random offsets, the downloading process killed at random moments, the disk full at every
 // write of a download. Each case prints its figures; QUENNET_SEED=N repeats a run's offsets and
 // moments.
-class TestReliability : public QObject
-{
+class TestReliability : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -157,7 +154,8 @@ void TestReliability::cutTransfers()
         QCOMPARE(readAll(target.destination), bytes);
         ++figures.verified;
         const QStringList asked = shop.ranges(file.id).mid(rangesBefore);
-        QCOMPARE(asked, kept.isEmpty() ? QStringList() : QStringList { u"bytes=%1-"_s.arg(kept.size()) });
+        QCOMPARE(asked,
+                 kept.isEmpty() ? QStringList() : QStringList { u"bytes=%1-"_s.arg(kept.size()) });
         const qint64 again = shop.sent(file.id) - sentBefore - file.bytes;
         QVERIFY2(again >= 0 && again <= MiB,
                  qPrintable(u"cut at %1, %2 fetched again"_s.arg(cut).arg(again)));
@@ -184,8 +182,10 @@ void TestReliability::killedDownloads()
     QTemporaryDir folder;
     const QString destination = folder.filePath(u"Quennet/coast/chalk.heic"_s);
     const QString partial = folder.filePath(u"Partial/"_s + file.id + u".partial"_s);
-    const QStringList arguments { shop.publicUrl(file.id).toString(), shop.shop().caPath(),
-                                  destination, partial, QString::number(file.bytes), file.sha256 };
+    const QStringList arguments {
+        shop.publicUrl(file.id).toString(), shop.shop().caPath(), destination, partial,
+        QString::number(file.bytes),        file.sha256
+    };
     const auto start = [&](QProcess &process) {
         process.setProcessChannelMode(QProcess::ForwardedChannels);
         process.start(u"" DOWNLOAD_ONE ""_s, arguments);
@@ -350,7 +350,8 @@ void TestReliability::shopInputStaysOutside()
     finish(rig.store().saveDesktopFiles(u"coast"_s));
     QVERIFY(!QFileInfo::exists(target));
     const auto archive = rig.shop().packs()[0].archives[0];
-    QCOMPARE(readAll(rig.downloadsFolder() + u"/Coast (Mac) 2.zip"_s), rig.shop().bytes(archive.id));
+    QCOMPARE(readAll(rig.downloadsFolder() + u"/Coast (Mac) 2.zip"_s),
+             rig.shop().bytes(archive.id));
 
     QUrl plain = rig.shop().baseUrl();
     plain.setScheme(u"http"_s);
