@@ -113,7 +113,8 @@ void serve(ShopState &state, const httplib::Request &request, httplib::Response 
                             u"bytes %1-%2/%3"_s.arg(first).arg(last).arg(size).toStdString());
 
     auto sent = std::make_shared<qint64>(0);
-    const auto provide = [&state, source, sent, first, faults](size_t offset, size_t length,
+    const QString path = QString::fromStdString(request.path);
+    const auto provide = [&state, source, sent, first, faults, path](size_t offset, size_t length,
                                                                httplib::DataSink &sink) {
         qint64 want = std::min<qint64>(qint64(length),
                                        faults.bytesPerSecond > 0
@@ -132,7 +133,10 @@ void serve(ShopState &state, const httplib::Request &request, httplib::Response 
             for (char &byte : bytes)
                 byte = char(~byte);
         *sent += bytes.size();
-        return sink.write(bytes.constData(), size_t(bytes.size()));
+        if (!sink.write(bytes.constData(), size_t(bytes.size())))
+            return false;
+        state.countSent(path, bytes.size());
+        return true;
     };
     response.set_content_provider(size_t(last - first + 1), file.contentType.toStdString(),
                                   provide);

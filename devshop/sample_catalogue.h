@@ -23,6 +23,8 @@ struct Pack {
     bool free = false;
     bool released = true;
     QString ownedSince; // empty when the sample account does not own it
+    // Pictures at a camera's size, several megabytes a file: in the desktop-sized content only.
+    bool camera = false;
     QList<Colourway> colourways;
 };
 

@@ -13,8 +13,10 @@
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QSaveFile>
+#include <QtEndian>
 #include <QtConcurrent/QtConcurrentMap>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 
@@ -34,6 +36,33 @@ struct Sizes {
 };
 
 const QStringList editions { u"light"_s, u"dark"_s, u"appearance"_s, u"time-of-day"_s };
+// A camera pack's pictures: a phone's twelve megapixels, one to a file. Editions of several
+// pictures would make files of tens of megabytes.
+const QSize cameraSize { 4032, 3024 };
+const QStringList cameraEditions { u"light"_s, u"dark"_s };
+
+// Sensor grain, the same on every run: it is what makes a camera's file several megabytes where
+// the smooth painted scene alone compresses to a few hundred kilobytes.
+QImage withGrain(QImage picture, quint32 seed)
+{
+    picture = picture.convertToFormat(QImage::Format_RGB888);
+    quint32 state = seed | 1;
+    for (int y = 0; y < picture.height(); ++y) {
+        uchar *line = picture.scanLine(y);
+        for (int x = 0; x < picture.width() * 3; x += 3) {
+            // xorshift32: quick, and the same bytes everywhere.
+            state ^= state << 13;
+            state ^= state >> 17;
+            state ^= state << 5;
+            const int luma = int(state & 0x0f) - 8;
+            for (int channel = 0; channel < 3; ++channel) {
+                const int chroma = int((state >> (8 + channel * 4)) & 0x3) - 2;
+                line[x + channel] = uchar(std::clamp(line[x + channel] + luma + chroma, 0, 255));
+            }
+        }
+    }
+    return picture;
+}
 
 // The pictures of an edition, in file order: the primary first.
 QList<Moment> momentsOf(const QString &edition)
@@ -91,7 +120,7 @@ public:
             if (!QDir(m_dir.filePath(folder)).removeRecursively())
                 return false;
         QJsonArray packs;
-        for (const SampleCatalogue::Pack &pack : SampleCatalogue::packs())
+        for (const SampleCatalogue::Pack &pack : catalogue())
             packs.append(plan(pack));
 
         std::atomic<bool> ok = true;
@@ -105,6 +134,15 @@ public:
     }
 
 private:
+    // Camera packs take minutes and hundreds of megabytes to make: tests do without them.
+    [[nodiscard]] QList<SampleCatalogue::Pack> catalogue() const
+    {
+        QList<SampleCatalogue::Pack> packs = SampleCatalogue::packs();
+        if (m_size == Size::Small)
+            packs.removeIf([](const SampleCatalogue::Pack &pack) { return pack.camera; });
+        return packs;
+    }
+
     QString path(const QString &relative)
     {
         QDir().mkpath(QFileInfo(m_dir.filePath(relative)).path());
@@ -171,7 +209,8 @@ private:
                          const SampleCatalogue::Colourway &colourway)
     {
         QJsonArray files;
-        for (const QString &edition : editions) {
+        const bool camera = pack.camera && m_size == Size::Large;
+        for (const QString &edition : camera ? cameraEditions : editions) {
             const QString relative =
                 u"files/%1/%2-%3.heic"_s.arg(pack.slug, colourway.slug, edition);
             const QString file = path(relative);
@@ -179,11 +218,17 @@ private:
             const QByteArray xmp = metadataOf(
                 edition, pack.slug + u'/' + colourway.slug == SampleCatalogue::solarColourway());
             const auto palette = colourway.palette;
-            const QSize size = m_sizes.wallpaper;
+            const QSize size = camera ? cameraSize : m_sizes.wallpaper;
+            const QByteArray digest =
+                QCryptographicHash::hash(relative.toUtf8(), QCryptographicHash::Sha256);
+            const quint32 seed = qFromBigEndian<quint32>(digest.constData());
             m_jobs.append([=] {
                 QList<QImage> pictures;
-                for (const Moment moment : moments)
-                    pictures.append(ScenePainter::paint(palette, moment, size));
+                for (const Moment moment : moments) {
+                    QImage picture = ScenePainter::paint(palette, moment, size);
+                    pictures.append(camera ? withGrain(std::move(picture), seed + quint32(moment))
+                                           : picture);
+                }
                 return HeicWriter::write(file, pictures, xmp);
             });
             m_archives.addMacFile(pack.slug, file);
@@ -230,7 +275,7 @@ private:
     {
         QJsonArray owned;
         QJsonArray phases;
-        for (const SampleCatalogue::Pack &pack : SampleCatalogue::packs())
+        for (const SampleCatalogue::Pack &pack : catalogue())
             if (!pack.ownedSince.isEmpty())
                 owned.append(
                     QJsonObject { { u"slug"_s, pack.slug }, { u"since"_s, pack.ownedSince } });

@@ -73,6 +73,12 @@ void ShopState::count(const QString &path, const QString &range)
         m_ranges[path].append(range);
 }
 
+void ShopState::countSent(const QString &path, qint64 bytes)
+{
+    const std::lock_guard lock(m_statsMutex);
+    m_sent[path] += bytes;
+}
+
 QJsonObject ShopState::stats() const
 {
     const std::lock_guard lock(m_statsMutex);
@@ -82,5 +88,10 @@ QJsonObject ShopState::stats() const
     QJsonObject ranges;
     for (auto it = m_ranges.cbegin(); it != m_ranges.cend(); ++it)
         ranges.insert(it.key(), QJsonArray::fromStringList(it.value()));
-    return { { QLatin1String("requests"), requests }, { QLatin1String("ranges"), ranges } };
+    QJsonObject sent;
+    for (auto it = m_sent.cbegin(); it != m_sent.cend(); ++it)
+        sent.insert(it.key(), it.value());
+    return { { QLatin1String("requests"), requests },
+             { QLatin1String("ranges"), ranges },
+             { QLatin1String("sent"), sent } };
 }

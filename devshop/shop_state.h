@@ -48,7 +48,9 @@ public:
 
     // range: the request's Range header, if it had one.
     void count(const QString &path, const QString &range = {});
-    // {"requests": {"PATH": COUNT, …}, "ranges": {"PATH": [RANGE, …]}}
+    // Body bytes a file's transfers have sent, cut ones included.
+    void countSent(const QString &path, qint64 bytes);
+    // {"requests": {"PATH": COUNT, …}, "ranges": {"PATH": [RANGE, …]}, "sent": {"PATH": BYTES, …}}
     [[nodiscard]] QJsonObject stats() const;
 
 private:
@@ -66,4 +68,5 @@ private:
     mutable std::mutex m_statsMutex;
     QHash<QString, int> m_requests;
     QHash<QString, QStringList> m_ranges;
+    QHash<QString, qint64> m_sent;
 };

@@ -316,8 +316,14 @@ void FetchAttempt::write(QByteArray &buffer, qint64 &written)
 {
     if (buffer.isEmpty())
         return;
-    if (m_partial.write(buffer) != buffer.size())
-        throw FileError(m_target.partial, m_partial.errorString());
+    // An unbuffered write may be short without an error; writing the rest is what tells why
+    // (a full disk), which the notice then says instead of "Unknown error".
+    for (qint64 done = 0; done < buffer.size();) {
+        const qint64 wrote = m_partial.write(buffer.constData() + done, buffer.size() - done);
+        if (wrote <= 0)
+            throw FileError(m_target.partial, m_partial.errorString());
+        done += wrote;
+    }
     if (m_hash)
         m_hash->add(buffer.constData(), buffer.size());
     written += buffer.size();

@@ -2,6 +2,7 @@
 
 #include "cancel_token.h"
 #include "clock.h"
+#include "file_error.h"
 #include "network_error.h"
 #include "worker_reply.h"
 
@@ -23,8 +24,10 @@ QString describe(const std::exception &error)
     return QString::fromUtf8(error.what());
 }
 
-// A failed try: what it was, whether it is worth one more try (not a file that arrived wrong, nor
-// a session the shop refused), and whether the file arrived unlike its digest.
+// A failed try: what it was, whether it is worth one more try (not a file that arrived wrong, a
+// session the shop refused, nor a disk that refused a write: a full disk is still full a moment
+// later, and a second try only fetches the same bytes again to throw them away), and whether the
+// file arrived unlike its digest.
 struct TryFailure {
     QString reason;
     bool retriable = true;
@@ -35,6 +38,8 @@ TryFailure examine(const std::exception_ptr &error)
 {
     try {
         std::rethrow_exception(error);
+    } catch (const FileError &failure) {
+        return { failure.description(), false };
     } catch (const FileFetcher::Failure &failure) {
         const bool mismatch = failure.kind() == FileFetcher::Failure::Kind::Mismatch;
         return { failure.description(), !mismatch, mismatch };

@@ -173,6 +173,12 @@ int ContentShop::fileRequests(const QString &id) const
     return counts.value(u"/files/"_s + id).toInt() + counts.value(u"/public/"_s + id).toInt();
 }
 
+qint64 ContentShop::sent(const QString &id) const
+{
+    const auto sent = m_shop->stats().value("sent"_L1).toObject();
+    return sent.value(u"/files/"_s + id).toInteger() + sent.value(u"/public/"_s + id).toInteger();
+}
+
 QStringList ContentShop::ranges(const QString &id) const
 {
     const auto ranges = m_shop->stats().value("ranges"_L1).toObject();

@@ -62,6 +62,8 @@ public:
     // id's signed or public address.
     [[nodiscard]] int requests(const QString &endpoint) const;
     [[nodiscard]] int fileRequests(const QString &id) const;
+    // Body bytes the shop has sent of a file, cut transfers included.
+    [[nodiscard]] qint64 sent(const QString &id) const;
     // The Range headers the file's requests carried.
     [[nodiscard]] QStringList ranges(const QString &id) const;
     bool setFaults(const char *json);

@@ -70,8 +70,9 @@ bool FakeTarget::isShown(const QString &localPath) const
     return std::find(shown.cbegin(), shown.cend(), localPath) != shown.cend();
 }
 
-StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn)
+StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder)
     : m_shop(std::move(packs))
+    , m_root(folder.isEmpty() ? m_folder.path() : std::move(folder))
     , m_clock(std::make_shared<ManualClock>())
 {
     if (!m_shop.isRunning())
@@ -79,7 +80,7 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn)
     const QString ca = m_shop.shop().caPath();
     m_manager = std::make_unique<NetworkAccessManager>(ca, m_shop.baseUrl());
     m_thread = std::make_unique<DownloadThread>(ca, m_shop.baseUrl());
-    m_keychain = std::make_unique<Keychain>(m_folder.path());
+    m_keychain = std::make_unique<Keychain>(m_root);
     m_account = std::make_unique<Account>([this] { return api(); }, m_keychain.get());
     if (signedIn) {
         const QString token = m_shop.shop().issueToken();
@@ -89,7 +90,7 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn)
     }
     finish(m_account->load());
     m_defaults = std::make_unique<Defaults>(m_config.filePath(u"defaults.ini"_s));
-    m_target = std::make_unique<FakeTarget>(m_folder.path(), QStringList { u"A"_s, u"B"_s });
+    m_target = std::make_unique<FakeTarget>(m_root, QStringList { u"A"_s, u"B"_s });
     restartStore();
     m_ready = true;
 }
@@ -127,7 +128,7 @@ void StoreRig::restartStore()
         .target = m_target.get(),
         .helper = nullptr,
         .clock = m_clock,
-        .folder = m_folder.path(),
+        .folder = m_root,
         .downloadsFolder = downloadsFolder(),
     });
 }

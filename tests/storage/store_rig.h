@@ -63,7 +63,8 @@ private:
 // content, signed in as the shop's account.
 class StoreRig {
 public:
-    explicit StoreRig(QList<ContentPack> packs, bool signedIn = true);
+    // folder: the application folder, when not a temporary one of the rig's own.
+    explicit StoreRig(QList<ContentPack> packs, bool signedIn = true, QString folder = {});
     ~StoreRig();
 
     [[nodiscard]] bool isReady() const { return m_ready; }
@@ -82,6 +83,7 @@ public:
         return m_downloads.path() + QStringLiteral("/home/Downloads");
     }
     [[nodiscard]] QString downloadsRoot() const { return m_downloads.path(); }
+    [[nodiscard]] QString folder() const { return m_root; }
     [[nodiscard]] APIClient api() const;
 
     // A new store over the same folders, as after a restart of the application.
@@ -93,6 +95,7 @@ public:
 private:
     ContentShop m_shop;
     QTemporaryDir m_folder;
+    QString m_root;
     QTemporaryDir m_downloads;
     QTemporaryDir m_config;
     std::unique_ptr<NetworkAccessManager> m_manager;

@@ -8,7 +8,6 @@
 #include "failure_text.h"
 #include "test_support.h"
 
-#include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QTest>
 #include <QThread>
@@ -37,8 +36,6 @@ private Q_SLOTS:
     void init();
     void contentRange_data();
     void contentRange();
-    void resumesAfterACut_data();
-    void resumesAfterACut();
     void startsOver_data();
     void startsOver();
     void statuses_data();
@@ -146,46 +143,6 @@ void TestFileFetcher::contentRange()
     QFETCH(QByteArray, header);
     QFETCH(qint64, start);
     QCOMPARE(ContentRange::start(header).value_or(-1), start);
-}
-
-void TestFileFetcher::resumesAfterACut_data()
-{
-    QTest::addColumn<qint64>("cut");
-
-    // One seed per run, printed so that a failure can be repeated.
-    const quint32 seed = QRandomGenerator::global()->generate();
-    qInfo("Cut offsets from seed %u", seed);
-    QRandomGenerator random(seed);
-    QTest::newRow("inside the first block") << qint64(random.bounded(1, int(MiB)));
-    QTest::newRow("past the first block")
-        << qint64(random.bounded(int(MiB), int(m_large.bytes - 1)));
-    QTest::newRow("after one byte") << 1LL;
-}
-
-void TestFileFetcher::resumesAfterACut()
-{
-    QFETCH(qint64, cut);
-    const auto file = target(m_large);
-    const QStringList before = m_shop->ranges(m_large.id);
-    QVERIFY(
-        m_shop->setFaults(qPrintable(u"{\"cut\": {\"afterBytes\": %1, \"times\": 1}}"_s.arg(cut))));
-
-    const auto broken = fetch(m_shop->publicUrl(m_large.id), file);
-    QVERIFY(broken.failure<NetworkError>());
-    // What Qt handed over is kept, with the validator it came under. Qt drops what was still
-    // queued in its read buffer when the connection broke.
-    const qint64 kept = QFileInfo(file.partial).size();
-    QVERIFY2(kept <= cut && kept > cut - 256 * 1024, qPrintable(QString::number(kept)));
-    QVERIFY(leftovers(file).validator);
-    QVERIFY(!leftovers(file).destination);
-
-    const auto resumed = fetch(m_shop->publicUrl(m_large.id), file);
-    QVERIFY2(resumed.value, qPrintable(failureText(resumed)));
-    const QStringList asked = m_shop->ranges(m_large.id).mid(before.size());
-    QCOMPARE(asked, kept > 0 ? QStringList { u"bytes=%1-"_s.arg(kept) } : QStringList());
-    QCOMPARE(readAll(file.destination), m_shop->bytes(m_large.id));
-    QVERIFY(!leftovers(file).partial);
-    QVERIFY(!leftovers(file).validator);
 }
 
 void TestFileFetcher::startsOver_data()
