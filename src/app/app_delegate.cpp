@@ -335,7 +335,8 @@ QString AppDelegate::libraryState() const
     case Shop::Status::Ready:
         return u"ready"_s;
     case Shop::Status::Failed:
-        return u"unreachable"_s;
+        // A shop that answered wrongly is not a connection to check: its own sentence says why.
+        return m_shop->isUnreachable() ? u"unreachable"_s : u"failed"_s;
     case Shop::Status::Loading:
         break;
     }

@@ -23,3 +23,10 @@ NetworkError NetworkError::tooLarge(qint64 maxBytes)
                         u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
                             maxBytes / (1024 * 1024)));
 }
+
+bool NetworkError::isUnreachable() const
+{
+    // Qt numbers the failures of the connection itself below 100, and the proxy's below 200.
+    return m_code != QNetworkReply::NoError && m_code != QNetworkReply::OperationCanceledError
+        && m_code < QNetworkReply::ContentAccessDenied;
+}

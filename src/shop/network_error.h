@@ -17,6 +17,8 @@ public:
     [[nodiscard]] static NetworkError tooLarge(qint64 maxBytes);
 
     [[nodiscard]] QNetworkReply::NetworkError code() const { return m_code; }
+    // The shop could not be reached at all: no connection, no name, no answer, no proxy.
+    [[nodiscard]] bool isUnreachable() const;
     [[nodiscard]] QString description() const override { return m_message; }
 
     bool operator==(const NetworkError &other) const

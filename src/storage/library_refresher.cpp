@@ -41,6 +41,18 @@ QCoro::Task<std::optional<Cache::Saved>> LibraryRefresher::load()
     return m_thread->run([path = m_cachePath] { return Cache::load(path); });
 }
 
+QCoro::Task<> LibraryRefresher::forgetLibrary()
+{
+    m_etag.reset();
+    auto forget = [path = m_cachePath] {
+        Cache::update(path, [](Cache::Saved &copy) {
+            copy.library.reset();
+            copy.account.reset();
+        });
+    };
+    co_await m_thread->run(std::move(forget));
+}
+
 QCoro::Task<Cache::Saved> LibraryRefresher::refresh(std::shared_ptr<CancelToken> cancel)
 {
     return refresh(this, std::move(cancel));

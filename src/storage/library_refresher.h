@@ -26,6 +26,8 @@ public:
     // Both replies, fresh or, for an unchanged library, from the disk copy; without a library
     // when signed out. Throws what the shop threw.
     [[nodiscard]] QCoro::Task<Cache::Saved> refresh(std::shared_ptr<CancelToken> cancel);
+    // Drops the library from the disk copy, catalogue kept: its session has ended.
+    [[nodiscard]] QCoro::Task<> forgetLibrary();
 
 private:
     static QCoro::Task<Cache::Saved> refresh(QPointer<LibraryRefresher> self,

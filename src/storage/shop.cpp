@@ -1,5 +1,7 @@
 #include "shop.h"
 
+#include "network_error.h"
+
 #include "account.h"
 #include "archive_saver.h"
 #include "async_mutex.h"
@@ -75,7 +77,8 @@ Shop::Shop(Services services, QObject *parent)
             [this](const QString &message) { setMessage(Notice::failed(message)); });
     // A new session brings its own library; an ended one takes it away.
     if (m_services.account)
-        connect(m_services.account, &Account::generationChanged, this, [this] { refresh(); });
+        connect(m_services.account, &Account::generationChanged, this,
+                [this] { sessionChanged(this); });
     connect(m_requests, &WallpaperRequests::historyChanged, this, &Shop::historyChanged);
     connect(m_requests, &WallpaperRequests::goingBackChanged, this, &Shop::isGoingBackChanged);
 }
@@ -129,6 +132,10 @@ QCoro::Task<std::optional<QString>> Shop::refresh(QPointer<Shop> self,
         self->m_lastChecked = self->m_services.clock->now();
         Q_EMIT self->lastCheckedChanged();
         self->setState(Status::Ready);
+        // A failure the last check reported is over.
+        if (self->m_message && self->m_message == self->m_refreshFailure)
+            self->setMessage(std::nullopt);
+        self->m_refreshFailure.reset();
         self->m_reconciler->request(self->m_contents.owned);
     } catch (const std::exception &error) {
         if (!self || cancel->isCancelled())
@@ -137,13 +144,35 @@ QCoro::Task<std::optional<QString>> Shop::refresh(QPointer<Shop> self,
         qCWarning(lcShop, "Refresh failed: %s", qUtf8Printable(reason));
         const QString message = u"Couldn't check for new files. "_s + reason;
         // What is shown already stays; with nothing to show the state says why.
-        if (self->m_status == Status::Ready)
-            self->setMessage(Notice::failed(message));
-        else
+        const auto *transport = dynamic_cast<const NetworkError *>(&error);
+        self->m_unreachable = transport && transport->isUnreachable();
+        if (self->m_status == Status::Ready) {
+            self->m_refreshFailure = Notice::failed(message);
+            self->setMessage(self->m_refreshFailure);
+        } else {
             self->setState(Status::Failed, message);
+        }
         co_return message;
     }
     co_return std::nullopt;
+}
+
+QCoro::Task<> Shop::sessionChanged(QPointer<Shop> self)
+{
+    // The packs of a session that ended go at once, offline or not: nothing may be set, found or
+    // shuffled from them, now or after a restart.
+    if (self->m_saved && self->m_saved->library) {
+        Cache::Saved withoutLibrary = *self->m_saved;
+        withoutLibrary.library.reset();
+        withoutLibrary.account.reset();
+        self->apply(withoutLibrary);
+        co_await self->m_refresher->forgetLibrary();
+        if (!self)
+            co_return;
+    }
+    // Until the new session's library arrives there is nothing to show but that it is coming.
+    self->setState(Status::Loading);
+    co_await self->refresh();
 }
 
 void Shop::systemWoke()

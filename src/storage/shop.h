@@ -127,6 +127,8 @@ public:
 
     [[nodiscard]] Status status() const { return m_status; }
     [[nodiscard]] QString stateMessage() const { return m_stateMessage; }
+    // Failed because the shop could not be reached at all, rather than for what it answered.
+    [[nodiscard]] bool isUnreachable() const { return m_status == Status::Failed && m_unreachable; }
     [[nodiscard]] QList<Pack> packs() const { return m_contents.packs; }
     [[nodiscard]] QList<Phase> phases() const { return m_contents.phases; }
     [[nodiscard]] OwnedPacks owned() const { return m_contents.owned; }
@@ -161,6 +163,7 @@ Q_SIGNALS:
 
 private:
     static QCoro::Task<> start(QPointer<Shop> self);
+    static QCoro::Task<> sessionChanged(QPointer<Shop> self);
     static QCoro::Task<std::optional<QString>> refresh(QPointer<Shop> self,
                                                        std::shared_ptr<AsyncMutex> mutex,
                                                        std::shared_ptr<CancelToken> cancel);
@@ -195,6 +198,9 @@ private:
     Status m_status = Status::Loading;
     QString m_stateMessage;
     std::optional<Cache::Saved> m_saved;
+    bool m_unreachable = false;
+    // The notice of the last check that failed, cleared by the next that succeeds.
+    OptionalNotice m_refreshFailure;
     ShopContents m_contents;
     QSet<QString> m_downloaded;
     QDateTime m_lastChecked;

@@ -197,7 +197,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 60'000);
         key(main, { u"Return"_s });
         const QString opened = m_bin.filePath(u"opened"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 10'000);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
         QFile file(opened);
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QUrl page(QString::fromUtf8(file.readAll()).trimmed());

@@ -137,6 +137,15 @@ ApplicationWindow {
         actionText: "Try Again"
         onAction: window.app.checkForNewFiles()
     }
+    StateMessage {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 48, 420)
+        visible: window.app.libraryState === "failed"
+        symbol: "offline"
+        title: window.app.shop.stateMessage
+        actionText: "Try Again"
+        onAction: window.app.checkForNewFiles()
+    }
 
     RowLayout {
         anchors.fill: parent

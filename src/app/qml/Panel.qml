@@ -133,6 +133,16 @@ Rectangle {
             actionText: "Try Again"
             onAction: panel.app.checkForNewFiles()
         }
+        StateMessage {
+            Layout.fillWidth: true
+            Layout.topMargin: 24
+            Layout.bottomMargin: 24
+            visible: panel.app.libraryState === "failed"
+            symbol: "offline"
+            title: panel.app.shop.stateMessage
+            actionText: "Try Again"
+            onAction: panel.app.checkForNewFiles()
+        }
 
         // The displays.
         ColumnLayout {
