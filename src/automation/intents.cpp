@@ -59,15 +59,19 @@ QCoro::Task<> Intents::setWallpaper(QString id, EditionOption edition)
     QStringList displayIds;
     for (const auto &display : m_services.displays->all())
         displayIds.append(display.id);
+    QStringList set;
     try {
-        co_await m_services.shop->setWallpaper(key->pack, key->colourway, toEdition(edition),
-                                               displayIds);
+        set = co_await m_services.shop->setWallpaper(key->pack, key->colourway,
+                                                     toEdition(edition), displayIds);
     } catch (const Shop::Overtaken &) {
         throw Failure(Failure::Case::Overtaken);
     } catch (const Shop::NotInPacks &) {
         // The pack went from the library while the file downloaded.
         throw Failure(Failure::Case::NotFound);
     }
+    // The displays a newer wallpaper took while this one downloaded keep it; the caller hears.
+    if (set.size() < displayIds.size())
+        throw Failure(Failure::Case::Overtaken);
 }
 
 WallpaperEntity Intents::currentWallpaper() const

@@ -273,8 +273,8 @@ std::optional<Edition> Shop::editionFor(const QString &pack, const QString &colo
     return chooseEdition(*owned, colourway, wanted);
 }
 
-QCoro::Task<> Shop::setWallpaper(QString pack, QString colourway, Edition edition,
-                                 QStringList displayIds)
+QCoro::Task<QStringList> Shop::setWallpaper(QString pack, QString colourway, Edition edition,
+                                            QStringList displayIds)
 {
     const auto owned = m_contents.owned.constFind(pack);
     if (owned == m_contents.owned.cend())
@@ -283,8 +283,8 @@ QCoro::Task<> Shop::setWallpaper(QString pack, QString colourway, Edition editio
     if (!chosen)
         throw Unavailable();
     const QPointer<WallpaperRequests> requests = m_requests;
-    co_await requests->set(*owned->file(colourway, *chosen), displayIds,
-                           WallpaperRequests::Kind::Change);
+    co_return co_await requests->set(*owned->file(colourway, *chosen), displayIds,
+                                     WallpaperRequests::Kind::Change);
 }
 
 QCoro::Task<> Shop::goBack()

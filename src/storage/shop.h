@@ -114,10 +114,11 @@ public:
     // The edition to set when the caller wants one; none when the colourway has no file.
     [[nodiscard]] std::optional<Edition> editionFor(const QString &pack, const QString &colourway,
                                                     Edition wanted) const;
-    // Sets a colourway's edition (or the nearest one there is) on the displays. Throws
-    // NotInPacks, Unavailable, Overtaken, a download failure or the desktop's error.
-    [[nodiscard]] QCoro::Task<> setWallpaper(QString pack, QString colourway, Edition edition,
-                                             QStringList displayIds);
+    // Sets a colourway's edition (or the nearest one there is) on the displays; returns those
+    // that a newer request did not overtake. Throws NotInPacks, Unavailable, Overtaken (all of
+    // them overtaken), a download failure or the desktop's error.
+    [[nodiscard]] QCoro::Task<QStringList> setWallpaper(QString pack, QString colourway,
+                                                        Edition edition, QStringList displayIds);
     // Puts back what the displays showed before the latest change. Throws like setWallpaper.
     [[nodiscard]] QCoro::Task<> goBack();
     // Deletes downloads but what the displays show and what is about to be set. Does nothing

@@ -31,13 +31,15 @@ WallpaperRequests::WallpaperRequests(Local local, WallpaperTarget *target, Works
 {
 }
 
-QCoro::Task<> WallpaperRequests::set(WallpaperFile file, QStringList displayIds, Kind kind)
+QCoro::Task<QStringList> WallpaperRequests::set(WallpaperFile file, QStringList displayIds,
+                                                Kind kind)
 {
     return set(this, std::move(file), std::move(displayIds), kind);
 }
 
-QCoro::Task<> WallpaperRequests::set(QPointer<WallpaperRequests> self, WallpaperFile file,
-                                     QStringList displayIds, Kind kind)
+QCoro::Task<QStringList> WallpaperRequests::set(QPointer<WallpaperRequests> self,
+                                                WallpaperFile file, QStringList displayIds,
+                                                Kind kind)
 {
     QHash<QString, quint64> started;
     for (const QString &id : std::as_const(displayIds)) {
@@ -49,7 +51,7 @@ QCoro::Task<> WallpaperRequests::set(QPointer<WallpaperRequests> self, Wallpaper
     QString path = co_await self->m_local(file);
     for (int attempt = 1;; ++attempt) {
         if (!self)
-            co_return;
+            co_return {};
         QStringList current;
         for (const QString &id : std::as_const(displayIds)) {
             if (self->m_generations.value(id) == started.value(id))
@@ -91,7 +93,7 @@ QCoro::Task<> WallpaperRequests::set(QPointer<WallpaperRequests> self, Wallpaper
             throw;
         }
         if (!self)
-            co_return;
+            co_return {};
         self->unpin(path);
         if (unreadable) {
             // Damaged on disk since its check, and every later set would fail the same way:
@@ -107,7 +109,7 @@ QCoro::Task<> WallpaperRequests::set(QPointer<WallpaperRequests> self, Wallpaper
         }
         if (self->m_helper)
             self->m_helper->wallpaperSet(current);
-        co_return;
+        co_return current;
     }
 }
 

@@ -44,8 +44,11 @@ public:
                       PlacementRecords records, std::shared_ptr<Clock> clock,
                       QObject *parent = nullptr);
 
-    // Throws Overtaken, what making the file local threw, or the desktop's error.
-    [[nodiscard]] QCoro::Task<> set(WallpaperFile file, QStringList displayIds, Kind kind);
+    // Returns the displays it set: a newer request for the others finished first. Throws
+    // Overtaken when that is all of them, what making the file local threw, or the desktop's
+    // error.
+    [[nodiscard]] QCoro::Task<QStringList> set(WallpaperFile file, QStringList displayIds,
+                                               Kind kind);
     // Re-applies the placements before the latest change through set(). Throws the first
     // failure after trying every display.
     [[nodiscard]] QCoro::Task<> goBack(Resolve resolve);
@@ -63,8 +66,8 @@ Q_SIGNALS:
     void goingBackChanged();
 
 private:
-    static QCoro::Task<> set(QPointer<WallpaperRequests> self, WallpaperFile file,
-                             QStringList displayIds, Kind kind);
+    static QCoro::Task<QStringList> set(QPointer<WallpaperRequests> self, WallpaperFile file,
+                                        QStringList displayIds, Kind kind);
     static QCoro::Task<> goBack(QPointer<WallpaperRequests> self, Resolve resolve);
 
     void pin(const QString &path);

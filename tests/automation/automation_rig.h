@@ -55,6 +55,7 @@ public:
     TestShop &shop() { return m_shop; }
     FakeDesktop &desktop() { return *m_desktop; }
     Shop &store() { return *m_store; }
+    Displays &displays() { return *m_displays; }
     Favourites &favourites() { return *m_favourites; }
     Shuffle &shuffle() { return *m_shuffle; }
     Defaults &defaults() { return *m_defaults; }

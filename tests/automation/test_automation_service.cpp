@@ -66,7 +66,7 @@ private Q_SLOTS:
     void badArgumentsChangeNothing_data();
     void badArgumentsChangeNothing();
     void favouritingAFavouriteKeepsTheOrder();
-    void aSetOvertakenByAShuffle();
+    void aSetPartlyOvertaken();
     void notReadyBeforeTheLibraryLoads();
     void notReadyBeforeTheProgramStarts();
     void quennetctlWaitsWhileStarting();
@@ -330,13 +330,12 @@ void AutomationServiceTest::favouritingAFavouriteKeepsTheOrder()
     QCOMPARE(rig.favourites().keys(), before);
 }
 
-void AutomationServiceTest::aSetOvertakenByAShuffle()
+// A set on every display that the user overtook on one of them while it downloaded: the newer
+// choice stays there, the other display takes the wallpaper, and the caller hears of it.
+void AutomationServiceTest::aSetPartlyOvertaken()
 {
     AutomationRig rig;
     QVERIFY(rig.isReady());
-    // The shuffle's only pick is on disk already, so it is set at once.
-    QVERIFY(rig.favourites().toggle(u"dunes"_s, u"amber"_s));
-    rig.shuffle().setSource(ShuffleSettings::Source::Favourites);
     const auto amber = rig.store().owned().value(u"dunes"_s).file(u"amber"_s, Edition::Automatic);
     QVERIFY(amber);
     QVERIFY(finish(rig.store().localFile(*amber)).value);
@@ -344,15 +343,16 @@ void AutomationServiceTest::aSetOvertakenByAShuffle()
 
     QDBusPendingCallWatcher set(rig.start(u"SetWallpaper"_s, { u"aurora/violet"_s, u"dark"_s }));
     QTRY_VERIFY(!rig.store().progress().isEmpty());
-    const QDBusMessage shuffled = rig.automation(u"ShuffleWallpaper"_s);
-    QVERIFY2(shuffled.type() == QDBusMessage::ReplyMessage, qPrintable(failure(shuffled)));
+    const QString main = rig.displays().all().value(0).id;
+    QVERIFY(finish(rig.store().setWallpaper(u"dunes"_s, u"amber"_s, Edition::Automatic, { main })).value);
     QCOMPARE(rig.mainKey(), u"dunes/amber"_s);
 
     QTRY_VERIFY_WITH_TIMEOUT(set.isFinished(), 20'000);
     QCOMPARE(set.error().name(), errors + u"Overtaken"_s);
     QCOMPARE(set.error().message(), u"Another wallpaper was set while this one downloaded."_s);
     QCOMPARE(rig.mainKey(), u"dunes/amber"_s);
-    QCOMPARE(rig.desktop().shown.value(u"DP-2"_s), rig.mainPicture());
+    QVERIFY(!rig.desktop().shown.value(u"DP-2"_s).isEmpty());
+    QVERIFY(rig.desktop().shown.value(u"DP-2"_s) != rig.mainPicture());
 }
 
 void AutomationServiceTest::notReadyBeforeTheLibraryLoads()

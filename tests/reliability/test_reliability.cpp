@@ -31,7 +31,8 @@ struct Figures {
     int lost = 0; // files saved before and damaged since, partial files that are not a prefix
 };
 
-QString describeFailure(const Result<bool> &result)
+template<typename T>
+QString describeFailure(const Result<T> &result)
 {
     return result.value ? u"none"_s : failureText(result);
 }
