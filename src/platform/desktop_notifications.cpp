@@ -30,6 +30,16 @@ void DesktopNotifications::notify(Notification notification)
 {
     if (m_seen())
         return;
+    if (m_sending.contains(notification.topic)) {
+        m_sending[notification.topic] = std::move(notification);
+        return;
+    }
+    send(std::move(notification));
+}
+
+void DesktopNotifications::send(Notification notification)
+{
+    m_sending.insert(notification.topic, std::nullopt);
     auto message = QDBusMessage::createMethodCall(service, path, service, u"Notify"_s);
     const uint replaces = m_shown.value(notification.topic);
     // The body may be read as markup: what the shop wrote stays text.
@@ -47,11 +57,13 @@ void DesktopNotifications::notify(Notification notification)
                 const QDBusPendingReply<uint> reply = *watcher;
                 if (reply.isError()) {
                     qCInfo(lcNotifications) << "No notification shown:" << reply.error().message();
-                    return;
+                } else {
+                    m_actions.remove(m_shown.value(topic));
+                    m_shown.insert(topic, reply.value());
+                    m_actions.insert(reply.value(), action);
                 }
-                m_actions.remove(m_shown.value(topic));
-                m_shown.insert(topic, reply.value());
-                m_actions.insert(reply.value(), action);
+                if (auto next = m_sending.take(topic))
+                    send(std::move(*next));
             });
 }
 

@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 // Tells the user of a failure through the desktop's notifications (org.freedesktop.Notifications)
 // when no window of Quennet shows it. Each notification has one action, the one that fixes it;
@@ -33,8 +34,12 @@ private Q_SLOTS:
     void closed(uint id, uint reason);
 
 private:
+    void send(Notification notification);
+
     QDBusConnection m_bus;
     std::function<bool()> m_seen;
     QHash<QString, uint> m_shown;                     // topic → id
     QHash<uint, std::function<void()>> m_actions;     // id → action
+    // A topic's next notification waits for the id of the one being shown, to replace it.
+    QHash<QString, std::optional<Notification>> m_sending;
 };
