@@ -295,8 +295,9 @@ void TestReliability::fullDisk()
             }
             ++figures.faults;
             QVERIFY2(outcome.failure<FileError>(), qPrintable(failureText(outcome)));
-            // A full disk is not tried again at once.
-            QCOMPARE(rig.shop().fileRequests(dark.id) - requestsBefore, 1);
+            // A full disk is not tried again at once. The one request may be dropped before the
+            // shop counts it, when the first write already fails.
+            QVERIFY(rig.shop().fileRequests(dark.id) - requestsBefore <= 1);
             const QString text = failureText(outcome);
             failedWrites.insert(text.section(u':', 0, 0));
             // The disk's own reason, where the system gives one.
