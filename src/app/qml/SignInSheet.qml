@@ -82,7 +82,9 @@ ColumnLayout {
         Button {
             // The default button: Return signs in.
             visible: sheet.status === Account.SignedOut
+            // Also when the sheet appears late, once the secret store has answered.
             focus: visible
+            onVisibleChanged: if (visible) forceActiveFocus()
             text: "Sign In…"
             highlighted: true
             onClicked: sheet.app.signIn()
