@@ -21,9 +21,9 @@
 #include "helper_process.h"
 #include "intents.h"
 #include "kde_colours.h"
+#include "library_status.h"
 #include "keychain.h"
 #include "login_item.h"
-#include "missing_tray_notice.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
 #include "shop.h"
@@ -46,6 +46,7 @@
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -105,7 +106,7 @@ void AppDelegate::start()
     m_account = new Account([network, base] { return APIClient(network, base); }, m_keychain,
                             this);
     m_account->setPageOpener([](const QUrl &page) { QDesktopServices::openUrl(page); });
-    connect(m_account, &Account::stateChanged, this, &AppDelegate::accountChanged);
+    connect(m_account, &Account::stateChanged, this, &AppDelegate::signedInChanged);
 
     startPlacement();
     startStore();
@@ -133,12 +134,8 @@ void AppDelegate::start()
     if (!m_options.atLogin) {
         openMain();
     } else if (m_options.sayIfNoTray) {
-        auto *notice = new MissingTrayNotice(
-            QDBusConnection::sessionBus(),
-            {.hostAvailable = [] { return QSystemTrayIcon::isSystemTrayAvailable(); },
-             .openMain = [this] { openMain(); }},
-            this);
-        notice->check(std::chrono::seconds(10));
+        // Hosts start with the session too: they get a few seconds to appear.
+        QTimer::singleShot(std::chrono::seconds(10), this, &AppDelegate::sayIfNoTray);
     }
 
     restoreSession(this);
@@ -196,7 +193,7 @@ void AppDelegate::startStore()
                        .downloadsFolder =
                            QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
                       this);
-    connect(m_shop, &Shop::stateChanged, this, &AppDelegate::libraryStateChanged);
+    m_library = new LibraryStatus(m_account, m_shop, this);
 }
 
 void AppDelegate::startShuffle()
@@ -250,32 +247,48 @@ void AppDelegate::startNotifications()
 {
     // What happened while no window was open would otherwise go unseen: the panel and the main
     // window say it themselves.
-    auto *notifications = new DesktopNotifications(
-        QDBusConnection::sessionBus(),
+    m_notifications = new DesktopNotifications(
+        QDBusConnection::sessionBus(), DesktopNotifications::channelHere(),
         [this] { return m_statusItem->isShown() || (m_main && m_main->isVisible()); }, this);
-    connect(m_shuffle, &Shuffle::scheduledShuffleFailed, notifications,
-            [this, notifications](const QString &reason) {
-                notifications->notify({.topic = u"shuffle"_s,
-                                       .title = u"Shuffle couldn't change your wallpaper"_s,
-                                       .body = reason,
-                                       .actionLabel = u"Shuffle Settings"_s,
-                                       .action = [this] { openSettings(u"general"_s); }});
+    connect(m_shuffle, &Shuffle::scheduledShuffleFailed, m_notifications,
+            [this](const QString &reason) {
+                m_notifications->notify({ .topic = u"shuffle"_s,
+                                          .title = u"Shuffle couldn't change your wallpaper"_s,
+                                          .body = reason,
+                                          .actionLabel = u"Shuffle Settings"_s,
+                                          .action = [this] { openSettings(u"general"_s); } });
             });
-    connect(m_shuffle, &Shuffle::focusWallpaperFailed, notifications,
-            [this, notifications](const QString &reason) {
-                notifications->notify({.topic = u"focus"_s,
-                                       .title = u"Couldn't set the Do Not Disturb wallpaper"_s,
-                                       .body = reason,
-                                       .actionLabel = u"Settings"_s,
-                                       .action = [this] { openSettings(u"general"_s); }});
+    connect(m_shuffle, &Shuffle::focusWallpaperFailed, m_notifications,
+            [this](const QString &reason) {
+                m_notifications->notify({ .topic = u"focus"_s,
+                                          .title = u"Couldn't set the Do Not Disturb wallpaper"_s,
+                                          .body = reason,
+                                          .actionLabel = u"Settings"_s,
+                                          .action = [this] { openSettings(u"general"_s); } });
             });
-    connect(m_account, &Account::endedByShop, notifications, [this, notifications] {
-        notifications->notify({.topic = u"session"_s,
-                               .title = u"You've been signed out"_s,
-                               .body = u"Sign in again to use your packs."_s,
-                               .actionLabel = u"Sign In"_s,
-                               .action = [this] { openMain(); }});
+    connect(m_account, &Account::endedByShop, m_notifications, [this] {
+        m_notifications->notify({ .topic = u"session"_s,
+                                  .title = u"You've been signed out"_s,
+                                  .body = u"Sign in again to use your packs."_s,
+                                  .actionLabel = u"Sign In"_s,
+                                  .action = [this] { openMain(); } });
     });
+}
+
+void AppDelegate::sayIfNoTray()
+{
+    // Without a tray host (GNOME without its tray extension) the icon shows nowhere, and a start
+    // at login would look like no start at all.
+    if (QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    qCInfo(lcApp) << "No tray host: saying so";
+    m_notifications->notify(
+        { .topic = u"tray"_s,
+          .title = u"Quennet is running"_s,
+          .body =
+              u"This desktop has no tray for its icon. Open Quennet from your apps to use it."_s,
+          .actionLabel = u"Open Quennet"_s,
+          .action = [this] { openMain(); } });
 }
 
 QIcon AppDelegate::trayIcon() const
@@ -311,36 +324,9 @@ QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)
     }
 }
 
-void AppDelegate::accountChanged()
-{
-    // The store refreshes itself when a session begins; the panel only changes its state.
-    Q_EMIT libraryStateChanged();
-}
-
 bool AppDelegate::isSignedIn() const
 {
     return m_account && m_account->status() == Account::Status::SignedIn;
-}
-
-QString AppDelegate::libraryState() const
-{
-    // Until the secret store answers, a sign-in sheet would only flash.
-    if (!m_account->isKnown()) {
-        return u"loading"_s;
-    }
-    if (!isSignedIn()) {
-        return u"signedOut"_s;
-    }
-    switch (m_shop->status()) {
-    case Shop::Status::Ready:
-        return u"ready"_s;
-    case Shop::Status::Failed:
-        // A shop that answered wrongly is not a connection to check: its own sentence says why.
-        return m_shop->isUnreachable() ? u"unreachable"_s : u"failed"_s;
-    case Shop::Status::Loading:
-        break;
-    }
-    return u"loading"_s;
 }
 
 QString AppDelegate::version()

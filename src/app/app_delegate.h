@@ -18,12 +18,14 @@ class AutomationService;
 class Clock;
 class ColourScheme;
 class Defaults;
+class DesktopNotifications;
 class Displays;
 class DownloadThread;
 class Favourites;
 class FocusFilter;
 class Intents;
 class Keychain;
+class LibraryStatus;
 class NetworkAccessManager;
 class Shop;
 class Shuffle;
@@ -47,6 +49,7 @@ class AppDelegate : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("made by main")
     Q_MOC_INCLUDE("displays.h")
+    Q_MOC_INCLUDE("library_status.h")
     Q_MOC_INCLUDE("favourites.h")
     Q_MOC_INCLUDE("shop.h")
     Q_MOC_INCLUDE("shuffle.h")
@@ -66,8 +69,8 @@ class AppDelegate : public QObject
     Q_PROPERTY(WallpaperActions *actions READ actions CONSTANT)
     Q_PROPERTY(ShuffleView *shuffleView READ shuffleView CONSTANT)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
-    Q_PROPERTY(QString libraryState READ libraryState NOTIFY libraryStateChanged)
-    Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY libraryStateChanged)
+    Q_PROPERTY(LibraryStatus *library READ library CONSTANT)
+    Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY signedInChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QVariantList acknowledgements READ acknowledgements CONSTANT)
     Q_PROPERTY(QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY
@@ -107,8 +110,7 @@ public:
     [[nodiscard]] ArtCache *artCache() const { return m_art; }
     // The desktop prefers dark.
     [[nodiscard]] bool isDark() const;
-    // "signedOut", "loading", "unreachable" or "ready": which of the panel's states shows.
-    [[nodiscard]] QString libraryState() const;
+    [[nodiscard]] LibraryStatus *library() const { return m_library; }
     [[nodiscard]] bool isSignedIn() const;
     [[nodiscard]] static QString version();
     [[nodiscard]] static QVariantList acknowledgements();
@@ -126,20 +128,20 @@ public:
     Q_INVOKABLE void quit();
 
 Q_SIGNALS:
-    void libraryStateChanged();
+    void signedInChanged();
     void settingsPaneChanged();
     void darkChanged();
 
 private:
     static QCoro::Task<> restoreSession(QPointer<AppDelegate> self);
     static QCoro::Task<> signOut(QPointer<AppDelegate> self);
-    void accountChanged();
     void startPlacement();
     void startStore();
     void startShuffle();
     void startFocusFilter();
     void startViews();
     void startNotifications();
+    void sayIfNoTray();
     void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
     // The tray's icon for the desktop's panel in the current scheme.
@@ -160,6 +162,7 @@ private:
     Following *m_following = nullptr;
     DownloadThread *m_downloads = nullptr;
     Shop *m_shop = nullptr;
+    LibraryStatus *m_library = nullptr;
     Favourites *m_favourites = nullptr;
     Shuffle *m_shuffle = nullptr;
     SpacesHelper *m_spaces = nullptr;
@@ -173,6 +176,7 @@ private:
     ArtCache *m_art = nullptr;
     QQmlEngine *m_engine = nullptr;
     StatusItemController *m_statusItem = nullptr;
+    DesktopNotifications *m_notifications = nullptr;
     QPointer<QQuickWindow> m_main;
     QPointer<QQuickWindow> m_settings;
     QString m_settingsPane = QStringLiteral("general");

@@ -45,7 +45,6 @@ private Q_SLOTS:
     void failedRefreshKeepsWhatWasThere();
     void endedSessionTakesItsLibrary();
     void startsFromTheCopy();
-    void nothingToShow();
     void signedOutKeepsNoLibrary();
     void periodicCheck_data();
     void periodicCheck();
@@ -168,18 +167,6 @@ void TestShopLibrary::startsFromTheCopy()
     QCOMPARE(rig.store().status(), Shop::Status::Ready);
     QCOMPARE(rig.store().owned(), owned);
     QVERIFY(rig.store().message()->message().startsWith(u"Couldn't check for new files. "_s));
-}
-
-void TestShopLibrary::nothingToShow()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    QVERIFY(
-        rig.shop().setFaults("{\"statuses\": [{\"endpoint\": \"catalogue\", \"status\": 502}]}"));
-    finish(rig.store().start());
-    QCOMPARE(rig.store().status(), Shop::Status::Failed);
-    QCOMPARE(rig.store().stateMessage(), u"Couldn't check for new files. The shop replied 502."_s);
-    QVERIFY(rig.store().owned().isEmpty());
 }
 
 void TestShopLibrary::signedOutKeepsNoLibrary()

@@ -9,7 +9,7 @@ ApplicationWindow {
     id: window
 
     required property AppDelegate app
-    readonly property bool ready: app.libraryState === "ready"
+    readonly property bool ready: app.library.state === LibraryStatus.Ready
     // A pack slug, or "" for the favourites.
     property string browsing: packs.revision, packs.count > 0 ? packs.get(0, "slug") : ""
     property string target: displayList.mainId
@@ -117,20 +117,20 @@ ApplicationWindow {
     SignInSheet {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
-        visible: window.app.libraryState === "signedOut"
+        visible: window.app.library.state === LibraryStatus.SignedOut
         app: window.app
     }
     StateMessage {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
-        visible: window.app.libraryState === "loading"
+        visible: window.app.library.state === LibraryStatus.Loading
         busy: true
         title: "Loading your packs…"
     }
     StateMessage {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
-        visible: window.app.libraryState === "unreachable"
+        visible: window.app.library.state === LibraryStatus.Unreachable
         symbol: "offline"
         title: "Can't reach the shop"
         detail: "Check your connection and try again."
@@ -140,9 +140,9 @@ ApplicationWindow {
     StateMessage {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
-        visible: window.app.libraryState === "failed"
+        visible: window.app.library.state === LibraryStatus.Failed
         symbol: "offline"
-        title: window.app.shop.stateMessage
+        title: window.app.library.message
         actionText: "Try Again"
         onAction: window.app.checkForNewFiles()
     }

@@ -9,7 +9,7 @@ Rectangle {
     id: panel
 
     required property AppDelegate app
-    readonly property bool ready: app.libraryState === "ready"
+    readonly property bool ready: app.library.state === LibraryStatus.Ready
     // The display the next colourway goes to.
     property string target: displayList.mainId
     // A pack slug, or "" for the favourites.
@@ -101,7 +101,7 @@ Rectangle {
             Layout.fillWidth: true
             Layout.topMargin: 28
             Layout.bottomMargin: 28
-            visible: panel.app.libraryState === "loading"
+            visible: panel.app.library.state === LibraryStatus.Loading
             busy: true
             title: "Loading your packs…"
         }
@@ -109,7 +109,7 @@ Rectangle {
             Layout.fillWidth: true
             Layout.topMargin: 8
             Layout.bottomMargin: 8
-            visible: panel.app.libraryState === "signedOut"
+            visible: panel.app.library.state === LibraryStatus.SignedOut
             spacing: 14
             Label {
                 Layout.fillWidth: true
@@ -126,7 +126,7 @@ Rectangle {
             Layout.fillWidth: true
             Layout.topMargin: 24
             Layout.bottomMargin: 24
-            visible: panel.app.libraryState === "unreachable"
+            visible: panel.app.library.state === LibraryStatus.Unreachable
             symbol: "offline"
             title: "Can't reach the shop"
             detail: "Check your connection and try again."
@@ -137,9 +137,9 @@ Rectangle {
             Layout.fillWidth: true
             Layout.topMargin: 24
             Layout.bottomMargin: 24
-            visible: panel.app.libraryState === "failed"
+            visible: panel.app.library.state === LibraryStatus.Failed
             symbol: "offline"
-            title: panel.app.shop.stateMessage
+            title: panel.app.library.message
             actionText: "Try Again"
             onAction: panel.app.checkForNewFiles()
         }

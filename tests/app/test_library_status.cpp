@@ -1,0 +1,95 @@
+#include "account.h"
+#include "library_status.h"
+#include "shop.h"
+#include "store_rig.h"
+#include "test_support.h"
+
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+QList<ContentPack> packs()
+{
+    return { { .slug = u"aurora"_s, .files = { { u"emerald"_s, u"light"_s, 20'000 } } } };
+}
+} // namespace
+
+// What the windows show in place of the packs, as the shop answers the first load.
+class LibraryStatusTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
+    void firstLoadFails_data()
+    {
+        QTest::addColumn<QByteArray>("faults");
+        QTest::addColumn<QString>("reason");
+
+        for (const char *endpoint : { "catalogue", "library" }) {
+            const QByteArray name(endpoint);
+            const auto status = [name](int code) {
+                return QByteArray("{\"statuses\": [{\"endpoint\": \"" + name
+                                  + "\", \"status\": " + QByteArray::number(code) + "}]}");
+            };
+            QTest::addRow("%s 500", endpoint) << status(500) << u"The shop replied 500."_s;
+            QTest::addRow("%s 403", endpoint) << status(403) << u"The shop replied 403."_s;
+            QTest::addRow("%s 429", endpoint)
+                << status(429) << u"The shop is busy. Try again in a minute."_s;
+            QTest::addRow("%s malformed", endpoint)
+                << QByteArray("{\"malformed\": [\"" + name + "\"]}")
+                << u"The shop sent something the app didn't understand."_s;
+        }
+    }
+
+    // The store's own sentence, not a connection to check; the next load that works ends it.
+    void firstLoadFails()
+    {
+        QFETCH(QByteArray, faults);
+        QFETCH(QString, reason);
+        StoreRig rig(packs());
+        QVERIFY(rig.isReady());
+        LibraryStatus status(&rig.account(), &rig.store());
+        QSignalSpy changed(&status, &LibraryStatus::changed);
+        QVERIFY(rig.shop().setFaults(faults.constData()));
+
+        finish(rig.store().start());
+        QCOMPARE(status.state(), LibraryStatus::State::Failed);
+        QCOMPARE(status.message(), u"Couldn't check for new files. "_s + reason);
+        QVERIFY(rig.store().owned().isEmpty());
+        QVERIFY(!changed.isEmpty());
+
+        changed.clear();
+        QVERIFY(rig.shop().setFaults("{}"));
+        finish(rig.store().refresh());
+        QCOMPARE(status.state(), LibraryStatus::State::Ready);
+        QCOMPARE(status.message(), QString());
+        QVERIFY(!changed.isEmpty());
+    }
+
+    void shopOutOfReach()
+    {
+        StoreRig rig(packs());
+        QVERIFY(rig.isReady());
+        LibraryStatus status(&rig.account(), &rig.store());
+        rig.shop().shop().stop();
+        finish(rig.store().start());
+        QCOMPARE(status.state(), LibraryStatus::State::Unreachable);
+        QCOMPARE(status.message(), QString());
+    }
+
+    void signedOut()
+    {
+        StoreRig rig(packs(), false);
+        QVERIFY(rig.isReady());
+        LibraryStatus status(&rig.account(), &rig.store());
+        finish(rig.store().start());
+        QCOMPARE(status.state(), LibraryStatus::State::SignedOut);
+    }
+};
+
+QTEST_GUILESS_MAIN(LibraryStatusTest)
+#include "test_library_status.moc"
