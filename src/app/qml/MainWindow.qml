@@ -141,7 +141,7 @@ ApplicationWindow {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
         visible: window.app.library.state === LibraryStatus.Failed
-        symbol: "offline"
+        symbol: "warning"
         title: window.app.library.message
         actionText: "Try Again"
         onAction: window.app.checkForNewFiles()

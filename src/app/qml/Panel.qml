@@ -138,7 +138,7 @@ Rectangle {
             Layout.topMargin: 24
             Layout.bottomMargin: 24
             visible: panel.app.library.state === LibraryStatus.Failed
-            symbol: "offline"
+            symbol: "warning"
             title: panel.app.library.message
             actionText: "Try Again"
             onAction: panel.app.checkForNewFiles()
