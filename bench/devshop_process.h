@@ -4,12 +4,12 @@
 #include <QProcess>
 #include <QString>
 #include <QThread>
-
 #include <optional>
 
 // The development shop in a process of its own, so that its work does not count as ours; its
 // port once it listens. The including target defines QUENNET_DEVSHOP_PROGRAM.
-inline std::optional<quint16> serveDevShop(QProcess &shop, const QString &content, const QString &state)
+inline std::optional<quint16> serveDevShop(QProcess &shop, const QString &content,
+                                           const QString &state)
 {
     using namespace Qt::Literals::StringLiterals;
     shop.setProcessChannelMode(QProcess::ForwardedErrorChannel);

@@ -4,16 +4,13 @@
 #include "shop_state.h"
 
 #include <QJsonDocument>
-
 #include <httplib.h>
-
 #include <openssl/crypto.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace ShopHttp;
 
-namespace
-{
+namespace {
 bool isAdmin(const ShopState &state, const httplib::Request &request)
 {
     const QByteArray given = header(request, "X-Devshop-Secret").toUtf8();

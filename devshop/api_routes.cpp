@@ -7,14 +7,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QUrlQuery>
-
 #include <httplib.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace ShopHttp;
 
-namespace
-{
+namespace {
 const auto clientId = "mac-app"_L1;
 const auto deviceCodeGrant = "urn:ietf:params:oauth:grant-type:device_code"_L1;
 
@@ -111,9 +109,9 @@ void library(ShopState &state, const httplib::Request &request, httplib::Respons
     const QString endpoint = u"library"_s;
     if (answeredByFault(state, endpoint, response) || refusedToken(state, request, response))
         return;
-    QByteArray body = QJsonDocument(state.content().library(state.libraryRevision(),
-                                                              state.changedFiles()))
-                          .toJson(QJsonDocument::Compact);
+    QByteArray body =
+        QJsonDocument(state.content().library(state.libraryRevision(), state.changedFiles()))
+            .toJson(QJsonDocument::Compact);
     if (state.faults().isMalformed(endpoint))
         body.truncate(body.size() / 2);
     // A strong tag: it changes with every byte of the body.

@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
-
 #include <openssl/bn.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
@@ -13,8 +12,7 @@ Q_LOGGING_CATEGORY(lcCertificates, "app.quennet.Quennet.DevShop.Certificates")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 using Certificate = std::shared_ptr<X509>;
 using Key = std::shared_ptr<EVP_PKEY>;
 

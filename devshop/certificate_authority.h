@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-
 #include <memory>
 #include <optional>
 
@@ -11,8 +10,7 @@ struct evp_pkey_st;
 
 // The throwaway certificate authority of one state folder and the server certificate it signs
 // for localhost, 127.0.0.1 and ::1. Clients trust the authority's "ca.pem" and nothing else.
-class CertificateAuthority
-{
+class CertificateAuthority {
 public:
     // Loads the files of an earlier start, or makes new ones when any is missing or unreadable.
     [[nodiscard]] static std::optional<CertificateAuthority> loadOrCreate(const QString &stateDir);

@@ -10,8 +10,7 @@ Q_LOGGING_CATEGORY(lcContent, "app.quennet.Quennet.DevShop.Content")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QString contentType(const QString &path)
 {
     static const QHash<QString, QString> types {

@@ -5,7 +5,6 @@
 #include <QJsonObject>
 #include <QSet>
 #include <QString>
-
 #include <optional>
 
 // One servable file of the content folder.
@@ -21,8 +20,7 @@ struct StoredFile {
 // The sample content as the shop serves it: read once from the folder's "content.json" and
 // turned into catalogue and library replies on demand. Immutable after loading, so the server's
 // threads share it freely.
-class ContentStore
-{
+class ContentStore {
 public:
     [[nodiscard]] static std::optional<ContentStore> load(const QString &dir);
 

@@ -1,13 +1,10 @@
 #include "desktop_metadata.h"
 
+#include <memory>
 #include <plist/plist.h>
 
-#include <memory>
-
-namespace DesktopMetadata
-{
-namespace
-{
+namespace DesktopMetadata {
+namespace {
 using Plist = std::unique_ptr<void, decltype(&plist_free)>;
 
 plist_t lightAndDark(int light, int dark)

@@ -6,8 +6,7 @@
 // The XMP packets that tell a desktop which picture of a HEIC file to show: apple_desktop:apr
 // (light and dark), apple_desktop:h24 (times of day) and apple_desktop:solar (sun positions).
 // Each holds a base64 binary property list.
-namespace DesktopMetadata
-{
+namespace DesktopMetadata {
 struct TimeEntry {
     double dayFraction = 0; // 0.5 is noon
     int picture = 0;

@@ -11,21 +11,16 @@
 #include <QDir>
 #include <QLoggingCategory>
 #include <QSaveFile>
-
-#include <httplib.h>
-
-#include <openssl/rand.h>
-
 #include <csignal>
-
+#include <httplib.h>
+#include <openssl/rand.h>
 #include <sys/socket.h>
 
 Q_LOGGING_CATEGORY(lcDevShop, "app.quennet.Quennet.DevShop")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 bool writeStateFile(const QString &path, const QByteArray &text, QFileDevice::Permissions mode)
 {
     QSaveFile file(path);

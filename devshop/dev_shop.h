@@ -3,13 +3,11 @@
 #include <QJsonObject>
 #include <QString>
 #include <QUrl>
-
 #include <chrono>
 #include <memory>
 #include <thread>
 
-namespace httplib
-{
+namespace httplib {
 class SSLServer;
 } // namespace httplib
 
@@ -18,8 +16,7 @@ class ShopState;
 // The development shop in-process: the shop's whole HTTPS API on 127.0.0.1, served on its own
 // threads from a folder of sample content, with its certificates and secrets in a state folder.
 // Tests start one per case on port 0; `quennet-devshop serve` is a thin wrapper around it.
-class DevShop
-{
+class DevShop {
 public:
     struct Options {
         QString contentDir;

@@ -4,14 +4,12 @@
 
 #include <QFile>
 #include <QSaveFile>
-
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // RFC 8628 section 6.1: consonants only, so no code spells a word, and none that look alike.
 constexpr char userCodeLetters[] = "BCDFGHJKLMNPQRSTVWXZ";
 

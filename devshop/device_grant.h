@@ -3,7 +3,6 @@
 #include <QHash>
 #include <QSet>
 #include <QString>
-
 #include <mutex>
 #include <optional>
 
@@ -12,8 +11,7 @@ class ShopClock;
 // The device-code sign-in (RFC 8628) of the sample account and the access tokens it hands out.
 // Called from the server's threads, so every member is guarded by one mutex. Tokens are kept
 // as hashes in the state folder, so a restarted shop still knows its signed-in clients.
-class DeviceGrant
-{
+class DeviceGrant {
 public:
     struct Settings {
         int interval = 5; // seconds a client must wait between polls

@@ -4,8 +4,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const QSet<QString> knownKeys { u"statuses"_s,    u"malformed"_s,      u"cut"_s,
                                 u"ignoreRange"_s, u"bytesPerSecond"_s, u"redirect"_s,
                                 u"alterBytes"_s,  u"changeLibrary"_s,  u"oversized"_s,

@@ -5,15 +5,13 @@
 #include <QList>
 #include <QSet>
 #include <QString>
-
 #include <mutex>
 #include <optional>
 
 // The faults a test asks the shop to commit, set as one JSON document (README, "Fault
 // switches"). Each document replaces the previous one; counted faults wear off request by
 // request. Read from the server's threads, so guarded by a mutex.
-class FaultSwitches
-{
+class FaultSwitches {
 public:
     enum class Redirect { None, SameHost, OtherHost };
     enum class Alteration { None, SameETag, NewETag };

@@ -1,13 +1,10 @@
 #include "file_digest.h"
 
 #include <QFile>
-
+#include <memory>
 #include <openssl/evp.h>
 
-#include <memory>
-
-namespace FileDigest
-{
+namespace FileDigest {
 std::optional<QString> sha256(const QString &path)
 {
     QFile file(path);

@@ -6,19 +6,15 @@
 
 #include <QFile>
 #include <QFileInfo>
-
 #include <httplib.h>
-
 #include <memory>
 #include <thread>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace FileResponder
-{
-namespace
-{
+namespace FileResponder {
+namespace {
 constexpr qint64 chunkSize = 64 * 1024;
 
 std::optional<qint64> number(QStringView text)
@@ -115,7 +111,7 @@ void serve(ShopState &state, const httplib::Request &request, httplib::Response 
     auto sent = std::make_shared<qint64>(0);
     const QString path = QString::fromStdString(request.path);
     const auto provide = [&state, source, sent, first, faults, path](size_t offset, size_t length,
-                                                               httplib::DataSink &sink) {
+                                                                     httplib::DataSink &sink) {
         qint64 want = std::min<qint64>(qint64(length),
                                        faults.bytesPerSecond > 0
                                            ? std::max<qint64>(1, faults.bytesPerSecond / 10)

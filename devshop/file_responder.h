@@ -3,11 +3,9 @@
 #include "fault_switches.h"
 
 #include <QString>
-
 #include <optional>
 
-namespace httplib
-{
+namespace httplib {
 struct Request;
 struct Response;
 } // namespace httplib
@@ -17,8 +15,7 @@ struct StoredFile;
 
 // Sends one stored file with its validator. Range and If-Range are answered here rather than by
 // the server library, which ignores If-Range and answers unsatisfiable ranges wrongly.
-namespace FileResponder
-{
+namespace FileResponder {
 // What a Range header asks of a file of a given size.
 struct Range {
     enum class Kind { Whole, Part, Unsatisfiable };

@@ -4,16 +4,14 @@
 #include "shop_http.h"
 #include "shop_state.h"
 
-#include <httplib.h>
-
 #include <array>
+#include <httplib.h>
 #include <regex>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace ShopHttp;
 
-namespace
-{
+namespace {
 // The redirect fault sends a download elsewhere once; "hop" marks the second leg.
 bool redirected(ShopState &state, const httplib::Request &request, httplib::Response &response)
 {

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace httplib
-{
+namespace httplib {
 class Server;
 } // namespace httplib
 

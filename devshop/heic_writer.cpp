@@ -2,18 +2,14 @@
 
 #include <QImage>
 #include <QLoggingCategory>
-
-#include <libheif/heif.h>
-
 #include <cstring>
+#include <libheif/heif.h>
 #include <memory>
 
 Q_LOGGING_CATEGORY(lcHeic, "app.quennet.Quennet.DevShop.Heic")
 
-namespace HeicWriter
-{
-namespace
-{
+namespace HeicWriter {
+namespace {
 using Context = std::unique_ptr<heif_context, decltype(&heif_context_free)>;
 using Encoder = std::unique_ptr<heif_encoder, decltype(&heif_encoder_release)>;
 using Image = std::unique_ptr<heif_image, decltype(&heif_image_release)>;

@@ -1,10 +1,9 @@
 #include "link_signer.h"
 
+#include <array>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
 #include <openssl/rand.h>
-
-#include <array>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -5,8 +5,7 @@
 
 // Signs and checks the expiring download addresses of owned files. The key lives only as long
 // as the process, so links do not survive a restart of the shop, as with a real one.
-class LinkSigner
-{
+class LinkSigner {
 public:
     enum class Verdict { Valid, Expired, Tampered };
 

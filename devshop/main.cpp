@@ -4,14 +4,12 @@
 
 #include <QCoreApplication>
 #include <QTextStream>
-
 #include <csignal>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto usage = R"(usage:
   quennet-devshop make-content DIR [--small]
   quennet-devshop serve --content DIR --state DIR [--port N] [--interval S]

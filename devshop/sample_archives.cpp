@@ -9,8 +9,7 @@ Q_LOGGING_CATEGORY(lcArchives, "app.quennet.Quennet.DevShop.Archives")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 struct Device {
     QString key;
     QString label;

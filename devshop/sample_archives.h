@@ -6,13 +6,11 @@
 #include <QDir>
 #include <QHash>
 #include <QJsonArray>
-
 #include <functional>
 
 // The per-device zip archives of the sample packs: the pack's HEIC files for "mac", pictures
 // shaped for the screen for the other devices. Zipped with the zip tool once the members exist.
-class SampleArchives
-{
+class SampleArchives {
 public:
     void addMacFile(const QString &pack, const QString &file);
     // Lists a pack's archives (without sizes yet) and adds the jobs that draw their pictures.

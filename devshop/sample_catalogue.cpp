@@ -2,10 +2,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace SampleCatalogue
-{
-namespace
-{
+namespace SampleCatalogue {
+namespace {
 Colourway colourway(const QString &slug, const QString &name, QRgb sky, QRgb glow, QRgb land)
 {
     return { slug, name, { QColor(sky), QColor(glow), QColor(land) } };

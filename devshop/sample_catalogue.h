@@ -6,8 +6,7 @@
 #include <QString>
 
 // What the sample shop sells and what its sample account owns.
-namespace SampleCatalogue
-{
+namespace SampleCatalogue {
 struct Colourway {
     QString slug;
     QString name;

@@ -13,9 +13,8 @@
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QSaveFile>
-#include <QtEndian>
 #include <QtConcurrent/QtConcurrentMap>
-
+#include <QtEndian>
 #include <algorithm>
 #include <atomic>
 #include <functional>
@@ -25,10 +24,8 @@ Q_LOGGING_CATEGORY(lcSample, "app.quennet.Quennet.DevShop.Sample")
 using namespace Qt::Literals::StringLiterals;
 using ScenePainter::Moment;
 
-namespace SampleContent
-{
-namespace
-{
+namespace SampleContent {
+namespace {
 struct Sizes {
     QSize wallpaper;
     QSize desktop;
@@ -103,8 +100,7 @@ QString identifier(char kind, const QString &name)
 }
 
 // Plans every file of the content as a job, runs the jobs on all cores, then lists the result.
-class Generator
-{
+class Generator {
 public:
     Generator(const QString &dir, Size size)
         : m_dir(dir)

@@ -4,14 +4,11 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QRadialGradient>
-
 #include <cmath>
 #include <numbers>
 
-namespace ScenePainter
-{
-namespace
-{
+namespace ScenePainter {
+namespace {
 QColor mix(const QColor &a, const QColor &b, double t)
 {
     return QColor::fromRgbF(float(a.redF() + (b.redF() - a.redF()) * t),

@@ -5,8 +5,7 @@
 
 // Paints the sample wallpapers: a sky over rolling hills in a colourway's colours, at one
 // moment of the day. Everything is drawn, so no picture files need to ship with the shop.
-namespace ScenePainter
-{
+namespace ScenePainter {
 struct Palette {
     QColor sky;
     QColor glow; // the sky near the horizon

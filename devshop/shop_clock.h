@@ -1,14 +1,12 @@
 #pragma once
 
 #include <QDateTime>
-
 #include <atomic>
 #include <chrono>
 
 // The shop's idea of now: the system clock plus an offset that tests move forward, so that codes
 // and links can expire without anyone waiting for them.
-class ShopClock
-{
+class ShopClock {
 public:
     [[nodiscard]] QDateTime now() const
     {

@@ -4,15 +4,12 @@
 
 #include <QJsonDocument>
 #include <QUrl>
-
-#include <memory>
-
 #include <httplib.h>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace ShopHttp
-{
+namespace ShopHttp {
 QString header(const httplib::Request &request, const char *name)
 {
     return QString::fromStdString(request.get_header_value(name));
@@ -29,8 +26,7 @@ QString bearerToken(const httplib::Request &request)
     return authorization.startsWith("Bearer "_L1) ? authorization.mid(7) : QString();
 }
 
-namespace
-{
+namespace {
 QString host(const httplib::Request &request)
 {
     const QUrl url(u"https://"_s + header(request, "Host"));
@@ -110,10 +106,10 @@ void oversize(httplib::Response &response, const FaultSwitches::Oversize &fault)
     if (fault.chunked)
         response.set_chunked_content_provider(type, write);
     else
-        response.set_content_provider(
-            total, type, [write](size_t offset, size_t, httplib::DataSink &sink) {
-                return write(offset, sink);
-            });
+        response.set_content_provider(total, type,
+                                      [write](size_t offset, size_t, httplib::DataSink &sink) {
+                                          return write(offset, sink);
+                                      });
 }
 
 void reply(ShopState &state, const QString &endpoint, httplib::Response &response, int status,

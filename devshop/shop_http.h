@@ -5,8 +5,7 @@
 #include <QJsonObject>
 #include <QString>
 
-namespace httplib
-{
+namespace httplib {
 struct Request;
 struct Response;
 } // namespace httplib
@@ -14,8 +13,7 @@ struct Response;
 class ShopState;
 
 // Small helpers shared by the shop's request handlers.
-namespace ShopHttp
-{
+namespace ShopHttp {
 [[nodiscard]] QString header(const httplib::Request &request, const char *name);
 [[nodiscard]] QString parameter(const httplib::Request &request, const char *name);
 // The token of an "Authorization: Bearer …" header, or an empty string.

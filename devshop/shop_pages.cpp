@@ -4,14 +4,12 @@
 #include "shop_state.h"
 
 #include <QUrlQuery>
-
 #include <httplib.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace ShopHttp;
 
-namespace
-{
+namespace {
 const auto style = R"(
 body { font-family: system-ui, sans-serif; max-width: 34rem; margin: 4rem auto; padding: 0 1rem;
        color: #1d1d1f; background: #fbfbfd; }
@@ -31,8 +29,7 @@ QString page(const QString &title, const QString &body)
     return u"<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
            u"<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
            u"<title>%1 · Quennet shop</title><style>%2</style></head>\n"
-           u"<body>\n%3</body></html>\n"_s
-               .arg(title.toHtmlEscaped(), style, body);
+           u"<body>\n%3</body></html>\n"_s.arg(title.toHtmlEscaped(), style, body);
 }
 
 QString approvalForm(ShopState &state, const QString &code, const QString &notice)

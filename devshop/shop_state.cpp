@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // The digest of a file's bytes as "changeFile" serves them: every byte inverted.
 std::optional<QString> invertedDigest(const QString &path)
 {
@@ -17,8 +16,7 @@ std::optional<QString> invertedDigest(const QString &path)
     QByteArray bytes = file.readAll();
     for (char &byte : bytes)
         byte = char(~byte);
-    return QString::fromLatin1(
-        QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
 }
 } // namespace
 

@@ -7,14 +7,12 @@
 #include "shop_clock.h"
 
 #include <QJsonObject>
-
 #include <atomic>
 #include <mutex>
 
 // Everything the shop's request handlers share. Handlers run on the server's threads: each
 // member guards itself, or is immutable.
-class ShopState
-{
+class ShopState {
 public:
     struct Settings {
         quint16 port = 0;

@@ -7,8 +7,8 @@
 // after 2 s (a stand-in on a thread of its own, as another process would be), and each run sets a
 // picture on its outputs while the panel is open, timed the same way.
 //
-//   bench_panel [RUNS]                    under X with a tray; writes 500 MB into the current folder
-//   bench_panel --slow-desktop [RUNS]     under X with a tray
+//   bench_panel [RUNS]                    under X with a tray; writes 500 MB into the current
+//   folder bench_panel --slow-desktop [RUNS]     under X with a tray
 
 #include "../devshop_process.h"
 #include "app_delegate.h"
@@ -50,7 +50,7 @@ constexpr int slowAnswerMs = 2000;
 // CPU seconds the calling thread has used.
 double threadCpu()
 {
-    timespec time{};
+    timespec time {};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
@@ -136,8 +136,8 @@ public:
                             {"name":"HEADLESS-2","make":"headless","active":true,
                              "rect":{"x":1920,"y":0,"width":1920,"height":1080}}])";
             else if (type == 0)
-                reply = "[" + QByteArray(R"({"success":true},)").repeated(int(payload.count(';'))) +
-                        R"({"success":true}])";
+                reply = "[" + QByteArray(R"({"success":true},)").repeated(int(payload.count(';')))
+                    + R"({"success":true}])";
             QByteArray message = header;
             qToLittleEndian<quint32>(quint32(reply.size()), message.data() + 6);
             message += reply;
@@ -160,10 +160,10 @@ QString issueToken(const QString &state, quint16 port)
     if (!secret.open(QIODevice::ReadOnly))
         return {};
     QProcess curl;
-    curl.start(u"curl"_s, {u"-s"_s, u"--cacert"_s, state + u"/ca.pem"_s, u"-H"_s,
-                           u"X-Devshop-Secret: "_s + QString::fromLatin1(secret.readAll().trimmed()),
-                           u"-d"_s, u""_s,
-                           u"https://127.0.0.1:%1/_devshop/token"_s.arg(port)});
+    curl.start(u"curl"_s,
+               { u"-s"_s, u"--cacert"_s, state + u"/ca.pem"_s, u"-H"_s,
+                 u"X-Devshop-Secret: "_s + QString::fromLatin1(secret.readAll().trimmed()), u"-d"_s,
+                 u""_s, u"https://127.0.0.1:%1/_devshop/token"_s.arg(port) });
     curl.waitForFinished(-1);
     return QJsonDocument::fromJson(curl.readAllStandardOutput())
         .object()
@@ -196,7 +196,7 @@ int setOnSlowDesktop(AppDelegate &delegate, const QString &folder, int runs)
     for (const auto &display : displays->all())
         ids.append(display.id);
     QStringList pictures;
-    for (const auto colour : {Qt::darkCyan, Qt::darkMagenta}) {
+    for (const auto colour : { Qt::darkCyan, Qt::darkMagenta }) {
         QImage image(64, 36, QImage::Format_RGB32);
         image.fill(colour);
         pictures.append(folder + u"/picture-%1.png"_s.arg(pictures.size()));
@@ -229,9 +229,10 @@ int setOnSlowDesktop(AppDelegate &delegate, const QString &folder, int runs)
         if (!stalls.isEmpty())
             std::printf("    over 8 ms while setting: %s\n", qPrintable(stalls.join(u", "_s)));
     }
-    std::printf("\nPanel open, a picture set on a sway that answers after %d ms (%.2f s), 1 ms heartbeat "
-                "on the GUI thread, median of %d\n",
-                slowAnswerMs, median(seconds), runs);
+    std::printf(
+        "\nPanel open, a picture set on a sway that answers after %d ms (%.2f s), 1 ms heartbeat "
+        "on the GUI thread, median of %d\n",
+        slowAnswerMs, median(seconds), runs);
     std::printf("  longest stall    %6.2f ms setting, %6.2f ms idle (goal: 16 ms)\n", median(busy),
                 median(idle));
     std::printf("RESULT slow-desktop-stall %.3f\n", median(busy));
@@ -289,8 +290,9 @@ int main(int argc, char *argv[])
     const QString content = work.filePath(u"content"_s);
     const QString state = work.filePath(u"state"_s);
     const auto packs = writeContent(
-        content, {{.slug = u"bench"_s,
-                   .files = {{u"large"_s, u"light"_s, size}, {u"large"_s, u"dark"_s, 4096}}}});
+        content,
+        { { .slug = u"bench"_s,
+            .files = { { u"large"_s, u"light"_s, size }, { u"large"_s, u"dark"_s, 4096 } } } });
     QProcess shop;
     const auto port = serveDevShop(shop, content, state);
     if (!port)
@@ -299,18 +301,18 @@ int main(int argc, char *argv[])
     if (token.isEmpty())
         qFatal("The development shop gave no token");
     const QString folder = data + u"/app.quennet.Quennet"_s;
-    const QByteArray secrets = QJsonDocument(QJsonObject{{u"session-token"_s, token}}).toJson();
+    const QByteArray secrets =
+        QJsonDocument(QJsonObject { { u"session-token"_s, token } }).toJson();
     const QByteArray defaults = u"[General]\nshopBaseURL=https://127.0.0.1:%1/api/app/v1\n"
                                 "shopCertificates=%2/ca.pem\n"_s.arg(*port)
                                     .arg(state)
                                     .toUtf8();
     if (!writeFile(folder + u"/secrets.json"_s, secrets)
-        || !QFile::setPermissions(folder + u"/secrets.json"_s,
-                                  QFile::ReadOwner | QFile::WriteOwner)
+        || !QFile::setPermissions(folder + u"/secrets.json"_s, QFile::ReadOwner | QFile::WriteOwner)
         || !writeFile(config + u"/app.quennet.Quennet/defaults.ini"_s, defaults))
         qFatal("Cannot write the profile");
 
-    AppDelegate delegate({.atLogin = true, .program = QApplication::applicationFilePath()});
+    AppDelegate delegate({ .atLogin = true, .program = QApplication::applicationFilePath() });
     delegate.start();
     Shop *store = delegate.shop();
     const auto file = [store] {
@@ -362,9 +364,10 @@ int main(int argc, char *argv[])
         if (!stalls.isEmpty())
             std::printf("    over 8 ms while downloading: %s\n", qPrintable(stalls.join(u", "_s)));
     }
-    std::printf("\nPanel open, 500 MB download (%.1f s), 1 ms heartbeat on the GUI thread, median of "
-                "%d\n",
-                median(seconds), runs);
+    std::printf(
+        "\nPanel open, 500 MB download (%.1f s), 1 ms heartbeat on the GUI thread, median of "
+        "%d\n",
+        median(seconds), runs);
     std::printf("  longest stall    %6.2f ms downloading, %6.2f ms idle (goal: 16 ms)\n",
                 median(busy), median(idle));
     std::printf("  GUI thread CPU   %6.2f s while downloading\n", median(cpu));

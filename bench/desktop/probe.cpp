@@ -11,13 +11,12 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <gio/gio.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <gio/gio.h>
 #include <poll.h>
 #include <string>
 #include <sys/wait.h>
@@ -27,7 +26,7 @@ namespace {
 
 double now()
 {
-    timespec time{};
+    timespec time {};
     clock_gettime(CLOCK_MONOTONIC, &time);
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
@@ -76,7 +75,7 @@ struct Children {
 
 bool isPanel(Display *display, Window window)
 {
-    XClassHint hint{};
+    XClassHint hint {};
     if (XGetClassHint(display, window, &hint) == 0)
         return false;
     const bool panel = hint.res_name != nullptr && std::strcmp(hint.res_name, "panel") == 0
@@ -114,7 +113,7 @@ bool hasIcon(Display *display, Window panel)
 bool waitForIcon(Display *display, Window panel, bool wanted, double deadline)
 {
     XSelectInput(display, panel, SubstructureNotifyMask);
-    pollfd connection{.fd = ConnectionNumber(display), .events = POLLIN, .revents = 0};
+    pollfd connection { .fd = ConnectionNumber(display), .events = POLLIN, .revents = 0 };
     while (hasIcon(display, panel) != wanted) {
         if (now() > deadline)
             return false;
@@ -184,22 +183,20 @@ gboolean timedOut(gpointer data)
 int gsettings(const char *schema, const char *key, double timeout, char **command)
 {
     GSettingsSchemaSource *source = g_settings_schema_source_get_default();
-    GSettingsSchema *found = source != nullptr
-        ? g_settings_schema_source_lookup(source, schema, TRUE)
-        : nullptr;
+    GSettingsSchema *found =
+        source != nullptr ? g_settings_schema_source_lookup(source, schema, TRUE) : nullptr;
     if (found == nullptr || !g_settings_schema_has_key(found, key))
         return fail("no such GSettings key");
     g_settings_schema_unref(found);
-    Watch watch{.settings = g_settings_new(schema),
-                .key = key,
-                .before = nullptr,
-                .loop = g_main_loop_new(nullptr, FALSE)};
+    Watch watch { .settings = g_settings_new(schema),
+                  .key = key,
+                  .before = nullptr,
+                  .loop = g_main_loop_new(nullptr, FALSE) };
     watch.before = g_settings_get_value(watch.settings, key);
     const std::string signal = std::string("changed::") + key;
     g_signal_connect(watch.settings, signal.c_str(), G_CALLBACK(keyChanged), &watch);
     // Reading the key subscribes to its changes; the value is then current.
-    while (g_main_context_iteration(nullptr, FALSE)) {
-    }
+    while (g_main_context_iteration(nullptr, FALSE)) { }
     const double start = now();
     const pid_t pid = spawn(command);
     g_timeout_add(guint(timeout * 1000), timedOut, watch.loop);

@@ -20,14 +20,12 @@
 #include <QRandomGenerator>
 #include <QScreen>
 #include <QTemporaryDir>
-
 #include <algorithm>
 #include <cstdio>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 double median(QList<double> values)
 {
     std::ranges::sort(values);
@@ -42,7 +40,8 @@ QColor shownAt(int x, int y)
 // HEIC keeps colours as YCbCr: a pure red comes back as 254, 0, 0.
 bool near(const QColor &a, const QColor &b)
 {
-    return qAbs(a.red() - b.red()) < 8 && qAbs(a.green() - b.green()) < 8 && qAbs(a.blue() - b.blue()) < 8;
+    return qAbs(a.red() - b.red()) < 8 && qAbs(a.green() - b.green()) < 8
+        && qAbs(a.blue() - b.blue()) < 8;
 }
 
 // Milliseconds until the middle of the first monitor shows colour.
@@ -51,7 +50,8 @@ double untilShown(QElapsedTimer &timer, const QColor &colour)
     while (!near(shownAt(960, 540), colour)) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
         if (timer.elapsed() > 10000) {
-            std::printf("never shown: %s instead of %s\n", qPrintable(shownAt(960, 540).name()), qPrintable(colour.name()));
+            std::printf("never shown: %s instead of %s\n", qPrintable(shownAt(960, 540).name()),
+                        qPrintable(colour.name()));
             return -1;
         }
     }
@@ -92,7 +92,8 @@ QString largeHeic(const QString &folder)
     for (int i = 0; i < 4000; ++i) {
         painter.setBrush(QColor::fromRgb(random.generate()));
         painter.setPen(Qt::NoPen);
-        painter.drawEllipse(QPointF(random.bounded(6000), random.bounded(4000)), random.bounded(80), random.bounded(80));
+        painter.drawEllipse(QPointF(random.bounded(6000), random.bounded(4000)), random.bounded(80),
+                            random.bounded(80));
     }
     painter.end();
     const QString png = folder + u"/large.png"_s;
@@ -110,17 +111,22 @@ QCoro::Task<> setCached(int rounds)
     WallpaperSetter setter(&displays, renderer, nullptr, clock);
     const QStringList first { setter.displayIds().first() };
 
-    const QList<std::pair<QString, QColor>> pictures { { plainHeic(dir.path(), u"red"_s, Qt::red), Qt::red },
-                                                       { plainHeic(dir.path(), u"blue"_s, Qt::blue), Qt::blue } };
+    const QList<std::pair<QString, QColor>> pictures {
+        { plainHeic(dir.path(), u"red"_s, Qt::red), Qt::red },
+        { plainHeic(dir.path(), u"blue"_s, Qt::blue), Qt::blue }
+    };
     // Quennet always shows red over blue, the peer blue over red; the first two sets render.
     const auto set = [&](int which) -> QCoro::Task<double> {
         const QString path = pictures[which].first;
         const QColor colour = pictures[which].second;
-        const WallpaperFile file { .id = u"f_"_s + colour.name().mid(1), .pack = u"p"_s, .colourway = u"c"_s,
+        const WallpaperFile file { .id = u"f_"_s + colour.name().mid(1),
+                                   .pack = u"p"_s,
+                                   .colourway = u"c"_s,
                                    .edition = Edition::Light };
         QElapsedTimer timer;
         timer.start();
-        co_await setter.setWallpaper(file, path, { .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s }, first);
+        co_await setter.setWallpaper(
+            file, path, { .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s }, first);
         co_return untilShown(timer, colour);
     };
     co_await set(1);
@@ -135,7 +141,8 @@ QCoro::Task<> setCached(int rounds)
         peer.append(untilShown(timer, Qt::blue));
         quennet.append(co_await set(0));
     }
-    std::printf("set a cached wallpaper until shown (%d rounds): Quennet %.1f ms, xwallpaper alone %.1f ms, "
+    std::printf("set a cached wallpaper until shown (%d rounds): Quennet %.1f ms, xwallpaper alone "
+                "%.1f ms, "
                 "ratio %.2fx; goal 100 ms\n",
                 rounds, median(quennet), median(peer), median(quennet) / median(peer));
 }
@@ -161,7 +168,8 @@ void firstRendering(const QString &cacheFolder, int rounds)
         run(u"heif-convert"_s, { heic, dir.filePath(u"peer.png"_s) });
         peer.append(timer.nsecsElapsed() / 1e6);
     }
-    std::printf("first rendering of 6000x4000 (%d rounds): Quennet %.0f ms, heif-convert %.0f ms, ratio %.2fx; "
+    std::printf("first rendering of 6000x4000 (%d rounds): Quennet %.0f ms, heif-convert %.0f ms, "
+                "ratio %.2fx; "
                 "goal 1.1x\n",
                 rounds, median(quennet), median(peer), median(quennet) / median(peer));
 }

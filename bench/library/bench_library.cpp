@@ -7,16 +7,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-
 #include <benchmark/benchmark.h>
-
 #include <cstdio>
 #include <map>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QByteArray makeLibraryReply(int packs, int colourways)
 {
     const QString hash = u"0123456789abcdef"_s.repeated(4);
@@ -39,24 +36,25 @@ QByteArray makeLibraryReply(int packs, int colourways)
                                            { "bytes"_L1, qint64(12'345'678 + p) },
                                            { "sha256"_L1, hash },
                                            { "path"_L1, u"files/%1/%2.heic"_s.arg(slug).arg(c) } });
-            colourwayArray.append(QJsonObject { { "slug"_L1, u"colourway-%1"_s.arg(c) },
-                                                { "files"_L1, files } });
+            colourwayArray.append(
+                QJsonObject { { "slug"_L1, u"colourway-%1"_s.arg(c) }, { "files"_L1, files } });
         }
         QJsonArray archives;
         for (const auto &device : devices)
-            archives.append(QJsonObject { { "id"_L1, nextId(u'a') },
-                                          { "device"_L1, device },
-                                          { "filename"_L1, QString(slug + u" "_s + device + u".zip"_s) },
-                                          { "bytes"_L1, qint64(99'000'000) },
-                                          { "sha256"_L1, hash } });
+            archives.append(
+                QJsonObject { { "id"_L1, nextId(u'a') },
+                              { "device"_L1, device },
+                              { "filename"_L1, QString(slug + u" "_s + device + u".zip"_s) },
+                              { "bytes"_L1, qint64(99'000'000) },
+                              { "sha256"_L1, hash } });
         packArray.append(QJsonObject { { "slug"_L1, slug },
                                        { "since"_L1, u"2025-03-01T09:30:00.250Z"_s },
                                        { "updatedAt"_L1, u"2025-04-01T00:00:00Z"_s },
                                        { "colourways"_L1, colourwayArray },
                                        { "archives"_L1, archives } });
     }
-    return QJsonDocument(QJsonObject { { "email"_L1, u"ada@example.com"_s },
-                                       { "packs"_L1, packArray } })
+    return QJsonDocument(
+               QJsonObject { { "email"_L1, u"ada@example.com"_s }, { "packs"_L1, packArray } })
         .toJson(QJsonDocument::Compact);
 }
 
@@ -85,8 +83,7 @@ void qtJsonParseOnly(benchmark::State &state)
 }
 
 // Prints as usual, and keeps each benchmark's time for the ratio at the end.
-class RatioReporter : public benchmark::ConsoleReporter
-{
+class RatioReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run> &runs) override
     {
@@ -112,7 +109,8 @@ int main(int argc, char **argv)
     const double ours = reporter.medians["quennetDecodeCheckConvert"];
     const double peer = reporter.medians["qtJsonParseOnly"];
     if (ours > 0 && peer > 0)
-        std::printf("median decode+check+convert %.1f ms, QJsonDocument::fromJson %.1f ms, ratio %.2fx (goal 2x or less)\n",
+        std::printf("median decode+check+convert %.1f ms, QJsonDocument::fromJson %.1f ms, ratio "
+                    "%.2fx (goal 2x or less)\n",
                     ours, peer, ours / peer);
     return 0;
 }

@@ -36,7 +36,6 @@
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QTimer>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -155,8 +154,7 @@ pid_t spawn(char **command)
 }
 
 // What the session bus tells the probe.
-class Listener : public QObject
-{
+class Listener : public QObject {
     Q_OBJECT
 public:
     double registered = 0;
@@ -178,15 +176,15 @@ public Q_SLOTS:
 
 // The tray reading the item: a GetAll of org.kde.StatusNotifierItem's properties and its answer,
 // as dbus-monitor sees them, with its own time stamps.
-class TrayReads : public QObject
-{
+class TrayReads : public QObject {
 public:
     TrayReads()
     {
         m_monitor.setReadChannel(QProcess::StandardOutput);
         connect(&m_monitor, &QProcess::readyReadStandardOutput, this, &TrayReads::read);
-        m_monitor.start(u"dbus-monitor"_s, { u"--session"_s, u"type='method_call',member='GetAll'"_s,
-                                             u"type='method_return'"_s });
+        m_monitor.start(
+            u"dbus-monitor"_s,
+            { u"--session"_s, u"type='method_call',member='GetAll'"_s, u"type='method_return'"_s });
         if (!m_monitor.waitForStarted())
             fail(u"cannot run dbus-monitor"_s);
         // A call of our own that it must show, so that nothing after this goes unseen.
@@ -240,7 +238,7 @@ private:
 
     QProcess m_monitor;
     QSet<QString> m_calls; // "SENDER SERIAL" of the tray's GetAll calls
-    QString m_call;        // the call whose first argument comes next
+    QString m_call; // the call whose first argument comes next
     double m_answered = 0;
     bool m_synced = false;
 };
@@ -334,14 +332,16 @@ int signIn(const QString &shopState, const QString &dataFolder, double timeout)
 
     QElapsedTimer clock;
     clock.start();
-    const QDBusMessage asked = call(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"SignIn"_s);
+    const QDBusMessage asked =
+        call(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"SignIn"_s);
     if (asked.type() != QDBusMessage::ReplyMessage)
         fail(u"SignIn: "_s + asked.errorMessage());
     if (!spinUntil([&] { return !listener.session.value(u"UserCode"_s).toString().isEmpty(); },
                    timeout))
         fail(u"no code was offered"_s);
     const double code = double(clock.nsecsElapsed()) / 1e9;
-    const QJsonObject approval { { u"user_code"_s, listener.session.value(u"UserCode"_s).toString() } };
+    const QJsonObject approval { { u"user_code"_s,
+                                   listener.session.value(u"UserCode"_s).toString() } };
     if (!admin(u"approve"_s, QJsonDocument(approval).toJson(QJsonDocument::Compact)))
         fail(u"the shop did not approve the code"_s);
     double signedIn = 0;

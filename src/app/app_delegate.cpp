@@ -16,13 +16,13 @@
 #include "do_not_disturb_watchers.h"
 #include "download_thread.h"
 #include "favourites.h"
-#include "following.h"
 #include "focus_filter.h"
+#include "following.h"
 #include "helper_process.h"
 #include "intents.h"
 #include "kde_colours.h"
-#include "library_status.h"
 #include "keychain.h"
+#include "library_status.h"
 #include "login_item.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
@@ -74,12 +74,13 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
     // object; it answers "Still starting" until start() hands it the rest.
     m_automation = new AutomationService(this);
     new DesktopApplication(m_automation,
-                           {.openMain = [this] { openMain(); },
-                            .openSettings = [this] { openSettings(); },
-                            .shuffleNow = [this] {
-                                if (m_shuffleView)
-                                    m_shuffleView->shuffleNow();
-                            }});
+                           { .openMain = [this] { openMain(); },
+                             .openSettings = [this] { openSettings(); },
+                             .shuffleNow =
+                                 [this] {
+                                     if (m_shuffleView)
+                                         m_shuffleView->shuffleNow();
+                                 } });
     m_automation->registerOn(QDBusConnection::sessionBus());
 }
 
@@ -103,8 +104,7 @@ void AppDelegate::start()
     const QUrl base = m_defaults->shopBaseURL();
     m_network = new NetworkAccessManager(m_defaults->shopCertificates(), base, this);
     QPointer<NetworkAccessManager> network = m_network;
-    m_account = new Account([network, base] { return APIClient(network, base); }, m_keychain,
-                            this);
+    m_account = new Account([network, base] { return APIClient(network, base); }, m_keychain, this);
     m_account->setPageOpener([](const QUrl &page) { QDesktopServices::openUrl(page); });
     connect(m_account, &Account::stateChanged, this, &AppDelegate::signedInChanged);
 
@@ -118,11 +118,11 @@ void AppDelegate::start()
     startViews();
 
     // One engine for every view, made with the first of them.
-    const QVariantMap roots{{u"app"_s, QVariant::fromValue(this)}};
+    const QVariantMap roots { { u"app"_s, QVariant::fromValue(this) } };
     m_statusItem = new StatusItemController(
-        {.openMain = [this] { openMain(); },
-         .openSettings = [this] { openSettings(); },
-         .quit = [this] { quit(); }},
+        { .openMain = [this] { openMain(); },
+          .openSettings = [this] { openSettings(); },
+          .quit = [this] { quit(); } },
         trayIcon(), [this] { return engine(); }, roots);
     connect(m_scheme, &ColourScheme::changed, m_statusItem,
             [this] { m_statusItem->setIcon(trayIcon()); });
@@ -153,27 +153,28 @@ void AppDelegate::startPlacement()
 {
     const QString folder = applicationFolder();
     m_clock = std::make_shared<Clock>();
-    DesktopBackend *backend = DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
-                                                    folder, this);
+    DesktopBackend *backend =
+        DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), folder, this);
     m_displays = new Displays(backend, PlacementRecords(folder), m_clock, this);
     m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
-    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), m_scheme, m_clock,
-                                   this);
+    m_setter =
+        new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), m_scheme, m_clock, this);
     m_sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
-    m_following = new Following({.setter = m_setter,
-                                 .backend = backend,
-                                 .scheme = m_scheme,
-                                 .sleep = m_sleep,
-                                 .clock = m_clock},
+    m_following = new Following({ .setter = m_setter,
+                                  .backend = backend,
+                                  .scheme = m_scheme,
+                                  .sleep = m_sleep,
+                                  .clock = m_clock },
                                 this);
     // The workspace helper beside this program; the store tells it of every new placement.
-    m_spaces = new SpacesHelper(
-        {.defaults = m_defaults.get(),
-         .process = new HelperProcess(QDBusConnection::sessionBus(), HelperBus::pidFilePath(), this),
-         .clock = m_clock,
-         .program = QCoreApplication::applicationDirPath() + u"/quennet-helper"_s,
-         .build = version()},
-        this);
+    m_spaces =
+        new SpacesHelper({ .defaults = m_defaults.get(),
+                           .process = new HelperProcess(QDBusConnection::sessionBus(),
+                                                        HelperBus::pidFilePath(), this),
+                           .clock = m_clock,
+                           .program = QCoreApplication::applicationDirPath() + u"/quennet-helper"_s,
+                           .build = version() },
+                         this);
 }
 
 void AppDelegate::startStore()
@@ -181,18 +182,18 @@ void AppDelegate::startStore()
     const QUrl base = m_defaults->shopBaseURL();
     m_downloads = new DownloadThread(m_defaults->shopCertificates(), base, this);
     QPointer<NetworkAccessManager> network = m_network;
-    m_shop = new Shop({.api = [network, base] { return APIClient(network, base); },
-                       .account = m_account,
-                       .keychain = m_keychain,
-                       .defaults = m_defaults.get(),
-                       .downloads = m_downloads,
-                       .target = m_setter,
-                       .helper = m_spaces,
-                       .clock = m_clock,
-                       .folder = applicationFolder(),
-                       .downloadsFolder =
-                           QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
-                      this);
+    m_shop = new Shop(
+        { .api = [network, base] { return APIClient(network, base); },
+          .account = m_account,
+          .keychain = m_keychain,
+          .defaults = m_defaults.get(),
+          .downloads = m_downloads,
+          .target = m_setter,
+          .helper = m_spaces,
+          .clock = m_clock,
+          .folder = applicationFolder(),
+          .downloadsFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) },
+        this);
     m_library = new LibraryStatus(m_account, m_shop, this);
 }
 
@@ -201,13 +202,13 @@ void AppDelegate::startShuffle()
     m_favourites = new Favourites(m_defaults.get(), this);
     connect(m_sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
     m_shuffleStore = new ShopShuffleStore(m_shop, this);
-    m_shuffle = new Shuffle({.store = m_shuffleStore,
-                             .displays = new DesktopShuffleDisplays(m_displays, m_setter, this),
-                             .favourites = m_favourites,
-                             .defaults = m_defaults.get(),
-                             .sleep = m_sleep,
-                             .clock = m_clock,
-                             .random = QRandomGenerator::system()},
+    m_shuffle = new Shuffle({ .store = m_shuffleStore,
+                              .displays = new DesktopShuffleDisplays(m_displays, m_setter, this),
+                              .favourites = m_favourites,
+                              .defaults = m_defaults.get(),
+                              .sleep = m_sleep,
+                              .clock = m_clock,
+                              .random = QRandomGenerator::system() },
                             this);
 }
 
@@ -233,7 +234,7 @@ void AppDelegate::startViews()
     // Plasma's own colours, light or dark; other desktops leave the palette to Qt and Quennet.
     new DesktopPalette(m_scheme,
                        onPlasma() ? [] { return KdeColours::palette(KdeColours::files()); }
-                           : DesktopPalette::DesktopColours(),
+                                  : DesktopPalette::DesktopColours(),
                        this);
     const auto followScheme = [this] {
         m_art->setDark(m_scheme->isDark());
@@ -303,10 +304,10 @@ bool AppDelegate::isDark() const
 
 void AppDelegate::startAutomation()
 {
-    auto *intents = new Intents({.shop = m_shop,
-                                 .displays = m_displays,
-                                 .favourites = m_favourites,
-                                 .shuffle = m_shuffle},
+    auto *intents = new Intents({ .shop = m_shop,
+                                  .displays = m_displays,
+                                  .favourites = m_favourites,
+                                  .shuffle = m_shuffle },
                                 this);
     m_automation->attach(intents, m_account, m_shop, m_focusFilter);
 }
@@ -337,7 +338,7 @@ QString AppDelegate::version()
 QVariantList AppDelegate::acknowledgements()
 {
     const auto entry = [](const QString &name, const QString &licence, const QString &use) {
-        return QVariantMap{{u"name"_s, name}, {u"licence"_s, licence}, {u"use"_s, use}};
+        return QVariantMap { { u"name"_s, name }, { u"licence"_s, licence }, { u"use"_s, use } };
     };
     return {
         entry(u"Qt 6"_s, u"LGPL-3.0"_s, u"windows, views, networking and D-Bus"_s),
@@ -365,7 +366,8 @@ QQuickWindow *AppDelegate::window(QPointer<QQuickWindow> &slot, const QString &v
         return slot;
     }
     QQmlComponent component(engine(), QUrl(u"qrc:/qt/qml/Quennet/qml/"_s + view + u".qml"_s));
-    QObject *made = component.createWithInitialProperties({{u"app"_s, QVariant::fromValue(this)}});
+    QObject *made =
+        component.createWithInitialProperties({ { u"app"_s, QVariant::fromValue(this) } });
     slot = qobject_cast<QQuickWindow *>(made);
     if (!slot) {
         qCCritical(lcApp).noquote() << "Couldn't load" << view << component.errorString();
@@ -455,8 +457,8 @@ void AppDelegate::quit()
 bool AppDelegate::selfTest()
 {
     bool loaded = m_statusItem->preparePanel();
-    for (const auto &[slot, view] : {std::pair{&m_main, u"MainWindow"_s},
-                                     std::pair{&m_settings, u"SettingsWindow"_s}}) {
+    for (const auto &[slot, view] : { std::pair { &m_main, u"MainWindow"_s },
+                                      std::pair { &m_settings, u"SettingsWindow"_s } }) {
         loaded = window(*slot, view) && loaded;
     }
     return loaded;

@@ -10,7 +10,6 @@
 #include <QUrl>
 #include <QVariantList>
 #include <QtQmlIntegration>
-
 #include <memory>
 
 class ArtCache;
@@ -43,8 +42,7 @@ class WallpaperActions;
 
 // The composition root: builds the long-lived objects in start-up order, owns them for the life
 // of the process, and gives the views what they show.
-class AppDelegate : public QObject
-{
+class AppDelegate : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by main")
@@ -73,8 +71,8 @@ class AppDelegate : public QObject
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY signedInChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QVariantList acknowledgements READ acknowledgements CONSTANT)
-    Q_PROPERTY(QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY
-                   settingsPaneChanged)
+    Q_PROPERTY(
+        QString settingsPane READ settingsPane WRITE setSettingsPane NOTIFY settingsPaneChanged)
 
 public:
     struct Options {

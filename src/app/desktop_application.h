@@ -3,14 +3,12 @@
 #include <QDBusAbstractAdaptor>
 #include <QDBusVariant>
 #include <QVariantMap>
-
 #include <functional>
 
 // The freedesktop Application interface beside the automation on /app/quennet/Quennet: docks,
 // app grids and launchers start Quennet and its desktop entry's actions ("Shuffle Now",
 // "Settings") through it, which also works with no tray at all.
-class DesktopApplication : public QDBusAbstractAdaptor
-{
+class DesktopApplication : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 

@@ -62,9 +62,11 @@ void DisplayListModel::reload()
                       .name = display.name,
                       .frame = display.frame,
                       .main = display.isMain,
-                      .thumbnail = display.thumbnail ? QUrl::fromLocalFile(*display.thumbnail) : QUrl(),
-                      .thumbnailDark =
-                          display.thumbnailDark ? QUrl::fromLocalFile(*display.thumbnailDark) : QUrl(),
+                      .thumbnail =
+                          display.thumbnail ? QUrl::fromLocalFile(*display.thumbnail) : QUrl(),
+                      .thumbnailDark = display.thumbnailDark
+                          ? QUrl::fromLocalFile(*display.thumbnailDark)
+                          : QUrl(),
                       .own = m_displays->showsOwnWallpaper(display) };
             bounds = bounds.united(display.frame);
             const auto placement = file.placements.constFind(display.id);

@@ -29,12 +29,12 @@ void LoginItem::setOn(bool on)
 {
     if (on == isOn())
         return;
-    const QString error = on ? m_entry.write({.title = u"Quennet"_s,
-                                              .comment = u"Wallpaper packs from the shop, on "
-                                                         "every display"_s,
-                                              .program = m_program,
-                                              .arguments = {u"--at-login"_s},
-                                              .listed = true})
+    const QString error = on ? m_entry.write({ .title = u"Quennet"_s,
+                                               .comment = u"Wallpaper packs from the shop, on "
+                                                          "every display"_s,
+                                               .program = m_program,
+                                               .arguments = { u"--at-login"_s },
+                                               .listed = true })
                              : m_entry.remove();
     if (!error.isEmpty())
         qCCritical(lcLoginItem).noquote() << "Couldn't change the login item:" << error;

@@ -7,8 +7,7 @@
 // Open at login, as an XDG autostart entry that starts Quennet with --at-login. On means the
 // entry exists, is not hidden and the desktop's settings have not switched it off; turning it
 // off deletes the entry.
-class LoginItem : public QObject
-{
+class LoginItem : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool on READ isOn WRITE setOn NOTIFY changed)
 

@@ -24,19 +24,19 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption atLogin(u"at-login"_s, u"Started at login: stay in the tray."_s);
-    const QCommandLineOption dbusActivated(u"dbus-activated"_s,
-                                           u"Started by a call on the session bus: stay in the tray."_s);
+    const QCommandLineOption dbusActivated(
+        u"dbus-activated"_s, u"Started by a call on the session bus: stay in the tray."_s);
     const QCommandLineOption selfTest(u"self-test"_s, u"Load every view hidden, then quit."_s);
     const QCommandLineOption settings(u"settings"_s, u"Open the settings."_s);
-    parser.addOptions({atLogin, dbusActivated, selfTest, settings});
+    parser.addOptions({ atLogin, dbusActivated, selfTest, settings });
     parser.process(application);
 
     // Made before the instance claims the bus name: it puts the automation object on the bus.
-    AppDelegate delegate({.atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated)
-                              || parser.isSet(settings),
-                          .program = QApplication::applicationFilePath(),
-                          .selfTest = parser.isSet(selfTest),
-                          .sayIfNoTray = parser.isSet(atLogin)});
+    AppDelegate delegate(
+        { .atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated) || parser.isSet(settings),
+          .program = QApplication::applicationFilePath(),
+          .selfTest = parser.isSet(selfTest),
+          .sayIfNoTray = parser.isSet(atLogin) });
     if (!parser.isSet(selfTest)
         && !SingleInstance::claim(parser.isSet(settings) ? u"settings"_s : QString())) {
         return 0;

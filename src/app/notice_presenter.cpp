@@ -17,10 +17,10 @@ namespace {
 // the folder opens instead.
 QCoro::Task<> showItem(QUrl file)
 {
-    auto call = QDBusMessage::createMethodCall(
-        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
-        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
-    call << QStringList{file.toString()} << QString();
+    auto call = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
+                                               u"/org/freedesktop/FileManager1"_s,
+                                               u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    call << QStringList { file.toString() } << QString();
     QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(call, 2000);
     const QDBusMessage reply = co_await pending;
     if (reply.type() == QDBusMessage::ErrorMessage) {

@@ -4,12 +4,10 @@
 
 #include <QObject>
 #include <QtQmlIntegration>
-
 #include <optional>
 
 // The panel's notice line in words: what NoticeView shows for the store's current notice.
-class NoticePresenter : public QObject
-{
+class NoticePresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")

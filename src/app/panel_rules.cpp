@@ -7,7 +7,7 @@ QRect PanelRules::frame(const QRect &icon, const QRect &available, int height)
 {
     if (icon.isEmpty()) {
         // No icon geometry: the top-right corner, where trays usually sit.
-        return {available.right() + 1 - margin - width, available.top() + gap, width, height};
+        return { available.right() + 1 - margin - width, available.top() + gap, width, height };
     }
     const int middle = icon.left() + icon.width() / 2;
     int x = std::max(middle - width / 2, available.left() + margin);
@@ -15,7 +15,7 @@ QRect PanelRules::frame(const QRect &icon, const QRect &available, int height)
     // A tray at the bottom of the screen opens the panel above itself.
     const bool below = icon.center().y() < available.center().y();
     const int y = below ? icon.bottom() + 1 + gap : icon.top() - gap - height;
-    return {x, y, width, height};
+    return { x, y, width, height };
 }
 
 bool PanelRules::resizes(double current, double reported)

@@ -5,8 +5,7 @@
 
 // Where the tray panel goes and when a click may open it: the geometry and timing rules kept
 // apart from the window so that they can be checked without a tray.
-class PanelRules
-{
+class PanelRules {
 public:
     static constexpr int width = 360;
     static constexpr int margin = 8; // kept between the panel and the edge of the available area

@@ -4,8 +4,7 @@
 
 // The tray panel's frameless window. It tells its controller when it loses focus or the user
 // presses Escape, and reports the height its content asks for.
-class PanelWindow : public QQuickView
-{
+class PanelWindow : public QQuickView {
     Q_OBJECT
 
 public:

@@ -4,9 +4,8 @@
 
 #include <QGuiApplication>
 #include <QWindow>
-#include <qpa/qplatformnativeinterface.h>
-
 #include <cstring>
+#include <qpa/qplatformnativeinterface.h>
 
 namespace {
 

@@ -9,8 +9,7 @@ struct wl_event_queue;
 
 // KWin's protocol for windows of the shell. Through it the panel opens under the pointer, which
 // is on the tray icon just clicked, and stays out of the task manager and the window switcher.
-class PlasmaShell
-{
+class PlasmaShell {
 public:
     // Null unless Qt runs on Wayland and the compositor offers the protocol.
     [[nodiscard]] static std::unique_ptr<PlasmaShell> connect();

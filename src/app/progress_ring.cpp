@@ -3,13 +3,11 @@
 #include <QQuickWindow>
 #include <QSGGeometryNode>
 #include <QSGVertexColorMaterial>
-
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-namespace
-{
+namespace {
 // Premultiplied, as the vertex colour material wants it.
 QSGGeometry::ColoredPoint2D point(QPointF at, const QColor &colour, qreal opacity)
 {

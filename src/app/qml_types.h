@@ -1,13 +1,13 @@
 #pragma once
 
 #include "account.h"
-#include "focus_filter.h"
-#include "spaces_helper.h"
 #include "displays.h"
 #include "favourites.h"
+#include "focus_filter.h"
 #include "login_item.h"
 #include "shop.h"
 #include "shuffle.h"
+#include "spaces_helper.h"
 
 #include <QtQmlIntegration>
 

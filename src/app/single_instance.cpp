@@ -20,9 +20,9 @@ bool SingleInstance::claim(const QString &action)
         return true;
     }
     const QString name = QLatin1StringView(bundleIdentifier);
-    const auto reply = bus.interface()->registerService(
-        name, QDBusConnectionInterface::DontQueueService,
-        QDBusConnectionInterface::DontAllowReplacement);
+    const auto reply =
+        bus.interface()->registerService(name, QDBusConnectionInterface::DontQueueService,
+                                         QDBusConnectionInterface::DontAllowReplacement);
     if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered) {
         return true;
     }
@@ -31,10 +31,9 @@ bool SingleInstance::claim(const QString &action)
     QVariantMap platformData;
     if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
         platformData.insert(u"activation-token"_s, token);
-    auto call = QDBusMessage::createMethodCall(name, u"/app/quennet/Quennet"_s,
-                                               u"org.freedesktop.Application"_s,
-                                               action.isEmpty() ? u"Activate"_s
-                                                                : u"ActivateAction"_s);
+    auto call = QDBusMessage::createMethodCall(
+        name, u"/app/quennet/Quennet"_s, u"org.freedesktop.Application"_s,
+        action.isEmpty() ? u"Activate"_s : u"ActivateAction"_s);
     if (action.isEmpty())
         call << platformData;
     else

@@ -44,9 +44,9 @@ StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
     if (qEnvironmentVariableIsSet("QUENNET_REDUCED_MOTION")) {
         m_reducedMotion = qEnvironmentVariableIntValue("QUENNET_REDUCED_MOTION") != 0;
     } else if (QGuiApplication::platformName() == "xcb"_L1) {
-        m_animations = new PortalSetting(QDBusConnection::sessionBus(),
-                                         u"org.gnome.desktop.interface"_s,
-                                         u"enable-animations"_s, this);
+        m_animations =
+            new PortalSetting(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s,
+                              u"enable-animations"_s, this);
     }
     m_tray->setToolTip(u"Quennet"_s);
     // Handed to the tray, so that the shell draws it where the icon is: hosts that speak
@@ -124,8 +124,7 @@ bool StatusItemController::preparePanel()
             closePanel();
         }
     });
-    connect(m_panel, &PanelWindow::contentHeightChanged, this,
-            &StatusItemController::resizePanel);
+    connect(m_panel, &PanelWindow::contentHeightChanged, this, &StatusItemController::resizePanel);
     if (QQuickItem *root = m_panel->rootObject()) {
         connect(root, SIGNAL(closeRequested()), this, SLOT(closePanel()));
         resizePanel(root->implicitHeight());
@@ -173,8 +172,8 @@ void StatusItemController::showPanel()
     // Shown again while it faded: it stays.
     m_fade->stop();
     m_fade->targetObject()->setProperty("opacity", 1.0);
-    const QRect frame = PanelRules::frame(m_tray->geometry(), availableArea(),
-                                          int(std::lround(m_contentHeight)));
+    const QRect frame =
+        PanelRules::frame(m_tray->geometry(), availableArea(), int(std::lround(m_contentHeight)));
     m_animation->stop();
     m_panel->fitHeight(frame.height());
     if (m_overWorkArea) {
@@ -200,17 +199,15 @@ void StatusItemController::showPanel()
     m_panel->show();
     m_panel->requestActivate();
     QEasingCurve curve(QEasingCurve::BezierSpline);
-    curve.addCubicBezierSegment({0.2, 0.9}, {0.3, 1.0}, {1.0, 1.0});
+    curve.addCubicBezierSegment({ 0.2, 0.9 }, { 0.3, 1.0 }, { 1.0, 1.0 });
     m_animation->setDuration(openingMs);
     m_animation->setEasingCurve(curve);
     m_animation->setStartValue(m_panel->y());
     m_animation->setEndValue(frame.y());
     disconnect(m_animation, &QPropertyAnimation::finished, nullptr, nullptr);
-    connect(m_animation, &QPropertyAnimation::valueChanged, m_panel, [this] {
-        m_panel->setOpacity(m_animation->currentTime() / double(openingMs));
-    });
-    connect(m_animation, &QPropertyAnimation::finished, this,
-            &StatusItemController::finishOpening);
+    connect(m_animation, &QPropertyAnimation::valueChanged, m_panel,
+            [this] { m_panel->setOpacity(m_animation->currentTime() / double(openingMs)); });
+    connect(m_animation, &QPropertyAnimation::finished, this, &StatusItemController::finishOpening);
     m_animation->start();
 }
 

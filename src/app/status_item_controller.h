@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <QPointer>
-
 #include <functional>
 #include <memory>
 
@@ -19,8 +18,7 @@ class QSystemTrayIcon;
 
 // Quennet's presence in the tray: a left click opens or closes the panel below the icon, a right
 // click or Control-click shows the status menu.
-class StatusItemController : public QObject
-{
+class StatusItemController : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged)
 

@@ -12,7 +12,7 @@ QIcon TrayGlyph::icon(const QColor &ink)
 {
     QIcon icon;
     // Hosts pick the size nearest their panel; drawn at each so that none is scaled down blurred.
-    for (const int size : {16, 22, 24, 32, 48, 64}) {
+    for (const int size : { 16, 22, 24, 32, 48, 64 }) {
         QPixmap pixmap(size, size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
@@ -24,7 +24,8 @@ QIcon TrayGlyph::icon(const QColor &ink)
         painter.setBrush(ink);
         painter.setPen(Qt::NoPen);
         painter.drawEllipse(QPointF(22, 27), 5.5, 5.5);
-        painter.drawPolygon(QPolygonF({{10, 50}, {29, 31}, {39, 41}, {46, 34}, {54, 42}, {54, 50}}));
+        painter.drawPolygon(
+            QPolygonF({ { 10, 50 }, { 29, 31 }, { 39, 41 }, { 46, 34 }, { 54, 42 }, { 54, 50 } }));
         painter.end();
         icon.addPixmap(pixmap);
     }

@@ -61,8 +61,8 @@ QCoro::Task<> Intents::setWallpaper(QString id, EditionOption edition)
         displayIds.append(display.id);
     QStringList set;
     try {
-        set = co_await m_services.shop->setWallpaper(key->pack, key->colourway,
-                                                     toEdition(edition), displayIds);
+        set = co_await m_services.shop->setWallpaper(key->pack, key->colourway, toEdition(edition),
+                                                     displayIds);
     } catch (const Shop::Overtaken &) {
         throw Failure(Failure::Case::Overtaken);
     } catch (const Shop::NotInPacks &) {

@@ -4,7 +4,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-bool writeAtomically(const QString &path, const QByteArray &bytes, QFileDevice::Permissions permissions)
+bool writeAtomically(const QString &path, const QByteArray &bytes,
+                     QFileDevice::Permissions permissions)
 {
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return false;

@@ -8,8 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace JsonFields;
 
-namespace
-{
+namespace {
 std::optional<QUrl> resolve(const QUrl &base, const std::optional<QString> &location)
 {
     if (!location)
@@ -104,8 +103,8 @@ CatalogueReply::FreeReply CatalogueReply::FreeReply::fromJson(const QJsonObject 
 {
     return {
         .updatedAt = optionalTime(object, "updatedAt"_L1),
-        .colourways = objects<LibraryReply::ColourwayReply>(array(object, "colourways"_L1),
-                                                            "colourways"_L1),
+        .colourways =
+            objects<LibraryReply::ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
         .archives = objects<LibraryReply::ArchiveReply>(
             optionalArray(object, "archives"_L1).value_or(QJsonArray()), "archives"_L1),
     };
@@ -139,8 +138,12 @@ CatalogueReply::PackReply CatalogueReply::PackReply::fromJson(const QJsonObject 
 
 QJsonObject CatalogueReply::PackReply::toJson() const
 {
-    QJsonObject object { { "slug"_L1, slug },   { "name"_L1, name },     { "line"_L1, line },
-                         { "price"_L1, price }, { "url"_L1, url },       { "onSale"_L1, onSale },
+    QJsonObject object { { "slug"_L1, slug },
+                         { "name"_L1, name },
+                         { "line"_L1, line },
+                         { "price"_L1, price },
+                         { "url"_L1, url },
+                         { "onSale"_L1, onSale },
                          { "colourways"_L1, toArray(colourways) } };
     if (free)
         object.insert("free"_L1, free->toJson());
@@ -237,10 +240,10 @@ QMap<QString, OwnedPack> CatalogueReply::freePacks(const QUrl &base) const
     for (const auto &pack : packs) {
         if (!isNewValidSlug(seen, pack.slug) || !pack.free)
             continue;
-        result.insert(pack.slug, LibraryReply::makeOwnedPack(pack.slug, std::nullopt,
-                                                             pack.free->updatedAt,
-                                                             pack.free->colourways,
-                                                             pack.free->archives, rule));
+        result.insert(pack.slug,
+                      LibraryReply::makeOwnedPack(pack.slug, std::nullopt, pack.free->updatedAt,
+                                                  pack.free->colourways, pack.free->archives,
+                                                  rule));
     }
     return result;
 }

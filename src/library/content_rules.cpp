@@ -2,10 +2,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace ContentRules
-{
-namespace
-{
+namespace ContentRules {
+namespace {
 bool isLowerAlnum(QChar c)
 {
     return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9');

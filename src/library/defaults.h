@@ -6,7 +6,6 @@
 #include <QStringList>
 #include <QUrl>
 #include <QVariantMap>
-
 #include <optional>
 
 // The user's settings: the system's keys over an INI file. Each layer adds typed accessors for
@@ -18,12 +17,10 @@
 // from before, so a later save cannot bring back a change the user was told failed. A save
 // builds on the file as it is when someone else (another Defaults, a person) has changed it;
 // until then, this object still reads the values it last read or wrote.
-class Defaults
-{
+class Defaults {
 public:
     // What the user is told when a setting couldn't be saved.
-    class NotSaved : public Error
-    {
+    class NotSaved : public Error {
     public:
         [[nodiscard]] QString description() const override;
     };
@@ -88,7 +85,8 @@ public:
     [[nodiscard]] bool checksForNewFiles() const;
     [[nodiscard]] bool setChecksForNewFiles(bool on);
 
-    // "showsUnreleasedPacks": whether packs whose files are not out yet are listed; off when absent.
+    // "showsUnreleasedPacks": whether packs whose files are not out yet are listed; off when
+    // absent.
     [[nodiscard]] bool showsUnreleasedPacks() const;
     [[nodiscard]] bool setShowsUnreleasedPacks(bool on);
 

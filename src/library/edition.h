@@ -2,7 +2,6 @@
 
 #include <QHashFunctions>
 #include <QString>
-
 #include <array>
 #include <optional>
 

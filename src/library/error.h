@@ -1,12 +1,10 @@
 #pragma once
 
 #include <QString>
-
 #include <exception>
 
 // Base of every failure Quennet throws: each one carries the sentence the user sees.
-class Error : public std::exception
-{
+class Error : public std::exception {
 public:
     [[nodiscard]] virtual QString description() const = 0;
 
@@ -18,8 +16,7 @@ private:
 };
 
 // A reply or file that does not have the expected shape.
-class DecodingError : public Error
-{
+class DecodingError : public Error {
 public:
     explicit DecodingError(QString description);
 

@@ -3,8 +3,7 @@
 #include <QUrl>
 
 // Where the bytes of a file or archive come from.
-class FileSource
-{
+class FileSource {
 public:
     enum class Kind {
         Local, // a path resolved against a base location

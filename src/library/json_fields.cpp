@@ -6,10 +6,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace JsonFields
-{
-namespace
-{
+namespace JsonFields {
+namespace {
 [[noreturn]] void fail(QLatin1StringView key, QLatin1StringView expected)
 {
     throw DecodingError(u"The value of \"%1\" is not %2."_s.arg(key, expected));
@@ -67,7 +65,8 @@ QJsonObject parseObject(const QByteArray &json)
     QJsonParseError error;
     const auto document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError)
-        throw DecodingError(u"Not JSON: %1 at offset %2."_s.arg(error.errorString()).arg(error.offset));
+        throw DecodingError(
+            u"Not JSON: %1 at offset %2."_s.arg(error.errorString()).arg(error.offset));
     if (!document.isObject())
         throw DecodingError(u"The document is not a JSON object."_s);
     return document.object();
@@ -211,7 +210,8 @@ void insertOptional(QJsonObject &object, QLatin1StringView key, const std::optio
         object.insert(key, *value);
 }
 
-void insertOptional(QJsonObject &object, QLatin1StringView key, const std::optional<QDateTime> &value)
+void insertOptional(QJsonObject &object, QLatin1StringView key,
+                    const std::optional<QDateTime> &value)
 {
     if (value)
         object.insert(key, formatTime(*value));

@@ -55,10 +55,9 @@ LibraryReply::ArchiveReply LibraryReply::ArchiveReply::fromJson(const QJsonObjec
 
 QJsonObject LibraryReply::ArchiveReply::toJson() const
 {
-    QJsonObject object { { "id"_L1, id },
-                         { "device"_L1, device },
-                         { "filename"_L1, filename },
-                         { "bytes"_L1, bytes } };
+    QJsonObject object {
+        { "id"_L1, id }, { "device"_L1, device }, { "filename"_L1, filename }, { "bytes"_L1, bytes }
+    };
     insertOptional(object, "sha256"_L1, sha256);
     insertOptional(object, "path"_L1, path);
     insertOptional(object, "url"_L1, url);
@@ -72,8 +71,8 @@ LibraryReply::PackReply LibraryReply::PackReply::fromJson(const QJsonObject &obj
         .since = optionalTime(object, "since"_L1),
         .updatedAt = optionalTime(object, "updatedAt"_L1),
         .colourways = objects<ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
-        .archives = objects<ArchiveReply>(optionalArray(object, "archives"_L1).value_or(QJsonArray()),
-                                          "archives"_L1),
+        .archives = objects<ArchiveReply>(
+            optionalArray(object, "archives"_L1).value_or(QJsonArray()), "archives"_L1),
     };
 }
 
@@ -112,8 +111,9 @@ QMap<QString, OwnedPack> LibraryReply::ownedPacks(const SourceRule &rule) const
         if (!ContentRules::isValidSlug(pack.slug))
             continue;
         // A later pack with the same slug replaces the earlier one.
-        result.insert(pack.slug, makeOwnedPack(pack.slug, pack.since, pack.updatedAt,
-                                               pack.colourways, pack.archives, rule));
+        result.insert(pack.slug,
+                      makeOwnedPack(pack.slug, pack.since, pack.updatedAt, pack.colourways,
+                                    pack.archives, rule));
     }
     return result;
 }
@@ -153,7 +153,8 @@ OwnedPack LibraryReply::makeOwnedPack(const QString &slug, std::optional<QDateTi
     }
 
     for (const auto &archive : archives) {
-        if (!ContentRules::isValidIdentifier(archive.id) || !ContentRules::isValidSlug(archive.device))
+        if (!ContentRules::isValidIdentifier(archive.id)
+            || !ContentRules::isValidSlug(archive.device))
             continue;
         // An archive with nowhere to fetch it from is as useless as such a file.
         const auto source = rule.source(archive.path, archive.url);

@@ -69,11 +69,10 @@ struct LibraryReply {
 
     // Builds one owned pack from its downloadable side, dropping entries that break the content
     // rules. Shared with the free packs of the catalogue.
-    [[nodiscard]] static OwnedPack makeOwnedPack(const QString &slug, std::optional<QDateTime> since,
-                                                 std::optional<QDateTime> updatedAt,
-                                                 const QList<ColourwayReply> &colourways,
-                                                 const QList<ArchiveReply> &archives,
-                                                 const SourceRule &rule);
+    [[nodiscard]] static OwnedPack
+    makeOwnedPack(const QString &slug, std::optional<QDateTime> since,
+                  std::optional<QDateTime> updatedAt, const QList<ColourwayReply> &colourways,
+                  const QList<ArchiveReply> &archives, const SourceRule &rule);
 
     bool operator==(const LibraryReply &) const = default;
 };

@@ -6,7 +6,6 @@
 #include <QDateTime>
 #include <QList>
 #include <QMap>
-
 #include <optional>
 
 // One downloadable picture: a colourway of a pack in one edition.
@@ -46,7 +45,8 @@ struct OwnedPack {
     QList<Archive> archives;
 
     [[nodiscard]] QList<WallpaperFile> allFiles() const;
-    [[nodiscard]] std::optional<WallpaperFile> file(const QString &colourway, Edition edition) const;
+    [[nodiscard]] std::optional<WallpaperFile> file(const QString &colourway,
+                                                    Edition edition) const;
 
     bool operator==(const OwnedPack &) const = default;
 };

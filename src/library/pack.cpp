@@ -7,8 +7,10 @@
 std::optional<QUrl> Colourway::artwork(Appearance appearance) const
 {
     const Appearance other = appearance == Appearance::Light ? Appearance::Dark : Appearance::Light;
-    for (const auto &[map, key] : { std::pair { &desktop, appearance }, { &thumbnails, appearance },
-                                    { &desktop, other }, { &thumbnails, other } }) {
+    for (const auto &[map, key] : { std::pair { &desktop, appearance },
+                                    { &thumbnails, appearance },
+                                    { &desktop, other },
+                                    { &thumbnails, other } }) {
         const auto it = map->constFind(key);
         if (it != map->cend())
             return *it;

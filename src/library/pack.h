@@ -5,7 +5,6 @@
 #include <QList>
 #include <QMap>
 #include <QUrl>
-
 #include <optional>
 
 // One named point of the day of a time-of-day wallpaper.

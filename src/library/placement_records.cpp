@@ -10,8 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Q_LOGGING_CATEGORY(lcPlacements, "app.quennet.Quennet.Placements")
 
-namespace
-{
+namespace {
 std::optional<QByteArray> readAll(const QString &path)
 {
     QFile file(path);

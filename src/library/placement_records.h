@@ -6,8 +6,7 @@
 
 // Reads and writes "placements.json", and reads "released.json", which the workspace helper
 // writes when it lets one of Quennet's placements go.
-class PlacementRecords
-{
+class PlacementRecords {
 public:
     // folder: where both files live; the application folder unless a test says otherwise.
     explicit PlacementRecords(QString folder);

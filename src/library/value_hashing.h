@@ -2,13 +2,11 @@
 
 #include <QHashFunctions>
 #include <QMap>
-
 #include <optional>
 
 // Hashing helpers for the model values, which hash by every field in declaration order.
 
-template<typename T>
-[[nodiscard]] size_t qHash(const std::optional<T> &value, size_t seed = 0)
+template<typename T> [[nodiscard]] size_t qHash(const std::optional<T> &value, size_t seed = 0)
 {
     return value ? qHashMulti(seed, true, *value) : qHash(false, seed);
 }

@@ -2,8 +2,7 @@
 
 #include <QRandomGenerator>
 
-namespace Deck
-{
+namespace Deck {
 quint32 uniform(QRandomGenerator &random, quint32 bound)
 {
     Q_ASSERT(bound > 0);

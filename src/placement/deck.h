@@ -9,8 +9,7 @@ class QRandomGenerator;
 
 // The round-based deck the shuffle draws from: every candidate comes once per round, in an order
 // nobody can foresee, before any comes again.
-namespace Deck
-{
+namespace Deck {
 // An index below bound, each equally likely: draws whose remainder would favour the low indexes
 // are thrown away and drawn again. bound must be at least 1.
 [[nodiscard]] quint32 uniform(QRandomGenerator &random, quint32 bound);

@@ -1,20 +1,16 @@
 #include "desktop_pictures.h"
 
+#include "atomic_file.h"
 #include "gnome_slideshow.h"
 #include "heic_file.h"
 #include "picture_choice.h"
 #include "renderer.h"
 #include "wallpaper_target.h"
 
-#include "atomic_file.h"
-
-
 using namespace Qt::Literals::StringLiterals;
 
-namespace DesktopPictures
-{
-namespace
-{
+namespace DesktopPictures {
+namespace {
 QString rendered(const Renderer &renderer, const Request &request, int index)
 {
     bool undecodable = false;
@@ -38,7 +34,8 @@ std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request 
     const QString path = renderer.companionPath(request.fileId, u"xml"_s);
     if (!writeAtomically(path, GnomeSlideshow::xml(entries)))
         throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
-    const int now = PictureChoice::pictureFor(pictures, Edition::TimeOfDay, request.dark, request.time);
+    const int now =
+        PictureChoice::pictureFor(pictures, Edition::TimeOfDay, request.dark, request.time);
     return DesktopPicture { .path = path, .still = rendered(renderer, request, now) };
 }
 } // namespace
@@ -51,21 +48,24 @@ Prepared prepare(const Renderer &renderer, const Request &request)
         throw WallpaperTarget::UnreadableFile();
     if (!file)
         return { .picture = { .path = request.source } };
-    const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(file->xmp()), file->pictureCount(),
-                                             file->primaryIndex() };
+    const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(file->xmp()),
+                                             file->pictureCount(), file->primaryIndex() };
 
     if (request.edition == Edition::TimeOfDay && request.slideshow) {
         if (auto picture = slideshow(renderer, request, pictures))
             return { .picture = *picture };
     }
     if (request.edition == Edition::Automatic && request.pair) {
-        const int light = PictureChoice::pictureFor(pictures, Edition::Automatic, false, request.time);
-        const int dark = PictureChoice::pictureFor(pictures, Edition::Automatic, true, request.time);
+        const int light =
+            PictureChoice::pictureFor(pictures, Edition::Automatic, false, request.time);
+        const int dark =
+            PictureChoice::pictureFor(pictures, Edition::Automatic, true, request.time);
         if (light != dark)
             return { .picture = { .path = rendered(renderer, request, light),
                                   .dark = rendered(renderer, request, dark) } };
     }
-    const int index = PictureChoice::pictureFor(pictures, request.edition, request.dark, request.time);
+    const int index =
+        PictureChoice::pictureFor(pictures, request.edition, request.dark, request.time);
     return { .picture = { .path = rendered(renderer, request, index) },
              .nextChange = PictureChoice::nextChange(pictures, request.edition, request.time) };
 }

@@ -4,15 +4,13 @@
 #include "edition.h"
 
 #include <QTime>
-
 #include <optional>
 
 class Renderer;
 
 // Turns a wallpaper file into what the desktop is given: the rendering of the picture due now,
 // a light/dark pair where the desktop switches itself, or a timed slideshow where it follows one.
-namespace DesktopPictures
-{
+namespace DesktopPictures {
 struct Request {
     QString source; // the verified local file
     QString fileId;

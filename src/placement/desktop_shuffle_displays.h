@@ -9,8 +9,7 @@ class WallpaperSetter;
 
 // The displays as the shuffle sees them, read from Displays; what is put back goes through the
 // setter, which makes each edition's pictures.
-class DesktopShuffleDisplays : public ShuffleDisplays
-{
+class DesktopShuffleDisplays : public ShuffleDisplays {
     Q_OBJECT
 
 public:

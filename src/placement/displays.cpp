@@ -13,8 +13,7 @@ Q_LOGGING_CATEGORY(lcDisplays, "app.quennet.Quennet.Displays")
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 constexpr auto pendingWindow = 3s;
 constexpr auto settleInterval = 250ms;
 constexpr int settleSteps = 12;
@@ -47,10 +46,11 @@ Displays::Displays(DesktopBackend *backend, PlacementRecords records, std::share
     connect(m_backend, &DesktopBackend::workspaceChanged, this, &Displays::refresh);
     // qGuiApp would be a bad cast in a program without a GUI.
     if (auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
-        connect(application, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-            if (state == Qt::ApplicationActive)
-                refresh();
-        });
+        connect(application, &QGuiApplication::applicationStateChanged, this,
+                [this](Qt::ApplicationState state) {
+                    if (state == Qt::ApplicationActive)
+                        refresh();
+                });
     }
 }
 
@@ -70,13 +70,14 @@ void Displays::refresh()
         const auto wallpaper = current(screens[i], ids[i]);
         // A picture just set and not reported yet is shown as it is.
         const bool reported = wallpaper && wallpaper == m_backend->picture(screens[i]);
-        all.append({ .id = ids[i],
-                     .name = displayName(screens[i]),
-                     .frame = QRectF(screens[i].geometry.translated(-origin)),
-                     .isMain = i == 0,
-                     .wallpaper = wallpaper,
-                     .thumbnail = reported ? m_backend->thumbnail(screens[i], false) : wallpaper,
-                     .thumbnailDark = reported ? m_backend->thumbnail(screens[i], true) : wallpaper });
+        all.append(
+            { .id = ids[i],
+              .name = displayName(screens[i]),
+              .frame = QRectF(screens[i].geometry.translated(-origin)),
+              .isMain = i == 0,
+              .wallpaper = wallpaper,
+              .thumbnail = reported ? m_backend->thumbnail(screens[i], false) : wallpaper,
+              .thumbnailDark = reported ? m_backend->thumbnail(screens[i], true) : wallpaper });
     }
     if (all == m_all)
         return;
@@ -151,7 +152,10 @@ QCoro::Task<> Displays::put(DesktopPicture picture, std::optional<Placement> pla
     for (qsizetype i = 0; i < targets.size(); ++i) {
         if (!changed.contains(targets[i].connector))
             continue;
-        m_pending.insert(targetIds[i], { picture.path, m_clock->now().addMSecs(std::chrono::milliseconds(pendingWindow).count()) });
+        m_pending.insert(
+            targetIds[i],
+            { picture.path,
+              m_clock->now().addMSecs(std::chrono::milliseconds(pendingWindow).count()) });
         if (placement)
             m_file.placements.insert(targetIds[i], *placement);
         recorded = true;

@@ -8,7 +8,6 @@
 #include <QHash>
 #include <QObject>
 #include <QRectF>
-
 #include <memory>
 #include <optional>
 
@@ -18,8 +17,7 @@ class Clock;
 // Which displays are attached, what each shows, and which of the user's wallpapers was put on
 // which: the only caller of the desktop's set-picture operation and the only writer of
 // "placements.json".
-class Displays : public QObject
-{
+class Displays : public QObject {
     Q_OBJECT
     Q_PROPERTY(QList<Display> all READ all NOTIFY allChanged)
     Q_PROPERTY(bool useOnAllSpaces READ useOnAllSpaces WRITE setUseOnAllSpaces NOTIFY
@@ -75,7 +73,8 @@ public:
 
     // The current-picture rule: what the desktop reports, unless a picture set less than 3 s ago
     // has not reached it yet.
-    [[nodiscard]] std::optional<QString> current(const DesktopScreen &screen, const QString &displayId);
+    [[nodiscard]] std::optional<QString> current(const DesktopScreen &screen,
+                                                 const QString &displayId);
     [[nodiscard]] std::optional<Placement> placement(const QString &displayId) const;
     // Whether a display shows the wallpaper recorded for it, rather than something chosen in
     // your desktop settings ("Not from your packs").

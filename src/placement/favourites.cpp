@@ -4,8 +4,7 @@
 
 #include <QLoggingCategory>
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcFavourites, "app.quennet.Quennet.Favourites")
 }
 

@@ -7,8 +7,7 @@ class Defaults;
 
 // The user's favourite colourways, newest first, kept under "favouriteColourways": the hearts in
 // the panel, the favourite automation and the shuffle's favourites all go through it.
-class Favourites : public QObject
-{
+class Favourites : public QObject {
     Q_OBJECT
     Q_PROPERTY(QStringList keys READ keys WRITE setKeys NOTIFY keysChanged)
 

@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // Empty text is "automatic"; anything unknown is none.
 std::optional<EditionOption> editionOption(const QString &raw)
 {
@@ -93,7 +92,8 @@ void FocusFilter::apply()
     if (!m_started || !m_shuffle || !m_watcher || !m_watcher->isKnown())
         return;
     if (m_watcher->isOn() && !m_wallpaper.isEmpty())
-        m_shuffle->setFocus(m_wallpaper, toEdition(editionOption(m_edition).value_or(EditionOption::Automatic)));
+        m_shuffle->setFocus(m_wallpaper,
+                            toEdition(editionOption(m_edition).value_or(EditionOption::Automatic)));
     else
         m_shuffle->setFocus(std::nullopt);
 }

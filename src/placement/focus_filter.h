@@ -14,8 +14,7 @@ class ShuffleStore;
 // The Do Not Disturb wallpaper: the setting ("focusFilterWallpaper", "focusFilterEdition") and
 // what carries it out. While the desktop's Do Not Disturb is on, the shuffle shows the chosen
 // wallpaper; when it turns off, or the setting is cleared, the shuffle puts back what was there.
-class FocusFilter : public QObject
-{
+class FocusFilter : public QObject {
     Q_OBJECT
     // The chosen colourway's key; empty for none.
     Q_PROPERTY(QString wallpaper READ wallpaper WRITE setWallpaper NOTIFY filterChanged)

@@ -7,8 +7,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace JsonFields;
 
-namespace
-{
+namespace {
 QJsonObject toJson(const FocusRecord::Entry &entry)
 {
     QJsonObject previous;

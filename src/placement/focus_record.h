@@ -5,7 +5,6 @@
 
 #include <QDateTime>
 #include <QMap>
-
 #include <optional>
 
 // What the Do Not Disturb wallpaper was put over, display by display, so that it can be put back
@@ -34,8 +33,7 @@ struct FocusRecord {
 
     // A saved picture cannot be put back: its file is gone and it is none of the user's
     // wallpapers, or the store no longer has it.
-    class CannotRestore : public Error
-    {
+    class CannotRestore : public Error {
     public:
         explicit CannotRestore(QString description);
 

@@ -9,13 +9,11 @@
 
 #include <QLoggingCategory>
 #include <QPointer>
-
 #include <functional>
 
 Q_LOGGING_CATEGORY(lcFollowing, "app.quennet.Quennet.Following")
 
-namespace
-{
+namespace {
 // Qt timers stop during suspend: a wake counts from the wall clock again after every wake of the
 // computer, when the next look schedules anew.
 QCoro::Task<> sleepThenFollow(std::shared_ptr<Clock> clock, std::shared_ptr<CancelToken> token,

@@ -3,7 +3,6 @@
 #include <QCoroTask>
 #include <QDateTime>
 #include <QObject>
-
 #include <memory>
 #include <optional>
 
@@ -17,8 +16,7 @@ class WallpaperSetter;
 // Keeps light/dark and time-of-day wallpapers on the picture due now, where the desktop does not
 // switch them itself: from start-up, at each phase time, after every wake, and whenever the
 // colour scheme, the screens or what the desktop says it shows change.
-class Following : public QObject
-{
+class Following : public QObject {
     Q_OBJECT
 
 public:

@@ -9,8 +9,7 @@ class Shop;
 
 // The library store as the shuffle sees it: the colourways of the user's packs in library
 // order, and a set that downloads first so that a failed download is told apart.
-class ShopShuffleStore : public ShuffleStore
-{
+class ShopShuffleStore : public ShuffleStore {
     Q_OBJECT
 
 public:

@@ -18,8 +18,7 @@ using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
 
-namespace
-{
+namespace {
 // Long enough for the screens to settle after a change.
 constexpr auto screensSettle = 2s;
 

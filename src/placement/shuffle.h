@@ -29,8 +29,7 @@ class SleepWatcher;
 // of their packs, the same pick on every display or a different one on each. The panel's shuffle
 // block and the settings pane observe it. It also keeps the Do Not Disturb wallpaper's state,
 // since that wallpaper and a shuffle must not fight over a display.
-class Shuffle : public QObject
-{
+class Shuffle : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isOn READ isOn WRITE setOn NOTIFY isOnChanged)
     Q_PROPERTY(
@@ -54,8 +53,7 @@ public:
     using FocusRecord = ::FocusRecord;
 
     // There is nothing in the source to pick from.
-    class NothingToShuffle : public Error
-    {
+    class NothingToShuffle : public Error {
     public:
         explicit NothingToShuffle(Source source);
 

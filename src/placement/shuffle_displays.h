@@ -8,8 +8,7 @@
 
 // What the shuffle needs of the displays: which are attached, in the desktop's order, what was
 // put on each and whether it still shows that. The composition root implements it over Displays.
-class ShuffleDisplays : public QObject
-{
+class ShuffleDisplays : public QObject {
     Q_OBJECT
 
 public:

@@ -1,11 +1,10 @@
 // The Do Not Disturb wallpaper's part of Shuffle: putting it on, and putting back what it covered.
 
-#include "shuffle.h"
-
 #include "async_mutex.h"
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
+#include "shuffle.h"
 #include "shuffle_log.h"
 #include "shuffle_store.h"
 
@@ -14,8 +13,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 // A failed restore of a display is not tried again sooner.
 constexpr auto retryDelay = 300s;
 
@@ -45,9 +43,10 @@ void Shuffle::setFocus(const std::optional<QString> &wallpaper, Edition edition)
     if (m_focus && m_focus->wallpaper == *wallpaper && m_focus->edition == raw
         && !m_focusAwaitsChoices) {
         const auto screens = m_services.displays->screens();
-        const bool everywhere = std::all_of(screens.begin(), screens.end(), [&](const auto &screen) {
-            return m_focus->entries.value(screen.id).focusSetAt.isValid();
-        });
+        const bool everywhere =
+            std::all_of(screens.begin(), screens.end(), [&](const auto &screen) {
+                return m_focus->entries.value(screen.id).focusSetAt.isValid();
+            });
         // Already on, or still being put on.
         if (everywhere || m_focusChange)
             return;
@@ -178,8 +177,9 @@ void Shuffle::choicesChanged()
     if (m_focusAwaitsChoices && m_focus) {
         m_focusAwaitsChoices = false;
         ++m_focusGeneration;
-        m_focusChange = changeFocus(this, m_focusGeneration, m_focus->wallpaper,
-                                    editionFromRawValue(m_focus->edition).value_or(Edition::Automatic));
+        m_focusChange =
+            changeFocus(this, m_focusGeneration, m_focus->wallpaper,
+                        editionFromRawValue(m_focus->edition).value_or(Edition::Automatic));
     }
     restorePending();
 }
@@ -259,9 +259,8 @@ QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
             if (!self)
                 co_return;
             // A new Do Not Disturb wallpaper took the entries back meanwhile.
-            ids.removeIf([&](const QString &restored) {
-                return !self->m_pending.contains(restored);
-            });
+            ids.removeIf(
+                [&](const QString &restored) { return !self->m_pending.contains(restored); });
             if (self->m_focus || ids.isEmpty())
                 continue;
             if (failure) {
@@ -287,8 +286,8 @@ QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QStringList displayIds
                                   FocusRecord::Entry entry)
 {
     const auto &previous = entry.previous;
-    const QString path = previous.placement ? previous.placement->path
-                                            : previous.path.value_or(QString());
+    const QString path =
+        previous.placement ? previous.placement->path : previous.path.value_or(QString());
     if (self->m_services.displays->canRestore(path, previous.placement)) {
         std::optional<Placement> placement = previous.placement;
         // Set anew: a release or a user's choice of before must not count against it.
@@ -298,8 +297,8 @@ QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QStringList displayIds
         co_return;
     }
     if (previous.placement) {
-        const auto choice = self->choiceFor(previous.placement->pack + u'/'
-                                            + previous.placement->colourway);
+        const auto choice =
+            self->choiceFor(previous.placement->pack + u'/' + previous.placement->colourway);
         if (!choice)
             throw FocusRecord::CannotRestore(u"That wallpaper isn't in your packs."_s);
         const Edition edition =
@@ -308,7 +307,8 @@ QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QStringList displayIds
         co_return;
     }
     if (!path.isEmpty())
-        throw FocusRecord::CannotRestore(u"The picture \u201c%1\u201d is no longer there."_s.arg(path));
+        throw FocusRecord::CannotRestore(
+            u"The picture \u201c%1\u201d is no longer there."_s.arg(path));
     // Nothing is known to put back: the entry simply goes.
 }
 

@@ -11,8 +11,7 @@
 using ShuffleSettings::Interval;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 constexpr qint64 msecsPerDay = 24 * 60 * 60 * 1000;
 
 QDateTime utc(qint64 msecs)

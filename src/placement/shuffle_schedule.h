@@ -17,8 +17,7 @@ class QTimeZone;
 // When scheduled shuffles are due: at the first boundary of the user's calendar, in the user's
 // time zone, after the anchor, and not while it is quiet around sleep or after a failure. Qt's
 // timers stop during sleep, so the due moment is re-armed at every wake and every change.
-class ShuffleSchedule : public QObject
-{
+class ShuffleSchedule : public QObject {
     Q_OBJECT
 
 public:

@@ -3,8 +3,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace ShuffleSettings
-{
+namespace ShuffleSettings {
 QString rawValue(Interval interval)
 {
     switch (interval) {

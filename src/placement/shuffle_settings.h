@@ -6,8 +6,7 @@
 
 // How often the shuffle changes the wallpaper and where it draws from, with the raw texts the
 // user's settings keep them as.
-namespace ShuffleSettings
-{
+namespace ShuffleSettings {
 Q_NAMESPACE
 
 enum class Interval { Hour, SixHours, Day, Week };

@@ -10,15 +10,13 @@
 
 // What the shuffle needs of the library store: the colourways it may pick and the request that
 // sets one. The composition root implements it over the store.
-class ShuffleStore : public QObject
-{
+class ShuffleStore : public QObject {
     Q_OBJECT
 
 public:
     // The pick's file could not be had: no edition of it, not in the packs any more, or its
     // download failed. Carries the cause's sentence.
-    class DownloadFailed : public Error
-    {
+    class DownloadFailed : public Error {
     public:
         explicit DownloadFailed(QString description);
 

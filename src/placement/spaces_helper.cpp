@@ -14,8 +14,7 @@ Q_LOGGING_CATEGORY(lcSpaces, "app.quennet.Quennet.Spaces")
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 // Long enough for the session to let go of the old helper before the new one is registered.
 constexpr auto reregisterWait = 10s;
 } // namespace
@@ -23,7 +22,8 @@ constexpr auto reregisterWait = 10s;
 SpacesHelper::SpacesHelper(Services services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
-    , m_entry(QLatin1StringView(bundleIdentifier) + u".helper.desktop"_s, m_services.autostartFolder)
+    , m_entry(QLatin1StringView(bundleIdentifier) + u".helper.desktop"_s,
+              m_services.autostartFolder)
     , m_token(std::make_shared<CancelToken>())
 {
     readStatus();
@@ -73,10 +73,10 @@ void SpacesHelper::setWanted(bool on)
 
 void SpacesHelper::registerHelper()
 {
-    const QString error = m_entry.write(
-        {.title = u"Quennet workspace helper"_s,
-         .comment = u"Keeps the wallpaper you set in Quennet on every workspace"_s,
-         .program = m_services.program});
+    const QString error =
+        m_entry.write({ .title = u"Quennet workspace helper"_s,
+                        .comment = u"Keeps the wallpaper you set in Quennet on every workspace"_s,
+                        .program = m_services.program });
     if (!error.isEmpty()) {
         qCCritical(lcSpaces, "Login item not changed: %s", qUtf8Printable(error));
     } else if (!m_services.defaults->setHelperStartedByBuild(m_services.build)) {
@@ -106,7 +106,8 @@ QCoro::Task<> SpacesHelper::checkRunning(QPointer<SpacesHelper> self,
         co_return;
     self->m_hasCheckedRunning = true;
     const auto startedBy = self->m_services.defaults->helperStartedByBuild();
-    if (self->m_entry.state() == AutostartEntry::State::Absent || startedBy == self->m_services.build)
+    if (self->m_entry.state() == AutostartEntry::State::Absent
+        || startedBy == self->m_services.build)
         co_return;
     qCInfo(lcSpaces) << "The helper is of build" << startedBy.value_or(u"(unknown)"_s)
                      << "; this is" << self->m_services.build;

@@ -6,7 +6,6 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
-
 #include <memory>
 
 class CancelToken;
@@ -18,8 +17,9 @@ class HelperProcess;
 // (app.quennet.Quennet.helper.desktop), registered while "Use on all workspaces" is on, the
 // status of that registration, and the running helper, which hears of every new placement. A
 // helper left running by an older build is ended and registered again at start-up.
-class SpacesHelper : public QObject, public WorkspaceHelper
-{
+class SpacesHelper
+    : public QObject
+    , public WorkspaceHelper {
     Q_OBJECT
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
     Q_PROPERTY(bool isWanted READ isWanted NOTIFY isWantedChanged)
@@ -65,7 +65,8 @@ Q_SIGNALS:
     void isWantedChanged();
 
 private:
-    static QCoro::Task<> checkRunning(QPointer<SpacesHelper> self, std::shared_ptr<CancelToken> token,
+    static QCoro::Task<> checkRunning(QPointer<SpacesHelper> self,
+                                      std::shared_ptr<CancelToken> token,
                                       std::shared_ptr<Clock> clock);
     void registerHelper();
     void unregisterHelper();

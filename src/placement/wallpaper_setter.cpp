@@ -16,8 +16,7 @@ Q_LOGGING_CATEGORY(lcSetter, "app.quennet.Quennet.Wallpaper")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictures::Request request)
 {
     // A failure crosses threads as text: QFuture carries only QException subclasses.
@@ -76,11 +75,12 @@ DesktopPictures::Request WallpaperSetter::request(QString source, QString fileId
              .time = m_clock->now().toLocalTime().time(),
              .pair = capabilities.testFlag(DesktopBackend::Capability::LightDarkPair),
              // A slideshow file cannot be cut into one display's part of a spanned picture.
-             .slideshow = everyDisplay && capabilities.testFlag(DesktopBackend::Capability::TimedSlideshow) };
+             .slideshow = everyDisplay
+                 && capabilities.testFlag(DesktopBackend::Capability::TimedSlideshow) };
 }
 
-QCoro::Task<> WallpaperSetter::setWallpaper(WallpaperFile file, QString localPath, Placement placement,
-                                            QStringList displayIds)
+QCoro::Task<> WallpaperSetter::setWallpaper(WallpaperFile file, QString localPath,
+                                            Placement placement, QStringList displayIds)
 {
     co_await show(std::move(localPath), file.id, file.edition, std::move(placement),
                   std::move(displayIds));
@@ -95,7 +95,8 @@ QCoro::Task<> WallpaperSetter::show(QString source, QString fileId, Edition edit
     const QPointer<WallpaperSetter> self(this);
     ++m_setting[source];
     try {
-        const auto ready = co_await prepared(m_renderer, request(source, fileId, edition, everyDisplay));
+        const auto ready =
+            co_await prepared(m_renderer, request(source, fileId, edition, everyDisplay));
         if (!self)
             co_return;
         co_await m_displays->set(ready.picture, std::move(placement), std::move(displayIds));
@@ -115,7 +116,8 @@ void WallpaperSetter::setDone(const QString &source)
     if (--m_setting[source] <= 0)
         m_setting.remove(source);
     // Renderings of files no display shows any more would fill the disk set after set.
-    m_renderer.prune([this](const QString &file) { return m_setting.contains(file) || isShown(file); });
+    m_renderer.prune(
+        [this](const QString &file) { return m_setting.contains(file) || isShown(file); });
 }
 
 QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,
@@ -172,7 +174,8 @@ QCoro::Task<std::optional<QTime>> WallpaperSetter::follow()
             if (ready.picture.path != placement->path)
                 co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
         } catch (const Error &error) {
-            qCWarning(lcSetter) << "Could not switch the picture of" << display.name << error.what();
+            qCWarning(lcSetter) << "Could not switch the picture of" << display.name
+                                << error.what();
         }
         if (!self)
             co_return std::nullopt;
@@ -184,7 +187,8 @@ bool WallpaperSetter::isShown(const QString &localPath) const
 {
     for (const Displays::Display &display : m_displays->all()) {
         if (display.wallpaper
-            && (*display.wallpaper == localPath || m_renderer.sourceOf(*display.wallpaper) == localPath))
+            && (*display.wallpaper == localPath
+                || m_renderer.sourceOf(*display.wallpaper) == localPath))
             return true;
     }
     return false;

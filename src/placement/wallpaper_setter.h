@@ -6,22 +6,21 @@
 
 #include <QDateTime>
 #include <QObject>
-
 #include <memory>
 
 class Clock;
 class ColourScheme;
 class Displays;
-namespace DesktopPictures
-{
+namespace DesktopPictures {
 struct Request;
 }
 
 // Sets the store's verified files on displays through the rendering they need, and puts up the
 // picture due now of light/dark and time-of-day wallpapers where the desktop does not switch
 // them itself.
-class WallpaperSetter : public QObject, public WallpaperTarget
-{
+class WallpaperSetter
+    : public QObject
+    , public WallpaperTarget {
     Q_OBJECT
 
 public:

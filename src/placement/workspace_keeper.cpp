@@ -17,8 +17,7 @@ Q_LOGGING_CATEGORY(lcKeeper, "app.quennet.Quennet.Spaces.Helper")
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 // A picture change is judged once it has settled, and once Quennet, which sets the picture
 // before it writes the placement, has written it.
 constexpr auto settle = 3s;
@@ -31,8 +30,9 @@ bool writeReleased(const QString &path, const QString &displayId, qint64 setAt)
     if (file.open(QIODevice::ReadOnly))
         released = QJsonDocument::fromJson(file.readAll()).object().value("released"_L1).toObject();
     released.insert(displayId, setAt);
-    return writeAtomically(path, QJsonDocument(QJsonObject { { "released"_L1, released } })
-                                     .toJson(QJsonDocument::Compact));
+    return writeAtomically(
+        path,
+        QJsonDocument(QJsonObject { { "released"_L1, released } }).toJson(QJsonDocument::Compact));
 }
 } // namespace
 
@@ -61,7 +61,9 @@ QCoro::Task<> WorkspaceKeeper::start()
     if (!self)
         co_return;
     qCInfo(lcKeeper) << "Keeping wallpapers on every workspace of" << m_backend->name()
-                     << (m_backend->keepsPicturePerWorkspace() ? "" : "(which shares one picture: nothing to do)");
+                     << (m_backend->keepsPicturePerWorkspace()
+                             ? ""
+                             : "(which shares one picture: nothing to do)");
     co_await reapply();
 }
 
@@ -92,7 +94,8 @@ QCoro::Task<> WorkspaceKeeper::reapply()
             const QList<DesktopScreen> targets { screens[i] };
             co_await m_backend->setPicture(picture, targets);
         } catch (const Error &error) {
-            qCWarning(lcKeeper) << "Couldn't keep the wallpaper on this workspace:" << error.description();
+            qCWarning(lcKeeper) << "Couldn't keep the wallpaper on this workspace:"
+                                << error.description();
         }
         if (!self)
             co_return;

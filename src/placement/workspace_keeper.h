@@ -5,7 +5,6 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
-
 #include <memory>
 
 class CancelToken;
@@ -17,8 +16,7 @@ class DesktopBackend;
 // workspace switched to, while "Use on all workspaces" is on; when the user chooses another
 // picture for a display in the desktop's settings, it lets that placement go and says so in
 // "released.json". Where the desktop shares one picture across workspaces it does nothing.
-class WorkspaceKeeper : public QObject
-{
+class WorkspaceKeeper : public QObject {
     Q_OBJECT
 
 public:

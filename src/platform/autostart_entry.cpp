@@ -1,24 +1,24 @@
 #include "autostart_entry.h"
 
+#include "atomic_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include "atomic_file.h"
-
 #include <QStandardPaths>
-
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
-// Exec quoting of the desktop entry format: an argument with spaces or reserved characters goes in quotes.
+namespace {
+// Exec quoting of the desktop entry format: an argument with spaces or reserved characters goes in
+// quotes.
 QString quoted(const QString &argument)
 {
     static const QString reserved = uR"( "'\><~|&;$*?#()`)"_s;
-    if (!argument.isEmpty()
-        && std::none_of(argument.begin(), argument.end(), [](QChar c) { return reserved.contains(c); }))
+    if (!argument.isEmpty() && std::none_of(argument.begin(), argument.end(), [](QChar c) {
+            return reserved.contains(c);
+        }))
         return argument;
     QString escaped;
     for (const QChar c : argument) {
@@ -52,9 +52,10 @@ QString firstArgument(const QString &exec)
 } // namespace
 
 AutostartEntry::AutostartEntry(QString name, QString folder)
-    : m_path((folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+    : m_path((folder.isEmpty()
+                  ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                       + u"/autostart"_s
-                                : folder)
+                  : folder)
              + u'/' + name)
 {
 }
@@ -103,9 +104,8 @@ QString AutostartEntry::write(const Contents &contents) const
         exec.append(quoted(argument));
     // Written by hand: QSettings would escape the group name and quote the values. TryExec lets
     // the session pass over an entry whose program was uninstalled.
-    QString entry = u"[Desktop Entry]\nType=Application\nName="_s + contents.title
-        + u"\nComment="_s + contents.comment + u"\nTryExec="_s + contents.program
-        + u"\nExec="_s + exec.join(u' ')
+    QString entry = u"[Desktop Entry]\nType=Application\nName="_s + contents.title + u"\nComment="_s
+        + contents.comment + u"\nTryExec="_s + contents.program + u"\nExec="_s + exec.join(u' ')
         + u"\nIcon=app.quennet.Quennet\nTerminal=false\nX-GNOME-Autostart-enabled=true\n"_s;
     if (!contents.listed)
         entry += u"NoDisplay=true\n"_s;

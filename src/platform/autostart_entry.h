@@ -1,13 +1,11 @@
 #pragma once
 
 #include <QStringList>
-
 #include <optional>
 
 // One XDG autostart entry in $XDG_CONFIG_HOME/autostart: the session starts its program at
 // login. Registered means the file exists and is not Hidden=true; unregistering deletes it.
-class AutostartEntry
-{
+class AutostartEntry {
 public:
     enum class State {
         Absent, // no file, or Hidden=true

@@ -7,8 +7,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto service = u"org.freedesktop.portal.Desktop"_s;
 const auto path = u"/org/freedesktop/portal/desktop"_s;
 const auto interface = u"org.freedesktop.portal.Settings"_s;
@@ -34,16 +33,18 @@ ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
         m_known = true;
         return;
     }
-    m_bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
+                  SLOT(settingChanged(QDBusMessage)));
     auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
     message << group << key;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
-        const QDBusPendingReply<QDBusVariant> reply = *call;
-        // Without a portal the session stays light.
-        take(reply.isError() ? QVariant(0U) : reply.value().variant());
-        call->deleteLater();
-    });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *call) {
+                const QDBusPendingReply<QDBusVariant> reply = *call;
+                // Without a portal the session stays light.
+                take(reply.isError() ? QVariant(0U) : reply.value().variant());
+                call->deleteLater();
+            });
 }
 
 void ColourScheme::settingChanged(const QDBusMessage &message)

@@ -9,8 +9,7 @@ class QDBusMessage;
 // (org.freedesktop.appearance color-scheme). Light until the portal says otherwise. It also tells
 // when KDE's colour scheme is replaced, since its colours can change while dark stays dark.
 // changed() comes once when the first answer is in, whatever it is, and at every change after.
-class ColourScheme : public QObject
-{
+class ColourScheme : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
 

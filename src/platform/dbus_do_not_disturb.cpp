@@ -12,8 +12,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto notifications = u"org.freedesktop.Notifications"_s;
 const auto notificationsPath = u"/org/freedesktop/Notifications"_s;
 const auto properties = u"org.freedesktop.DBus.Properties"_s;
@@ -48,8 +47,8 @@ void ask(const QDBusConnection &bus, QDBusMessage message, QObject *receiver,
 {
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), receiver);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, receiver,
-                     [receiver, take = std::move(take), again = std::move(again)](
-                         QDBusPendingCallWatcher *call) {
+                     [receiver, take = std::move(take),
+                      again = std::move(again)](QDBusPendingCallWatcher *call) {
                          call->deleteLater();
                          const QDBusMessage reply = call->reply();
                          if (reply.type() == QDBusMessage::ReplyMessage) {
@@ -57,7 +56,8 @@ void ask(const QDBusConnection &bus, QDBusMessage message, QObject *receiver,
                          } else if (meansOff(QDBusError(reply))) {
                              take(QVariant());
                          } else {
-                             qCWarning(lcDoNotDisturb, "Couldn't read the Do Not Disturb filter: %s",
+                             qCWarning(lcDoNotDisturb,
+                                       "Couldn't read the Do Not Disturb filter: %s",
                                        qUtf8Printable(reply.errorMessage()));
                              QTimer::singleShot(std::chrono::seconds(1), receiver, again);
                          }
@@ -79,7 +79,8 @@ NotificationsDoNotDisturb::NotificationsDoNotDisturb(const QDBusConnection &bus,
     // A server that starts or ends later: Plasma's comes up with the session.
     auto *watcher = new QDBusServiceWatcher(notifications, m_bus,
                                             QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &NotificationsDoNotDisturb::read);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            &NotificationsDoNotDisturb::read);
     read();
 }
 
@@ -90,13 +91,16 @@ QString NotificationsDoNotDisturb::name() const
 
 void NotificationsDoNotDisturb::read()
 {
-    auto message = QDBusMessage::createMethodCall(notifications, notificationsPath, properties, u"Get"_s);
+    auto message =
+        QDBusMessage::createMethodCall(notifications, notificationsPath, properties, u"Get"_s);
     message << notifications << u"Inhibited"_s;
-    ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); },
+    ask(
+        m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); },
         [this] { read(); });
 }
 
-void NotificationsDoNotDisturb::propertiesChanged(const QString &interface, const QVariantMap &changed,
+void NotificationsDoNotDisturb::propertiesChanged(const QString &interface,
+                                                  const QVariantMap &changed,
                                                   const QStringList &invalidated)
 {
     if (interface != notifications)
@@ -118,9 +122,8 @@ XfconfDoNotDisturb::XfconfDoNotDisturb(const QDBusConnection &bus, QObject *pare
     }
     // From any sender: xfconfd is started on demand, perhaps after this, and a match on its
     // name would miss it.
-    const bool following =
-        m_bus.connect(QString(), xfconfPath, xfconf, u"PropertyChanged"_s, this,
-                      SLOT(propertySignal(QDBusMessage)))
+    const bool following = m_bus.connect(QString(), xfconfPath, xfconf, u"PropertyChanged"_s, this,
+                                         SLOT(propertySignal(QDBusMessage)))
         && m_bus.connect(QString(), xfconfPath, xfconf, u"PropertyRemoved"_s, this,
                          SLOT(propertySignal(QDBusMessage)));
     if (!following)
@@ -137,15 +140,18 @@ void XfconfDoNotDisturb::read()
 {
     auto message = QDBusMessage::createMethodCall(xfconf, xfconfPath, xfconf, u"GetProperty"_s);
     message << channel << dndProperty;
-    ask(m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); },
+    ask(
+        m_bus, message, this, [this](const QVariant &value) { setOn(value.toBool()); },
         [this] { read(); });
 }
 
 void XfconfDoNotDisturb::propertySignal(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    if (arguments.size() < 2 || arguments[0].toString() != channel || arguments[1].toString() != dndProperty)
+    if (arguments.size() < 2 || arguments[0].toString() != channel
+        || arguments[1].toString() != dndProperty)
         return;
     // PropertyChanged carries the new value; PropertyRemoved leaves it off.
-    setOn(message.member() == "PropertyChanged"_L1 && arguments.size() == 3 && unwrap(arguments[2]).toBool());
+    setOn(message.member() == "PropertyChanged"_L1 && arguments.size() == 3
+          && unwrap(arguments[2]).toBool());
 }

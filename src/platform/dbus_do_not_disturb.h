@@ -9,8 +9,7 @@
 
 // KDE Plasma's Do Not Disturb: the Inhibited property of the notification server
 // (org.freedesktop.Notifications on /org/freedesktop/Notifications). Off while no server runs.
-class NotificationsDoNotDisturb : public DoNotDisturb
-{
+class NotificationsDoNotDisturb : public DoNotDisturb {
     Q_OBJECT
 
 public:
@@ -29,8 +28,7 @@ private:
 };
 
 // XFCE's Do Not Disturb: xfce4-notifyd's /do-not-disturb in xfconf, over D-Bus.
-class XfconfDoNotDisturb : public DoNotDisturb
-{
+class XfconfDoNotDisturb : public DoNotDisturb {
     Q_OBJECT
 
 public:

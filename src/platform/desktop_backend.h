@@ -6,7 +6,6 @@
 #include <QList>
 #include <QObject>
 #include <QRect>
-
 #include <functional>
 #include <optional>
 
@@ -36,8 +35,7 @@ struct DesktopPicture {
 
 // The desktop refused a picture, or its settings could not be reached; the desktop's own words.
 // A desktop asked screen by screen may have taken the picture on some before it refused.
-class DesktopError : public Error
-{
+class DesktopError : public Error {
 public:
     explicit DesktopError(QString description, QStringList changedConnectors = {});
 
@@ -45,7 +43,10 @@ public:
     // The screens that show the new picture all the same.
     [[nodiscard]] QStringList changedConnectors() const { return m_changed; }
 
-    bool operator==(const DesktopError &other) const { return m_description == other.m_description; }
+    bool operator==(const DesktopError &other) const
+    {
+        return m_description == other.m_description;
+    }
 
 private:
     QString m_description;
@@ -55,8 +56,7 @@ private:
 // The one way to the desktop's wallpaper: which screens there are, what each shows, setting a
 // picture on some of them, and hearing about changes made elsewhere. One subclass per desktop
 // family; capabilities() says what that family can do.
-class DesktopBackend : public QObject
-{
+class DesktopBackend : public QObject {
     Q_OBJECT
 
 public:
@@ -88,7 +88,8 @@ public:
     // What a thumbnail of the screen shows in light or dark: where the desktop switches a
     // light/dark pair or follows a slideshow itself, the picture it puts up, not the file it
     // was given. By default picture().
-    [[nodiscard]] virtual std::optional<QString> thumbnail(const DesktopScreen &screen, bool dark) const
+    [[nodiscard]] virtual std::optional<QString> thumbnail(const DesktopScreen &screen,
+                                                           bool dark) const
     {
         Q_UNUSED(dark);
         return picture(screen);

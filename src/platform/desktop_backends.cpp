@@ -9,15 +9,13 @@
 #include "xfce_backend.h"
 
 #include <QDBusConnection>
-
 #include <QLoggingCategory>
 
 Q_LOGGING_CATEGORY(lcBackends, "app.quennet.Quennet.Desktop")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace DesktopBackends
-{
+namespace DesktopBackends {
 DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObject *parent)
 {
     DesktopBackend *backend = nullptr;
@@ -30,13 +28,14 @@ DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObje
     else if (XfceBackend::isXfce(currentDesktop))
         backend = new XfceBackend(QDBusConnection::sessionBus(), parent);
     else if (const auto family = GnomeBackend::familyOf(currentDesktop);
-        family && GnomeBackend::isAvailable(*family))
+             family && GnomeBackend::isAvailable(*family))
         backend = new GnomeBackend(*family, folder, parent);
     // XWayland sets DISPLAY too, and a picture on its root window is seen by no one.
     else if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         backend = new X11Backend(folder + u"/desktop-x11.json"_s, parent);
     else
-        backend = new PortalBackend(QDBusConnection::sessionBus(), folder + u"/desktop-portal.json"_s, parent);
+        backend = new PortalBackend(QDBusConnection::sessionBus(),
+                                    folder + u"/desktop-portal.json"_s, parent);
     qCInfo(lcBackends) << "Desktop" << currentDesktop << "uses" << backend->name();
     return backend;
 }

@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // Quennet's own namespace for display names.
 const QUuid displayNamespace = QUuid::createUuidV5(QUuid(u"6ba7b811-9dad-11d1-80b4-00c04fd430c8"_s),
                                                    u"https://quennet.app/display"_s);
@@ -62,6 +61,7 @@ QList<QString> displayIds(const QList<DesktopScreen> &screens)
 
 QString displayName(const DesktopScreen &screen)
 {
-    const QString name = QString(edidText(screen.manufacturer) + u' ' + edidText(screen.model)).trimmed();
+    const QString name =
+        QString(edidText(screen.manufacturer) + u' ' + edidText(screen.model)).trimmed();
     return name.isEmpty() ? screen.connector : name;
 }

@@ -4,8 +4,7 @@
 
 // Whether the desktop's Do Not Disturb is on, and a signal when that changes: the Linux form of
 // a Focus. One subclass per way desktops keep it; DoNotDisturbWatchers::make picks one.
-class DoNotDisturb : public QObject
-{
+class DoNotDisturb : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isOn READ isOn NOTIFY changed)
 
@@ -30,8 +29,7 @@ private:
 };
 
 // A desktop without a Do Not Disturb Quennet knows: it never turns on.
-class NoDoNotDisturb : public DoNotDisturb
-{
+class NoDoNotDisturb : public DoNotDisturb {
     Q_OBJECT
 
 public:

@@ -7,8 +7,7 @@
 #include "plasma_backend.h"
 #include "xfce_backend.h"
 
-namespace DoNotDisturbWatchers
-{
+namespace DoNotDisturbWatchers {
 DoNotDisturb *make(const QString &currentDesktop, QObject *parent)
 {
     DoNotDisturb *watcher = nullptr;
@@ -19,14 +18,15 @@ DoNotDisturb *make(const QString &currentDesktop, QObject *parent)
     } else if (const auto family = GnomeBackend::familyOf(currentDesktop)) {
         using Family = GSettingsDoNotDisturb::Family;
         const Family settings = *family == GnomeBackend::Family::Cinnamon ? Family::Cinnamon
-            : *family == GnomeBackend::Family::Mate                      ? Family::Mate
+            : *family == GnomeBackend::Family::Mate                       ? Family::Mate
                                                                           : Family::Gnome;
         if (GSettingsDoNotDisturb::isAvailable(settings))
             watcher = new GSettingsDoNotDisturb(settings, parent);
     }
     if (!watcher)
         watcher = new NoDoNotDisturb(parent);
-    qCInfo(lcDoNotDisturb) << "Desktop" << currentDesktop << "keeps Do Not Disturb in" << watcher->name();
+    qCInfo(lcDoNotDisturb) << "Desktop" << currentDesktop << "keeps Do Not Disturb in"
+                           << watcher->name();
     return watcher;
 }
 } // namespace DoNotDisturbWatchers

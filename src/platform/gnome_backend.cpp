@@ -8,15 +8,13 @@
 #include <QPointer>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
-
 #include <gio/gio.h>
 
 Q_LOGGING_CATEGORY(lcGSettings, "app.quennet.Quennet.Desktop.GSettings")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 struct Keys {
     const char *schema;
     const char *picture;
@@ -107,12 +105,14 @@ GnomeBackend::GnomeBackend(Family family, QString folder, QObject *parent)
         return;
     }
     m_settings->settings = g_settings_new_full(m_settings->schema, nullptr, nullptr);
-    m_settings->hasDark = m_settings->keys.dark && g_settings_schema_has_key(m_settings->schema, m_settings->keys.dark);
+    m_settings->hasDark = m_settings->keys.dark
+        && g_settings_schema_has_key(m_settings->schema, m_settings->keys.dark);
     // Changes made elsewhere arrive through GLib's main loop, which Qt's event dispatcher runs.
-    m_settings->handler = g_signal_connect(m_settings->settings, "changed",
-        G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
+    m_settings->handler = g_signal_connect(
+        m_settings->settings, "changed", G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
             Q_EMIT static_cast<GnomeBackend *>(self)->picturesChanged();
-        }), this);
+        }),
+        this);
 
     followQtScreens();
     connect(this, &DesktopBackend::screensChanged, this, [this] {
@@ -134,7 +134,8 @@ std::optional<GnomeBackend::Family> GnomeBackend::familyOf(const QString &curren
     for (const QString &name : currentDesktop.split(u':', Qt::SkipEmptyParts)) {
         const QString desktop = name.toLower();
         if (desktop == "gnome"_L1 || desktop == "budgie"_L1 || desktop == "unity"_L1
-            || desktop == "gnome-classic"_L1 || desktop == "gnome-flashback"_L1 || desktop == "pantheon"_L1)
+            || desktop == "gnome-classic"_L1 || desktop == "gnome-flashback"_L1
+            || desktop == "pantheon"_L1)
             return Family::Gnome;
         if (desktop == "x-cinnamon"_L1 || desktop == "cinnamon"_L1)
             return Family::Cinnamon;
@@ -177,7 +178,9 @@ DesktopBackend::Capabilities GnomeBackend::capabilities() const
 
 QString GnomeBackend::desktopPicture() const
 {
-    return m_settings->settings ? m_settings->fromSetting(m_settings->string(m_settings->keys.picture)) : QString();
+    return m_settings->settings
+        ? m_settings->fromSetting(m_settings->string(m_settings->keys.picture))
+        : QString();
 }
 
 bool GnomeBackend::isSpanned() const
@@ -199,7 +202,8 @@ std::optional<QString> GnomeBackend::thumbnail(const DesktopScreen &screen, bool
     const auto shown = picture(screen);
     if (!shown || shown != m_shown.picture(screen.connector))
         return shown;
-    const QString still = m_shown.extra(stillKey).toObject().value(screen.connector).toString(*shown);
+    const QString still =
+        m_shown.extra(stillKey).toObject().value(screen.connector).toString(*shown);
     if (!dark || !m_settings->hasDark)
         return still;
     return m_shown.extra(darkKey).toObject().value(screen.connector).toString(still);
@@ -263,7 +267,8 @@ QCoro::Task<> GnomeBackend::span()
     // Not inside the co_await expression: g++ 12 destroys such temporaries twice.
     QFuture<QStringList> composing = QtConcurrent::run(&m_composer, [light, dark, folder, hasDark] {
         return QStringList { SpannedPicture::compose(light, folder, u"spanned"_s),
-                             hasDark ? SpannedPicture::compose(dark, folder, u"spanned-dark"_s) : QString() };
+                             hasDark ? SpannedPicture::compose(dark, folder, u"spanned-dark"_s)
+                                     : QString() };
     });
     const QStringList made = co_await composing;
     // A newer arrangement is on its way, and its composition removed this one's files.
@@ -281,7 +286,8 @@ QCoro::Task<> GnomeBackend::span()
 void GnomeBackend::write(const QString &path, const std::optional<QString> &dark, bool spanned)
 {
     const Settings &s = *m_settings;
-    qCDebug(lcGSettings) << "Setting" << path << dark.value_or(QString()) << (spanned ? "spanned" : "zoom");
+    qCDebug(lcGSettings) << "Setting" << path << dark.value_or(QString())
+                         << (spanned ? "spanned" : "zoom");
     g_settings_delay(s.settings);
     s.setString(s.keys.picture, s.toSetting(path));
     if (s.hasDark)
@@ -289,6 +295,7 @@ void GnomeBackend::write(const QString &path, const std::optional<QString> &dark
     s.setString("picture-options", spanned ? u"spanned"_s : u"zoom"_s);
     g_settings_apply(s.settings);
     g_settings_sync();
-    if (desktopPicture() != path || (s.hasDark && s.fromSetting(s.string(s.keys.dark)) != dark.value_or(path)))
+    if (desktopPicture() != path
+        || (s.hasDark && s.fromSetting(s.string(s.keys.dark)) != dark.value_or(path)))
         throw DesktopError(u"Your desktop settings did not keep the picture."_s);
 }

@@ -4,15 +4,13 @@
 #include "shown_pictures.h"
 
 #include <QThreadPool>
-
 #include <memory>
 
 // The GNOME family, through GSettings: GNOME, Budgie and Unity (org.gnome.desktop.background,
 // with a light/dark pair and timed slideshows), Cinnamon and MATE. These keep one picture for all
 // monitors; different pictures per display become one spanned picture of the arrangement,
 // made again when the displays change.
-class GnomeBackend : public DesktopBackend
-{
+class GnomeBackend : public DesktopBackend {
     Q_OBJECT
 
 public:
@@ -30,7 +28,8 @@ public:
     [[nodiscard]] QString name() const override;
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] std::optional<QString> picture(const DesktopScreen &screen) const override;
-    [[nodiscard]] std::optional<QString> thumbnail(const DesktopScreen &screen, bool dark) const override;
+    [[nodiscard]] std::optional<QString> thumbnail(const DesktopScreen &screen,
+                                                   bool dark) const override;
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
 
 private:

@@ -1,14 +1,12 @@
 #include "gnome_slideshow.h"
 
 #include <QXmlStreamWriter>
-
 #include <algorithm>
 #include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace GnomeSlideshow
-{
+namespace GnomeSlideshow {
 QByteArray xml(QList<Entry> entries)
 {
     constexpr int day = 24 * 60 * 60;
@@ -31,8 +29,12 @@ QByteArray xml(QList<Entry> entries)
     writer.writeStartDocument();
     writer.writeStartElement("background"_L1);
     writer.writeStartElement("starttime"_L1);
-    for (const auto &[name, value] : { std::pair { "year"_L1, 2000 }, { "month"_L1, 1 }, { "day"_L1, 1 },
-                                       { "hour"_L1, 0 }, { "minute"_L1, 0 }, { "second"_L1, 0 } })
+    for (const auto &[name, value] : { std::pair { "year"_L1, 2000 },
+                                       { "month"_L1, 1 },
+                                       { "day"_L1, 1 },
+                                       { "hour"_L1, 0 },
+                                       { "minute"_L1, 0 },
+                                       { "second"_L1, 0 } })
         writer.writeTextElement(name, QString::number(value));
     writer.writeEndElement();
     for (qsizetype i = 0; i < changes.size(); ++i) {

@@ -5,8 +5,7 @@
 #include <QString>
 
 // GNOME's timed background file: the desktop itself switches pictures through the day.
-namespace GnomeSlideshow
-{
+namespace GnomeSlideshow {
 struct Entry {
     double dayFraction = 0; // local time the picture starts showing; 0.5 is noon
     QString path;

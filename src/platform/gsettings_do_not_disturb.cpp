@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 struct Key {
     const char *schema;
     const char *key;
@@ -31,7 +30,8 @@ Key keyOf(GSettingsDoNotDisturb::Family family)
 GSettingsSchema *lookUp(const Key &key)
 {
     GSettingsSchemaSource *source = g_settings_schema_source_get_default();
-    GSettingsSchema *schema = source ? g_settings_schema_source_lookup(source, key.schema, TRUE) : nullptr;
+    GSettingsSchema *schema =
+        source ? g_settings_schema_source_lookup(source, key.schema, TRUE) : nullptr;
     if (schema && !g_settings_schema_has_key(schema, key.key)) {
         g_settings_schema_unref(schema);
         return nullptr;
@@ -62,17 +62,20 @@ GSettingsDoNotDisturb::GSettingsDoNotDisturb(Family family, QObject *parent)
     m_settings->key = keyOf(family);
     GSettingsSchema *schema = lookUp(m_settings->key);
     if (!schema) {
-        qCWarning(lcDoNotDisturb) << "No settings key" << m_settings->key.schema << m_settings->key.key;
+        qCWarning(lcDoNotDisturb) << "No settings key" << m_settings->key.schema
+                                  << m_settings->key.key;
         setOn(false);
         return;
     }
     m_settings->settings = g_settings_new_full(schema, nullptr, nullptr);
     g_settings_schema_unref(schema);
     const QByteArray signal = QByteArrayLiteral("changed::") + m_settings->key.key;
-    m_settings->handler = g_signal_connect(m_settings->settings, signal.constData(),
-        G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
-            static_cast<GSettingsDoNotDisturb *>(self)->read();
-        }), this);
+    m_settings->handler =
+        g_signal_connect(m_settings->settings, signal.constData(),
+                         G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
+                             static_cast<GSettingsDoNotDisturb *>(self)->read();
+                         }),
+                         this);
     read();
 }
 
@@ -88,7 +91,8 @@ bool GSettingsDoNotDisturb::isAvailable(Family family)
 
 QString GSettingsDoNotDisturb::name() const
 {
-    return QString::fromLatin1(m_settings->key.schema) + u' ' + QString::fromLatin1(m_settings->key.key);
+    return QString::fromLatin1(m_settings->key.schema) + u' '
+        + QString::fromLatin1(m_settings->key.key);
 }
 
 void GSettingsDoNotDisturb::read()

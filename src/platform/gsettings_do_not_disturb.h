@@ -8,8 +8,7 @@
 // show-banners (on while false), Cinnamon's org.cinnamon.desktop.notifications
 // display-notifications (on while false) and MATE's org.mate.NotificationDaemon do-not-disturb.
 // Changes made elsewhere arrive through GLib's main loop, which Qt's event dispatcher runs.
-class GSettingsDoNotDisturb : public DoNotDisturb
-{
+class GSettingsDoNotDisturb : public DoNotDisturb {
     Q_OBJECT
 
 public:

@@ -10,7 +10,6 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
-
 #include <csignal>
 #include <sys/types.h>
 
@@ -19,8 +18,7 @@ Q_LOGGING_CATEGORY(lcHelperProcess, "app.quennet.Quennet.Spaces.Process")
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 constexpr auto quitWait = 2s;
 constexpr auto poll = 50ms;
 
@@ -91,10 +89,9 @@ void HelperProcess::placementsChanged(const QStringList &displayIds)
 {
     if (!m_bus.isConnected())
         return;
-    auto message = QDBusMessage::createMethodCall(QLatin1StringView(HelperBus::service),
-                                                  QLatin1StringView(HelperBus::path),
-                                                  QLatin1StringView(HelperBus::interface),
-                                                  u"PlacementsChanged"_s);
+    auto message = QDBusMessage::createMethodCall(
+        QLatin1StringView(HelperBus::service), QLatin1StringView(HelperBus::path),
+        QLatin1StringView(HelperBus::interface), u"PlacementsChanged"_s);
     message << displayIds;
     // Not started for this: a helper that does not run reads the placements when it starts.
     message.setAutoStartService(false);
@@ -108,10 +105,9 @@ QCoro::Task<> HelperProcess::end()
     if (!pid)
         co_return;
     if (m_bus.isConnected()) {
-        auto message = QDBusMessage::createMethodCall(QLatin1StringView(HelperBus::service),
-                                                      QLatin1StringView(HelperBus::path),
-                                                      QLatin1StringView(HelperBus::interface),
-                                                      u"Quit"_s);
+        auto message = QDBusMessage::createMethodCall(
+            QLatin1StringView(HelperBus::service), QLatin1StringView(HelperBus::path),
+            QLatin1StringView(HelperBus::interface), u"Quit"_s);
         message.setAutoStartService(false);
         m_bus.asyncCall(message);
     }

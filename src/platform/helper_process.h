@@ -5,8 +5,7 @@
 #include <QObject>
 
 // The workspace helper's own names: its session bus name and object, and its pid file.
-namespace HelperBus
-{
+namespace HelperBus {
 inline constexpr auto service = "app.quennet.Quennet.helper";
 inline constexpr auto path = "/app/quennet/Quennet/helper";
 inline constexpr auto interface = "app.quennet.Quennet.Helper";
@@ -16,8 +15,7 @@ inline constexpr auto interface = "app.quennet.Quennet.Helper";
 
 // The running workspace helper, found through its own D-Bus name or its pid file, never by a
 // process name: whether it runs, starting it, telling it of new placements, and ending it.
-class HelperProcess : public QObject
-{
+class HelperProcess : public QObject {
     Q_OBJECT
 
 public:

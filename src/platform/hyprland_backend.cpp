@@ -14,8 +14,7 @@ Q_LOGGING_CATEGORY(lcHyprland, "app.quennet.Quennet.Desktop.Hyprland")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QList<DesktopScreen> monitors(const QByteArray &answer)
 {
     QList<DesktopScreen> result;
@@ -23,13 +22,14 @@ QList<DesktopScreen> monitors(const QByteArray &answer)
         const QJsonObject monitor = value.toObject();
         if (monitor.value("disabled"_L1).toBool())
             continue;
-        DesktopScreen screen { .connector = monitor.value("name"_L1).toString(),
-                               .manufacturer = monitor.value("make"_L1).toString(),
-                               .model = monitor.value("model"_L1).toString(),
-                               .serial = monitor.value("serial"_L1).toString(),
-                               .geometry = QRect(monitor.value("x"_L1).toInt(), monitor.value("y"_L1).toInt(),
-                                                 monitor.value("width"_L1).toInt(),
-                                                 monitor.value("height"_L1).toInt()) };
+        DesktopScreen screen {
+            .connector = monitor.value("name"_L1).toString(),
+            .manufacturer = monitor.value("make"_L1).toString(),
+            .model = monitor.value("model"_L1).toString(),
+            .serial = monitor.value("serial"_L1).toString(),
+            .geometry = QRect(monitor.value("x"_L1).toInt(), monitor.value("y"_L1).toInt(),
+                              monitor.value("width"_L1).toInt(), monitor.value("height"_L1).toInt())
+        };
         // The focused monitor comes first, as a primary screen would.
         if (monitor.value("focused"_L1).toBool())
             result.prepend(screen);
@@ -98,8 +98,8 @@ QCoro::Task<> HyprlandBackend::readMonitors()
         QList<DesktopScreen> screens;
         try {
             // As hyprctl asks: the whole answer, up to Hyprland closing the connection.
-            screens = monitors(co_await localSocketRequest(m_folder + u"/.socket.sock"_s, "j/monitors",
-                                                           u"Hyprland"_s, m_timeout));
+            screens = monitors(co_await localSocketRequest(m_folder + u"/.socket.sock"_s,
+                                                           "j/monitors", u"Hyprland"_s, m_timeout));
         } catch (const DesktopError &error) {
             if (!self)
                 co_return;
@@ -139,7 +139,8 @@ QCoro::Task<> HyprlandBackend::setPicture(DesktopPicture picture, QList<DesktopS
         const bool unload = command.startsWith("unload"_L1);
         QString answer;
         try {
-            answer = QString::fromUtf8(co_await localSocketRequest(socket, command.toUtf8(), u"hyprpaper"_s, m_timeout))
+            answer = QString::fromUtf8(co_await localSocketRequest(socket, command.toUtf8(),
+                                                                   u"hyprpaper"_s, m_timeout))
                          .trimmed();
         } catch (const DesktopError &error) {
             // Letting go of memory changes nothing on the screens.
@@ -152,10 +153,11 @@ QCoro::Task<> HyprlandBackend::setPicture(DesktopPicture picture, QList<DesktopS
         // Releases that changed the socket's commands answer them with something else.
         if (!unload && answer != "ok"_L1) {
             m_shown.save();
-            throw DesktopError(u"hyprpaper did not take the picture: it answered “%1” to %2. Quennet works with "
-                               "hyprpaper releases that accept the preload and wallpaper commands."_s
-                                   .arg(answer, command.section(u' ', 0, 0)),
-                               changed);
+            throw DesktopError(
+                u"hyprpaper did not take the picture: it answered “%1” to %2. Quennet works with "
+                "hyprpaper releases that accept the preload and wallpaper commands."_s.arg(
+                    answer, command.section(u' ', 0, 0)),
+                changed);
         }
         if (command.startsWith("wallpaper "_L1)) {
             const QString connector = command.section(u' ', 1).section(u',', 0, 0);
@@ -177,8 +179,8 @@ void HyprlandBackend::readEvents()
         m_buffer.remove(0, end + 1);
         switched = switched || line.startsWith("workspace>>") || line.startsWith("workspacev2>>");
         // The focused monitor is listed first, so a change of focus reorders them.
-        monitorsChanged = monitorsChanged || line.startsWith("monitoradded") || line.startsWith("monitorremoved")
-            || line.startsWith("focusedmon>>");
+        monitorsChanged = monitorsChanged || line.startsWith("monitoradded")
+            || line.startsWith("monitorremoved") || line.startsWith("focusedmon>>");
     }
     if (switched)
         Q_EMIT workspaceChanged();

@@ -15,8 +15,7 @@ class QLocalSocket;
 // other answer than "ok" is a failure. Every request is awaited: monitors are read at start and
 // again on Hyprland's monitor events and Qt's screen changes, and screens() answers from the
 // last reading.
-class HyprlandBackend : public DesktopBackend
-{
+class HyprlandBackend : public DesktopBackend {
     Q_OBJECT
 
 public:

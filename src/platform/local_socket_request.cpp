@@ -8,11 +8,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 DesktopError timedOut(const QString &who, std::chrono::milliseconds timeout)
 {
-    return DesktopError(u"%1 did not answer within %2 seconds."_s.arg(who).arg(double(timeout.count()) / 1000));
+    return DesktopError(
+        u"%1 did not answer within %2 seconds."_s.arg(who).arg(double(timeout.count()) / 1000));
 }
 
 std::chrono::milliseconds remaining(const QDeadlineTimer &deadline)

@@ -2,7 +2,6 @@
 
 #include <QCoroTask>
 #include <QString>
-
 #include <chrono>
 #include <functional>
 

@@ -16,8 +16,7 @@ Q_LOGGING_CATEGORY(lcPlasma, "app.quennet.Quennet.Desktop.Plasma")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QDBusMessage script(const QString &text)
 {
     auto message = QDBusMessage::createMethodCall(u"org.kde.plasmashell"_s, u"/PlasmaShell"_s,
@@ -28,13 +27,18 @@ QDBusMessage script(const QString &text)
 
 QString geometryKey(const QRect &geometry)
 {
-    return u"%1,%2,%3,%4"_s.arg(geometry.x()).arg(geometry.y()).arg(geometry.width()).arg(geometry.height());
+    return u"%1,%2,%3,%4"_s.arg(geometry.x())
+        .arg(geometry.y())
+        .arg(geometry.width())
+        .arg(geometry.height());
 }
 
 // Values go into the script as JSON, which is also JavaScript.
 QString literal(const QJsonValue &value)
 {
-    return QString::fromUtf8(QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact)).mid(1).chopped(1);
+    return QString::fromUtf8(QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact))
+        .mid(1)
+        .chopped(1);
 }
 
 const auto eachDesktop = uR"(
@@ -64,10 +68,11 @@ PlasmaBackend::PlasmaBackend(const QDBusConnection &bus, QObject *parent)
     });
     if (auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
         // Back from Plasma's own settings, perhaps.
-        connect(application, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-            if (state == Qt::ApplicationActive)
-                readBack();
-        });
+        connect(application, &QGuiApplication::applicationStateChanged, this,
+                [this](Qt::ApplicationState state) {
+                    if (state == Qt::ApplicationActive)
+                        readBack();
+                });
     }
     readBack();
 }
@@ -107,7 +112,8 @@ QCoro::Task<> PlasmaBackend::readBack()
         co_return;
     }
     QHash<QString, QString> shown;
-    const QJsonObject images = QJsonDocument::fromJson(reply.arguments().constFirst().toString().toUtf8()).object();
+    const QJsonObject images =
+        QJsonDocument::fromJson(reply.arguments().constFirst().toString().toUtf8()).object();
     for (auto it = images.begin(); it != images.end(); ++it)
         shown.insert(it.key(), it->toString());
     if (shown == m_shown)

@@ -10,8 +10,7 @@
 // by their geometry. What each shows is read back without waiting, at start, after each set, and
 // when the screens change or Quennet becomes active again (Plasma tells no one when its wallpaper
 // changes); picture() answers from the last reading.
-class PlasmaBackend : public DesktopBackend
-{
+class PlasmaBackend : public DesktopBackend {
     Q_OBJECT
 
 public:
@@ -27,7 +26,6 @@ public:
     QCoro::Task<> readBack() override;
 
 private:
-
     QDBusConnection m_bus;
     // The image of each desktop by its screen's geometry; empty for another kind of wallpaper.
     QHash<QString, QString> m_shown;

@@ -14,15 +14,13 @@ Q_LOGGING_CATEGORY(lcPortal, "app.quennet.Quennet.Desktop.Portal")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto everyScreen = u"*"_s;
 const auto requestInterface = u"org.freedesktop.portal.Request"_s;
 } // namespace
 
 // Carries the portal's Response signal for one request: it may come before the call's reply.
-class PortalResponse : public QObject
-{
+class PortalResponse : public QObject {
     Q_OBJECT
 
 public:
@@ -62,9 +60,11 @@ private:
     {
         const auto signal = u"Response"_s;
         if (on)
-            m_bus.connect(QString(), m_request, requestInterface, signal, this, SLOT(take(uint, QVariantMap)));
+            m_bus.connect(QString(), m_request, requestInterface, signal, this,
+                          SLOT(take(uint, QVariantMap)));
         else
-            m_bus.disconnect(QString(), m_request, requestInterface, signal, this, SLOT(take(uint, QVariantMap)));
+            m_bus.disconnect(QString(), m_request, requestInterface, signal, this,
+                             SLOT(take(uint, QVariantMap)));
     }
 
     QDBusConnection m_bus;
@@ -100,19 +100,23 @@ QCoro::Task<> PortalBackend::setPicture(DesktopPicture picture, QList<DesktopScr
     // ours, so its Response is listened for before the call, which it may overtake.
     const QString token = u"quennet%1"_s.arg(QRandomGenerator::global()->generate());
     const QString sender = m_bus.baseService().mid(1).replace(u'.', u'_');
-    PortalResponse response(m_bus, u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token));
-    auto message = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
-                                                  u"/org/freedesktop/portal/desktop"_s,
-                                                  u"org.freedesktop.portal.Wallpaper"_s, u"SetWallpaperURI"_s);
+    PortalResponse response(m_bus,
+                            u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token));
+    auto message = QDBusMessage::createMethodCall(
+        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+        u"org.freedesktop.portal.Wallpaper"_s, u"SetWallpaperURI"_s);
     message << QString() << QUrl::fromLocalFile(picture.stillPath()).toString()
-            << QVariantMap { { u"handle_token"_s, token }, { u"show-preview"_s, false }, { u"set-on"_s, u"background"_s } };
+            << QVariantMap { { u"handle_token"_s, token },
+                             { u"show-preview"_s, false },
+                             { u"set-on"_s, u"background"_s } };
     const QPointer<PortalBackend> self(this);
     QDBusPendingCall pending = m_bus.asyncCall(message);
     const QDBusMessage reply = co_await pending;
     if (!self)
         co_return;
     if (reply.type() == QDBusMessage::ErrorMessage)
-        throw DesktopError(u"The desktop portal refused the picture: %1"_s.arg(reply.errorMessage().isEmpty() ? reply.errorName() : reply.errorMessage()));
+        throw DesktopError(u"The desktop portal refused the picture: %1"_s.arg(
+            reply.errorMessage().isEmpty() ? reply.errorName() : reply.errorMessage()));
     // Portals older than the token pattern choose the object themselves.
     response.follow(reply.arguments().value(0).value<QDBusObjectPath>().path());
     if (!response.code) {

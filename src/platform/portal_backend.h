@@ -4,14 +4,12 @@
 #include "shown_pictures.h"
 
 #include <QDBusConnection>
-
 #include <chrono>
 
 // The last resort: the desktop portal's Wallpaper interface. One picture for all screens, no
 // way to read it back, and the desktop may ask the user first; the answer is what this backend
 // last had accepted.
-class PortalBackend : public DesktopBackend
-{
+class PortalBackend : public DesktopBackend {
     Q_OBJECT
 
 public:

@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto service = u"org.freedesktop.portal.Desktop"_s;
 const auto path = u"/org/freedesktop/portal/desktop"_s;
 const auto interface = u"org.freedesktop.portal.Settings"_s;
@@ -21,7 +20,8 @@ QVariant unwrap(QVariant value)
 }
 } // namespace
 
-PortalSetting::PortalSetting(const QDBusConnection &bus, QString group, QString key, QObject *parent)
+PortalSetting::PortalSetting(const QDBusConnection &bus, QString group, QString key,
+                             QObject *parent)
     : QObject(parent)
     , m_bus(bus)
     , m_group(std::move(group))
@@ -29,7 +29,8 @@ PortalSetting::PortalSetting(const QDBusConnection &bus, QString group, QString 
 {
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
+                  SLOT(settingChanged(QDBusMessage)));
     read();
 }
 
@@ -38,19 +39,22 @@ void PortalSetting::read()
     auto message = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
     message << m_group << m_key;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {
-        call->deleteLater();
-        const QDBusMessage reply = call->reply();
-        // A change heard meanwhile is newer than this answer.
-        if (!m_heard && reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
-            take(reply.arguments().constFirst());
-    });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *call) {
+                call->deleteLater();
+                const QDBusMessage reply = call->reply();
+                // A change heard meanwhile is newer than this answer.
+                if (!m_heard && reply.type() == QDBusMessage::ReplyMessage
+                    && !reply.arguments().isEmpty())
+                    take(reply.arguments().constFirst());
+            });
 }
 
 void PortalSetting::settingChanged(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    if (arguments.size() != 3 || arguments[0].toString() != m_group || arguments[1].toString() != m_key)
+    if (arguments.size() != 3 || arguments[0].toString() != m_group
+        || arguments[1].toString() != m_key)
         return;
     m_heard = true;
     take(arguments[2]);

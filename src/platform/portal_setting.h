@@ -10,12 +10,12 @@ class QDBusMessage;
 // org.gnome.desktop.interface enable-animations), read once without waiting and then followed
 // through the portal's SettingChanged signal. Invalid until the portal answers, and for good
 // when there is no portal or it does not know the setting.
-class PortalSetting : public QObject
-{
+class PortalSetting : public QObject {
     Q_OBJECT
 
 public:
-    PortalSetting(const QDBusConnection &bus, QString group, QString key, QObject *parent = nullptr);
+    PortalSetting(const QDBusConnection &bus, QString group, QString key,
+                  QObject *parent = nullptr);
 
     [[nodiscard]] QVariant value() const { return m_value; }
 

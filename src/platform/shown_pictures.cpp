@@ -49,7 +49,9 @@ void ShownPictures::save() const
     for (auto it = m_pictures.begin(); it != m_pictures.end(); ++it)
         pictures.insert(it.key(), *it);
     // On a full disk the last record stays as it was.
-    if (!writeAtomically(m_path, QJsonDocument(QJsonObject { { u"pictures"_s, pictures }, { u"extra"_s, m_extra } })
-                                     .toJson(QJsonDocument::Compact)))
+    if (!writeAtomically(
+            m_path,
+            QJsonDocument(QJsonObject { { u"pictures"_s, pictures }, { u"extra"_s, m_extra } })
+                .toJson(QJsonDocument::Compact)))
         qCWarning(lcShown) << "Could not save" << m_path;
 }

@@ -3,14 +3,12 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QString>
-
 #include <optional>
 
 // What a backend set on each screen, by connector, kept in a small JSON file across restarts:
 // desktops that cannot tell what they show are answered from it. Backends may keep a few values
 // of their own beside it (extra()).
-class ShownPictures
-{
+class ShownPictures {
 public:
     // Loads the file; a missing or damaged one is empty.
     explicit ShownPictures(QString path);

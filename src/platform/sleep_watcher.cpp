@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcSleep, "app.quennet.Quennet.Sleep")
 }
 

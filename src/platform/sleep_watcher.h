@@ -6,8 +6,7 @@ class QDBusConnection;
 
 // Tells when the computer is about to sleep and when it has woken. Qt's timers stop during
 // sleep, so long schedules look at their due moment again on waking.
-class SleepWatcher : public QObject
-{
+class SleepWatcher : public QObject {
     Q_OBJECT
 
 public:
@@ -19,8 +18,7 @@ Q_SIGNALS:
 };
 
 // Sleep and wake as logind announces them: PrepareForSleep(true) before, (false) after.
-class LogindSleepWatcher : public SleepWatcher
-{
+class LogindSleepWatcher : public SleepWatcher {
     Q_OBJECT
 
 public:

@@ -1,30 +1,34 @@
 #include "spanned_picture.h"
 
+#include "atomic_file.h"
+
+#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
-#include "atomic_file.h"
-
-#include <QBuffer>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace SpannedPicture
-{
+namespace SpannedPicture {
 QString compose(const QList<Part> &parts, const QString &folder, const QString &stem)
 {
     QRect bounds;
     QCryptographicHash hash(QCryptographicHash::Sha256);
     for (const Part &part : parts) {
         bounds = bounds.united(part.geometry);
-        hash.addData(u"%1,%2,%3,%4 %5\n"_s.arg(part.geometry.x()).arg(part.geometry.y())
-                         .arg(part.geometry.width()).arg(part.geometry.height()).arg(part.path).toUtf8());
+        hash.addData(u"%1,%2,%3,%4 %5\n"_s.arg(part.geometry.x())
+                         .arg(part.geometry.y())
+                         .arg(part.geometry.width())
+                         .arg(part.geometry.height())
+                         .arg(part.path)
+                         .toUtf8());
     }
     if (bounds.isEmpty())
         return {};
-    const QString path = folder + u'/' + stem + u'-' + QString::fromLatin1(hash.result().toHex().left(16)) + u".png"_s;
+    const QString path = folder + u'/' + stem + u'-'
+        + QString::fromLatin1(hash.result().toHex().left(16)) + u".png"_s;
     if (QFile::exists(path))
         return path;
 
@@ -36,7 +40,8 @@ QString compose(const QList<Part> &parts, const QString &folder, const QString &
         const QImage picture(part.path);
         if (picture.isNull())
             continue;
-        const QSize size = picture.size().scaled(part.geometry.size(), Qt::KeepAspectRatioByExpanding);
+        const QSize size =
+            picture.size().scaled(part.geometry.size(), Qt::KeepAspectRatioByExpanding);
         QRect source({}, part.geometry.size() * picture.width() / qMax(1, size.width()));
         source.moveCenter(picture.rect().center());
         painter.drawImage(part.geometry.translated(-bounds.topLeft()), picture, source);

@@ -6,8 +6,7 @@
 
 // One picture across all monitors, for desktops that have a single wallpaper: each screen's
 // region of the virtual desktop filled with its own picture, cropped to fill.
-namespace SpannedPicture
-{
+namespace SpannedPicture {
 struct Part {
     QRect geometry;
     QString path; // a picture Qt can read; an unreadable one leaves its region black

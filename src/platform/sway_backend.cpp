@@ -14,8 +14,7 @@ Q_LOGGING_CATEGORY(lcSway, "app.quennet.Quennet.Desktop.Sway")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 constexpr QByteArrayView magic = "i3-ipc";
 constexpr qsizetype headerSize = 6 + 4 + 4;
 enum Type : quint32 { RunCommand = 0, Subscribe = 2, GetOutputs = 3 };
@@ -55,8 +54,8 @@ bool isWhole(const QByteArray &answer)
 QCoro::Task<QJsonDocument> request(QString socket, std::chrono::milliseconds timeout, quint32 type,
                                    QByteArray payload)
 {
-    QByteArray answer = co_await localSocketRequest(std::move(socket), message(type, payload), u"sway"_s,
-                                                    timeout, isWhole);
+    QByteArray answer = co_await localSocketRequest(std::move(socket), message(type, payload),
+                                                    u"sway"_s, timeout, isWhole);
     co_return QJsonDocument::fromJson(take(answer)->second);
 }
 
@@ -68,12 +67,14 @@ QList<DesktopScreen> outputs(const QJsonDocument &reply)
         if (!output.value("active"_L1).toBool())
             continue;
         const QJsonObject rect = output.value("rect"_L1).toObject();
-        DesktopScreen screen { .connector = output.value("name"_L1).toString(),
-                               .manufacturer = output.value("make"_L1).toString(),
-                               .model = output.value("model"_L1).toString(),
-                               .serial = output.value("serial"_L1).toString(),
-                               .geometry = QRect(rect.value("x"_L1).toInt(), rect.value("y"_L1).toInt(),
-                                                 rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt()) };
+        DesktopScreen screen {
+            .connector = output.value("name"_L1).toString(),
+            .manufacturer = output.value("make"_L1).toString(),
+            .model = output.value("model"_L1).toString(),
+            .serial = output.value("serial"_L1).toString(),
+            .geometry = QRect(rect.value("x"_L1).toInt(), rect.value("y"_L1).toInt(),
+                              rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt())
+        };
         // The focused output comes first, as a primary screen would.
         if (output.value("focused"_L1).toBool())
             result.prepend(screen);
@@ -162,12 +163,14 @@ QCoro::Task<> SwayBackend::setPicture(DesktopPicture picture, QList<DesktopScree
 {
     QStringList commands;
     for (const DesktopScreen &screen : std::as_const(screens))
-        commands.append(u"output %1 bg %2 fill"_s.arg(quoted(screen.connector), quoted(picture.stillPath())));
+        commands.append(
+            u"output %1 bg %2 fill"_s.arg(quoted(screen.connector), quoted(picture.stillPath())));
     if (commands.isEmpty())
         co_return;
     qCDebug(lcSway) << commands;
     const QPointer<SwayBackend> self(this);
-    const QJsonDocument reply = co_await request(m_socket, m_timeout, RunCommand, commands.join(u';').toUtf8());
+    const QJsonDocument reply =
+        co_await request(m_socket, m_timeout, RunCommand, commands.join(u';').toUtf8());
     if (!self)
         co_return;
     // One result per command, in order; sway stops at the first that fails.
@@ -177,7 +180,8 @@ QCoro::Task<> SwayBackend::setPicture(DesktopPicture picture, QList<DesktopScree
         const QJsonObject result = results.at(i).toObject();
         if (!result.value("success"_L1).toBool()) {
             m_shown.save();
-            throw DesktopError(result.value("error"_L1).toString(u"sway refused the picture."_s), changed);
+            throw DesktopError(result.value("error"_L1).toString(u"sway refused the picture."_s),
+                               changed);
         }
         m_shown.setPicture(screens[i].connector, picture.stillPath());
         changed.append(screens[i].connector);

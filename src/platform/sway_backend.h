@@ -11,8 +11,7 @@ class QLocalSocket;
 // fill" per output, and workspace events. sway cannot say what swaybg shows, so the
 // answer is what this backend set. Every request is awaited: the outputs are read at start and
 // again on workspace events and Qt's screen changes, and screens() answers from the last reading.
-class SwayBackend : public DesktopBackend
-{
+class SwayBackend : public DesktopBackend {
     Q_OBJECT
 
 public:

@@ -3,18 +3,17 @@
 #include "x11_root_window.h"
 
 #include <QCoroProcess>
-#include <QProcess>
-#include <QScopeGuard>
 #include <QJsonObject>
 #include <QLoggingCategory>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QStandardPaths>
 
 Q_LOGGING_CATEGORY(lcX11, "app.quennet.Quennet.Desktop.X11")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto fingerprintsKey = u"fingerprints"_s;
 } // namespace
 
@@ -85,7 +84,8 @@ void X11Backend::remember(const QList<DesktopScreen> &screens)
 {
     QJsonObject fingerprints;
     for (const DesktopScreen &screen : screens)
-        fingerprints.insert(screen.connector, QString::fromLatin1(m_root->fingerprint(screen.geometry).toBase64()));
+        fingerprints.insert(screen.connector,
+                            QString::fromLatin1(m_root->fingerprint(screen.geometry).toBase64()));
     m_shown.setExtra(fingerprintsKey, fingerprints);
     m_shown.save();
 }
@@ -101,7 +101,8 @@ void X11Backend::checkBackground()
         if (!m_shown.picture(screen.connector))
             continue;
         const QByteArray now = m_root->fingerprint(screen.geometry);
-        const QByteArray then = QByteArray::fromBase64(fingerprints.value(screen.connector).toString().toLatin1());
+        const QByteArray then =
+            QByteArray::fromBase64(fingerprints.value(screen.connector).toString().toLatin1());
         if (now.isEmpty() || now != then) {
             qCDebug(lcX11) << "Something else drew on" << screen.connector;
             m_shown.forget(screen.connector);

@@ -8,8 +8,7 @@ class X11RootWindow;
 // Plain X11 window managers: xwallpaper draws each monitor's part of the root window. X cannot
 // say which file a background came from, so the answer is what this backend set, for as long as
 // the root background still looks the way it left it.
-class X11Backend : public DesktopBackend
-{
+class X11Backend : public DesktopBackend {
     Q_OBJECT
 
 public:

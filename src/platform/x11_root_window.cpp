@@ -1,20 +1,15 @@
 #include "x11_root_window.h"
 
 #include <QSocketNotifier>
-
-#include <xcb/xcb.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <xcb/xcb.h>
 
-namespace
-{
-template<typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
+namespace {
+template<typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
-template<typename T>
-Reply<T> reply(T *value)
+template<typename T> Reply<T> reply(T *value)
 {
     return { value, &std::free };
 }
@@ -33,7 +28,8 @@ X11RootWindow::X11RootWindow(QObject *parent)
         return;
     const auto intern = [this](const char *name) -> quint32 {
         const auto atom = reply(xcb_intern_atom_reply(
-            m_connection, xcb_intern_atom(m_connection, 0, uint16_t(std::strlen(name)), name), nullptr));
+            m_connection, xcb_intern_atom(m_connection, 0, uint16_t(std::strlen(name)), name),
+            nullptr));
         return atom ? atom->atom : 0;
     };
     m_atom = intern("_XROOTPMAP_ID");
@@ -46,7 +42,8 @@ X11RootWindow::X11RootWindow(QObject *parent)
     xcb_change_window_attributes(m_connection, screen->root, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(m_connection);
     m_root = screen->root;
-    m_notifier = new QSocketNotifier(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read, this);
+    m_notifier =
+        new QSocketNotifier(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read, this);
     connect(m_notifier, &QSocketNotifier::activated, this, &X11RootWindow::readEvents);
 }
 
@@ -61,8 +58,10 @@ std::optional<quint32> X11RootWindow::rootPixmap() const
     if (!isValid())
         return std::nullopt;
     const auto property = reply(xcb_get_property_reply(
-        m_connection, xcb_get_property(m_connection, 0, m_root, m_atom, XCB_ATOM_PIXMAP, 0, 1), nullptr));
-    if (!property || property->type != XCB_ATOM_PIXMAP || xcb_get_property_value_length(property.get()) != 4)
+        m_connection, xcb_get_property(m_connection, 0, m_root, m_atom, XCB_ATOM_PIXMAP, 0, 1),
+        nullptr));
+    if (!property || property->type != XCB_ATOM_PIXMAP
+        || xcb_get_property_value_length(property.get()) != 4)
         return std::nullopt;
     drainLater();
     return *static_cast<const quint32 *>(xcb_get_property_value(property.get()));
@@ -73,9 +72,11 @@ std::optional<quint32> X11RootWindow::cardinal(quint32 atom) const
     if (!isValid() || !atom)
         return std::nullopt;
     const auto property = reply(xcb_get_property_reply(
-        m_connection, xcb_get_property(m_connection, 0, m_root, atom, XCB_ATOM_CARDINAL, 0, 1), nullptr));
+        m_connection, xcb_get_property(m_connection, 0, m_root, atom, XCB_ATOM_CARDINAL, 0, 1),
+        nullptr));
     drainLater();
-    if (!property || property->type != XCB_ATOM_CARDINAL || xcb_get_property_value_length(property.get()) != 4)
+    if (!property || property->type != XCB_ATOM_CARDINAL
+        || xcb_get_property_value_length(property.get()) != 4)
         return std::nullopt;
     return *static_cast<const quint32 *>(xcb_get_property_value(property.get()));
 }

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QObject>
 #include <QRect>
-
 #include <optional>
 
 class QSocketNotifier;
@@ -12,8 +11,7 @@ struct xcb_connection_t;
 // The X root window's background as wallpaper setters leave it: the pixmap named by the
 // _XROOTPMAP_ID property, samples of its pixels, and a signal when the property changes. Uses a
 // connection of its own, so it works whatever platform plugin Qt runs on.
-class X11RootWindow : public QObject
-{
+class X11RootWindow : public QObject {
     Q_OBJECT
 
 public:

@@ -10,15 +10,13 @@
 #include <QLoggingCategory>
 #include <QPointer>
 #include <QRegularExpression>
-
 #include <algorithm>
 
 Q_LOGGING_CATEGORY(lcXfce, "app.quennet.Quennet.Desktop.Xfce")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto service = u"org.xfce.Xfconf"_s;
 const auto path = u"/org/xfce/Xfconf"_s;
 const auto interface = u"org.xfce.Xfconf"_s;
@@ -43,7 +41,8 @@ const auto singleNumber = u"/backdrop/single-workspace-number"_s;
 // The properties that say what shows; the rest (styles, colours) change nothing for Quennet.
 bool tellsWhatShows(const QString &property)
 {
-    return property.endsWith("/last-image"_L1) || property == singleMode || property == singleNumber;
+    return property.endsWith("/last-image"_L1) || property == singleMode
+        || property == singleNumber;
 }
 
 QVariant unwrap(QVariant value)
@@ -88,7 +87,8 @@ DesktopBackend::Capabilities XfceBackend::capabilities() const
 QCoro::Task<> XfceBackend::readBack()
 {
     const QPointer<XfceBackend> self(this);
-    QDBusPendingCall pending = m_bus.asyncCall(call(u"GetAllProperties"_s, { channel, u"/backdrop"_s }));
+    QDBusPendingCall pending =
+        m_bus.asyncCall(call(u"GetAllProperties"_s, { channel, u"/backdrop"_s }));
     const QDBusMessage reply = co_await pending;
     if (!self)
         co_return;
@@ -133,10 +133,12 @@ QStringList XfceBackend::imageProperties(const QString &connector) const
     const QString base = monitorBase(connector);
     QStringList properties;
     for (auto it = m_backdrop.cbegin(); it != m_backdrop.cend(); ++it) {
-        if (it.key().startsWith(base) && image.match(QStringView(it.key()).mid(base.size())).hasMatch())
+        if (it.key().startsWith(base)
+            && image.match(QStringView(it.key()).mid(base.size())).hasMatch())
             properties.append(it.key());
     }
-    const int count = std::max<int>({ int(m_root->numberOfDesktops().value_or(1)), shownWorkspace() + 1, 1 });
+    const int count =
+        std::max<int>({ int(m_root->numberOfDesktops().value_or(1)), shownWorkspace() + 1, 1 });
     for (int workspace = 0; workspace < count; ++workspace) {
         const QString image = base + u"/workspace%1/last-image"_s.arg(workspace);
         if (!properties.contains(image))
@@ -148,8 +150,9 @@ QStringList XfceBackend::imageProperties(const QString &connector) const
 
 std::optional<QString> XfceBackend::picture(const DesktopScreen &screen) const
 {
-    const QString shown = m_backdrop.value(monitorBase(screen.connector)
-                                           + u"/workspace%1/last-image"_s.arg(shownWorkspace()))
+    const QString shown = m_backdrop
+                              .value(monitorBase(screen.connector)
+                                     + u"/workspace%1/last-image"_s.arg(shownWorkspace()))
                               .toString();
     return shown.isEmpty() ? std::nullopt : std::optional(shown);
 }
@@ -164,12 +167,15 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
     QStringList changed;
     for (const DesktopScreen &screen : std::as_const(screens)) {
         for (const QString &image : imageProperties(screen.connector)) {
-            const QString style = image.chopped(QStringView(u"last-image").size()) + u"image-style"_s;
-            const QList<std::pair<QString, QVariant>> values { { image, picture.stillPath() }, { style, zoomed } };
+            const QString style =
+                image.chopped(QStringView(u"last-image").size()) + u"image-style"_s;
+            const QList<std::pair<QString, QVariant>> values { { image, picture.stillPath() },
+                                                               { style, zoomed } };
             for (const auto &value : values) {
                 qCDebug(lcXfce) << "Setting" << value.first;
-                QDBusPendingCall pending = m_bus.asyncCall(
-                    call(u"SetProperty"_s, { channel, value.first, QVariant::fromValue(QDBusVariant(value.second)) }));
+                QDBusPendingCall pending = m_bus.asyncCall(call(
+                    u"SetProperty"_s,
+                    { channel, value.first, QVariant::fromValue(QDBusVariant(value.second)) }));
                 const QDBusMessage reply = co_await pending;
                 if (!self)
                     co_return;
@@ -186,7 +192,8 @@ QCoro::Task<> XfceBackend::setPicture(DesktopPicture picture, QList<DesktopScree
 void XfceBackend::propertyChanged(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    if (arguments.size() < 3 || arguments[0].toString() != channel || !arguments[1].toString().startsWith(u"/backdrop/"_s)
+    if (arguments.size() < 3 || arguments[0].toString() != channel
+        || !arguments[1].toString().startsWith(u"/backdrop/"_s)
         || !tellsWhatShows(arguments[1].toString()))
         return;
     QVariantMap backdrop = m_backdrop;

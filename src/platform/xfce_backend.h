@@ -14,8 +14,7 @@ class X11RootWindow;
 // single-workspace mode's workspace, else the current one, as the window manager tells on X11.
 // The backdrop settings are read without waiting, at start and before each set, and kept
 // current from xfconf's change signals; picture() answers from them.
-class XfceBackend : public DesktopBackend
-{
+class XfceBackend : public DesktopBackend {
     Q_OBJECT
 
 public:

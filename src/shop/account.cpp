@@ -7,14 +7,12 @@
 #include "keychain.h"
 
 #include <QLoggingCategory>
-
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcAccount, "app.quennet.Quennet.Account")
 
 // Bounds that keep the arithmetic and Qt's timers in range whatever the shop sends.

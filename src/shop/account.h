@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <QUuid>
-
 #include <functional>
 #include <memory>
 
@@ -17,8 +16,7 @@ class Keychain;
 // approves this computer in the browser while the account polls), keeps the token in the
 // keychain so that the session survives restarts, and signs out, revoking the token at the shop
 // and retrying that at later launches until the shop confirms it. Lives on the main thread.
-class Account : public QObject
-{
+class Account : public QObject {
     Q_OBJECT
     Q_PROPERTY(Status status READ status NOTIFY stateChanged)
     Q_PROPERTY(QString userCode READ userCode NOTIFY stateChanged)
@@ -32,8 +30,7 @@ public:
     Q_ENUM(Status)
 
     // A sign-out that the secret store refused.
-    class SignOutFailure : public Error
-    {
+    class SignOutFailure : public Error {
     public:
         [[nodiscard]] QString description() const override;
     };

@@ -12,8 +12,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
 
 // The wire value predates the Linux build and stays.
@@ -157,8 +156,7 @@ QByteArray checked(const Response &response)
 }
 
 // A success body that does not decode is an invalid reply; the decoder's own error is dropped.
-template<typename Decode>
-auto decoded(Decode decode) -> decltype(decode())
+template<typename Decode> auto decoded(Decode decode) -> decltype(decode())
 {
     try {
         return decode();

@@ -7,7 +7,6 @@
 #include <QCoroTask>
 #include <QPointer>
 #include <QUrl>
-
 #include <optional>
 
 class CancelToken;
@@ -18,8 +17,7 @@ class QNetworkAccessManager;
 // entity tag and every retry belong to the callers. Operations read the value only before their
 // first suspension, so a temporary APIClient may start one. Transport errors come through as
 // NetworkError; a cancelled token aborts the request in flight.
-class APIClient
-{
+class APIClient {
 public:
     // The reply of the device-code request.
     struct DeviceCode {
@@ -68,8 +66,7 @@ public:
     };
 
     // What every operation throws besides NetworkError.
-    class Failure : public Error
-    {
+    class Failure : public Error {
     public:
         enum class Kind { Status, SignedOut, SlowDown, InvalidReply, NotHTTPS };
 

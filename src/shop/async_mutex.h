@@ -2,20 +2,17 @@
 
 #include <QCoroTask>
 #include <QObject>
-
 #include <memory>
 
 // Lets one task at a time through a section that spans co_awaits, such as reading, changing and
 // writing a keychain item. Tasks hold the mutex by shared pointer, so it outlives every waiter
 // even when its owner goes first.
-class AsyncMutex : public QObject
-{
+class AsyncMutex : public QObject {
     Q_OBJECT
 
 public:
     // Holds the mutex until destroyed.
-    class Lock
-    {
+    class Lock {
     public:
         explicit Lock(std::shared_ptr<AsyncMutex> mutex);
         Lock(Lock &&) noexcept = default;

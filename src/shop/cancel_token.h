@@ -9,8 +9,7 @@
 // queued connection (a direct one would resume the coroutine inside cancel()), and a sleep is
 // `co_await qCoro(token, &CancelToken::cancelled, duration)`. After every co_await the task
 // checks the token and a QPointer to its owner, and returns when either fails.
-class CancelToken : public QObject
-{
+class CancelToken : public QObject {
     Q_OBJECT
 
 public:

@@ -3,7 +3,6 @@
 #include "cancel_token.h"
 
 #include <QCoroSignal>
-
 #include <time.h>
 
 std::chrono::nanoseconds Clock::sinceBoot() const

@@ -2,7 +2,6 @@
 
 #include <QCoroTask>
 #include <QDateTime>
-
 #include <chrono>
 #include <memory>
 
@@ -10,8 +9,7 @@ class CancelToken;
 
 // Where tasks read the time and sleep. Tests subclass it to move time without waiting. Tasks
 // hold it by shared pointer, since a sleeping task may outlive its owner.
-class Clock
-{
+class Clock {
 public:
     virtual ~Clock() = default;
 

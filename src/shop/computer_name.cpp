@@ -5,8 +5,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // Undoes shell quoting as systemd writes it: single quotes literal, backslash escapes inside
 // double quotes and bare words.
 QString unquote(QByteArrayView value)

@@ -5,8 +5,8 @@
 
 #include <QCoroDBusPendingCall>
 #include <QCoroSignal>
-#include <QDBusConnection>
 #include <QDBusArgument>
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
@@ -17,13 +17,11 @@
 #include <QLoggingCategory>
 #include <QPointer>
 #include <libsecret/secret.h>
-
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcKeychain, "app.quennet.Quennet.Keychain")
 
 QString secretsName()
@@ -35,12 +33,12 @@ QString secretsName()
 // stored under the same attributes by other clients (secret-tool) count too.
 const SecretSchema *schema()
 {
-    static const SecretSchema schema{
+    static const SecretSchema schema {
         .name = "org.qt.keychain",
         .flags = SECRET_SCHEMA_DONT_MATCH_NAME,
-        .attributes = {{"user", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                       {"server", SECRET_SCHEMA_ATTRIBUTE_STRING},
-                       {"type", SECRET_SCHEMA_ATTRIBUTE_STRING}},
+        .attributes = { { "user", SECRET_SCHEMA_ATTRIBUTE_STRING },
+                        { "server", SECRET_SCHEMA_ATTRIBUTE_STRING },
+                        { "type", SECRET_SCHEMA_ATTRIBUTE_STRING } },
     };
     return &schema;
 }
@@ -51,8 +49,7 @@ struct Unref {
     void operator()(GError *error) const { g_error_free(error); }
     void operator()(SecretValue *value) const { secret_value_unref(value); }
 };
-template<typename T>
-using Owned = std::unique_ptr<T, Unref>;
+template<typename T> using Owned = std::unique_ptr<T, Unref>;
 
 Owned<GHashTable> attributesOf(const QByteArray &item)
 {
@@ -63,8 +60,7 @@ Owned<GHashTable> attributesOf(const QByteArray &item)
 
 // One libsecret call's end, for the task that awaits it. libsecret calls back on the main
 // thread's GLib context, which Qt's GLib event dispatcher runs.
-class SecretCall : public QObject
-{
+class SecretCall : public QObject {
     Q_OBJECT
 
 public:
@@ -150,7 +146,7 @@ QCoro::Task<bool> secretStoreExists(std::chrono::milliseconds timeout)
         return reply.arguments().value(0);
     };
 
-    const auto owned = ask(u"NameHasOwner"_s, {secretsName()});
+    const auto owned = ask(u"NameHasOwner"_s, { secretsName() });
     if (answer(co_await owned).toBool())
         co_return true;
     const auto activatable = ask(u"ListActivatableNames"_s, {});
@@ -177,13 +173,13 @@ QCoro::Task<bool> anyCollectionLocked(std::chrono::milliseconds timeout)
         return reply.arguments().value(0).value<QDBusVariant>().variant();
     };
 
-    const auto listed = property(u"/org/freedesktop/secrets"_s,
-                                 u"org.freedesktop.Secret.Service"_s, u"Collections"_s);
+    const auto listed = property(u"/org/freedesktop/secrets"_s, u"org.freedesktop.Secret.Service"_s,
+                                 u"Collections"_s);
     const auto collections =
         qdbus_cast<QList<QDBusObjectPath>>(value(co_await listed).value<QDBusArgument>());
     for (const auto &collection : collections) {
-        const auto locked = property(collection.path(), u"org.freedesktop.Secret.Collection"_s,
-                                     u"Locked"_s);
+        const auto locked =
+            property(collection.path(), u"org.freedesktop.Secret.Collection"_s, u"Locked"_s);
         const bool isLocked = value(co_await locked).toBool();
         if (isLocked)
             co_return true;

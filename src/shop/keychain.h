@@ -4,7 +4,6 @@
 
 #include <QCoroTask>
 #include <QObject>
-
 #include <chrono>
 #include <optional>
 
@@ -13,21 +12,19 @@
 // versions' items are found); only when the session has no secret store at all, a private file,
 // secrets.json, mode 0600. Reading tries the secret store, then the file; removing clears both.
 // Values are never logged.
-class Keychain : public QObject
-{
+class Keychain : public QObject {
     Q_OBJECT
 
 public:
     // The secret store exists but refused: locked and not unlocked, access denied, an error, or
     // no answer in time. Never means that the item is missing.
-    class Failure : public Error
-    {
+    class Failure : public Error {
     public:
         [[nodiscard]] QString description() const override;
     };
 
-    static constexpr QLatin1StringView sessionToken{"session-token"};
-    static constexpr QLatin1StringView pendingRevocation{"pending-revocation"};
+    static constexpr QLatin1StringView sessionToken { "session-token" };
+    static constexpr QLatin1StringView pendingRevocation { "pending-revocation" };
 
     // folder: where the private file goes, normally the application folder.
     explicit Keychain(QString folder, QObject *parent = nullptr);

@@ -8,11 +8,9 @@
 
 Q_LOGGING_CATEGORY(lcNetwork, "app.quennet.Quennet.Network")
 
-namespace
-{
+namespace {
 // Cookies are neither sent nor stored, whatever a request says.
-class NoCookieJar : public QNetworkCookieJar
-{
+class NoCookieJar : public QNetworkCookieJar {
 public:
     using QNetworkCookieJar::QNetworkCookieJar;
 
@@ -75,9 +73,8 @@ QNetworkReply *NetworkAccessManager::createRequest(Operation operation,
     // host carries the extra certificates, and no other request does, so that a certificate
     // meant for a development shop can't vouch for any other site.
     QNetworkRequest prepared(request);
-    prepared.setSslConfiguration(request.url().host() == m_shopHost
-                                     ? m_shopTls
-                                     : QSslConfiguration::defaultConfiguration());
+    prepared.setSslConfiguration(
+        request.url().host() == m_shopHost ? m_shopTls : QSslConfiguration::defaultConfiguration());
     // A followed redirect would carry Authorization to wherever it points.
     prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                           QNetworkRequest::ManualRedirectPolicy);

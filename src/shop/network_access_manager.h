@@ -3,7 +3,6 @@
 #include <QNetworkAccessManager>
 #include <QSslConfiguration>
 #include <QUrl>
-
 #include <memory>
 #include <optional>
 
@@ -11,8 +10,7 @@
 // worker thread), set up the one way Quennet talks to its shop: no cookies, no cache, no
 // automatic redirects, a 60 s transfer time-out, its own User-Agent, and the extra trusted
 // certificates on every connection to the shop's host.
-class NetworkAccessManager : public QNetworkAccessManager
-{
+class NetworkAccessManager : public QNetworkAccessManager {
     Q_OBJECT
 
 public:

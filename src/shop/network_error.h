@@ -6,8 +6,7 @@
 
 // A transport failure (no connection, time-out, TLS, cancellation) passed through as Qt reports
 // it: its callers word it.
-class NetworkError : public Error
-{
+class NetworkError : public Error {
 public:
     NetworkError(QNetworkReply::NetworkError code, QString message);
 

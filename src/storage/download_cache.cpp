@@ -10,13 +10,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // colourway slug, edition word, file id
 const QRegularExpression &installedName()
 {
-    static const QRegularExpression pattern(
-        QRegularExpression::anchoredPattern(u"(.+)-(appearance|time-of-day|light|dark)-(f_[0-9a-f]+)\\.heic"_s));
+    static const QRegularExpression pattern(QRegularExpression::anchoredPattern(
+        u"(.+)-(appearance|time-of-day|light|dark)-(f_[0-9a-f]+)\\.heic"_s));
     return pattern;
 }
 

@@ -1,15 +1,13 @@
 #pragma once
 
 #include <QString>
-
 #include <functional>
 
 struct WallpaperFile;
 
 // Where downloaded wallpapers live in the application folder, which of them are installed, how
 // much room they take, and removing them while keeping what must stay.
-class DownloadCache
-{
+class DownloadCache {
 public:
     // One verified wallpaper file found on disk.
     struct InstalledFile {

@@ -8,8 +8,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-DownloadThread::DownloadThread(std::optional<QString> extraCertificates, QUrl shop,
-                               QObject *parent)
+DownloadThread::DownloadThread(std::optional<QString> extraCertificates, QUrl shop, QObject *parent)
     : QObject(parent)
     , m_extraCertificates(std::move(extraCertificates))
     , m_shop(std::move(shop))

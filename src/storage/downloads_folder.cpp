@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -13,10 +12,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace DownloadsFolder
-{
-namespace
-{
+namespace DownloadsFolder {
+namespace {
 QString candidate(const QDir &dir, const QString &name, int counter)
 {
     if (counter == 1)
@@ -38,7 +35,8 @@ QString reason()
 bool copyInto(const QString &source, const QString &path)
 {
     const QByteArray target = QFile::encodeName(path);
-    const int fd = ::open(target.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+    const int fd =
+        ::open(target.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
     if (fd < 0 && errno == EEXIST)
         return false;
     // A link in the last component fails with ELOOP: a name taken as well.
@@ -55,7 +53,8 @@ bool copyInto(const QString &source, const QString &path)
             break;
         }
         for (qsizetype done = 0; done < chunk.size();) {
-            const ssize_t written = ::write(fd, chunk.constData() + done, size_t(chunk.size() - done));
+            const ssize_t written =
+                ::write(fd, chunk.constData() + done, size_t(chunk.size() - done));
             if (written < 0 && errno == EINTR)
                 continue;
             if (written <= 0) {
@@ -95,8 +94,8 @@ QString put(const QString &source, const QString &folder, const QString &name, S
         const QString path = candidate(dir, name, counter);
         if (after == Source::Remove) {
             // A rename replaces nothing, a link included; across file systems it is a copy.
-            if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, QFile::encodeName(path).constData(),
-                            RENAME_NOREPLACE)
+            if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD,
+                            QFile::encodeName(path).constData(), RENAME_NOREPLACE)
                 == 0)
                 return path;
             if (errno == EEXIST)

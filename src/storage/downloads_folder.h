@@ -1,12 +1,10 @@
 #pragma once
 
 #include <QString>
-
 #include <optional>
 
 // The files Quennet saves into the user's Downloads folder: their names, and putting them there.
-namespace DownloadsFolder
-{
+namespace DownloadsFolder {
 // The shop's name reduced to its last path component; none when that is empty, "." or "..".
 [[nodiscard]] std::optional<QString> safeName(const QString &shopName);
 

@@ -1,6 +1,7 @@
 #include "edition_choice.h"
 
-std::optional<Edition> chooseEdition(const OwnedPack &pack, const QString &colourway, Edition wanted)
+std::optional<Edition> chooseEdition(const OwnedPack &pack, const QString &colourway,
+                                     Edition wanted)
 {
     const auto editions = pack.files.constFind(colourway);
     if (editions == pack.files.cend())

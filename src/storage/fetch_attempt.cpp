@@ -1,5 +1,6 @@
 #include "fetch_attempt.h"
 
+#include "atomic_file.h"
 #include "content_range.h"
 #include "download_cache.h"
 #include "download_thread.h"
@@ -12,8 +13,6 @@
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include "atomic_file.h"
-
 #include <array>
 #include <coroutine>
 

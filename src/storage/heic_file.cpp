@@ -3,13 +3,10 @@
 #include <QFile>
 #include <QImage>
 #include <QString>
-
 #include <libheif/heif.h>
-
 #include <thread>
 
-namespace
-{
+namespace {
 using Handle = std::unique_ptr<heif_image_handle, decltype(&heif_image_handle_release)>;
 
 Handle handle(heif_context *context, heif_item_id id)
@@ -26,7 +23,8 @@ QImage decode(const heif_image_handle *handle)
     heif_image *image = nullptr;
     const bool alpha = heif_image_handle_has_alpha_channel(handle);
     if (heif_decode_image(handle, &image, heif_colorspace_RGB,
-                          alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, nullptr)
+                          alpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB,
+                          nullptr)
             .code
         != heif_error_Ok)
         return {};
@@ -36,9 +34,10 @@ QImage decode(const heif_image_handle *handle)
         heif_image_release(image);
         return {};
     }
-    return QImage(data, heif_image_get_primary_width(image), heif_image_get_primary_height(image), stride,
-                  alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888,
-                  [](void *image) { heif_image_release(static_cast<heif_image *>(image)); }, image);
+    return QImage(
+        data, heif_image_get_primary_width(image), heif_image_get_primary_height(image), stride,
+        alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888,
+        [](void *image) { heif_image_release(static_cast<heif_image *>(image)); }, image);
 }
 } // namespace
 
@@ -50,16 +49,20 @@ std::optional<HeicFile> HeicFile::open(const QString &path)
 {
     HeicFile file;
     file.m_context = { heif_context_alloc(), heif_context_free };
-    if (heif_context_read_from_file(file.m_context.get(), QFile::encodeName(path).constData(), nullptr).code
+    if (heif_context_read_from_file(file.m_context.get(), QFile::encodeName(path).constData(),
+                                    nullptr)
+            .code
         != heif_error_Ok)
         return std::nullopt;
     // Large pictures are grids of tiles, decoded in parallel.
-    heif_context_set_max_decoding_threads(file.m_context.get(), int(std::max(1U, std::thread::hardware_concurrency())));
+    heif_context_set_max_decoding_threads(file.m_context.get(),
+                                          int(std::max(1U, std::thread::hardware_concurrency())));
     const int count = heif_context_get_number_of_top_level_images(file.m_context.get());
     if (count <= 0)
         return std::nullopt;
     file.m_pictures.resize(count);
-    heif_context_get_list_of_top_level_image_IDs(file.m_context.get(), file.m_pictures.data(), count);
+    heif_context_get_list_of_top_level_image_IDs(file.m_context.get(), file.m_pictures.data(),
+                                                 count);
     heif_item_id primary = 0;
     if (heif_context_get_primary_image_ID(file.m_context.get(), &primary).code == heif_error_Ok)
         file.m_primary = int(std::max<qsizetype>(0, file.m_pictures.indexOf(primary)));
@@ -75,9 +78,12 @@ QByteArray HeicFile::xmp() const
     QList<heif_item_id> ids(count);
     heif_image_handle_get_list_of_metadata_block_IDs(primary.get(), "mime", ids.data(), count);
     for (const heif_item_id id : std::as_const(ids)) {
-        if (qstrcmp(heif_image_handle_get_metadata_content_type(primary.get(), id), "application/rdf+xml") != 0)
+        if (qstrcmp(heif_image_handle_get_metadata_content_type(primary.get(), id),
+                    "application/rdf+xml")
+            != 0)
             continue;
-        QByteArray packet(qsizetype(heif_image_handle_get_metadata_size(primary.get(), id)), Qt::Uninitialized);
+        QByteArray packet(qsizetype(heif_image_handle_get_metadata_size(primary.get(), id)),
+                          Qt::Uninitialized);
         if (heif_image_handle_get_metadata(primary.get(), id, packet.data()).code == heif_error_Ok)
             return packet;
     }

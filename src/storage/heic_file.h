@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QList>
-
 #include <memory>
 #include <optional>
 
@@ -12,8 +11,7 @@ struct heif_context;
 
 // One HEIC file read with libheif: its pictures in file order, the XMP packet of its primary
 // picture, and decoding a picture or its embedded thumbnail. Qt cannot read HEIC itself.
-class HeicFile
-{
+class HeicFile {
 public:
     // None when the file cannot be read or holds no picture.
     [[nodiscard]] static std::optional<HeicFile> open(const QString &path);

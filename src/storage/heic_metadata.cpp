@@ -1,16 +1,13 @@
 #include "heic_metadata.h"
 
 #include <QXmlStreamReader>
-
-#include <plist/plist.h>
-
 #include <limits>
 #include <memory>
+#include <plist/plist.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto desktopNamespace = "http://ns.apple.com/namespace/1.0/"_L1;
 
 using Plist = std::unique_ptr<void, decltype(&plist_free)>;
@@ -65,7 +62,8 @@ std::optional<double> real(plist_t node)
 
 plist_t dictItem(plist_t dict, const char *key)
 {
-    return dict && plist_get_node_type(dict) == PLIST_DICT ? plist_dict_get_item(dict, key) : nullptr;
+    return dict && plist_get_node_type(dict) == PLIST_DICT ? plist_dict_get_item(dict, key)
+                                                           : nullptr;
 }
 
 HeicMetadata::LightAndDark lightAndDark(plist_t dict)
@@ -74,8 +72,7 @@ HeicMetadata::LightAndDark lightAndDark(plist_t dict)
 }
 
 // Each entry is a dictionary; entries that lack a field are skipped.
-template<typename Entry, typename Read>
-QList<Entry> entries(plist_t array, Read read)
+template<typename Entry, typename Read> QList<Entry> entries(plist_t array, Read read)
 {
     QList<Entry> result;
     if (!array || plist_get_node_type(array) != PLIST_ARRAY)

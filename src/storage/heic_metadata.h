@@ -2,14 +2,12 @@
 
 #include <QByteArray>
 #include <QList>
-
 #include <optional>
 
 // What a dynamic HEIC wallpaper says about its pictures in its XMP packet: which picture is the
 // light one and which the dark one ("apr"), and which to show through the day ("h24" by time,
 // "solar" by the sun's position). Each entry is a base64 binary property list.
-class HeicMetadata
-{
+class HeicMetadata {
 public:
     struct LightAndDark {
         std::optional<int> light;
@@ -37,7 +35,10 @@ public:
     [[nodiscard]] static HeicMetadata fromXmp(const QByteArray &xmp);
 
     [[nodiscard]] LightAndDark appearance() const { return m_appearance; } // "apr"
-    [[nodiscard]] LightAndDark solarAppearance() const { return m_solarAppearance; } // "ap" of "solar"
+    [[nodiscard]] LightAndDark solarAppearance() const
+    {
+        return m_solarAppearance;
+    } // "ap" of "solar"
     [[nodiscard]] LightAndDark timeAppearance() const { return m_timeAppearance; } // "ap" of "h24"
     [[nodiscard]] QList<TimedPicture> times() const { return m_times; }
     [[nodiscard]] QList<SolarPicture> solarPositions() const { return m_solar; }

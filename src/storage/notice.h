@@ -4,8 +4,7 @@
 #include <QUrl>
 
 // The one status line the panel shows about the shop's background work.
-class Notice
-{
+class Notice {
 public:
     enum class Kind { Downloading, Saved, Failed };
 

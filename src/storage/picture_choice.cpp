@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace PictureChoice
-{
-namespace
-{
+namespace PictureChoice {
+namespace {
 double dayFraction(QTime time)
 {
     return time.msecsSinceStartOfDay() / (24.0 * 60 * 60 * 1000);
@@ -14,7 +12,8 @@ double dayFraction(QTime time)
 
 QTime timeOf(double fraction)
 {
-    return QTime::fromMSecsSinceStartOfDay(int(std::lround(fraction * 24 * 60 * 60 * 1000)) % (24 * 60 * 60 * 1000));
+    return QTime::fromMSecsSinceStartOfDay(int(std::lround(fraction * 24 * 60 * 60 * 1000))
+                                           % (24 * 60 * 60 * 1000));
 }
 
 int appearancePicture(const Pictures &pictures, bool dark)
@@ -27,13 +26,15 @@ QList<HeicMetadata::TimedPicture> schedule(const Pictures &pictures)
 {
     QList<HeicMetadata::TimedPicture> result;
     for (const HeicMetadata::TimedPicture &entry : pictures.metadata.times()) {
-        if (entry.index >= 0 && entry.index < pictures.count && entry.dayFraction >= 0 && entry.dayFraction < 1)
+        if (entry.index >= 0 && entry.index < pictures.count && entry.dayFraction >= 0
+            && entry.dayFraction < 1)
             result.append(entry);
     }
     if (result.isEmpty()) {
         for (const HeicMetadata::SolarPicture &entry : pictures.metadata.solarPositions()) {
             if (entry.index >= 0 && entry.index < pictures.count && std::isfinite(entry.azimuth))
-                result.append({ std::fmod(std::fmod(entry.azimuth, 360) + 360, 360) / 360, entry.index });
+                result.append(
+                    { std::fmod(std::fmod(entry.azimuth, 360) + 360, 360) / 360, entry.index });
         }
     }
     std::ranges::stable_sort(result, {}, &HeicMetadata::TimedPicture::dayFraction);

@@ -5,13 +5,11 @@
 
 #include <QList>
 #include <QTime>
-
 #include <optional>
 
 // Which picture of a wallpaper file should show: light or dark by "apr", by the time of day from
 // "h24", or from "solar" read as a time of day. Indices past the file's pictures are skipped.
-namespace PictureChoice
-{
+namespace PictureChoice {
 // A file's pictures and what its metadata says about them.
 struct Pictures {
     HeicMetadata metadata;
@@ -29,5 +27,6 @@ struct Pictures {
 
 // The next local time at which a time-of-day file changes picture; none for other editions or a
 // file without a schedule.
-[[nodiscard]] std::optional<QTime> nextChange(const Pictures &pictures, Edition edition, QTime time);
+[[nodiscard]] std::optional<QTime> nextChange(const Pictures &pictures, Edition edition,
+                                              QTime time);
 } // namespace PictureChoice

@@ -18,8 +18,7 @@ Q_LOGGING_CATEGORY(lcRenderer, "app.quennet.Quennet.Rendering")
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QJsonObject stamp(const QString &source)
 {
     const QFileInfo info(source);
@@ -34,8 +33,8 @@ bool isWhole(const QString &path)
 {
     static const QByteArray end = QByteArray::fromHex("0000000049454e44ae426082");
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() < end.size() || !file.seek(file.size() - end.size())
-        || file.read(end.size()) != end)
+    if (!file.open(QIODevice::ReadOnly) || file.size() < end.size()
+        || !file.seek(file.size() - end.size()) || file.read(end.size()) != end)
         return false;
     file.close();
     QImageReader reader(path, "png");
@@ -82,7 +81,8 @@ void Renderer::prune(const std::function<bool(const QString &source)> &keep) con
         auto it = fates.find(fileId);
         if (it == fates.end()) {
             const auto source = sourceOfId(fileId);
-            it = fates.insert(fileId, { source && keep(*source), source && QFile::exists(*source) });
+            it =
+                fates.insert(fileId, { source && keep(*source), source && QFile::exists(*source) });
         }
         // A record stays while its file does: it tells what a rendering named in a record of
         // the displays was made of, so that it can be made again.
@@ -100,7 +100,8 @@ bool Renderer::isCurrent(const QString &source, const QString &fileId) const
 {
     QFile record(recordPath(fileId));
     const QJsonObject now = stamp(source);
-    if (record.open(QIODevice::ReadOnly) && QJsonDocument::fromJson(record.readAll()).object() == now)
+    if (record.open(QIODevice::ReadOnly)
+        && QJsonDocument::fromJson(record.readAll()).object() == now)
         return true;
     record.close();
     QDir dir(m_folder);
@@ -156,6 +157,7 @@ std::optional<QString> Renderer::sourceOfId(const QString &fileId) const
     QFile record(recordPath(fileId));
     if (!record.open(QIODevice::ReadOnly))
         return std::nullopt;
-    const QString source = QJsonDocument::fromJson(record.readAll()).object().value("source"_L1).toString();
+    const QString source =
+        QJsonDocument::fromJson(record.readAll()).object().value("source"_L1).toString();
     return source.isEmpty() ? std::nullopt : std::optional(source);
 }

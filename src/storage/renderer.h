@@ -1,16 +1,13 @@
 #pragma once
 
 #include <QString>
-
 #include <functional>
-
 #include <optional>
 
 // Decodes the pictures of wallpaper files into "Rendered/" in the application folder, since most
 // desktops cannot show HEIC. A rendering is named after the file's id and the picture's index and
 // is reused for as long as the file on disk stays the same. Safe to use from worker threads.
-class Renderer
-{
+class Renderer {
 public:
     // folder: the "Rendered" folder.
     explicit Renderer(QString folder);
@@ -22,8 +19,8 @@ public:
     // none when the picture cannot be decoded or written. undecodable, when given, says whether
     // source itself is at fault. Decoding a large picture takes seconds: call it off the main
     // thread.
-    [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId, int index,
-                                                bool *undecodable = nullptr) const;
+    [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId,
+                                                int index, bool *undecodable = nullptr) const;
 
     // The wallpaper file a rendering or a file made from renderings (a slideshow) belongs to;
     // none for other paths.

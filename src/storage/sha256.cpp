@@ -1,11 +1,9 @@
 #include "sha256.h"
 
 #include <QFile>
-
 #include <openssl/evp.h>
 
-namespace
-{
+namespace {
 constexpr qint64 chunk = 1024 * 1024;
 } // namespace
 

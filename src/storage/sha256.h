@@ -1,15 +1,13 @@
 #pragma once
 
 #include <QString>
-
 #include <memory>
 
 struct evp_md_ctx_st;
 
 // A SHA-256 digest through OpenSSL's EVP, fed piece by piece: a download hashes each block as it
 // writes it, so that verifying it needs no second pass over the file.
-class Sha256
-{
+class Sha256 {
 public:
     Sha256();
     ~Sha256();

@@ -1,7 +1,5 @@
 #include "shop.h"
 
-#include "network_error.h"
-
 #include "account.h"
 #include "archive_saver.h"
 #include "async_mutex.h"
@@ -12,6 +10,7 @@
 #include "edition_choice.h"
 #include "file_fetcher.h"
 #include "library_refresher.h"
+#include "network_error.h"
 #include "periodic_check.h"
 #include "reconciler.h"
 #include "transfers.h"

@@ -12,8 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Q_LOGGING_CATEGORY(lcCache, "app.quennet.Quennet.Shop")
 
-namespace Cache
-{
+namespace Cache {
 std::optional<Saved> load(const QString &path)
 {
     QFile file(path);
@@ -21,7 +20,8 @@ std::optional<Saved> load(const QString &path)
         return std::nullopt;
     try {
         const QJsonObject object = JsonFields::parseObject(file.readAll());
-        Saved saved { .catalogue = CatalogueReply::fromJson(JsonFields::object(object, "catalogue"_L1)) };
+        Saved saved { .catalogue =
+                          CatalogueReply::fromJson(JsonFields::object(object, "catalogue"_L1)) };
         if (const auto library = JsonFields::optionalObject(object, "library"_L1))
             saved.library = LibraryReply::fromJson(*library);
         saved.account = JsonFields::optionalString(object, "account"_L1);

@@ -8,8 +8,7 @@
 
 // The disk copy of the last good catalogue and library, "shop-cache.json", so that Quennet
 // starts with the user's packs while offline.
-namespace Cache
-{
+namespace Cache {
 struct Saved {
     CatalogueReply catalogue;
     std::optional<LibraryReply> library; // absent when signed out

@@ -10,13 +10,11 @@ struct WallpaperFile;
 
 // What the store needs from the displays: the last step of setting a wallpaper, and the keep
 // rule's question. The placement layer implements it; the composition root connects the two.
-class WallpaperTarget
-{
+class WallpaperTarget {
 public:
     // The verified local file does not decode: it was damaged on disk after its check. The store
     // deletes it and fetches it again once.
-    class UnreadableFile : public Error
-    {
+    class UnreadableFile : public Error {
     public:
         [[nodiscard]] QString description() const override
         {

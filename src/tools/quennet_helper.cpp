@@ -16,13 +16,11 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QLoggingCategory>
-
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(lcHelper, "app.quennet.Quennet.Spaces.Helper")
 } // namespace
 
@@ -35,7 +33,8 @@ int main(int argc, char *argv[])
     // which can be turned off at any time: everywhere else there is nothing to keep.
     const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
     if (!XfceBackend::isXfce(desktop)) {
-        qCInfo(lcHelper) << "Desktop" << desktop << "shares one picture across workspaces: nothing to do";
+        qCInfo(lcHelper) << "Desktop" << desktop
+                         << "shares one picture across workspaces: nothing to do";
         return 0;
     }
 
@@ -56,7 +55,8 @@ int main(int argc, char *argv[])
     QObject service;
     new HelperService(&service, &keeper);
     if (bus.isConnected())
-        bus.registerObject(QLatin1StringView(HelperBus::path), &service, QDBusConnection::ExportAdaptors);
+        bus.registerObject(QLatin1StringView(HelperBus::path), &service,
+                           QDBusConnection::ExportAdaptors);
     keeper.start();
 
     const int status = QGuiApplication::exec();

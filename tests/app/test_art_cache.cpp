@@ -130,13 +130,14 @@ private Q_SLOTS:
         const QUrl file(u"file:///home/sam/secret.png"_s);
         const QUrl http(u"http://127.0.0.1:9/light.png"_s);
         const QUrl https(u"https://127.0.0.1:9/dark.png"_s);
-        Colourway colourway{.thumbnails = {{Appearance::Light, file}, {Appearance::Dark, https}},
-                            .desktop = {{Appearance::Light, http}}};
+        Colourway colourway { .thumbnails = { { Appearance::Light, file },
+                                              { Appearance::Dark, https } },
+                              .desktop = { { Appearance::Light, http } } };
         QCOMPARE(ArtworkUrls::thumbnail(colourway, Appearance::Light), https);
         QCOMPARE(ArtworkUrls::preview(colourway, Appearance::Light), QUrl());
         colourway.thumbnails.clear();
         QCOMPARE(ArtworkUrls::thumbnail(colourway, Appearance::Dark), QUrl());
-        colourway.desktop = {{Appearance::Dark, https}};
+        colourway.desktop = { { Appearance::Dark, https } };
         QCOMPARE(ArtworkUrls::preview(colourway, Appearance::Light), https);
     }
 };

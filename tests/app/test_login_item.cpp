@@ -8,8 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Open at login as an XDG autostart entry.
-class LoginItemTest : public QObject
-{
+class LoginItemTest : public QObject {
     Q_OBJECT
 
     static void write(const QString &path, const QByteArray &contents)
@@ -84,7 +83,8 @@ private Q_SLOTS:
         QTemporaryDir folder;
         write(folder.path() + u"/autostart"_s, "a file where the folder should be");
         LoginItem item(u"quennet"_s, folder.path() + u"/autostart"_s);
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"^Couldn't change the login item"_s));
+        QTest::ignoreMessage(QtCriticalMsg,
+                             QRegularExpression(u"^Couldn't change the login item"_s));
         item.setOn(true);
         QVERIFY(!item.isOn());
     }

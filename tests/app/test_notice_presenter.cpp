@@ -3,9 +3,9 @@
 #include <QDBusConnection>
 #include <QDesktopServices>
 #include <QQmlComponent>
+#include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
-#include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -17,8 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 
 // A file manager with the freedesktop interface, answering from the test's own thread: a
 // presenter that waited for it would never hear it.
-class FileManagerStandIn : public QObject
-{
+class FileManagerStandIn : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
 
@@ -30,8 +29,7 @@ public Q_SLOTS:
 };
 
 // The words of the panel's notice line, and how its view shows them.
-class NoticePresenterTest : public QObject
-{
+class NoticePresenterTest : public QObject {
     Q_OBJECT
 
     QList<QUrl> m_opened;
@@ -59,9 +57,11 @@ private Q_SLOTS:
                                   << u"Downloading"_s << u"42%"_s;
         QTest::newRow("two files") << std::optional(Notice::downloading(2, 0.996))
                                    << u"downloading"_s << u"Downloading 2 files"_s << u"100%"_s;
-        QTest::newRow("saved") << std::optional(Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)))
+        QTest::newRow("saved") << std::optional(
+            Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)))
                                << u"saved"_s << u"Saved pack.zip to Downloads"_s << QString();
-        QTest::newRow("failed") << std::optional(Notice::failed(u"The shop is busy. Try again in a minute."_s))
+        QTest::newRow("failed") << std::optional(
+            Notice::failed(u"The shop is busy. Try again in a minute."_s))
                                 << u"failed"_s << u"The shop is busy. Try again in a minute."_s
                                 << QString();
     }
@@ -96,8 +96,10 @@ private Q_SLOTS:
         NoticePresenter presenter;
         presenter.setNotice(Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)));
         FileManagerStandIn fileManager;
-        QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"files"_s);
-        QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, &fileManager, QDBusConnection::ExportAllSlots));
+        QDBusConnection bus =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"files"_s);
+        QVERIFY(bus.registerObject(u"/org/freedesktop/FileManager1"_s, &fileManager,
+                                   QDBusConnection::ExportAllSlots));
         QVERIFY(bus.registerService(u"org.freedesktop.FileManager1"_s));
         presenter.showInFolder();
         QTRY_COMPARE(fileManager.shown, QStringList { u"file:///home/sam/Downloads/pack.zip"_s });
@@ -133,7 +135,7 @@ private Q_SLOTS:
                     model: [{ name: sentence }]
                 }
             })"_ba,
-            QUrl());
+                          QUrl());
         engine.rootContext()->setContextProperty(u"presenter"_s, &presenter);
         engine.rootContext()->setContextProperty(u"sentence"_s, sentence);
         const std::unique_ptr<QObject> shown(component.create());

@@ -3,8 +3,7 @@
 #include <QTest>
 
 // Where the tray panel opens, which resizes it takes, and when a click may open it again.
-class PanelRulesTest : public QObject
-{
+class PanelRulesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

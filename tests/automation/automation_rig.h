@@ -6,9 +6,9 @@
 #include "defaults.h"
 #include "desktop_shuffle_displays.h"
 #include "displays.h"
+#include "do_not_disturb.h"
 #include "download_thread.h"
 #include "fake_desktop.h"
-#include "do_not_disturb.h"
 #include "favourites.h"
 #include "focus_filter.h"
 #include "intents.h"
@@ -60,7 +60,10 @@ public:
     Shuffle &shuffle() { return *m_shuffle; }
     Defaults &defaults() { return *m_defaults; }
     FocusFilter &focusFilter() { return *m_focusFilter; }
-    [[nodiscard]] QString defaultsPath() const { return m_folder.filePath(QStringLiteral("defaults.ini")); }
+    [[nodiscard]] QString defaultsPath() const
+    {
+        return m_folder.filePath(QStringLiteral("defaults.ini"));
+    }
 
 private:
     TestShop m_shop;

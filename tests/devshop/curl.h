@@ -20,8 +20,7 @@ struct CurlReply {
 
 // The curl program as an independent client of the development shop: it trusts the shop's
 // authority and nothing else.
-class Curl
-{
+class Curl {
 public:
     explicit Curl(QString caPath);
 

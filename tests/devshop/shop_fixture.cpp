@@ -7,8 +7,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 DevShop::Options withFolders(DevShop::Options options, const QString &state)
 {
     options.contentDir = u"" QUENNET_DEVSHOP_CONTENT ""_s;

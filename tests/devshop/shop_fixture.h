@@ -7,8 +7,7 @@
 
 // A development shop on port 0 over the build's sample content, for one test case, with curl
 // pointed at it.
-class ShopFixture
-{
+class ShopFixture {
 public:
     explicit ShopFixture(DevShop::Options options = {});
 

@@ -2,14 +2,12 @@
 #include "web_driver.h"
 
 #include <QTest>
-
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 // The approval page in a real browser: a person approves or denies the code Quennet shows.
-class TestDevshopApprovalPage : public QObject
-{
+class TestDevshopApprovalPage : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -8,8 +8,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const auto program = u"" QUENNET_DEVSHOP_PROGRAM ""_s;
 const auto content = u"" QUENNET_DEVSHOP_CONTENT ""_s;
 
@@ -39,8 +38,7 @@ struct Server {
 } // namespace
 
 // The command line that scripts and other tools rely on.
-class TestDevshopCommandLine : public QObject
-{
+class TestDevshopCommandLine : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

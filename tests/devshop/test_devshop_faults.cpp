@@ -8,8 +8,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QJsonObject faults(const char *json)
 {
     return QJsonDocument::fromJson(json).object();
@@ -47,8 +46,7 @@ QByteArray roseLight()
 } // namespace
 
 // Every fault switch, set as a test would set it, seen from curl.
-class TestDevshopFaults : public QObject
-{
+class TestDevshopFaults : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -7,8 +7,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // The bytes of a wallpaper file of the sample content, straight from the folder.
 QByteArray contentBytes(const QString &name)
 {
@@ -19,8 +18,7 @@ QByteArray contentBytes(const QString &name)
 
 // Downloads through signed links: validators, single ranges, If-Range and 416, all answered
 // by hand rather than by the server library.
-class TestDevshopFileServing : public QObject
-{
+class TestDevshopFileServing : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -11,8 +11,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 QByteArray sha256(const QByteArray &bytes)
 {
     return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
@@ -20,8 +19,7 @@ QByteArray sha256(const QByteArray &bytes)
 } // namespace
 
 // What the shop answers, read back with the client's own decoders, and the downloads behind it.
-class TestDevshopReplies : public QObject
-{
+class TestDevshopReplies : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

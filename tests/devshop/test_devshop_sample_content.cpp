@@ -9,17 +9,14 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
-
 #include <libheif/heif.h>
-#include <plist/plist.h>
-
 #include <memory>
+#include <plist/plist.h>
 #include <string_view>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const QDir content(u"" QUENNET_DEVSHOP_CONTENT ""_s);
 
 QJsonObject manifest()
@@ -90,8 +87,7 @@ bool lightAndDarkWithin(plist_t dict, int pictures)
 
 // The generated sample content: real HEIC with the desktop metadata, artwork, archives, and
 // a list whose sizes and digests match the bytes.
-class TestDevshopSampleContent : public QObject
-{
+class TestDevshopSampleContent : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

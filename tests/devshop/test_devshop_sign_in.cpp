@@ -7,14 +7,12 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 const auto grantType = u"urn:ietf:params:oauth:grant-type:device_code"_s;
 } // namespace
 
 // The device-code sign-in as RFC 8628 has it, and the life of the tokens it gives.
-class TestDevshopSignIn : public QObject
-{
+class TestDevshopSignIn : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -8,8 +8,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // The key of element references in WebDriver replies.
 const auto elementKey = u"element-6066-11e4-a52e-4f735466cecf"_s;
 const auto chromium = u"/usr/bin/chromium"_s;

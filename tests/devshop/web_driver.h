@@ -8,8 +8,7 @@
 // Headless Chromium driven through chromedriver's WebDriver API. The browser trusts the
 // development shop's authority through its own certificate database, as a person's would after
 // importing "ca.pem"; no certificate error is ignored.
-class WebDriver
-{
+class WebDriver {
 public:
     // Empty when chromedriver, chromium or certutil is missing.
     [[nodiscard]] static QString missingTool();

@@ -11,23 +11,27 @@
 
 // The sample file of each listed colourway in the edition asked for, handed straight to the
 // displays: the store's own path (links, downloads) has tests of its own.
-class SampleStore : public ShuffleStore
-{
+class SampleStore : public ShuffleStore {
 public:
     SampleStore(WallpaperSetter *setter, const QList<std::pair<QString, QString>> &colourways)
         : m_setter(setter)
     {
         for (const auto &[pack, colourway] : colourways)
-            m_choices.append({ .pack = { .slug = pack, .name = pack, .colourways = { { .slug = colourway, .name = colourway } } },
-                               .colourway = { .slug = colourway, .name = colourway } });
+            m_choices.append(
+                { .pack = { .slug = pack,
+                            .name = pack,
+                            .colourways = { { .slug = colourway, .name = colourway } } },
+                  .colourway = { .slug = colourway, .name = colourway } });
     }
 
     [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
     [[nodiscard]] bool isDownloaded(const ShuffleChoice &, Edition) const override { return true; }
 
-    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition edition, QStringList displayIds) override
+    QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition edition,
+                               QStringList displayIds) override
     {
-        const WallpaperFile file { .id = QStringLiteral("f_") + choice.colourway.slug + u'_' + rawValue(edition),
+        const WallpaperFile file { .id = QStringLiteral("f_") + choice.colourway.slug + u'_'
+                                       + rawValue(edition),
                                    .pack = choice.pack.slug,
                                    .colourway = choice.colourway.slug,
                                    .edition = edition };
@@ -35,8 +39,8 @@ public:
                                     .colourway = file.colourway,
                                     .edition = rawValue(file.edition),
                                     .setAt = QDateTime::currentMSecsSinceEpoch() };
-        co_await m_setter->setWallpaper(file, path(choice.pack.slug, choice.colourway.slug, edition),
-                                        placement, displayIds);
+        co_await m_setter->setWallpaper(
+            file, path(choice.pack.slug, choice.colourway.slug, edition), placement, displayIds);
     }
 
     [[nodiscard]] ShuffleChoice choice(const QString &colourway) const
@@ -77,7 +81,8 @@ inline bool near(const QColor &a, const QColor &b)
 inline QString gsettings(const QString &key)
 {
     QProcess process;
-    process.start(QStringLiteral("gsettings"), { QStringLiteral("get"), QStringLiteral("org.gnome.desktop.background"), key });
+    process.start(QStringLiteral("gsettings"),
+                  { QStringLiteral("get"), QStringLiteral("org.gnome.desktop.background"), key });
     process.waitForFinished(30000);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed().remove(u'\'');
 }

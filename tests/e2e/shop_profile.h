@@ -3,8 +3,8 @@
 #include "dev_shop.h"
 
 #include <QDir>
-#include <QFileDevice>
 #include <QFile>
+#include <QFileDevice>
 #include <QStandardPaths>
 
 // Points the Quennet that a test starts at the development shop, through the settings in the

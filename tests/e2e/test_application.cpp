@@ -1,6 +1,6 @@
 #include "dev_shop.h"
-#include "shop_profile.h"
 #include "root_pixels.h"
+#include "shop_profile.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -28,12 +28,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 bool setBanners(bool shown)
 {
-    return QProcess::execute(u"gsettings"_s, { u"set"_s, u"org.gnome.desktop.notifications"_s,
-                                               u"show-banners"_s, shown ? u"true"_s : u"false"_s })
+    return QProcess::execute(u"gsettings"_s,
+                             { u"set"_s, u"org.gnome.desktop.notifications"_s, u"show-banners"_s,
+                               shown ? u"true"_s : u"false"_s })
         == 0;
 }
 
@@ -44,7 +44,8 @@ enum class Desktop { X11, Gnome };
 struct Session {
     explicit Session(Desktop desktop)
         : backend(desktop == Desktop::X11
-                      ? static_cast<DesktopBackend *>(new X11Backend(folder.filePath(u"desktop-x11.json"_s)))
+                      ? static_cast<DesktopBackend *>(
+                          new X11Backend(folder.filePath(u"desktop-x11.json"_s)))
                       : new GnomeBackend(GnomeBackend::Family::Gnome, folder.path()))
         , displays(backend.get(), PlacementRecords(folder.path()), clock)
         , setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock)
@@ -66,7 +67,10 @@ struct Session {
     Displays displays;
     WallpaperSetter setter;
     DesktopShuffleDisplays view { &displays, &setter };
-    SampleStore store { &setter, { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s }, { u"aurora"_s, u"violet"_s } } };
+    SampleStore store {
+        &setter,
+        { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s }, { u"aurora"_s, u"violet"_s } }
+    };
     Defaults defaults { folder.filePath(u"defaults.ini"_s) };
     Favourites favourites { &defaults };
     SleepWatcher sleep;
@@ -85,8 +89,7 @@ struct Session {
 // Under Xorg with two dummy monitors and the GNOME notification keys in dconf: Do Not Disturb
 // puts its wallpaper on both displays and gives each display back what it showed, as a person
 // sees it, and as the desktop's settings hold it.
-class DoNotDisturbDisplaysTest : public QObject
-{
+class DoNotDisturbDisplaysTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -164,12 +167,14 @@ void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack()
 
     QVERIFY(setBanners(false));
     QTRY_VERIFY_WITH_TIMEOUT(session.shuffle.isFocusOn(), 10000);
-    const QString violet = QUrl::fromLocalFile(session.rendering(u"f_violet_light"_s, 0)).toString();
+    const QString violet =
+        QUrl::fromLocalFile(session.rendering(u"f_violet_light"_s, 0)).toString();
     QTRY_COMPARE_WITH_TIMEOUT(gsettings(u"picture-uri"_s), violet, 20000);
     QCOMPARE(gsettings(u"picture-uri-dark"_s), violet);
 
     QVERIFY(setBanners(true));
-    QTRY_VERIFY_WITH_TIMEOUT(!session.shuffle.isFocusOn() && session.shuffle.pendingRestores().isEmpty(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !session.shuffle.isFocusOn() && session.shuffle.pendingRestores().isEmpty(), 20000);
     QCOMPARE(gsettings(u"picture-uri"_s), light);
     QCOMPARE(gsettings(u"picture-uri-dark"_s), dark);
     QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);

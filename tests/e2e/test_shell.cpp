@@ -1,6 +1,6 @@
 #include "dev_shop.h"
-#include "shop_profile.h"
 #include "sample_store.h"
+#include "shop_profile.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -117,24 +117,24 @@ QDBusMessage callBus(const QString &service, const QString &path, const QString 
 QVariant busProperty(const QString &service, const QString &path, const QString &interface,
                      const QString &name)
 {
-    const QDBusReply<QDBusVariant> reply = callBus(
-        service, path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, { interface, name });
+    const QDBusReply<QDBusVariant> reply =
+        callBus(service, path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, { interface, name });
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
 // Asks GNOME Shell, through the test's extension.
 QJsonValue shellEval(const QString &script)
 {
-    const QDBusReply<QString> reply = callBus(u"app.quennet.ShellTest"_s, u"/app/quennet/ShellTest"_s,
-                                              u"app.quennet.ShellTest"_s, u"Eval"_s, { script });
+    const QDBusReply<QString> reply =
+        callBus(u"app.quennet.ShellTest"_s, u"/app/quennet/ShellTest"_s, u"app.quennet.ShellTest"_s,
+                u"Eval"_s, { script });
     if (!reply.isValid())
         return {};
     return QJsonDocument::fromJson("[" + reply.value().toUtf8() + "]").array().at(0);
 }
 
 // Takes what a KWin script sends back: KWin's scripts answer only through calls of their own.
-class KWinAnswers : public QObject
-{
+class KWinAnswers : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "app.quennet.KWinAnswers")
 
@@ -171,8 +171,9 @@ QJsonValue kwinEval(const QString &expression)
     scripting(u"start"_s, {});
     const bool answered = waitFor([] { return !answers.received.isEmpty(); }, 10'000);
     scripting(u"unloadScript"_s, { name });
-    return answered ? QJsonDocument::fromJson("[" + answers.received.constFirst().toUtf8() + "]").array().at(0)
-                    : QJsonValue();
+    return answered
+        ? QJsonDocument::fromJson("[" + answers.received.constFirst().toUtf8() + "]").array().at(0)
+        : QJsonValue();
 }
 
 // Where Quennet's main window is, its frame included. Plasma tells no one where a window is, so
@@ -214,8 +215,7 @@ QRect mainWindowFrame()
 // Quennet inside the real shells, GNOME Shell and KDE Plasma on Wayland, as a person meets it
 // there: the tray icon, its menu, signing in, and a wallpaper that follows the colour scheme and
 // Do Not Disturb. Checked through screenshots and the shells' own interfaces.
-class ShellTest : public QObject
-{
+class ShellTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_state;
@@ -228,12 +228,12 @@ class ShellTest : public QObject
     static void setDark(bool dark)
     {
         if (isGnome()) {
-            QVERIFY(run(u"gsettings"_s, { u"set"_s, u"org.gnome.desktop.interface"_s,
-                                          u"color-scheme"_s,
-                                          dark ? u"prefer-dark"_s : u"default"_s }));
+            QVERIFY(run(u"gsettings"_s,
+                        { u"set"_s, u"org.gnome.desktop.interface"_s, u"color-scheme"_s,
+                          dark ? u"prefer-dark"_s : u"default"_s }));
         } else {
-            QVERIFY(run(u"plasma-apply-colorscheme"_s,
-                        { dark ? u"BreezeDark"_s : u"BreezeLight"_s }));
+            QVERIFY(
+                run(u"plasma-apply-colorscheme"_s, { dark ? u"BreezeDark"_s : u"BreezeLight"_s }));
         }
         // The shells repaint their panels after the change has gone round.
         QTest::qWait(1500);
@@ -251,9 +251,11 @@ class ShellTest : public QObject
                 const [x, y] = button.get_transformed_position();
                 const [w, h] = button.get_transformed_size();
                 return [x, y, w, h];
-            })())"_s).toArray();
-            return box.size() == 4 ? QRect(box[0].toInt(), box[1].toInt(), box[2].toInt(), box[3].toInt())
-                                   : QRect();
+            })())"_s)
+                                       .toArray();
+            return box.size() == 4
+                ? QRect(box[0].toInt(), box[1].toInt(), box[2].toInt(), box[3].toInt())
+                : QRect();
         }
         // Plasma tells no one where its tray draws an item. The tray, at the panel's right end,
         // shows one more icon than before Quennet started, at its left.
@@ -264,7 +266,8 @@ class ShellTest : public QObject
 
     QString sessionState()
     {
-        return busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"State"_s).toString();
+        return busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"State"_s)
+            .toString();
     }
 
     // Which of the pictures Quennet rendered for the desktop the screen shows, if any.
@@ -285,8 +288,9 @@ class ShellTest : public QObject
     static void setDoNotDisturb(bool on)
     {
         if (isGnome()) {
-            QVERIFY(run(u"gsettings"_s, { u"set"_s, u"org.gnome.desktop.notifications"_s,
-                                          u"show-banners"_s, on ? u"false"_s : u"true"_s }));
+            QVERIFY(run(u"gsettings"_s,
+                        { u"set"_s, u"org.gnome.desktop.notifications"_s, u"show-banners"_s,
+                          on ? u"false"_s : u"true"_s }));
             return;
         }
         // Plasma's Do Not Disturb is held by whoever inhibits its notifications.
@@ -296,8 +300,8 @@ class ShellTest : public QObject
                            u"org.freedesktop.Notifications"_s, method, arguments);
         };
         if (on) {
-            const QDBusReply<uint> reply = notifications(
-                u"Inhibit"_s, { u"quennet-test"_s, u"presenting"_s, QVariantMap() });
+            const QDBusReply<uint> reply =
+                notifications(u"Inhibit"_s, { u"quennet-test"_s, u"presenting"_s, QVariantMap() });
             QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
             cookie = reply.value();
         } else {
@@ -307,7 +311,8 @@ class ShellTest : public QObject
 
     static QDBusMessage automation(const QString &method, const QVariantList &arguments)
     {
-        return callBus(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s, method, arguments);
+        return callBus(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s, method,
+                       arguments);
     }
 
     [[nodiscard]] bool hasLibrary() const
@@ -342,9 +347,11 @@ class ShellTest : public QObject
         const auto clickAt = [&input](QPoint where) {
             input(u"pointer.notify_absolute_motion(now, %1, %2)"_s.arg(where.x()).arg(where.y()));
             QTest::qWait(100);
-            input(u"pointer.notify_button(now, Clutter.BUTTON_PRIMARY, Clutter.ButtonState.PRESSED)"_s);
+            input(
+                u"pointer.notify_button(now, Clutter.BUTTON_PRIMARY, Clutter.ButtonState.PRESSED)"_s);
             QTest::qWait(100);
-            input(u"pointer.notify_button(now, Clutter.BUTTON_PRIMARY, Clutter.ButtonState.RELEASED)"_s);
+            input(
+                u"pointer.notify_button(now, Clutter.BUTTON_PRIMARY, Clutter.ButtonState.RELEASED)"_s);
         };
         const auto escape = [&input] {
             input(u"keyboard.notify_keyval(now, Clutter.KEY_Escape, Clutter.KeyState.PRESSED);"
@@ -434,8 +441,9 @@ private Q_SLOTS:
 
         if (!isGnome()) {
             // The clock would change the tray's neighbourhood between screenshots.
-            QVERIFY(run(u"qdbus"_s, { u"org.kde.plasmashell"_s, u"/PlasmaShell"_s, u"evaluateScript"_s,
-                                      uR"(panels().forEach(p => p.widgets('org.kde.plasma.digitalclock')
+            QVERIFY(run(u"qdbus"_s,
+                        { u"org.kde.plasmashell"_s, u"/PlasmaShell"_s, u"evaluateScript"_s,
+                          uR"(panels().forEach(p => p.widgets('org.kde.plasma.digitalclock')
                                               .forEach(w => w.remove())))"_s }));
             for (const bool dark : { true, false }) {
                 setDark(dark);
@@ -475,11 +483,15 @@ private Q_SLOTS:
         QRect icon;
         QVERIFY(waitFor([&] { return !(icon = trayIcon(dark)).isEmpty(); }));
         const QImage screen = screenshot();
-        QVERIFY2(icon.width() <= 64 && icon.height() <= 64, qPrintable(u"%1x%2"_s.arg(icon.width()).arg(icon.height())));
+        QVERIFY2(icon.width() <= 64 && icon.height() <= 64,
+                 qPrintable(u"%1x%2"_s.arg(icon.width()).arg(icon.height())));
         const QColor panel = screen.pixelColor(icon.left() - 2, icon.center().y());
         QVERIFY2(standingOut(screen, icon, panel) >= 20,
-                 qPrintable(u"icon %1,%2 %3x%4 on %5"_s.arg(icon.x()).arg(icon.y())
-                                .arg(icon.width()).arg(icon.height()).arg(panel.name())));
+                 qPrintable(u"icon %1,%2 %3x%4 on %5"_s.arg(icon.x())
+                                .arg(icon.y())
+                                .arg(icon.width())
+                                .arg(icon.height())
+                                .arg(panel.name())));
     }
 
     // A right click opens the menu the shell draws, from the items Quennet handed it.
@@ -498,8 +510,8 @@ private Q_SLOTS:
                     .map(i => i.label.text);
             })())"_s;
             QStringList labels;
-            QTRY_COMPARE_WITH_TIMEOUT(
-                (labels = shellEval(openMenu).toVariant().toStringList()), expected, 10'000);
+            QTRY_COMPARE_WITH_TIMEOUT((labels = shellEval(openMenu).toVariant().toStringList()),
+                                      expected, 10'000);
             // Closed, and its grab given back, before anything else wants the focus.
             const auto anyOpen = u"Object.values(imports.ui.main.panel.statusArea)"
                                  u".some(b => b.menu && (b.menu.close(), b.menu.isOpen))"_s;
@@ -519,8 +531,8 @@ private Q_SLOTS:
                                           u"org.kde.StatusNotifierItem"_s, u"Menu"_s))
                               .path();
         QVERIFY(!menu.isEmpty() && menu != "/NO_DBUSMENU"_L1);
-        const QDBusMessage reply = callBus(service, menu, u"com.canonical.dbusmenu"_s, u"GetLayout"_s,
-                                           { 0, -1, QStringList { u"label"_s } });
+        const QDBusMessage reply = callBus(service, menu, u"com.canonical.dbusmenu"_s,
+                                           u"GetLayout"_s, { 0, -1, QStringList { u"label"_s } });
         QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
         QStringList labels;
         const QDBusArgument root = reply.arguments().at(1).value<QDBusArgument>();
@@ -551,11 +563,11 @@ private Q_SLOTS:
     void panelFromTheIcon()
     {
         // GNOME's watcher lists items as "SERVICE@PATH", Plasma's as "SERVICE/PATH".
-        const QString item = busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                                         u"org.kde.StatusNotifierWatcher"_s,
-                                         u"RegisteredStatusNotifierItems"_s)
-                                 .toStringList()
-                                 .value(0);
+        const QString item =
+            busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                        u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
+                .toStringList()
+                .value(0);
         const qsizetype split = item.contains(u'@') ? item.indexOf(u'@') : item.indexOf(u'/');
         QVERIFY2(split > 0, qPrintable(item));
         const auto click = [&item, split] {
@@ -578,14 +590,16 @@ private Q_SLOTS:
                 == QDBusMessage::ReplyMessage);
         QString code;
         QTRY_VERIFY_WITH_TIMEOUT(
-            !(code = busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"UserCode"_s)
-                         .toString())
+            !(code =
+                  busProperty(quennet, quennetPath, u"app.quennet.Quennet.Session"_s, u"UserCode"_s)
+                      .toString())
                  .isEmpty(),
             10'000);
         QVERIFY(m_shop->approve(code));
         QTRY_COMPARE_WITH_TIMEOUT(sessionState(), u"signedIn"_s, 15'000);
         QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 15'000);
-        QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.kde.kwalletd5"_s));
+        QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
+            u"org.kde.kwalletd5"_s));
         QVERIFY(!QFile::exists(m_folder + u"/secrets.json"_s));
     }
 
@@ -598,7 +612,8 @@ private Q_SLOTS:
         QVERIFY2(set.type() == QDBusMessage::ReplyMessage, qPrintable(set.errorMessage()));
         QVERIFY(waitFor([&] { return !(m_light = shownRendering()).isEmpty(); }));
         setDark(true);
-        QVERIFY(waitFor([&] { return !(m_dark = shownRendering()).isEmpty() && m_dark != m_light; }));
+        QVERIFY(
+            waitFor([&] { return !(m_dark = shownRendering()).isEmpty() && m_dark != m_light; }));
         setDark(false);
         QVERIFY(waitFor([&] { return shownRendering() == m_light; }));
     }
@@ -671,8 +686,9 @@ private Q_SLOTS:
             QSKIP("Plasma always has its tray");
         m_quennet.terminate();
         QVERIFY(m_quennet.waitForFinished(10'000));
-        QVERIFY(run(u"gsettings"_s, { u"set"_s, u"org.gnome.shell"_s, u"enabled-extensions"_s,
-                                      u"['quennet-test@quennet.app']"_s }));
+        QVERIFY(run(u"gsettings"_s,
+                    { u"set"_s, u"org.gnome.shell"_s, u"enabled-extensions"_s,
+                      u"['quennet-test@quennet.app']"_s }));
         QTRY_VERIFY_WITH_TIMEOUT(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
                                      u"org.kde.StatusNotifierWatcher"_s),
                                  10'000);
@@ -684,8 +700,8 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(shellEval(notifications + u".length"_s).toInt(), 1, 20'000);
         shellEval(notifications + u"[0].activate()"_s);
         const auto windows = u"global.get_window_actors().map(a => a.meta_window.get_title())"_s;
-        QTRY_VERIFY_WITH_TIMEOUT(shellEval(windows).toVariant().toStringList().contains(u"Quennet"_s),
-                                 10'000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            shellEval(windows).toVariant().toStringList().contains(u"Quennet"_s), 10'000);
 
         // The desktop entry's actions, as the app grid and the dock run them.
         const auto runAction = [](const QString &action) {

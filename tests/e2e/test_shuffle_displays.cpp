@@ -21,11 +21,9 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-
 // Under Xorg with two dummy monitors: a shuffle with a different wallpaper on each display, as a
 // person sees it.
-class ShuffleDisplaysTest : public QObject
-{
+class ShuffleDisplaysTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -63,7 +61,8 @@ void ShuffleDisplaysTest::aDifferentColourwayOnEachDisplay()
         QVERIFY(displays.showsOwnWallpaper(display));
         const auto placement = displays.placement(display.id);
         colourways.append(placement->colourway);
-        const QColor pixel = rootPixel(int(display.frame.center().x()), int(display.frame.center().y()));
+        const QColor pixel =
+            rootPixel(int(display.frame.center().x()), int(display.frame.center().y()));
         QVERIFY2(near(pixel, middleOf(placement->path)), qPrintable(pixel.name()));
         seen.append(pixel);
     }

@@ -18,21 +18,23 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QString sample(const QString &name)
 {
     return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + name;
 }
 
-WallpaperFile fileOf(const QString &id, const QString &pack, const QString &colourway, Edition edition)
+WallpaperFile fileOf(const QString &id, const QString &pack, const QString &colourway,
+                     Edition edition)
 {
     return { .id = id, .pack = pack, .colourway = colourway, .edition = edition };
 }
 
 Placement placementOf(const WallpaperFile &file)
 {
-    return { .pack = file.pack, .colourway = file.colourway, .edition = rawValue(file.edition),
+    return { .pack = file.pack,
+             .colourway = file.colourway,
+             .edition = rawValue(file.edition),
              .setAt = QDateTime::currentMSecsSinceEpoch() };
 }
 
@@ -53,8 +55,7 @@ struct Session {
 } // namespace
 
 // Under Xorg with two dummy monitors and dconf on a private bus: what a person sees.
-class TwoDisplaysTest : public QObject
-{
+class TwoDisplaysTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -63,7 +64,8 @@ class TwoDisplaysTest : public QObject
 
     std::unique_ptr<Session> x11()
     {
-        return std::make_unique<Session>(new X11Backend(m_dir.filePath(u"desktop-x11.json"_s)), m_dir.path());
+        return std::make_unique<Session>(new X11Backend(m_dir.filePath(u"desktop-x11.json"_s)),
+                                         m_dir.path());
     }
 
     static bool xrandr(const QStringList &arguments)
@@ -84,8 +86,10 @@ private Q_SLOTS:
 
         const QColor left = rootPixel(960, 540);
         const QColor right = rootPixel(1920 + 960, 540);
-        QVERIFY2(near(left, middleOf(session->displays.placement(ids[0])->path)), qPrintable(left.name()));
-        QVERIFY2(near(right, middleOf(session->displays.placement(ids[1])->path)), qPrintable(right.name()));
+        QVERIFY2(near(left, middleOf(session->displays.placement(ids[0])->path)),
+                 qPrintable(left.name()));
+        QVERIFY2(near(right, middleOf(session->displays.placement(ids[1])->path)),
+                 qPrintable(right.name()));
         QVERIFY(!near(left, right));
         for (const auto &display : session->displays.all())
             QVERIFY(session->displays.showsOwnWallpaper(display));
@@ -110,7 +114,8 @@ private Q_SLOTS:
         const QString second = session->setter.displayIds().value(1);
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--off"_s }));
         QTRY_COMPARE(session->displays.all().size(), 1);
-        QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--right-of"_s, u"DUMMY0"_s }));
+        QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--right-of"_s,
+                         u"DUMMY0"_s }));
         QTRY_COMPARE(session->displays.all().size(), 2);
         QTRY_COMPARE(session->displays.all()[1].frame, QRectF(1920, 0, 1920, 1080));
         QCOMPARE(session->displays.all()[1].id, second);
@@ -125,7 +130,9 @@ private Q_SLOTS:
         grey.fill(Qt::gray);
         const QString picture = m_dir.filePath(u"grey.png"_s);
         QVERIFY(grey.save(picture));
-        QCOMPARE(QProcess::execute(u"xwallpaper"_s, { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s, picture }), 0);
+        QCOMPARE(QProcess::execute(u"xwallpaper"_s,
+                                   { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s, picture }),
+                 0);
         QTRY_VERIFY(!session->displays.showsOwnWallpaper(session->displays.all()[1]));
         QVERIFY(session->displays.showsOwnWallpaper(session->displays.all()[0]));
         // The record stays: it is the picture Quennet put there, not what shows now.
@@ -135,17 +142,21 @@ private Q_SLOTS:
     void appearanceEditionOnGnome()
     {
         const QString folder = m_dir.filePath(u"gnome"_s);
-        Session session(new GnomeBackend(GnomeBackend::Family::Gnome, folder + u"/Rendered"_s), folder);
+        Session session(new GnomeBackend(GnomeBackend::Family::Gnome, folder + u"/Rendered"_s),
+                        folder);
         const WallpaperFile file = fileOf(u"f_ap"_s, u"aurora"_s, u"violet"_s, Edition::Automatic);
         const QString source = sample(u"aurora/violet-appearance.heic"_s);
-        awaitTask(session.setter.setWallpaper(file, source, placementOf(file), session.setter.displayIds()));
+        awaitTask(session.setter.setWallpaper(file, source, placementOf(file),
+                                              session.setter.displayIds()));
 
         const QString light = QUrl(gsettings(u"picture-uri"_s)).toLocalFile();
         const QString dark = QUrl(gsettings(u"picture-uri-dark"_s)).toLocalFile();
         QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);
         const auto heic = HeicFile::open(source);
-        QCOMPARE(QImage(light).convertToFormat(QImage::Format_RGB32), heic->picture(0).convertToFormat(QImage::Format_RGB32));
-        QCOMPARE(QImage(dark).convertToFormat(QImage::Format_RGB32), heic->picture(1).convertToFormat(QImage::Format_RGB32));
+        QCOMPARE(QImage(light).convertToFormat(QImage::Format_RGB32),
+                 heic->picture(0).convertToFormat(QImage::Format_RGB32));
+        QCOMPARE(QImage(dark).convertToFormat(QImage::Format_RGB32),
+                 heic->picture(1).convertToFormat(QImage::Format_RGB32));
         const QString id = session.setter.displayIds().first();
         QCOMPARE(session.displays.placement(id)->path, light);
         QVERIFY(session.displays.showsOwnWallpaper(session.displays.all().first()));
@@ -158,7 +169,8 @@ private Q_SLOTS:
         QVERIFY(slideshow.endsWith(u".xml"_s));
         QFile xml(slideshow);
         QVERIFY(xml.open(QIODevice::ReadOnly));
-        QCOMPARE(xml.readAll().count("<file>"), 5); // four phases, and the night again from midnight
+        QCOMPARE(xml.readAll().count("<file>"),
+                 5); // four phases, and the night again from midnight
         QVERIFY(session.setter.isShown(sample(u"aurora/violet-time-of-day.heic"_s)));
     }
 };

@@ -1,5 +1,4 @@
 #include "catalogue_reply.h"
-
 #include "error.h"
 
 #include <QJsonDocument>

@@ -1,7 +1,6 @@
 #include "content_rules.h"
-#include "library_reply.h"
-
 #include "error.h"
+#include "library_reply.h"
 
 #include <QJsonDocument>
 

@@ -1,6 +1,5 @@
-#include "placement.h"
-
 #include "error.h"
+#include "placement.h"
 
 // Any input either fails with DecodingError or decodes and survives a round trip.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

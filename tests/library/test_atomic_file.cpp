@@ -11,8 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 // Every file Quennet keeps goes through one writer. On a full disk it must fail and leave the
 // file as it was: a buffered QSaveFile reports a short write there as success.
-class AtomicFileTest : public QObject
-{
+class AtomicFileTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_mount;
@@ -23,21 +22,20 @@ private Q_SLOTS:
     void initTestCase()
     {
         // A small disk of its own, which the test can fill.
-        if (QProcess::execute(u"mount"_s, { u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=256k"_s, u"tmpfs"_s,
-                                            m_mount.path() })
+        if (QProcess::execute(
+                u"mount"_s,
+                { u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=256k"_s, u"tmpfs"_s, m_mount.path() })
             != 0)
             QSKIP("needs root to mount a small disk");
     }
 
-    void cleanupTestCase()
-    {
-        QProcess::execute(u"umount"_s, { m_mount.path() });
-    }
+    void cleanupTestCase() { QProcess::execute(u"umount"_s, { m_mount.path() }); }
 
     void fullDiskKeepsTheOldFile()
     {
         const QByteArray old(1000, 'o');
-        QVERIFY(writeAtomically(path(u"sub/record.json"_s), old, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+        QVERIFY(writeAtomically(path(u"sub/record.json"_s), old,
+                                QFileDevice::ReadOwner | QFileDevice::WriteOwner));
         QCOMPARE(QFile(path(u"sub/record.json"_s)).permissions() & QFileDevice::ReadGroup, 0);
 
         // Fill the disk, but for a little room.

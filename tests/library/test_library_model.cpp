@@ -5,8 +5,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class LibraryModelTest : public QObject
-{
+class LibraryModelTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -70,7 +69,8 @@ private Q_SLOTS:
             QVERIFY(other != file);
             QVERIFY(qHash(other) != qHash(file));
         }
-        QVERIFY(FileSource::local(QUrl(u"file:///a"_s)) != FileSource::publicUrl(QUrl(u"file:///a"_s)));
+        QVERIFY(FileSource::local(QUrl(u"file:///a"_s))
+                != FileSource::publicUrl(QUrl(u"file:///a"_s)));
 
         OwnedPack pack { .slug = u"p"_s };
         pack.files[u"c"_s].insert(Edition::Dark, file);

@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QString fixturePath(const QString &name)
 {
     return QStringLiteral(QUENNET_TEST_DATA "/library/placements/") + name;
@@ -23,8 +22,7 @@ void write(const QString &path, const QByteArray &bytes)
 const Placement mist { u"harbour"_s, u"mist"_s, u"dark"_s, u"/a.heic"_s, 1700000000123 };
 } // namespace
 
-class PlacementRecordsTest : public QObject
-{
+class PlacementRecordsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -37,19 +35,21 @@ private Q_SLOTS:
 
         QTest::newRow("missing file") << QString() << true << QStringList() << QStringList();
         QTest::newRow("empty file") << u"empty.json"_s << true << QStringList() << QStringList();
-        QTest::newRow("empty object") << u"empty-object.json"_s << true << QStringList() << QStringList();
+        QTest::newRow("empty object")
+            << u"empty-object.json"_s << true << QStringList() << QStringList();
         QTest::newRow("applied derived, null flag")
             << u"no-applied.json"_s << true << QStringList { u"display-1"_s }
             << QStringList { u"/p.heic"_s };
-        QTest::newRow("everything given") << u"full.json"_s << false
-                                          << QStringList { u"display-1"_s, u"display-2"_s }
-                                          << QStringList { u"/a.heic"_s, u"/b.heic"_s };
-        QTest::newRow("setAt as text") << u"string-setat.json"_s << true << QStringList() << QStringList();
-        QTest::newRow("placement lacks a key") << u"missing-key.json"_s << true << QStringList()
-                                               << QStringList();
+        QTest::newRow("everything given")
+            << u"full.json"_s << false << QStringList { u"display-1"_s, u"display-2"_s }
+            << QStringList { u"/a.heic"_s, u"/b.heic"_s };
+        QTest::newRow("setAt as text")
+            << u"string-setat.json"_s << true << QStringList() << QStringList();
+        QTest::newRow("placement lacks a key")
+            << u"missing-key.json"_s << true << QStringList() << QStringList();
         QTest::newRow("not an object") << u"array.json"_s << true << QStringList() << QStringList();
-        QTest::newRow("flag of the wrong type") << u"wrong-type.json"_s << true << QStringList()
-                                                << QStringList();
+        QTest::newRow("flag of the wrong type")
+            << u"wrong-type.json"_s << true << QStringList() << QStringList();
     }
 
     void load()
@@ -109,18 +109,18 @@ private Q_SLOTS:
         QTest::addColumn<bool>("hasPlacement");
         QTest::addColumn<bool>("expected");
 
-        QTest::newRow("exactly this placement") << QByteArray(R"({"released": {"d": 1700000000123}})")
-                                                << true << true;
-        QTest::newRow("one millisecond off") << QByteArray(R"({"released": {"d": 1700000000122}})")
-                                             << true << false;
-        QTest::newRow("another display") << QByteArray(R"({"released": {"e": 1700000000123}})") << true
-                                         << false;
-        QTest::newRow("no placement") << QByteArray(R"({"released": {"d": 1700000000123}})") << false
-                                      << false;
+        QTest::newRow("exactly this placement")
+            << QByteArray(R"({"released": {"d": 1700000000123}})") << true << true;
+        QTest::newRow("one millisecond off")
+            << QByteArray(R"({"released": {"d": 1700000000122}})") << true << false;
+        QTest::newRow("another display")
+            << QByteArray(R"({"released": {"e": 1700000000123}})") << true << false;
+        QTest::newRow("no placement")
+            << QByteArray(R"({"released": {"d": 1700000000123}})") << false << false;
         QTest::newRow("no file") << QByteArray() << true << false;
         QTest::newRow("not JSON") << QByteArray("{") << true << false;
-        QTest::newRow("value as text") << QByteArray(R"({"released": {"d": "1700000000123"}})") << true
-                                       << false;
+        QTest::newRow("value as text")
+            << QByteArray(R"({"released": {"d": "1700000000123"}})") << true << false;
         QTest::newRow("another entry broken")
             << QByteArray(R"({"released": {"d": 1700000000123, "e": "x"}})") << true << false;
     }

@@ -10,8 +10,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 const QUrl shopBase(u"https://shop.example/api/app/v1"_s);
 
 QByteArray fixture(const QString &name)
@@ -67,8 +66,7 @@ QDateTime utc(const QString &text)
 }
 } // namespace
 
-class ShopRepliesTest : public QObject
-{
+class ShopRepliesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -103,15 +101,16 @@ private Q_SLOTS:
             u"\"bytes\""_s);
         row("file id missing", library, mutated(lib, u"packs/0/colourways/0/files/3/id"_s, removed),
             u"\"id\" is missing"_s);
-        row("sha256 a number", library,
-            mutated(lib, u"packs/0/colourways/0/files/0/sha256"_s, 1), u"\"sha256\""_s);
+        row("sha256 a number", library, mutated(lib, u"packs/0/colourways/0/files/0/sha256"_s, 1),
+            u"\"sha256\""_s);
         row("archive not an object", library, mutated(lib, u"packs/0/archives/0"_s, u"zip"_s),
             u"\"archives\""_s);
         row("archive filename missing", library,
             mutated(lib, u"packs/0/archives/1/filename"_s, removed), u"\"filename\""_s);
         row("date only", library, mutated(lib, u"packs/0/since"_s, u"2025-03-01"_s),
             u"Not an ISO 8601 time: 2025-03-01"_s);
-        row("time without zone", library, mutated(lib, u"packs/0/updatedAt"_s, u"2025-03-01T09:30:00"_s),
+        row("time without zone", library,
+            mutated(lib, u"packs/0/updatedAt"_s, u"2025-03-01T09:30:00"_s),
             u"Not an ISO 8601 time: 2025-03-01T09:30:00"_s);
         row("phases missing", catalogue, mutated(cat, u"phases"_s, removed), u"\"phases\""_s);
         row("phase label missing", catalogue, mutated(cat, u"phases/1/label"_s, removed),
@@ -125,9 +124,10 @@ private Q_SLOTS:
             mutated(cat, u"packs/0/colourways/0/art/desktop"_s, u"x"_s), u"\"desktop\""_s);
         row("phase art not text", catalogue,
             mutated(cat, u"packs/0/colourways/0/art/phases/dawn"_s, 3), u"phase picture"_s);
-        row("free without colourways", catalogue, mutated(cat, u"packs/1/free/colourways"_s, removed),
-            u"\"colourways\""_s);
-        row("bad time in free", catalogue, mutated(cat, u"packs/1/free/updatedAt"_s, u"yesterday"_s),
+        row("free without colourways", catalogue,
+            mutated(cat, u"packs/1/free/colourways"_s, removed), u"\"colourways\""_s);
+        row("bad time in free", catalogue,
+            mutated(cat, u"packs/1/free/updatedAt"_s, u"yesterday"_s),
             u"Not an ISO 8601 time: yesterday"_s);
     }
 
@@ -191,11 +191,15 @@ private Q_SLOTS:
     void times_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("expected"); // ISO with milliseconds in UTC, or empty for a failure
+        QTest::addColumn<QString>(
+            "expected"); // ISO with milliseconds in UTC, or empty for a failure
 
-        QTest::newRow("whole seconds") << u"2025-03-01T09:30:00Z"_s << u"2025-03-01T09:30:00.000Z"_s;
-        QTest::newRow("half second") << u"2025-03-01T09:30:00.5Z"_s << u"2025-03-01T09:30:00.500Z"_s;
-        QTest::newRow("microseconds") << u"2025-03-01T09:30:00.250999Z"_s << u"2025-03-01T09:30:00.250Z"_s;
+        QTest::newRow("whole seconds")
+            << u"2025-03-01T09:30:00Z"_s << u"2025-03-01T09:30:00.000Z"_s;
+        QTest::newRow("half second")
+            << u"2025-03-01T09:30:00.5Z"_s << u"2025-03-01T09:30:00.500Z"_s;
+        QTest::newRow("microseconds")
+            << u"2025-03-01T09:30:00.250999Z"_s << u"2025-03-01T09:30:00.250Z"_s;
         QTest::newRow("offset") << u"2025-03-01T10:30:00+01:00"_s << u"2025-03-01T09:30:00.000Z"_s;
         QTest::newRow("date only") << u"2025-03-01"_s << QString();
         QTest::newRow("no zone") << u"2025-03-01T09:30:00"_s << QString();
@@ -234,25 +238,28 @@ private Q_SLOTS:
 
         const int local = int(FileSource::Kind::Local), pub = int(FileSource::Kind::Public),
                   shop = int(FileSource::Kind::Shop);
-        QTest::newRow("library path ignored") << 0 << u"f/a.heic"_s << QString() << shop << QString();
-        QTest::newRow("library url ignored") << 0 << QString() << u"https://shop.example/a"_s << shop
-                                             << QString();
-        QTest::newRow("path with base") << 1 << u"/f/a.heic"_s << QString() << local
-                                        << u"https://shop.example/f/a.heic"_s;
+        QTest::newRow("library path ignored")
+            << 0 << u"f/a.heic"_s << QString() << shop << QString();
+        QTest::newRow("library url ignored")
+            << 0 << QString() << u"https://shop.example/a"_s << shop << QString();
+        QTest::newRow("path with base")
+            << 1 << u"/f/a.heic"_s << QString() << local << u"https://shop.example/f/a.heic"_s;
         QTest::newRow("no path with base") << 1 << QString() << QString() << shop << QString();
-        QTest::newRow("relative url") << 2 << QString() << u"/f/a.heic"_s << pub
-                                      << u"https://shop.example/f/a.heic"_s;
-        QTest::newRow("absolute same host") << 2 << QString() << u"https://shop.example/x"_s << pub
-                                            << u"https://shop.example/x"_s;
-        QTest::newRow("other host") << 2 << QString() << u"https://cdn.example/x"_s << -1 << QString();
-        QTest::newRow("plain http") << 2 << QString() << u"http://shop.example/x"_s << -1 << QString();
-        QTest::newRow("scheme case") << 2 << QString() << u"HTTPS://shop.example/x"_s << pub
-                                     << u"https://shop.example/x"_s;
-        QTest::newRow("host case") << 2 << QString() << u"https://SHOP.example/x"_s << pub
-                                   << u"https://shop.example/x"_s;
+        QTest::newRow("relative url")
+            << 2 << QString() << u"/f/a.heic"_s << pub << u"https://shop.example/f/a.heic"_s;
+        QTest::newRow("absolute same host")
+            << 2 << QString() << u"https://shop.example/x"_s << pub << u"https://shop.example/x"_s;
+        QTest::newRow("other host")
+            << 2 << QString() << u"https://cdn.example/x"_s << -1 << QString();
+        QTest::newRow("plain http")
+            << 2 << QString() << u"http://shop.example/x"_s << -1 << QString();
+        QTest::newRow("scheme case")
+            << 2 << QString() << u"HTTPS://shop.example/x"_s << pub << u"https://shop.example/x"_s;
+        QTest::newRow("host case")
+            << 2 << QString() << u"https://SHOP.example/x"_s << pub << u"https://shop.example/x"_s;
         QTest::newRow("path only") << 2 << u"/f/a.heic"_s << QString() << -1 << QString();
-        QTest::newRow("local switch") << 3 << QString() << u"https://cdn.example/x"_s << local
-                                      << u"https://cdn.example/x"_s;
+        QTest::newRow("local switch")
+            << 3 << QString() << u"https://cdn.example/x"_s << local << u"https://cdn.example/x"_s;
     }
 
     void sourceRules()
@@ -313,7 +320,8 @@ private Q_SLOTS:
 
     void emptyLibrary()
     {
-        const auto reply = LibraryReply::decode(mutated(u"library.json"_s, u"packs"_s, QJsonArray()));
+        const auto reply =
+            LibraryReply::decode(mutated(u"library.json"_s, u"packs"_s, QJsonArray()));
         QVERIFY(reply.ownedPacks(SourceRule::pathRule()).isEmpty());
     }
 
@@ -336,11 +344,13 @@ private Q_SLOTS:
         QCOMPARE(harbour.colourways.size(), 2);
 
         const Colourway &mist = harbour.colourways[0];
-        QCOMPARE(mist.thumbnails[Appearance::Light], QUrl(u"https://shop.example/art/mist-light.jpg"_s));
+        QCOMPARE(mist.thumbnails[Appearance::Light],
+                 QUrl(u"https://shop.example/art/mist-light.jpg"_s));
         QCOMPARE(mist.thumbnails[Appearance::Dark], QUrl(u"https://cdn.example/mist-dark.jpg"_s));
-        QCOMPARE(mist.desktop, (QMap<Appearance, QUrl> {
-                                   { Appearance::Light,
-                                     QUrl(u"https://shop.example/api/app/art/mist-desktop-light.jpg"_s) } }));
+        QCOMPARE(mist.desktop,
+                 (QMap<Appearance, QUrl> {
+                     { Appearance::Light,
+                       QUrl(u"https://shop.example/api/app/art/mist-desktop-light.jpg"_s) } }));
         QCOMPARE(mist.phases[u"night"_s], QUrl(u"https://shop.example/art/mist-night.jpg"_s));
         QCOMPARE(harbour.colourways[1].artwork(Appearance::Light),
                  QUrl(u"https://shop.example/art/tide-dark.jpg"_s));
@@ -351,7 +361,8 @@ private Q_SLOTS:
         QVERIFY(reply.packs[1].isReleased());
         QVERIFY(!reply.packs[2].isReleased());
 
-        QCOMPARE(reply.allPhases(), (QList<Phase> { { u"dawn"_s, u"Dawn"_s }, { u"night"_s, u"Night"_s } }));
+        QCOMPARE(reply.allPhases(),
+                 (QList<Phase> { { u"dawn"_s, u"Dawn"_s }, { u"night"_s, u"Night"_s } }));
     }
 
     void freePacks()
@@ -383,7 +394,8 @@ private Q_SLOTS:
                  library.ownedPacks(SourceRule::pathRule()));
 
         const auto catalogue = CatalogueReply::decode(fixture(u"catalogue.json"_s));
-        const auto catalogueAgain = CatalogueReply::decode(QJsonDocument(catalogue.toJson()).toJson());
+        const auto catalogueAgain =
+            CatalogueReply::decode(QJsonDocument(catalogue.toJson()).toJson());
         QCOMPARE(catalogueAgain, catalogue);
         QCOMPARE(catalogueAgain.catalogue(shopBase), catalogue.catalogue(shopBase));
         QCOMPARE(catalogueAgain.freePacks(shopBase), catalogue.freePacks(shopBase));

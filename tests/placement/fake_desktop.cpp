@@ -24,7 +24,8 @@ QCoro::Task<> FakeDesktop::setPicture(DesktopPicture picture, QList<DesktopScree
     co_return;
 }
 
-QCoro::Task<bool> FakeClock::sleep(std::shared_ptr<CancelToken> token, std::chrono::milliseconds duration)
+QCoro::Task<bool> FakeClock::sleep(std::shared_ptr<CancelToken> token,
+                                   std::chrono::milliseconds duration)
 {
     while (allowed <= 0 && !token->isCancelled()) {
         QTimer timer;

@@ -6,8 +6,7 @@
 #include <QHash>
 
 // A desktop whose screens and pictures the test decides; set requests are recorded.
-class FakeDesktop : public DesktopBackend
-{
+class FakeDesktop : public DesktopBackend {
     Q_OBJECT
 
 public:
@@ -33,13 +32,13 @@ public:
 
 // Time that moves only when a test moves it, or by exactly as much as a task sleeps. A sleep
 // ends only when the test allows it.
-class FakeClock : public Clock
-{
+class FakeClock : public Clock {
 public:
     QDateTime time = QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
     int sleeps = 0; // finished sleeps
     int allowed = 1000; // sleeps that may still finish
 
     [[nodiscard]] QDateTime now() const override { return time; }
-    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token, std::chrono::milliseconds duration) override;
+    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
+                            std::chrono::milliseconds duration) override;
 };

@@ -153,7 +153,8 @@ void FakeDisplays::showPicture(const QString &id, const QString &path)
     Q_EMIT changed();
 }
 
-QCoro::Task<> FakeDisplays::restore(QStringList displayIds, QString path, std::optional<Placement> placement)
+QCoro::Task<> FakeDisplays::restore(QStringList displayIds, QString path,
+                                    std::optional<Placement> placement)
 {
     for (const QString &id : std::as_const(displayIds))
         restores.append({ id, path });
@@ -192,8 +193,7 @@ QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
     return choices;
 }
 
-namespace
-{
+namespace {
 QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 {
     const auto path = folder.filePath(u"defaults.ini"_s);

@@ -14,8 +14,9 @@
 
 // A clock for schedules: nothing moves until the test moves it, and then each sleeper wakes at
 // its own deadline, in order, as a real one would.
-class SimulatedClock : public QObject, public Clock
-{
+class SimulatedClock
+    : public QObject
+    , public Clock {
     Q_OBJECT
 
 public:
@@ -46,8 +47,7 @@ private:
 };
 
 // The library store as the shuffle sees it: choices, files on disk, and the sets it was asked for.
-class FakeStore : public ShuffleStore
-{
+class FakeStore : public ShuffleStore {
     Q_OBJECT
 
 public:
@@ -82,8 +82,7 @@ private:
     QList<std::shared_ptr<CancelToken>> m_held;
 };
 
-class FakeDisplays : public ShuffleDisplays
-{
+class FakeDisplays : public ShuffleDisplays {
     Q_OBJECT
 
 public:

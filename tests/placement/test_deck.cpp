@@ -8,8 +8,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // Pearson's statistic of counts that should all be equal.
 double chiSquare(const QList<int> &counts)
 {

@@ -1,6 +1,6 @@
 #include "await_task.h"
-#include "displays.h"
 #include "display_id.h"
+#include "displays.h"
 #include "fake_desktop.h"
 
 #include <QCoroTask>
@@ -11,21 +11,29 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
-const DesktopScreen left { .connector = u"DP-1"_s, .manufacturer = u"ACME-"_s, .model = u"View 27"_s,
-                           .serial = u"A1"_s, .geometry = QRect(0, 0, 1920, 1080) };
-const DesktopScreen right { .connector = u"DP-2"_s, .manufacturer = u"ACME"_s, .model = u"View 27"_s,
-                            .serial = u"B2"_s, .geometry = QRect(1920, -200, 2560, 1440) };
+namespace {
+const DesktopScreen left { .connector = u"DP-1"_s,
+                           .manufacturer = u"ACME-"_s,
+                           .model = u"View 27"_s,
+                           .serial = u"A1"_s,
+                           .geometry = QRect(0, 0, 1920, 1080) };
+const DesktopScreen right { .connector = u"DP-2"_s,
+                            .manufacturer = u"ACME"_s,
+                            .model = u"View 27"_s,
+                            .serial = u"B2"_s,
+                            .geometry = QRect(1920, -200, 2560, 1440) };
 
 Placement placementFor(const QString &colourway)
 {
-    return { .pack = u"meadow"_s, .colourway = colourway, .edition = u"light"_s, .path = u"/ignored"_s, .setAt = 1 };
+    return { .pack = u"meadow"_s,
+             .colourway = colourway,
+             .edition = u"light"_s,
+             .path = u"/ignored"_s,
+             .setAt = 1 };
 }
 } // namespace
 
-class DisplaysTest : public QObject
-{
+class DisplaysTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -74,7 +82,8 @@ private Q_SLOTS:
     void setRecordsAndSavesEachListedDisplay()
     {
         const auto displays = make();
-        awaitTask(displays->set({ .path = u"/r/f_1-0.png"_s }, placementFor(u"dawn"_s), { displayId(right) }));
+        awaitTask(displays->set({ .path = u"/r/f_1-0.png"_s }, placementFor(u"dawn"_s),
+                                { displayId(right) }));
         QCOMPARE(m_desktop->requests.size(), 1);
         QCOMPARE(m_desktop->requests[0].second, QStringList { u"DP-2"_s });
         const auto recorded = displays->placement(displayId(right));
@@ -92,7 +101,8 @@ private Q_SLOTS:
     void detachedDisplayIsLeftAlone()
     {
         const auto displays = make();
-        awaitTask(displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s), { u"no-such-display"_s }));
+        awaitTask(displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s),
+                                { u"no-such-display"_s }));
         QVERIFY(m_desktop->requests.isEmpty());
         QVERIFY(displays->file().placements.isEmpty());
     }
@@ -100,7 +110,8 @@ private Q_SLOTS:
     void placementComesBackWithItsDisplay()
     {
         const auto displays = make();
-        awaitTask(displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s), { displayId(right) }));
+        awaitTask(
+            displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s), { displayId(right) }));
         QSignalSpy changed(displays.get(), &Displays::allChanged);
         m_desktop->shownScreens = { left };
         Q_EMIT m_desktop->screensChanged();
@@ -141,7 +152,8 @@ private Q_SLOTS:
         m_desktop->shown.insert(u"DP-1"_s, u"/before.png"_s);
         m_clock->allowed = 0;
         const auto displays = make();
-        awaitTask(displays->set({ .path = u"/new.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
+        awaitTask(
+            displays->set({ .path = u"/new.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
         QCOMPARE(displays->all()[0].wallpaper, u"/new.png"_s);
         QVERIFY(displays->showsOwnWallpaper(displays->all()[0]));
         QVERIFY(displays->hasPending());
@@ -167,18 +179,21 @@ private Q_SLOTS:
     void refusalKeepsEarlierRecordsAndReports()
     {
         const auto displays = make();
-        awaitTask(displays->set({ .path = u"/a.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
+        awaitTask(
+            displays->set({ .path = u"/a.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
         m_desktop->refusal = u"No."_s;
-        QVERIFY_THROWS_EXCEPTION(DesktopError,
-                                 awaitTask(displays->set({ .path = u"/b.png"_s }, placementFor(u"dusk"_s),
-                                                     { displayId(left), displayId(right) })));
+        QVERIFY_THROWS_EXCEPTION(
+            DesktopError,
+            awaitTask(displays->set({ .path = u"/b.png"_s }, placementFor(u"dusk"_s),
+                                    { displayId(left), displayId(right) })));
         QCOMPARE(displays->placement(displayId(left))->colourway, u"dawn"_s);
         QCOMPARE(make()->placement(displayId(left))->colourway, u"dawn"_s);
         // The desktop took the picture on the first screen before it refused the second.
         m_desktop->changesBeforeRefusal = 1;
-        QVERIFY_THROWS_EXCEPTION(DesktopError,
-                                 awaitTask(displays->set({ .path = u"/c.png"_s }, placementFor(u"noon"_s),
-                                                     { displayId(left), displayId(right) })));
+        QVERIFY_THROWS_EXCEPTION(
+            DesktopError,
+            awaitTask(displays->set({ .path = u"/c.png"_s }, placementFor(u"noon"_s),
+                                    { displayId(left), displayId(right) })));
         QCOMPARE(make()->placement(displayId(left))->colourway, u"noon"_s);
         QVERIFY(!make()->placement(displayId(right)));
     }

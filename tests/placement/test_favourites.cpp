@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class FavouritesTest : public QObject
-{
+class FavouritesTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -27,10 +26,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("toggles");
         QTest::addColumn<QStringList>("stored");
-        QTest::newRow("newest first") << QStringList { u"a/1"_s, u"b/2"_s } << QStringList { u"b/2"_s, u"a/1"_s };
-        QTest::newRow("twice is nothing") << QStringList { u"a/1"_s, u"b/2"_s, u"b/2"_s } << QStringList { u"a/1"_s };
+        QTest::newRow("newest first")
+            << QStringList { u"a/1"_s, u"b/2"_s } << QStringList { u"b/2"_s, u"a/1"_s };
+        QTest::newRow("twice is nothing")
+            << QStringList { u"a/1"_s, u"b/2"_s, u"b/2"_s } << QStringList { u"a/1"_s };
         QTest::newRow("removal keeps the others' order")
-            << QStringList { u"a/1"_s, u"b/2"_s, u"c/3"_s, u"b/2"_s } << QStringList { u"c/3"_s, u"a/1"_s };
+            << QStringList { u"a/1"_s, u"b/2"_s, u"c/3"_s, u"b/2"_s }
+            << QStringList { u"c/3"_s, u"a/1"_s };
         QTest::newRow("last one removed") << QStringList { u"a/1"_s, u"a/1"_s } << QStringList {};
     }
 
@@ -78,7 +80,8 @@ private Q_SLOTS:
         QTest::newRow("rectangle") << QVariant(QRect(1, 2, 3, 4)) << QStringList {};
         QTest::newRow("text that is no key") << QVariant(u"hello"_s) << QStringList {};
         QTest::newRow("one key") << QVariant(u"a/1"_s) << QStringList { u"a/1"_s };
-        QTest::newRow("list") << QVariant(QStringList { u"a/1"_s, u"b/2"_s }) << QStringList { u"a/1"_s, u"b/2"_s };
+        QTest::newRow("list") << QVariant(QStringList { u"a/1"_s, u"b/2"_s })
+                              << QStringList { u"a/1"_s, u"b/2"_s };
     }
 
     void storedValueOfTheWrongType()

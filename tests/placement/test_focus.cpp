@@ -8,8 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 const auto wednesday = QDateTime(QDate(2024, 5, 1), QTime(10, 0), Qt::UTC);
 
 QString makeFile(const QTemporaryDir &folder, const QString &name)
@@ -46,8 +45,7 @@ struct FocusRig : ShuffleRig {
 
 // The Do Not Disturb wallpaper's state in the shuffle, over a fake store and displays, on a
 // simulated clock.
-class FocusTest : public QObject
-{
+class FocusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -89,7 +87,8 @@ void FocusTest::onThenOffPutsBackEachDisplay()
     QVERIFY(!shuffle.isFocusOn());
     QCOMPARE(changed.size(), 2);
     // "two" shows its picture of its own again.
-    QCOMPARE(shuffle.status(), u"Paused while you use a wallpaper chosen in your desktop settings."_s);
+    QCOMPARE(shuffle.status(),
+             u"Paused while you use a wallpaper chosen in your desktop settings."_s);
     // c1's file is not on disk: back through the store, on its display only, in its edition.
     QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
     QCOMPARE(rig.store.sets.last().displayIds, QStringList { u"one"_s });
@@ -102,7 +101,8 @@ void FocusTest::onThenOffPutsBackEachDisplay()
 
     // One wallpaper set on both displays goes back to both in one set, as it was set: only
     // then can a desktop with one picture for all displays be given its slideshow.
-    awaitTask(rig.store.setWallpaper(rig.store.choices()[1], Edition::TimeOfDay, { u"one"_s, u"two"_s }));
+    awaitTask(
+        rig.store.setWallpaper(rig.store.choices()[1], Edition::TimeOfDay, { u"one"_s, u"two"_s }));
     rig.clock->advance(1min);
     shuffle.setFocus(u"p/c3"_s);
     rig.clock->advance(1min);
@@ -200,7 +200,8 @@ void FocusTest::aDetachedDisplayStaysPending()
     rig.displays.setScreens({ rig.displays.screens()[0] });
     shuffle.setFocus(std::nullopt);
     QCOMPARE(shuffle.pendingRestores().keys(), QStringList { u"two"_s });
-    QCOMPARE(FocusRecord::decodeEntries(rig.defaults.focusRestores()).keys(), QStringList { u"two"_s });
+    QCOMPARE(FocusRecord::decodeEntries(rig.defaults.focusRestores()).keys(),
+             QStringList { u"two"_s });
 
     // Back: tried 2 s after the screens change.
     rig.displays.setScreens({ rig.displays.screens()[0], two });

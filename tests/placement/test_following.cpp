@@ -9,19 +9,19 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
 #include <ctime>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // The sample's pictures: Day 0, Dawn 1, Dusk 2, Night 3; it changes at 06:00, 09:00, 18:00 and
 // 21:00.
-const WallpaperFile timeOfDay { .id = u"f_td"_s, .pack = u"aurora"_s, .colourway = u"emerald"_s,
-                                .edition = Edition::TimeOfDay };
-const Placement timeOfDayPlacement { .pack = u"aurora"_s, .colourway = u"emerald"_s,
-                                     .edition = u"time-of-day"_s, .setAt = 42 };
+const WallpaperFile timeOfDay {
+    .id = u"f_td"_s, .pack = u"aurora"_s, .colourway = u"emerald"_s, .edition = Edition::TimeOfDay
+};
+const Placement timeOfDayPlacement {
+    .pack = u"aurora"_s, .colourway = u"emerald"_s, .edition = u"time-of-day"_s, .setAt = 42
+};
 
 // Quennet's placement side on a desktop that cannot switch pictures itself, over one folder.
 struct Rig {
@@ -31,7 +31,10 @@ struct Rig {
         , displays(desktop.get(), PlacementRecords(folder), this->clock)
         , renderer(folder + u"/Rendered"_s)
         , setter(&displays, renderer, nullptr, this->clock)
-        , following({ .setter = &setter, .backend = desktop.get(), .sleep = &sleep, .clock = this->clock })
+        , following({ .setter = &setter,
+                      .backend = desktop.get(),
+                      .sleep = &sleep,
+                      .clock = this->clock })
     {
     }
 
@@ -39,16 +42,21 @@ struct Rig {
     {
         auto desktop = std::make_unique<FakeDesktop>();
         desktop->shownScreens = { { .connector = u"DP-1"_s, .geometry = QRect(0, 0, 1920, 1080) },
-                                  { .connector = u"DP-2"_s, .geometry = QRect(1920, 0, 1920, 1080) } };
+                                  { .connector = u"DP-2"_s,
+                                    .geometry = QRect(1920, 0, 1920, 1080) } };
         desktop->shown = std::move(shown);
         return desktop;
     }
 
-    [[nodiscard]] QString rendering(int index) const { return renderer.renderingPath(u"f_td"_s, index); }
+    [[nodiscard]] QString rendering(int index) const
+    {
+        return renderer.renderingPath(u"f_td"_s, index);
+    }
     [[nodiscard]] QString onFirst(int index) const { return rendering(index) + u" on DP-1"_s; }
     [[nodiscard]] QString last() const
     {
-        return desktop->requests.last().first.path + u" on "_s + desktop->requests.last().second.join(u' ');
+        return desktop->requests.last().first.path + u" on "_s
+            + desktop->requests.last().second.join(u' ');
     }
 
     std::shared_ptr<FakeClock> clock;
@@ -63,8 +71,7 @@ struct Rig {
 
 // Light/dark and time-of-day wallpapers on a desktop that cannot switch them itself: the picture
 // due now goes up at each phase time, when put back, from start-up and after a wake.
-class FollowingTest : public QObject
-{
+class FollowingTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -84,8 +91,9 @@ private Q_SLOTS:
         qputenv("TZ", "UTC");
         tzset();
         m_source = m_dir.filePath(u"f_td.heic"_s);
-        QVERIFY(QFile::copy(QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-time-of-day.heic"),
-                            m_source));
+        QVERIFY(QFile::copy(
+            QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-time-of-day.heic"),
+            m_source));
     }
 
     // Sleeps cancelled with their rig end at the next turns of the event loop.
@@ -100,7 +108,8 @@ private Q_SLOTS:
         awaitTask(rig.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement, { ids[0] }));
         QCOMPARE(rig.last(), rig.onFirst(0));
         // A wallpaper without phases on the other display leaves the wait for 18:00 be.
-        const QString violet = QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/violet-light.heic");
+        const QString violet =
+            QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/violet-light.heic");
         const WallpaperFile light { .id = u"f_vl"_s, .edition = Edition::Light };
         const Placement lightPlacement { .edition = u"light"_s };
         awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, { ids[1] }));
@@ -121,7 +130,8 @@ private Q_SLOTS:
         awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, ids));
         // Renderings of a file no display shows are not kept: they would fill the disk.
         const QDir rendered(rig.renderer.folder());
-        QCOMPARE(rendered.entryList({ u"f_td*"_s }, QDir::Files), QStringList { u"f_td.source.json"_s });
+        QCOMPARE(rendered.entryList({ u"f_td*"_s }, QDir::Files),
+                 QStringList { u"f_td.source.json"_s });
         QVERIFY(!rendered.entryList({ u"f_vl*"_s }, QDir::Files).isEmpty());
         rig.clock->allowed = 2;
         QTRY_COMPARE(rig.clock->time.time().hour(), 21);
@@ -132,7 +142,8 @@ private Q_SLOTS:
         QTRY_COMPARE(rig.last(), rig.onFirst(1));
         QCOMPARE(rig.clock->time.time().hour(), 6);
 
-        // Without its wallpaper file it cannot be made again; a picture of its own needs only itself.
+        // Without its wallpaper file it cannot be made again; a picture of its own needs only
+        // itself.
         QVERIFY(QFile::rename(m_source, m_source + u".away"_s));
         QVERIFY(!rig.setter.canRestore(recorded->path, recorded));
         QVERIFY(rig.setter.canRestore(rig.rendering(1), std::nullopt));

@@ -12,8 +12,7 @@ using Interval = ShuffleSettings::Interval;
 using Source = ShuffleSettings::Source;
 using Screen = ShuffleDisplays::Screen;
 
-namespace
-{
+namespace {
 Placement showing(const QString &colourway, const QString &edition)
 {
     return { .pack = u"p"_s, .colourway = colourway, .edition = edition, .path = u"/x.heic"_s };

@@ -10,15 +10,13 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
-
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 using Status = SpacesHelper::Status;
 
-namespace
-{
+namespace {
 const QString helperProgram = QStringLiteral(QUENNET_HELPER);
 
 bool helperOwnsItsName()
@@ -50,8 +48,7 @@ void writeFile(const QString &path, const QByteArray &content)
 
 // The helper's autostart entry and the running helper, on a private session bus, with the real
 // quennet-helper program.
-class SpacesHelperTest : public QObject
-{
+class SpacesHelperTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
@@ -99,7 +96,9 @@ private Q_SLOTS:
         QCOMPARE(rig.helper.status(), Status::NotRegistered);
         rig.helper.setWanted(true);
         QCOMPARE(rig.helper.status(), Status::Enabled);
-        QCOMPARE(AutostartEntry(u"app.quennet.Quennet.helper.desktop"_s, m_folder.filePath(u"autostart"_s)).program(),
+        QCOMPARE(AutostartEntry(u"app.quennet.Quennet.helper.desktop"_s,
+                                m_folder.filePath(u"autostart"_s))
+                     .program(),
                  helperProgram);
         QCOMPARE(rig.defaults.helperStartedByBuild(), u"0.1.0"_s);
         // Started at once, not only at the next login.
@@ -116,13 +115,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("entry");
         QTest::addColumn<Status>("status");
-        const QByteArray exec = "[Desktop Entry]\nType=Application\nExec=" + helperProgram.toUtf8() + '\n';
+        const QByteArray exec =
+            "[Desktop Entry]\nType=Application\nExec=" + helperProgram.toUtf8() + '\n';
         QTest::newRow("hidden") << exec + "Hidden=true\n" << Status::NotRegistered;
-        QTest::newRow("turned off in the desktop's settings")
-            << exec + "X-GNOME-Autostart-enabled=false\n" << Status::RequiresApproval;
-        QTest::newRow("program gone") << QByteArray("[Desktop Entry]\nExec=\"/gone/quennet helper\"\n")
-                                      << Status::NotFound;
-        QTest::newRow("only an action hides") << exec + "[Desktop Action x]\nHidden=true\n" << Status::Enabled;
+        QTest::newRow("turned off in the desktop's settings") << exec
+                + "X-GNOME-Autostart-enabled=false\n" << Status::RequiresApproval;
+        QTest::newRow("program gone")
+            << QByteArray("[Desktop Entry]\nExec=\"/gone/quennet helper\"\n") << Status::NotFound;
+        QTest::newRow("only an action hides") << exec + "[Desktop Action x]\nHidden=true\n"
+                                              << Status::Enabled;
     }
 
     void statusFromTheEntry()
@@ -155,7 +156,8 @@ private Q_SLOTS:
             old.helper.setWanted(true);
         }
         QTRY_VERIFY(helperOwnsItsName());
-        const auto oldPid = HelperProcess(QDBusConnection::sessionBus(), HelperBus::pidFilePath()).pid();
+        const auto oldPid =
+            HelperProcess(QDBusConnection::sessionBus(), HelperBus::pidFilePath()).pid();
         QVERIFY(oldPid);
 
         Rig rig(m_folder.path());

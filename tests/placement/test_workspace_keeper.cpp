@@ -13,8 +13,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 QString run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -29,7 +28,8 @@ QString image(int workspace)
 }
 
 // What xfdesktop would read, or a change as its settings dialog makes it.
-QString xfconf(const QString &property, const QString &value = {}, const QString &type = u"string"_s)
+QString xfconf(const QString &property, const QString &value = {},
+               const QString &type = u"string"_s)
 {
     QStringList arguments { u"-c"_s, u"xfce4-desktop"_s, u"-p"_s, property };
     if (!value.isEmpty())
@@ -40,17 +40,18 @@ QString xfconf(const QString &property, const QString &value = {}, const QString
 // The window manager's part: how many workspaces there are and which one shows.
 void workspaces(int count, int current)
 {
-    run(u"xprop"_s, { u"-root"_s, u"-f"_s, u"_NET_NUMBER_OF_DESKTOPS"_s, u"32c"_s, u"-set"_s,
-                      u"_NET_NUMBER_OF_DESKTOPS"_s, QString::number(count) });
-    run(u"xprop"_s, { u"-root"_s, u"-f"_s, u"_NET_CURRENT_DESKTOP"_s, u"32c"_s, u"-set"_s,
-                      u"_NET_CURRENT_DESKTOP"_s, QString::number(current) });
+    run(u"xprop"_s,
+        { u"-root"_s, u"-f"_s, u"_NET_NUMBER_OF_DESKTOPS"_s, u"32c"_s, u"-set"_s,
+          u"_NET_NUMBER_OF_DESKTOPS"_s, QString::number(count) });
+    run(u"xprop"_s,
+        { u"-root"_s, u"-f"_s, u"_NET_CURRENT_DESKTOP"_s, u"32c"_s, u"-set"_s,
+          u"_NET_CURRENT_DESKTOP"_s, QString::number(current) });
 }
 } // namespace
 
 // The helper's keeper on XFCE: a real xfconfd on a private bus and Xorg with two dummy monitors,
 // where xprop plays the window manager switching workspaces.
-class WorkspaceKeeperTest : public QObject
-{
+class WorkspaceKeeperTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
@@ -74,11 +75,15 @@ private Q_SLOTS:
         m_ours = m_folder.filePath(u"ours.png"_s);
         QFile file(m_ours);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        m_placement = { .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s, .path = m_ours,
+        m_placement = { .pack = u"p"_s,
+                        .colourway = u"c"_s,
+                        .edition = u"light"_s,
+                        .path = m_ours,
                         .setAt = 1700000000000 };
         m_backend = std::make_unique<XfceBackend>(QDBusConnection::sessionBus());
         m_clock = std::make_shared<SimulatedClock>(QDateTime::currentDateTimeUtc());
-        m_keeper = std::make_unique<WorkspaceKeeper>(m_backend.get(), PlacementRecords(m_folder.path()), m_clock);
+        m_keeper = std::make_unique<WorkspaceKeeper>(m_backend.get(),
+                                                     PlacementRecords(m_folder.path()), m_clock);
         // Quennet set the wallpaper on the two workspaces there were.
         workspaces(2, 0);
         xfconf(image(0), m_ours);

@@ -6,17 +6,17 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
+namespace {
+DesktopScreen screen(const QString &connector, const QString &manufacturer = {},
+                     const QString &model = {}, const QString &serial = {})
 {
-DesktopScreen screen(const QString &connector, const QString &manufacturer = {}, const QString &model = {},
-                     const QString &serial = {})
-{
-    return { .connector = connector, .manufacturer = manufacturer, .model = model, .serial = serial };
+    return {
+        .connector = connector, .manufacturer = manufacturer, .model = model, .serial = serial
+    };
 }
 } // namespace
 
-class DisplayIdTest : public QObject
-{
+class DisplayIdTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -26,12 +26,18 @@ private Q_SLOTS:
         QTest::addColumn<DesktopScreen>("b");
         QTest::addColumn<bool>("same");
         const auto dell = screen(u"DP-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK2"_s);
-        QTest::newRow("same monitor on another connector") << dell << screen(u"HDMI-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK2"_s) << true;
-        QTest::newRow("Qt 6.4's trailing dash") << dell << screen(u"DP-1"_s, u"DEL-"_s, u"U2720Q-"_s, u"7XK2-"_s) << true;
-        QTest::newRow("another serial") << dell << screen(u"DP-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK3"_s) << false;
-        QTest::newRow("no EDID: the connector") << screen(u"DUMMY0"_s) << screen(u"DUMMY0"_s) << true;
-        QTest::newRow("no EDID, other connector") << screen(u"DUMMY0"_s) << screen(u"DUMMY1"_s) << false;
-        QTest::newRow("EDID is not a connector name") << screen(u"X"_s, u"DUMMY0"_s) << screen(u"DUMMY0"_s) << false;
+        QTest::newRow("same monitor on another connector")
+            << dell << screen(u"HDMI-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK2"_s) << true;
+        QTest::newRow("Qt 6.4's trailing dash")
+            << dell << screen(u"DP-1"_s, u"DEL-"_s, u"U2720Q-"_s, u"7XK2-"_s) << true;
+        QTest::newRow("another serial")
+            << dell << screen(u"DP-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK3"_s) << false;
+        QTest::newRow("no EDID: the connector")
+            << screen(u"DUMMY0"_s) << screen(u"DUMMY0"_s) << true;
+        QTest::newRow("no EDID, other connector")
+            << screen(u"DUMMY0"_s) << screen(u"DUMMY1"_s) << false;
+        QTest::newRow("EDID is not a connector name")
+            << screen(u"X"_s, u"DUMMY0"_s) << screen(u"DUMMY0"_s) << false;
     }
 
     void sameOrDifferent()

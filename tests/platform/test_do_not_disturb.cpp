@@ -13,8 +13,7 @@
 using namespace Qt::Literals::StringLiterals;
 using Family = GSettingsDoNotDisturb::Family;
 
-namespace
-{
+namespace {
 int run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -31,8 +30,7 @@ bool becomes(DoNotDisturb &watcher, bool on)
 } // namespace
 
 // A notification server as Plasma's answers: its Inhibited property, announced when it changes.
-class NotificationServer : public QDBusAbstractAdaptor
-{
+class NotificationServer : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
     Q_PROPERTY(bool Inhibited READ inhibited)
@@ -52,8 +50,8 @@ public:
         auto signal = QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s,
                                                  u"org.freedesktop.DBus.Properties"_s,
                                                  u"PropertiesChanged"_s);
-        signal << u"org.freedesktop.Notifications"_s << QVariantMap { { u"Inhibited"_s, inhibited } }
-               << QStringList();
+        signal << u"org.freedesktop.Notifications"_s
+               << QVariantMap { { u"Inhibited"_s, inhibited } } << QStringList();
         m_bus.send(signal);
     }
 
@@ -63,8 +61,7 @@ private:
 };
 
 // A notification server that is busy at first: its first answer is an error.
-class BusyNotificationServer : public QDBusVirtualObject
-{
+class BusyNotificationServer : public QDBusVirtualObject {
 public:
     int asked = 0;
 
@@ -74,17 +71,17 @@ public:
     {
         if (message.member() != "Get"_L1)
             return false;
-        connection.send(++asked == 1
-                            ? message.createErrorReply(u"org.freedesktop.DBus.Error.Failed"_s, u"busy"_s)
-                            : message.createReply(QVariant::fromValue(QDBusVariant(true))));
+        connection.send(
+            ++asked == 1
+                ? message.createErrorReply(u"org.freedesktop.DBus.Error.Failed"_s, u"busy"_s)
+                : message.createReply(QVariant::fromValue(QDBusVariant(true))));
         return true;
     }
 };
 
 // Each watcher against the settings store its desktop keeps Do Not Disturb in: GSettings through
 // dconf and xfconfd on a private bus, and a stand-in for Plasma's notification server.
-class DoNotDisturbTest : public QObject
-{
+class DoNotDisturbTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -132,9 +129,13 @@ private Q_SLOTS:
         XfconfDoNotDisturb watcher(QDBusConnection::sessionBus());
         // No such property yet: off.
         QVERIFY(becomes(watcher, false));
-        QCOMPARE(run(u"xfconf-query"_s, property + QStringList { u"--create"_s, u"-t"_s, u"bool"_s, u"-s"_s, u"true"_s }), 0);
+        QCOMPARE(
+            run(u"xfconf-query"_s,
+                property + QStringList { u"--create"_s, u"-t"_s, u"bool"_s, u"-s"_s, u"true"_s }),
+            0);
         QVERIFY(becomes(watcher, true));
-        QVERIFY(becomes(*std::make_unique<XfconfDoNotDisturb>(QDBusConnection::sessionBus()), true));
+        QVERIFY(
+            becomes(*std::make_unique<XfconfDoNotDisturb>(QDBusConnection::sessionBus()), true));
         QCOMPARE(run(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"false"_s }), 0);
         QVERIFY(becomes(watcher, false));
         QCOMPARE(run(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"true"_s }), 0);
@@ -189,7 +190,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("desktop");
         QTest::addColumn<QString>("name");
-        QTest::newRow("GNOME") << u"ubuntu:GNOME"_s << u"org.gnome.desktop.notifications show-banners"_s;
+        QTest::newRow("GNOME") << u"ubuntu:GNOME"_s
+                               << u"org.gnome.desktop.notifications show-banners"_s;
         QTest::newRow("Plasma") << u"KDE"_s << u"org.freedesktop.Notifications Inhibited"_s;
         QTest::newRow("XFCE") << u"XFCE"_s << u"xfconf xfce4-notifyd /do-not-disturb"_s;
         QTest::newRow("sway") << u"sway"_s << u"none"_s;

@@ -1,6 +1,5 @@
-#include "gnome_backend.h"
-
 #include "await_task.h"
+#include "gnome_backend.h"
 
 #include <QCoroTask>
 #include <QGuiApplication>
@@ -13,13 +12,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // What another program reads from the desktop's settings.
 QString gsettings(const QString &key, const QString &value = {})
 {
     QProcess process;
-    QStringList arguments { value.isEmpty() ? u"get"_s : u"set"_s, u"org.gnome.desktop.background"_s, key };
+    QStringList arguments { value.isEmpty() ? u"get"_s : u"set"_s,
+                            u"org.gnome.desktop.background"_s, key };
     if (!value.isEmpty())
         arguments.append(value);
     process.start(u"gsettings"_s, arguments);
@@ -37,8 +36,7 @@ QString fileUri(const QString &path)
 } // namespace
 
 // Under dconf on a private bus, with two dummy monitors side by side.
-class GnomeBackendTest : public QObject
-{
+class GnomeBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -54,7 +52,8 @@ class GnomeBackendTest : public QObject
 
     std::unique_ptr<GnomeBackend> make()
     {
-        return std::make_unique<GnomeBackend>(GnomeBackend::Family::Gnome, m_dir.filePath(u"Rendered"_s));
+        return std::make_unique<GnomeBackend>(GnomeBackend::Family::Gnome,
+                                              m_dir.filePath(u"Rendered"_s));
     }
 
 private Q_SLOTS:
@@ -131,12 +130,14 @@ private Q_SLOTS:
         QCOMPARE(backend->picture(screens[1]), blue);
 
         // A pair on one display: the dark spanned picture has it, the other display keeps its one.
-        awaitTask(backend->setPicture({ .path = picture("green", Qt::green), .dark = picture("yellow", Qt::yellow) },
-                                           { screens[1] }));
+        awaitTask(backend->setPicture(
+            { .path = picture("green", Qt::green), .dark = picture("yellow", Qt::yellow) },
+            { screens[1] }));
         const QImage dark(QUrl(gsettings(u"picture-uri-dark"_s)).toLocalFile());
         QCOMPARE(dark.pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(dark.pixelColor(3000, 500), QColor(Qt::yellow));
-        QCOMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).pixelColor(3000, 500), QColor(Qt::green));
+        QCOMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).pixelColor(3000, 500),
+                 QColor(Qt::green));
     }
 
     void overlappingChangesLeaveTheNewest()
@@ -157,15 +158,20 @@ private Q_SLOTS:
     {
         const auto backend = make();
         QVERIFY(QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--off"_s }) == 0);
-        QTRY_COMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).size(), QSize(1920, 1080));
-        QVERIFY(QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s,
-                                                 u"--left-of"_s, u"DUMMY0"_s }) == 0);
-        QTRY_COMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).size(), QSize(3840, 1080));
+        QTRY_COMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).size(),
+                     QSize(1920, 1080));
+        QVERIFY(QProcess::execute(u"xrandr"_s,
+                                  { u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s,
+                                    u"--left-of"_s, u"DUMMY0"_s })
+                == 0);
+        QTRY_COMPARE(QImage(QUrl(gsettings(u"picture-uri"_s)).toLocalFile()).size(),
+                     QSize(3840, 1080));
         const QImage spanned(QUrl(gsettings(u"picture-uri"_s)).toLocalFile());
         // DUMMY1 now on the left.
         QCOMPARE(spanned.pixelColor(100, 100), QColor(Qt::green));
         QCOMPARE(spanned.pixelColor(2000, 100), QColor(Qt::red));
-        QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--right-of"_s, u"DUMMY0"_s });
+        QProcess::execute(u"xrandr"_s,
+                          { u"--output"_s, u"DUMMY1"_s, u"--right-of"_s, u"DUMMY0"_s });
     }
 };
 

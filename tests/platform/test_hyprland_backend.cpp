@@ -16,8 +16,7 @@ using namespace Qt::Literals::StringLiterals;
 // backend waiting on a socket would never hear them. They answer a little later: hyprpaper's
 // requests are recorded and answered "ok" unless told otherwise, and Hyprland answers
 // "j/monitors" and sends events.
-class HyprlandStandIn : public QObject
-{
+class HyprlandStandIn : public QObject {
     Q_OBJECT
 
 public:
@@ -35,7 +34,8 @@ public:
     QStringList requests;
     QString answer = u"ok"_s; // to "wallpaper"
     Manner manner = Manner::Answers; // hyprpaper's
-    QByteArray monitors = R"([{"name":"DP-1","make":"Dell","model":"U2720Q","serial":"ABC","x":0,"y":0,"width":3840,"height":2160,"focused":false},
+    QByteArray monitors =
+        R"([{"name":"DP-1","make":"Dell","model":"U2720Q","serial":"ABC","x":0,"y":0,"width":3840,"height":2160,"focused":false},
         {"name":"HDMI-A-1","make":"LG","model":"27GL","serial":"","x":3840,"y":0,"width":2560,"height":1440,"focused":true},
         {"name":"HEADLESS-2","x":0,"y":0,"width":800,"height":600,"disabled":true}])";
 
@@ -62,7 +62,9 @@ private:
                 const QByteArray request = socket->readAll();
                 if (paper)
                     requests.append(QString::fromUtf8(request));
-                const QByteArray reply = !paper ? monitors : request.startsWith("wallpaper") ? answer.toUtf8() : "ok";
+                const QByteArray reply = !paper       ? monitors
+                    : request.startsWith("wallpaper") ? answer.toUtf8()
+                                                      : "ok";
                 QTimer::singleShot(50, socket, [socket, reply] {
                     socket->write(reply);
                     socket->disconnectFromServer();
@@ -75,8 +77,7 @@ private:
 };
 
 // Against the stand-in: the commands that `hyprctl hyprpaper preload/wallpaper` would send.
-class HyprlandBackendTest : public QObject
-{
+class HyprlandBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_runtime;
@@ -97,7 +98,8 @@ private Q_SLOTS:
         qputenv("HYPRLAND_INSTANCE_SIGNATURE", "sig_1234");
         qunsetenv("SWAYSOCK");
         QCOMPARE(HyprlandBackend::instanceFolder(), m_folder);
-        std::unique_ptr<DesktopBackend> backend(DesktopBackends::make(u"Hyprland"_s, m_runtime.path()));
+        std::unique_ptr<DesktopBackend> backend(
+            DesktopBackends::make(u"Hyprland"_s, m_runtime.path()));
         QCOMPARE(backend->name(), u"Hyprland"_s);
         qputenv("HYPRLAND_INSTANCE_SIGNATURE", "gone");
         QCOMPARE(HyprlandBackend::instanceFolder(), QString());
@@ -136,7 +138,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sentence");
         QTest::newRow("unknown command")
             << HyprlandStandIn::Manner::Answers << u"invalid command"_s
-            << u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. Quennet "
+            << u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. "
+               u"Quennet "
                "works with hyprpaper releases that accept the preload and wallpaper commands."_s;
         QTest::newRow("silent") << HyprlandStandIn::Manner::Silent << u"ok"_s
                                 << u"hyprpaper did not answer within 0.3 seconds."_s;

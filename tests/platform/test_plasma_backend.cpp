@@ -12,8 +12,9 @@ using namespace Qt::Literals::StringLiterals;
 
 // Answers like org.kde.PlasmaShell: runs the scripts it is sent against desktops of its own, one
 // per screen, with the parts of Plasma's scripting that backends use.
-class PlasmaShellStandIn : public QObject, protected QDBusContext
-{
+class PlasmaShellStandIn
+    : public QObject
+    , protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.PlasmaShell")
 
@@ -24,7 +25,10 @@ public:
         m_engine.globalObject().setProperty(u"host"_s, m_engine.newQObject(this));
         QString geometries;
         for (const QRect &screen : screens)
-            geometries += u"{x:%1,y:%2,width:%3,height:%4},"_s.arg(screen.x()).arg(screen.y()).arg(screen.width()).arg(screen.height());
+            geometries += u"{x:%1,y:%2,width:%3,height:%4},"_s.arg(screen.x())
+                              .arg(screen.y())
+                              .arg(screen.width())
+                              .arg(screen.height());
         // Plasma numbers screens in its own order: here backwards.
         m_engine.evaluate(uR"(
 var screens = [%1].reverse();
@@ -41,10 +45,13 @@ function desktops() { return all; }
     // The image a screen's desktop shows, as Plasma keeps it.
     QString image(const QRect &screen)
     {
-        return m_engine.evaluate(uR"(
+        return m_engine
+            .evaluate(uR"(
 (function() { for (var i = 0; i < all.length; i++) { var g = screens[all[i].screen];
   if (g.x == %1 && g.y == %2) return all[i].wallpaperPlugin + " " + all[i].config["Wallpaper/org.kde.image/General/Image"] + " " + all[i].config["Wallpaper/org.kde.image/General/FillMode"]; } })()
-)"_s.arg(screen.x()).arg(screen.y())).toString();
+)"_s.arg(screen.x())
+                          .arg(screen.y()))
+            .toString();
     }
 
     // As Plasma's own settings would change it.
@@ -53,7 +60,9 @@ function desktops() { return all; }
         m_engine.evaluate(uR"(
 all.forEach(function(d) { var g = screens[d.screen];
   if (g.x == %1 && g.y == %2) { d.wallpaperPlugin = "org.kde.image"; d.config["Wallpaper/org.kde.image/General/Image"] = "%3"; } })
-)"_s.arg(screen.x()).arg(screen.y()).arg(url));
+)"_s.arg(screen.x())
+                              .arg(screen.y())
+                              .arg(url));
     }
 
     Q_INVOKABLE void print(const QString &text) { m_output += text; }
@@ -76,11 +85,11 @@ private:
 
 // On a private bus, with two dummy monitors side by side. The shell answers from the test's own
 // thread: a backend that waited for its answers would never hear them.
-class PlasmaBackendTest : public QObject
-{
+class PlasmaBackendTest : public QObject {
     Q_OBJECT
 
-    QDBusConnection m_shell = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"plasmashell"_s);
+    QDBusConnection m_shell =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"plasmashell"_s);
     std::unique_ptr<PlasmaShellStandIn> m_standIn;
     QList<DesktopScreen> m_screens;
 
@@ -93,7 +102,8 @@ private Q_SLOTS:
             geometries.append(screen.geometry);
         QCOMPARE(geometries.size(), 2);
         m_standIn = std::make_unique<PlasmaShellStandIn>(geometries);
-        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn.get(), QDBusConnection::ExportAllSlots));
+        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn.get(),
+                                       QDBusConnection::ExportAllSlots));
         QVERIFY(m_shell.registerService(u"org.kde.plasmashell"_s));
     }
 
@@ -111,7 +121,8 @@ private Q_SLOTS:
         QCOMPARE(backend.picture(screens[1]), u"/r/theirs.png"_s);
         awaitTask(backend.setPicture({ .path = u"/r/left one.png"_s }, { screens[0] }));
         awaitTask(backend.setPicture({ .path = u"/r/right.png"_s }, { screens[1] }));
-        QCOMPARE(m_standIn->image(screens[0].geometry), u"org.kde.image file:///r/left one.png 2"_s);
+        QCOMPARE(m_standIn->image(screens[0].geometry),
+                 u"org.kde.image file:///r/left one.png 2"_s);
         QCOMPARE(m_standIn->image(screens[1].geometry), u"org.kde.image file:///r/right.png 2"_s);
         QCOMPARE(backend.picture(screens[0]), u"/r/left one.png"_s);
         QCOMPARE(backend.picture(screens[1]), u"/r/right.png"_s);
@@ -128,9 +139,12 @@ private Q_SLOTS:
 
     void withoutPlasmaSettingFails()
     {
-        PlasmaBackend backend(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s));
+        PlasmaBackend backend(
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s));
         m_shell.unregisterService(u"org.kde.plasmashell"_s);
-        QVERIFY_THROWS_EXCEPTION(DesktopError, awaitTask(backend.setPicture({ .path = u"/x.png"_s }, backend.screens())));
+        QVERIFY_THROWS_EXCEPTION(
+            DesktopError,
+            awaitTask(backend.setPicture({ .path = u"/x.png"_s }, backend.screens())));
         QVERIFY(m_shell.registerService(u"org.kde.plasmashell"_s));
     }
 };

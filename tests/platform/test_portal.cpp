@@ -17,8 +17,9 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Answers like the desktop portal: its Settings and Wallpaper interfaces on one object.
-class PortalStandIn : public QObject, public QDBusContext
-{
+class PortalStandIn
+    : public QObject
+    , public QDBusContext {
     Q_OBJECT
 
 public:
@@ -41,8 +42,9 @@ public:
 
     void changeSetting(const QString &group, const QString &key, const QVariant &value)
     {
-        auto signal = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
-                                                 u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
+        auto signal =
+            QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
+                                       u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         signal << group << key << QVariant::fromValue(QDBusVariant(value));
         m_bus.send(signal);
     }
@@ -51,12 +53,14 @@ public:
     {
         const QString token = options.value(u"handle_token"_s).toString();
         const QString handle = honoursToken && !token.isEmpty()
-            ? u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(caller.mid(1).replace(u'.', u'_'), token)
+            ? u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
+                caller.mid(1).replace(u'.', u'_'), token)
             : u"/org/freedesktop/portal/desktop/request/1_1/t%1"_s.arg(++m_requests);
         const auto respond = [this, handle, uri] {
             if (answer == 0)
                 wallpaper = uri;
-            auto signal = QDBusMessage::createSignal(handle, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+            auto signal = QDBusMessage::createSignal(handle, u"org.freedesktop.portal.Request"_s,
+                                                     u"Response"_s);
             signal << answer << QVariantMap();
             m_bus.send(signal);
         };
@@ -72,8 +76,7 @@ private:
     int m_requests = 0;
 };
 
-class SettingsAdaptor : public QDBusAbstractAdaptor
-{
+class SettingsAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
@@ -91,7 +94,8 @@ public Q_SLOTS:
         if (key == "enable-animations"_L1)
             return QDBusVariant(QVariant::fromValue(QDBusVariant(m_portal->animations)));
         if (key != "color-scheme"_L1)
-            m_portal->sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"Requested setting not found"_s);
+            m_portal->sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
+                                     u"Requested setting not found"_s);
         return QDBusVariant(QVariant::fromValue(QDBusVariant(m_portal->colourScheme)));
     }
 
@@ -99,8 +103,7 @@ private:
     PortalStandIn *m_portal;
 };
 
-class WallpaperAdaptor : public QDBusAbstractAdaptor
-{
+class WallpaperAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Wallpaper")
 
@@ -115,7 +118,8 @@ public Q_SLOTS:
     QDBusObjectPath SetWallpaperURI(const QString &, const QString &uri, const QVariantMap &options)
     {
         if (uri.contains(u"refused"_s)) {
-            m_portal->sendErrorReply(QDBusError::AccessDenied, u"Not allowed to set the background"_s);
+            m_portal->sendErrorReply(QDBusError::AccessDenied,
+                                     u"Not allowed to set the background"_s);
             return {};
         }
         return m_portal->request(m_portal->message().service(), uri, options);
@@ -133,11 +137,11 @@ PortalStandIn::PortalStandIn(QDBusConnection bus)
 }
 
 // On a private bus.
-class PortalTest : public QObject
-{
+class PortalTest : public QObject {
     Q_OBJECT
 
-    QDBusConnection m_portalBus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
+    QDBusConnection m_portalBus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
     std::unique_ptr<PortalStandIn> m_portal;
     QTemporaryDir m_dir;
 
@@ -166,7 +170,8 @@ private Q_SLOTS:
 
         // Another KDE colour scheme changes the colours, not the preference.
         QSignalSpy colours(&scheme, &ColourScheme::coloursChanged);
-        m_portal->changeSetting(u"org.kde.kdeglobals.General"_s, u"ColorScheme"_s, u"BreezeClassic"_s);
+        m_portal->changeSetting(u"org.kde.kdeglobals.General"_s, u"ColorScheme"_s,
+                                u"BreezeClassic"_s);
         QVERIFY(colours.wait(5000));
         QVERIFY(scheme.isDark());
         QCOMPARE(changed.size(), 2);
@@ -209,7 +214,8 @@ private Q_SLOTS:
         refused(u"/r/refused.png"_s,
                 u"The desktop portal refused the picture: Not allowed to set the background"_s);
         QCOMPARE(m_portal->wallpaper, u"file:///r/one.png"_s);
-        QCOMPARE(PortalBackend(QDBusConnection::sessionBus(), state).picture(screen), u"/r/one.png"_s);
+        QCOMPARE(PortalBackend(QDBusConnection::sessionBus(), state).picture(screen),
+                 u"/r/one.png"_s);
     }
 
     void withoutAPortalItIsLight()
@@ -223,7 +229,8 @@ private Q_SLOTS:
     {
         PortalSetting animations(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s,
                                  u"enable-animations"_s);
-        PortalSetting unknown(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s, u"nothing"_s);
+        PortalSetting unknown(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s,
+                              u"nothing"_s);
         QSignalSpy changed(&animations, &PortalSetting::changed);
         QVERIFY(changed.wait(5000));
         QCOMPARE(animations.value(), QVariant(false));

@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QDBusMessage prepareForSleep(bool start)
 {
     auto message = QDBusMessage::createSignal(

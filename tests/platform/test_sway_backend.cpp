@@ -15,8 +15,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // One pixel of the compositor's outputs, as grim captures it.
 QColor pixel(int x, int y)
 {
@@ -28,8 +27,7 @@ QColor pixel(int x, int y)
 
 // A sway IPC socket on the test's own thread, so that a backend waiting on its socket would never
 // hear it: answers each request a little later, or never, or closes without answering.
-class SwayStandIn : public QLocalServer
-{
+class SwayStandIn : public QLocalServer {
 public:
     enum class Manner { Late, Silent, Closes };
 
@@ -41,7 +39,8 @@ public:
             if (manner == Manner::Closes)
                 socket->disconnectFromServer();
             else if (manner == Manner::Late)
-                connect(socket, &QLocalSocket::readyRead, this, [this, socket] { answerLater(socket); });
+                connect(socket, &QLocalSocket::readyRead, this,
+                        [this, socket] { answerLater(socket); });
         });
     }
 
@@ -75,8 +74,7 @@ private:
 } // namespace
 
 // Against headless sway with two outputs side by side.
-class SwayBackendTest : public QObject
-{
+class SwayBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -85,8 +83,9 @@ class SwayBackendTest : public QObject
     // swaybg runs as sway's user: the pictures must be readable by anyone.
     QString picture(const char *name, Qt::GlobalColor colour)
     {
-        QFile::setPermissions(m_dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
-                                                 | QFile::ReadOther | QFile::ExeOther);
+        QFile::setPermissions(m_dir.path(),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
+                                  | QFile::ReadOther | QFile::ExeOther);
         QImage image(64, 40, QImage::Format_RGB32);
         image.fill(colour);
         const QString path = m_dir.filePath(QString::fromLatin1(name) + u" picture.png"_s);
@@ -157,7 +156,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("manner");
         QTest::addColumn<QString>("sentence");
-        QTest::newRow("silent") << int(SwayStandIn::Manner::Silent) << u"sway did not answer within 0.3 seconds."_s;
+        QTest::newRow("silent") << int(SwayStandIn::Manner::Silent)
+                                << u"sway did not answer within 0.3 seconds."_s;
         QTest::newRow("closes") << int(SwayStandIn::Manner::Closes)
                                 << u"sway closed the connection without answering."_s;
         QTest::newRow("nothing listens") << -1 << u"Cannot reach sway: nothing answers at PATH."_s;

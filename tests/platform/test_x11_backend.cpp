@@ -1,8 +1,7 @@
+#include "await_task.h"
 #include "desktop_backends.h"
 #include "root_pixels.h"
 #include "x11_backend.h"
-
-#include "await_task.h"
 
 #include <QCoroTask>
 #include <QGuiApplication>
@@ -16,8 +15,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 // Under Xorg with two dummy monitors side by side, DUMMY0 at 0,0 and DUMMY1 at 1920,0.
-class X11BackendTest : public QObject
-{
+class X11BackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -71,7 +69,8 @@ private Q_SLOTS:
 
         // A slideshow's file is no picture for xwallpaper: it draws the still.
         const QString green = picture("green", Qt::green);
-        awaitTask(backend.setPicture({ .path = m_dir.filePath(u"f.xml"_s), .still = green }, { screens[1] }));
+        awaitTask(backend.setPicture({ .path = m_dir.filePath(u"f.xml"_s), .still = green },
+                                     { screens[1] }));
         QCOMPARE(rootPixel(1920 + 100, 100), QColor(Qt::green));
         awaitTask(backend.setPicture({ .path = blue }, { screens[1] }));
     }
@@ -90,7 +89,8 @@ private Q_SLOTS:
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--off"_s }));
         QTRY_COMPARE(QGuiApplication::screens().size(), 1);
         QVERIFY(!screens.isEmpty());
-        QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--right-of"_s, u"DUMMY0"_s }));
+        QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--right-of"_s,
+                         u"DUMMY0"_s }));
         QTRY_COMPARE(QGuiApplication::screens().size(), 2);
         QTRY_COMPARE(screenNamed(backend, u"DUMMY1"_s).geometry, QRect(1920, 0, 1920, 1080));
         QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY1"_s)), m_dir.filePath(u"blue.png"_s));
@@ -101,8 +101,10 @@ private Q_SLOTS:
     {
         X11Backend backend(m_state);
         QSignalSpy changed(&backend, &DesktopBackend::picturesChanged);
-        QCOMPARE(QProcess::execute(u"xwallpaper"_s, { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s,
-                                                      picture("yellow", Qt::yellow) }), 0);
+        QCOMPARE(QProcess::execute(
+                     u"xwallpaper"_s,
+                     { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s, picture("yellow", Qt::yellow) }),
+                 0);
         QVERIFY(changed.wait(5000));
         QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY1"_s)), std::nullopt);
         QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
@@ -113,8 +115,10 @@ private Q_SLOTS:
     void refusalIsReported()
     {
         X11Backend backend(m_state);
-        QVERIFY_THROWS_EXCEPTION(DesktopError, awaitTask(backend.setPicture(
-            { .path = m_dir.filePath(u"missing.png"_s) }, { screenNamed(backend, u"DUMMY0"_s) })));
+        QVERIFY_THROWS_EXCEPTION(
+            DesktopError,
+            awaitTask(backend.setPicture({ .path = m_dir.filePath(u"missing.png"_s) },
+                                         { screenNamed(backend, u"DUMMY0"_s) })));
         QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
     }
 
@@ -124,10 +128,12 @@ private Q_SLOTS:
     {
         qunsetenv("SWAYSOCK");
         qunsetenv("HYPRLAND_INSTANCE_SIGNATURE");
-        const std::unique_ptr<DesktopBackend> x11(DesktopBackends::make(u"openbox"_s, m_dir.path()));
+        const std::unique_ptr<DesktopBackend> x11(
+            DesktopBackends::make(u"openbox"_s, m_dir.path()));
         QCOMPARE(x11->name(), u"X11"_s);
         qputenv("WAYLAND_DISPLAY", "wayland-1");
-        const std::unique_ptr<DesktopBackend> other(DesktopBackends::make(u"labwc:wlroots"_s, m_dir.path()));
+        const std::unique_ptr<DesktopBackend> other(
+            DesktopBackends::make(u"labwc:wlroots"_s, m_dir.path()));
         qunsetenv("WAYLAND_DISPLAY");
         QCOMPARE(other->name(), u"desktop portal"_s);
     }

@@ -8,8 +8,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 // What xfdesktop would read.
 QString xfconf(const QString &property, const QString &value = {})
 {
@@ -24,8 +23,7 @@ QString xfconf(const QString &property, const QString &value = {})
 } // namespace
 
 // Against a real xfconfd, started by the private bus, with two dummy monitors.
-class XfceBackendTest : public QObject
-{
+class XfceBackendTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -43,10 +41,13 @@ private Q_SLOTS:
 
         awaitTask(backend.setPicture({ .path = u"/left.png"_s }, { screens[0] }));
         awaitTask(backend.setPicture({ .path = u"/right.png"_s }, { screens[1] }));
-        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY0/workspace0/last-image"_s), u"/left.png"_s);
-        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY0/workspace1/last-image"_s), u"/left.png"_s);
+        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY0/workspace0/last-image"_s),
+                 u"/left.png"_s);
+        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY0/workspace1/last-image"_s),
+                 u"/left.png"_s);
         QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY0/workspace1/image-style"_s), u"5"_s);
-        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY1/workspace0/last-image"_s), u"/right.png"_s);
+        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY1/workspace0/last-image"_s),
+                 u"/right.png"_s);
         QCOMPARE(backend.picture(screens[0]), u"/left.png"_s);
         QCOMPARE(backend.picture(screens[1]), u"/right.png"_s);
     }

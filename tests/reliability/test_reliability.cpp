@@ -31,8 +31,7 @@ struct Figures {
     int lost = 0; // files saved before and damaged since, partial files that are not a prefix
 };
 
-template<typename T>
-QString describeFailure(const Result<T> &result)
+template<typename T> QString describeFailure(const Result<T> &result)
 {
     return result.value ? u"none"_s : failureText(result);
 }

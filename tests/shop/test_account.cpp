@@ -9,8 +9,8 @@
 #include <QDBusObjectPath>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStandardPaths>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -19,8 +19,7 @@ using namespace std::chrono_literals;
 using Status = Account::Status;
 using Failure = APIClient::Failure;
 
-namespace
-{
+namespace {
 const auto expired = u"That code expired."_s;
 const auto notConfirmed = "Sign-out not confirmed yet; will retry at the next launch";
 const auto ignoredPage = "Ignored a verification page that isn't the shop's";
@@ -28,12 +27,12 @@ const auto ignoredPage = "Ignored a verification page that isn't the shop's";
 QJsonObject statusFault(const char *endpoint, int status, const char *error = nullptr,
                         int times = 1)
 {
-    QJsonObject fault{{u"endpoint"_s, QLatin1StringView(endpoint)},
-                      {u"status"_s, status},
-                      {u"times"_s, times}};
+    QJsonObject fault { { u"endpoint"_s, QLatin1StringView(endpoint) },
+                        { u"status"_s, status },
+                        { u"times"_s, times } };
     if (error)
         fault.insert(u"error"_s, QLatin1StringView(error));
-    return {{u"statuses"_s, QJsonArray{fault}}};
+    return { { u"statuses"_s, QJsonArray { fault } } };
 }
 
 QList<std::chrono::milliseconds> seconds(std::initializer_list<int> values)
@@ -47,8 +46,7 @@ QList<std::chrono::milliseconds> seconds(std::initializer_list<int> values)
 
 // Sign-in, session and sign-out against the development shop, on a test clock that moves the
 // shop's clock along. Runs with the secret service and again with the private file.
-class AccountTest : public QObject
-{
+class AccountTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -92,7 +90,7 @@ void AccountTest::init()
     QStandardPaths::setTestModeEnabled(true);
     if (qEnvironmentVariableIsEmpty("QUENNET_SESSION"))
         QSKIP("runs only inside tests/run-in-session");
-    startShop({.pollInterval = 0});
+    startShop({ .pollInterval = 0 });
     m_folder.emplace();
     m_keychain = std::make_unique<Keychain>(m_folder->path());
     finish(m_keychain->remove(Keychain::sessionToken));
@@ -166,7 +164,7 @@ void AccountTest::decideInPage(const QString &userCode, const QString &action)
     const auto page = finish(body(m_manager->get(QNetworkRequest(m_opened.first())))).value;
     QVERIFY(page->contains(QByteArray("value=\"" + userCode.toUtf8() + '"')));
 
-    QUrlQuery form{{u"user_code"_s, userCode}, {u"action"_s, action}};
+    QUrlQuery form { { u"user_code"_s, userCode }, { u"action"_s, action } };
     QNetworkRequest post(m_opened.first().resolved(QUrl(u"/activate"_s)));
     post.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded"_ba);
     const auto result = finish(body(m_manager->post(post, form.toString().toUtf8()))).value;
@@ -181,7 +179,7 @@ void AccountTest::signInThroughTheApprovalPage()
     account->signIn();
     QCOMPARE(account->status(), Status::Requesting);
     QTRY_COMPARE(account->status(), Status::Waiting);
-    QCOMPARE(m_opened, QList{account->state().code->verificationURIComplete.value()});
+    QCOMPARE(m_opened, QList { account->state().code->verificationURIComplete.value() });
     QCOMPARE(account->verificationURI(), account->state().code->verificationURI);
     decideInPage(account->userCode(), u"approve"_s);
     QTRY_COMPARE(account->status(), Status::SignedIn);
@@ -216,14 +214,15 @@ void AccountTest::signInEndings_data()
         << u"Couldn't reach the shop. Check your connection and try again."_s
         << u"Sign-in failed: The shop replied 503 (maintenance)."_s;
     QTest::newRow("denied in the browser")
-        << false << QJsonObject() << u"deny"_s << u"Sign-in was cancelled in the browser."_s << QString();
-    QTest::newRow("an unknown error") << false << statusFault("device/token", 400, "invalid_grant")
-                                      << QString() << u"That code didn't work. Start again."_s
-                                      << QString();
+        << false << QJsonObject() << u"deny"_s << u"Sign-in was cancelled in the browser."_s
+        << QString();
+    QTest::newRow("an unknown error")
+        << false << statusFault("device/token", 400, "invalid_grant") << QString()
+        << u"That code didn't work. Start again."_s << QString();
     // Only logged; but that spent the code, so the next poll fails.
     QTest::newRow("a token reply that doesn't decode")
-        << false << QJsonObject{{u"malformed"_s, QJsonArray{u"device/token"_s}}} << u"approve"_s
-        << u"That code didn't work. Start again."_s
+        << false << QJsonObject { { u"malformed"_s, QJsonArray { u"device/token"_s } } }
+        << u"approve"_s << u"That code didn't work. Start again."_s
         << u"Polling failed, trying again: The shop sent something the app didn't understand."_s;
 }
 
@@ -259,10 +258,10 @@ void AccountTest::pollIntervals_data()
     QTest::addColumn<QJsonObject>("faults");
     QTest::addColumn<QList<std::chrono::milliseconds>>("sleeps");
 
-    QTest::newRow("0 is every second") << 0 << QJsonObject() << seconds({1, 1, 1});
+    QTest::newRow("0 is every second") << 0 << QJsonObject() << seconds({ 1, 1, 1 });
     QTest::newRow("two slow-downs on 5")
-        << 5 << statusFault("device/token", 400, "slow_down", 2) << seconds({5, 10, 15, 15});
-    QTest::newRow("429 on 0") << 0 << statusFault("device/token", 429) << seconds({1, 6, 6});
+        << 5 << statusFault("device/token", 400, "slow_down", 2) << seconds({ 5, 10, 15, 15 });
+    QTest::newRow("429 on 0") << 0 << statusFault("device/token", 429) << seconds({ 1, 6, 6 });
 }
 
 void AccountTest::pollIntervals()
@@ -271,7 +270,7 @@ void AccountTest::pollIntervals()
     QFETCH(QJsonObject, faults);
     QFETCH(QList<std::chrono::milliseconds>, sleeps);
 
-    startShop({.pollInterval = interval});
+    startShop({ .pollInterval = interval });
     QVERIFY(m_shop->shop().setFaults(faults));
     auto account = makeAccount();
     account->signIn();
@@ -284,13 +283,13 @@ void AccountTest::defaultIntervalAndDeadline()
 {
     // Unlike the shop, the stand-in sends no interval and a page elsewhere, then "pending".
     StandInServer server(m_shopState.path());
-    const QJsonObject code{{u"device_code"_s, u"dc"_s},
-                           {u"user_code"_s, u"WXYZ"_s},
-                           {u"verification_uri"_s, u"https://shop.example/activate"_s},
-                           {u"expires_in"_s, 12}};
-    server.enqueue({.body = QJsonDocument(code).toJson()});
+    const QJsonObject code { { u"device_code"_s, u"dc"_s },
+                             { u"user_code"_s, u"WXYZ"_s },
+                             { u"verification_uri"_s, u"https://shop.example/activate"_s },
+                             { u"expires_in"_s, 12 } };
+    server.enqueue({ .body = QJsonDocument(code).toJson() });
     for (int i = 0; i < 3; ++i)
-        server.enqueue({.status = 400, .body = R"({"error": "authorization_pending"})"});
+        server.enqueue({ .status = 400, .body = R"({"error": "authorization_pending"})" });
     QTest::ignoreMessage(QtWarningMsg, ignoredPage);
     auto account = makeAccount([&] { return server.base(); });
     QStringList codes;
@@ -307,12 +306,12 @@ void AccountTest::defaultIntervalAndDeadline()
     QVERIFY(codes.contains(u"WXYZ"_s));
     QCOMPARE(pages, QList<QUrl>(pages.size()));
     // Polls at 5, 10 and 15 s; the next round finds the 12 s deadline passed.
-    QCOMPARE(m_clock->sleeps(), seconds({5, 5, 5}));
+    QCOMPARE(m_clock->sleeps(), seconds({ 5, 5, 5 }));
     QCOMPARE(server.requests().size(), 4);
 
     // A code that expires on arrival is never polled.
     account.reset();
-    startShop({.codeLifetime = 0});
+    startShop({ .codeLifetime = 0 });
     account = makeAccount();
     account->signIn();
     QTRY_COMPARE(account->status(), Status::Failed);
@@ -351,7 +350,7 @@ void AccountTest::offlineSignOutsRevokedAtNextLaunch()
     const auto first = m_shop->issueToken();
     const auto second = m_shop->issueToken();
     QUrl base = deadBase();
-    for (const auto &token : {first, second}) {
+    for (const auto &token : { first, second }) {
         store(token, Keychain::sessionToken);
         const auto account = makeAccount([&] { return base; });
         QCOMPARE(account->status(), Status::SignedIn);
@@ -434,11 +433,11 @@ void AccountTest::lockedStoreKeepsTheSession()
     QCOMPARE(account->status(), Status::SignedIn);
 
     // Locked, and no display to ask for the password on.
-    auto lock = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s,
-                                               u"/org/freedesktop/secrets"_s,
-                                               u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+    auto lock =
+        QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+                                       u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
     lock << QVariant::fromValue(
-        QList{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
+        QList { QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s) });
     QCOMPARE(QDBusConnection::sessionBus().call(lock).type(), QDBusMessage::ReplyMessage);
 
     // A sign-out that cannot take the token says so, and leaves the session to try again.

@@ -14,26 +14,24 @@ using namespace Qt::Literals::StringLiterals;
 using Failure = APIClient::Failure;
 using Poll = APIClient::TokenPoll::Outcome;
 
-namespace
-{
+namespace {
 QJsonObject statusFault(const char *endpoint, int status, const char *error = nullptr)
 {
-    QJsonObject fault{{u"endpoint"_s, QLatin1StringView(endpoint)}, {u"status"_s, status}};
+    QJsonObject fault { { u"endpoint"_s, QLatin1StringView(endpoint) }, { u"status"_s, status } };
     if (error)
         fault.insert(u"error"_s, QLatin1StringView(error));
-    return {{u"statuses"_s, QJsonArray{fault}}};
+    return { { u"statuses"_s, QJsonArray { fault } } };
 }
 
 QJsonObject malformed(const char *endpoint)
 {
-    return {{u"malformed"_s, QJsonArray{QLatin1StringView(endpoint)}}};
+    return { { u"malformed"_s, QJsonArray { QLatin1StringView(endpoint) } } };
 }
 } // namespace
 
 // The shop's HTTP client against the development shop, and against a stand-in server for the
 // replies the shop cannot produce.
-class APIClientTest : public QObject
-{
+class APIClientTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -54,7 +52,7 @@ private Q_SLOTS:
     void cancellationAbortsTheRequest();
 
 private:
-    [[nodiscard]] APIClient client(const QUrl &base) const { return {m_manager.get(), base}; }
+    [[nodiscard]] APIClient client(const QUrl &base) const { return { m_manager.get(), base }; }
 
     std::optional<TestShop> m_shop;
     std::unique_ptr<NetworkAccessManager> m_manager;
@@ -99,12 +97,13 @@ void APIClientTest::requestsAsSent()
 {
     StandInServer server(m_shop->stateDir());
     for (int i = 0; i < 4; ++i)
-        server.enqueue({.status = 204, .headers = {{"Set-Cookie", "session=crumbs; Path=/"}}});
+        server.enqueue(
+            { .status = 204, .headers = { { "Set-Cookie", "session=crumbs; Path=/" } } });
     const auto standIn = client(server.base());
     finish(standIn.signOut(u"token-one"_s));
     finish(standIn.pollToken(u"device-one"_s));
     finish(standIn.library(u"token-two"_s, uR"(W/"a, b")"_s));
-    finish(standIn.links(u"token-three"_s, {{u"pack-a"_s, u"f_0123456789ab"_s}}));
+    finish(standIn.links(u"token-three"_s, { { u"pack-a"_s, u"f_0123456789ab"_s } }));
 
     const auto &sent = server.requests();
     QCOMPARE(sent.size(), 4);
@@ -125,12 +124,12 @@ void APIClientTest::requestsAsSent()
 
     QCOMPARE(sent[0].body, "{}");
     QCOMPARE(QJsonDocument::fromJson(sent[1].body).object(),
-             (QJsonObject{{u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s},
-                          {u"device_code"_s, u"device-one"_s},
-                          {u"client_id"_s, u"mac-app"_s}}));
-    const QJsonObject file{{u"pack"_s, u"pack-a"_s}, {u"id"_s, u"f_0123456789ab"_s}};
+             (QJsonObject { { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
+                            { u"device_code"_s, u"device-one"_s },
+                            { u"client_id"_s, u"mac-app"_s } }));
+    const QJsonObject file { { u"pack"_s, u"pack-a"_s }, { u"id"_s, u"f_0123456789ab"_s } };
     QCOMPARE(QJsonDocument::fromJson(sent[3].body).object(),
-             (QJsonObject{{u"files"_s, QJsonArray{file}}}));
+             (QJsonObject { { u"files"_s, QJsonArray { file } } }));
 
     // Without an entity tag, no If-None-Match.
     finish(standIn.library(u"token-two"_s, std::nullopt));
@@ -144,7 +143,8 @@ void APIClientTest::failures_data()
 
     QTest::newRow("418 with a detail")
         << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
-    QTest::newRow("418 without JSON") << statusFault("catalogue", 418) << u"The shop replied 418."_s;
+    QTest::newRow("418 without JSON")
+        << statusFault("catalogue", 418) << u"The shop replied 418."_s;
     QTest::newRow("401 with a body")
         << statusFault("catalogue", 401, "invalid_token") << u"You've been signed out."_s;
     QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
@@ -168,16 +168,17 @@ void APIClientTest::deviceCodeReplies_data()
     QTest::addColumn<QJsonObject>("reply");
     QTest::addColumn<std::optional<APIClient::DeviceCode>>("expected"); // none: invalidReply
 
-    const QJsonObject full{{u"device_code"_s, u"dc"_s},
-                           {u"user_code"_s, u"ABCD-EFGH"_s},
-                           {u"verification_uri"_s, u"https://shop.quennet.app/activate"_s},
-                           {u"verification_uri_complete"_s, QJsonValue::Null},
-                           {u"expires_in"_s, 900},
-                           {u"unknown"_s, u"ignored"_s}};
-    const APIClient::DeviceCode code{.deviceCode = u"dc"_s,
-                                     .userCode = u"ABCD-EFGH"_s,
-                                     .verificationURI = QUrl(u"https://shop.quennet.app/activate"_s),
-                                     .expiresIn = 900};
+    const QJsonObject full { { u"device_code"_s, u"dc"_s },
+                             { u"user_code"_s, u"ABCD-EFGH"_s },
+                             { u"verification_uri"_s, u"https://shop.quennet.app/activate"_s },
+                             { u"verification_uri_complete"_s, QJsonValue::Null },
+                             { u"expires_in"_s, 900 },
+                             { u"unknown"_s, u"ignored"_s } };
+    const APIClient::DeviceCode code { .deviceCode = u"dc"_s,
+                                       .userCode = u"ABCD-EFGH"_s,
+                                       .verificationURI =
+                                           QUrl(u"https://shop.quennet.app/activate"_s),
+                                       .expiresIn = 900 };
     const auto with = [&](const char *key, const QJsonValue &value) {
         auto reply = full;
         reply.insert(QLatin1StringView(key), value);
@@ -204,14 +205,14 @@ void APIClientTest::deviceCodeReplies()
 
     // The shop always sends every field.
     StandInServer server(m_shop->stateDir());
-    server.enqueue({.body = QJsonDocument(reply).toJson()});
+    server.enqueue({ .body = QJsonDocument(reply).toJson() });
     const auto result = finish(client(server.base()).requestDeviceCode(u"Computer"_s));
     if (expected)
         QCOMPARE(result.value, expected);
     else
         QCOMPARE(result.failure<Failure>(), Failure::invalidReply());
     QCOMPARE(QJsonDocument::fromJson(server.requests().value(0).body).object(),
-             (QJsonObject{{u"client_id"_s, u"mac-app"_s}, {u"device"_s, u"Computer"_s}}));
+             (QJsonObject { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Computer"_s } }));
 }
 
 void APIClientTest::tokenPoll_data()
@@ -224,10 +225,12 @@ void APIClientTest::tokenPoll_data()
     QTest::newRow("approved") << QJsonObject() << true << std::optional(Poll::Token);
     QTest::newRow("approved, body without a token")
         << malformed("device/token") << true << std::optional<Poll>();
-    QTest::newRow("pending in capitals") << statusFault("device/token", 400, "AUTHORIZATION_PENDING")
-                                         << false << std::optional(Poll::Unknown);
+    QTest::newRow("pending in capitals")
+        << statusFault("device/token", 400, "AUTHORIZATION_PENDING") << false
+        << std::optional(Poll::Unknown);
     QTest::newRow("any status with an error body")
-        << statusFault("device/token", 403, "access_denied") << false << std::optional(Poll::Denied);
+        << statusFault("device/token", 403, "access_denied") << false
+        << std::optional(Poll::Denied);
     QTest::newRow("429 whatever it says") << statusFault("device/token", 429, "access_denied")
                                           << false << std::optional(Poll::SlowDown);
     QTest::newRow("500 without a body")
@@ -267,22 +270,21 @@ void APIClientTest::libraryAndLinks()
     QVERIFY(unchanged && !*unchanged);
     // 304 means not modified, whatever comes with it.
     StandInServer server(m_shop->stateDir());
-    server.enqueue({.status = 304, .body = "not json"});
+    server.enqueue({ .status = 304, .body = "not json" });
     const auto notModified = finish(client(server.base()).library(token, u"\"x\""_s)).value;
     QVERIFY(notModified && !*notModified);
 
     const auto &pack = library->reply.packs.first();
-    const APIClient::WantedFile file{pack.slug, pack.colourways.first().files.first().id};
-    const auto links = finish(shop.links(token, {file})).value.value();
+    const APIClient::WantedFile file { pack.slug, pack.colourways.first().files.first().id };
+    const auto links = finish(shop.links(token, { file })).value.value();
     QCOMPARE(links.size(), 1);
     QCOMPARE(links[0].pack, file.pack);
     QCOMPARE(links[0].id, file.id);
     QVERIFY(links[0].url.isValid() && links[0].expiresAt);
     // A link in clear text would hand the file's right to anyone on the way.
-    server.enqueue({.status = 200,
-                    .body = R"({"links": [{"pack": "aurora", "id": "f_0123456789ab",
-                                           "url": "http://127.0.0.1:9/f"}]})"});
-    QVERIFY(finish(client(server.base()).links(token, {file})).failure<Failure>());
+    server.enqueue({ .status = 200, .body = R"({"links": [{"pack": "aurora", "id": "f_0123456789ab",
+                                           "url": "http://127.0.0.1:9/f"}]})" });
+    QVERIFY(finish(client(server.base()).links(token, { file })).failure<Failure>());
 }
 
 void APIClientTest::transportAndTrust()
@@ -310,7 +312,7 @@ void APIClientTest::transportAndTrust()
 
     // Nothing at all goes to a shop whose address isn't HTTPS, least of all a token.
     StandInServer plain;
-    plain.enqueue({.status = 204});
+    plain.enqueue({ .status = 204 });
     QCOMPARE(finish(client(plain.base()).signOut(u"token"_s)).failure<Failure>(),
              Failure::notHTTPS());
     QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
@@ -327,15 +329,14 @@ void APIClientTest::redirects()
     // The shop under its other name is another host: the token does not go there.
     auto elsewhere = m_shop->base().resolved(QUrl(u"library"_s));
     elsewhere.setHost(u"localhost"_s);
-    server.enqueue({.status = 302, .headers = {{"Location", elsewhere.toEncoded()}}});
+    server.enqueue({ .status = 302, .headers = { { "Location", elsewhere.toEncoded() } } });
     const int seenByShop = m_shop->requests(u"library"_s);
-    QCOMPARE(finish(standIn.library(token, std::nullopt)).failure<Failure>(),
-             Failure::status(302));
+    QCOMPARE(finish(standIn.library(token, std::nullopt)).failure<Failure>(), Failure::status(302));
     QCOMPARE(m_shop->requests(u"library"_s), seenByShop);
 
     // On the same scheme, host and port it is followed, token and all.
-    server.enqueue({.status = 307, .headers = {{"Location", "/api/app/v1/library?moved=1"}}});
-    server.enqueue({.body = R"({"email": "moved@example.com", "packs": []})"});
+    server.enqueue({ .status = 307, .headers = { { "Location", "/api/app/v1/library?moved=1" } } });
+    server.enqueue({ .body = R"({"email": "moved@example.com", "packs": []})" });
     const auto moved = finish(standIn.library(token, std::nullopt)).value.value();
     QCOMPARE(moved->reply.email, u"moved@example.com"_s);
     QVERIFY(server.requests().last().head.startsWith("GET /api/app/v1/library?moved=1 "));
@@ -345,7 +346,7 @@ void APIClientTest::redirects()
 void APIClientTest::cancellationAbortsTheRequest()
 {
     StandInServer server(m_shop->stateDir());
-    server.enqueue({.hold = true});
+    server.enqueue({ .hold = true });
     CancelToken cancel;
     auto task = client(server.base()).catalogue(&cancel);
     QTRY_COMPARE(server.requests().size(), 1);

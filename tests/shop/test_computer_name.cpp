@@ -5,8 +5,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 // The pretty host name as systemd writes /etc/machine-info.
-class ComputerNameTest : public QObject
-{
+class ComputerNameTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -7,7 +7,6 @@
 #include <QProcess>
 #include <QTest>
 #include <QTimer>
-
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -15,8 +14,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
+namespace {
 // What secret-tool, an independent client of the secret service, prints.
 QByteArray secretTool(const QStringList &arguments, const QByteArray &input = {})
 {
@@ -31,8 +29,7 @@ QByteArray secretTool(const QStringList &arguments, const QByteArray &input = {}
 
 // Runs in two sessions (tests/run-in-session): "keyring", where gnome-keyring holds every item
 // and the private file never appears, and "nobus", where only the private file can.
-class KeychainTest : public QObject
-{
+class KeychainTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -82,12 +79,12 @@ void KeychainTest::saveReadRemove()
 
     const auto path = m_keychain->fallbackPath();
     if (m_secretStore) {
-        QCOMPARE(secretTool({u"lookup"_s, u"server"_s, u"app.quennet.Quennet"_s, u"user"_s,
-                             Keychain::sessionToken}),
+        QCOMPARE(secretTool({ u"lookup"_s, u"server"_s, u"app.quennet.Quennet"_s, u"user"_s,
+                              Keychain::sessionToken }),
                  "second");
         QVERIFY2(!QFile::exists(path), "the private file is for when there is no secret store");
     } else {
-        struct stat info {};
+        struct stat info { };
         QCOMPARE(::stat(QFile::encodeName(path).constData(), &info), 0);
         QCOMPARE(info.st_mode & 0777, mode_t(0600));
     }
@@ -100,8 +97,8 @@ void KeychainTest::saveReadRemove()
 
     if (m_secretStore) {
         // An item as earlier versions saved it through QtKeychain.
-        secretTool({u"store"_s, u"--label"_s, u"x"_s, u"user"_s, Keychain::sessionToken,
-                    u"server"_s, u"app.quennet.Quennet"_s, u"type"_s, u"plaintext"_s},
+        secretTool({ u"store"_s, u"--label"_s, u"x"_s, u"user"_s, Keychain::sessionToken,
+                     u"server"_s, u"app.quennet.Quennet"_s, u"type"_s, u"plaintext"_s },
                    "earlier");
         QCOMPARE(read(Keychain::sessionToken), u"earlier"_s);
         finish(m_keychain->remove(Keychain::sessionToken));
@@ -117,7 +114,7 @@ void KeychainTest::failedSaveKeepsThePreviousItem()
 
     // A file size limit makes the write fail part-way, even for root.
     std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit{};
+    rlimit limit {};
     getrlimit(RLIMIT_FSIZE, &limit);
     const auto original = limit;
     limit.rlim_cur = 100;
@@ -154,11 +151,11 @@ void KeychainTest::refusingStoreIsAFailure()
     QCOMPARE(read(Keychain::sessionToken), u"kept"_s);
 
     // A locked store whose unlock prompt cannot be shown: there is no display.
-    auto lock = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s,
-                                               u"/org/freedesktop/secrets"_s,
-                                               u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+    auto lock =
+        QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+                                       u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
     lock << QVariant::fromValue(
-        QList{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
+        QList { QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s) });
     QCOMPARE(bus.call(lock).type(), QDBusMessage::ReplyMessage);
     QVERIFY(failed());
     // Nothing found in a locked store isn't "no such item": stores may hide what is locked.

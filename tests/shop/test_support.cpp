@@ -86,25 +86,27 @@ StandInServer::StandInServer(const QString &shopState, QObject *parent)
     m_server->listen(QHostAddress::LocalHost);
     connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
         auto *socket = m_server->nextPendingConnection();
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket, data = QByteArray()]() mutable {
-            data += socket->readAll();
-            const auto headEnd = data.indexOf("\r\n\r\n");
-            const Request request{data.left(headEnd), data.mid(headEnd + 4)};
-            const auto length = request.header("Content-Length").value_or("0").toLongLong();
-            if (headEnd < 0 || request.body.size() < length)
-                return;
-            m_requests.append(request);
-            const auto reply = m_replies.isEmpty() ? Reply{.status = 500} : m_replies.takeFirst();
-            if (reply.hold)
-                return;
-            QByteArray response = "HTTP/1.1 " + QByteArray::number(reply.status) + " Reply\r\n";
-            for (const auto &[name, value] : reply.headers)
-                response += name + ": " + value + "\r\n";
-            response += "Content-Length: " + QByteArray::number(reply.body.size())
-                + "\r\nConnection: close\r\n\r\n" + reply.body;
-            socket->write(response);
-            socket->disconnectFromHost();
-        });
+        connect(
+            socket, &QTcpSocket::readyRead, this, [this, socket, data = QByteArray()]() mutable {
+                data += socket->readAll();
+                const auto headEnd = data.indexOf("\r\n\r\n");
+                const Request request { data.left(headEnd), data.mid(headEnd + 4) };
+                const auto length = request.header("Content-Length").value_or("0").toLongLong();
+                if (headEnd < 0 || request.body.size() < length)
+                    return;
+                m_requests.append(request);
+                const auto reply =
+                    m_replies.isEmpty() ? Reply { .status = 500 } : m_replies.takeFirst();
+                if (reply.hold)
+                    return;
+                QByteArray response = "HTTP/1.1 " + QByteArray::number(reply.status) + " Reply\r\n";
+                for (const auto &[name, value] : reply.headers)
+                    response += name + ": " + value + "\r\n";
+                response += "Content-Length: " + QByteArray::number(reply.body.size())
+                    + "\r\nConnection: close\r\n\r\n" + reply.body;
+                socket->write(response);
+                socket->disconnectFromHost();
+            });
     });
 }
 

@@ -9,18 +9,15 @@
 #include <QSslServer>
 #include <QTcpServer>
 #include <QTemporaryDir>
-
 #include <functional>
 #include <optional>
 
 // What a task ended with: its value, or what it threw.
-template<typename T>
-struct Result {
+template<typename T> struct Result {
     std::optional<T> value;
     std::exception_ptr error;
 
-    template<typename E>
-    [[nodiscard]] std::optional<E> failure() const
+    template<typename E> [[nodiscard]] std::optional<E> failure() const
     {
         try {
             if (error)
@@ -34,8 +31,7 @@ struct Result {
 };
 
 // Runs a task to its end in a nested event loop; unlike QCoro::waitFor, it survives a throw.
-template<typename T>
-Result<T> finish(QCoro::Task<T> task)
+template<typename T> Result<T> finish(QCoro::Task<T> task)
 {
     Result<T> result;
     QEventLoop loop;
@@ -58,8 +54,7 @@ Result<T> finish(QCoro::Task<T> task)
 Result<bool> finish(QCoro::Task<> task);
 
 // A clock whose sleeps take no time: each is recorded and moves the clock on.
-class TestClock : public Clock
-{
+class TestClock : public Clock {
 public:
     [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return m_sinceBoot; }
     QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
@@ -76,8 +71,7 @@ private:
 
 // A development shop in-process on port 0. Shops given one state folder share its certificate
 // authority, which is slow to make.
-class TestShop
-{
+class TestShop {
 public:
     explicit TestShop(DevShop::Options options = {}, const QString &stateDir = {});
 
@@ -104,8 +98,7 @@ void recordToken(const QString &token);
 // A loopback HTTPS server for the few replies the development shop cannot produce: it answers
 // each request with the next canned reply (or holds it), and keeps what it received. It serves
 // the certificate of a development shop's state folder; without one, plain HTTP.
-class StandInServer : public QObject
-{
+class StandInServer : public QObject {
     Q_OBJECT
 
 public:

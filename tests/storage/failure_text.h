@@ -4,8 +4,7 @@
 #include "test_support.h"
 
 // The sentence of what a task threw, for comparing and for messages of failed checks.
-template<typename T>
-[[nodiscard]] QString failureText(const Result<T> &result)
+template<typename T> [[nodiscard]] QString failureText(const Result<T> &result)
 {
     if (!result.error)
         return QStringLiteral("no failure");

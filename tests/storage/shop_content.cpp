@@ -53,7 +53,8 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
                 const QByteArray bytes = readAll(file.copyOf);
                 QDir().mkpath(QFileInfo(QDir(dir).filePath(path)).path());
                 QFile copy(QDir(dir).filePath(path));
-                if (bytes.isEmpty() || !copy.open(QIODevice::WriteOnly) || copy.write(bytes) != bytes.size())
+                if (bytes.isEmpty() || !copy.open(QIODevice::WriteOnly)
+                    || copy.write(bytes) != bytes.size())
                     qFatal("Cannot copy %s", qPrintable(file.copyOf));
                 file.bytes = bytes.size();
                 file.sha256 = QString::fromLatin1(

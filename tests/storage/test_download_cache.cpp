@@ -11,8 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 void write(const QString &path, qint64 size)
 {
     QDir().mkpath(QFileInfo(path).path());
@@ -28,21 +27,22 @@ const WallpaperFile mistDark { .id = u"f_0123456789ab"_s,
                                .bytes = 10 };
 } // namespace
 
-class DownloadCacheTest : public QObject
-{
+class DownloadCacheTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void layout()
     {
         const DownloadCache cache(u"/root"_s);
-        QCOMPARE(cache.localPath(mistDark), u"/root/Quennet/harbour/mist-dark-f_0123456789ab.heic"_s);
+        QCOMPARE(cache.localPath(mistDark),
+                 u"/root/Quennet/harbour/mist-dark-f_0123456789ab.heic"_s);
         QCOMPARE(cache.partialPath(mistDark), u"/root/Partial/f_0123456789ab.partial"_s);
         QCOMPARE(DownloadCache::validatorPath(cache.partialPath(mistDark)),
                  u"/root/Partial/f_0123456789ab.partial.etag"_s);
         WallpaperFile automatic = mistDark;
         automatic.edition = Edition::Automatic;
-        QCOMPARE(DownloadCache::fileKey(automatic), u"harbour/mist-appearance-f_0123456789ab.heic"_s);
+        QCOMPARE(DownloadCache::fileKey(automatic),
+                 u"harbour/mist-appearance-f_0123456789ab.heic"_s);
     }
 
     void installedNames_data()
@@ -99,7 +99,8 @@ private Q_SLOTS:
         write(cache.partialPath(mistDark), 1);
         // Renderings count as downloads, and go with the file they were made of.
         const Renderer renderer(cache.renderingFolder());
-        for (const auto &[file, id] : { std::pair(shown, u"f_0c"_s), std::pair(other, u"f_0a"_s) }) {
+        for (const auto &[file, id] :
+             { std::pair(shown, u"f_0c"_s), std::pair(other, u"f_0a"_s) }) {
             write(renderer.renderingPath(id, 0), 10);
             QFile record(renderer.folder() + u'/' + id + u".source.json"_s);
             QVERIFY(record.open(QIODevice::WriteOnly));

@@ -7,8 +7,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class DownloadsFolderTest : public QObject
-{
+class DownloadsFolderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -33,7 +32,6 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         const auto name = DownloadsFolder::safeName(shopName);
         QCOMPARE(name.value_or(QString()), expected);
-
     }
 
     // Names taken, by files or by links, dangling ones too, get a counter; nothing is written
@@ -51,7 +49,8 @@ private Q_SLOTS:
         QVERIFY(QFile::link(outside, downloads.filePath(u"Aurora (Mac) 2.zip"_s)));
 
         const auto put = [&](const QString &name, DownloadsFolder::Source after) {
-            const QString path = DownloadsFolder::put(source.fileName(), downloads.path(), name, after);
+            const QString path =
+                DownloadsFolder::put(source.fileName(), downloads.path(), name, after);
             if (QFileInfo(path).absolutePath() != QDir(downloads.path()).absolutePath())
                 qFatal("written outside the folder");
             return QFileInfo(path).fileName();
@@ -67,7 +66,8 @@ private Q_SLOTS:
         QCOMPARE(put(u".hidden"_s, keep), u".hidden"_s);
         QCOMPARE(put(u".hidden"_s, keep), u".hidden 2"_s);
 
-        QCOMPARE(put(u"Aurora (Mac).zip"_s, DownloadsFolder::Source::Remove), u"Aurora (Mac) 5.zip"_s);
+        QCOMPARE(put(u"Aurora (Mac).zip"_s, DownloadsFolder::Source::Remove),
+                 u"Aurora (Mac) 5.zip"_s);
         QVERIFY(!source.exists());
         QVERIFY(!QFileInfo::exists(outside));
         QFile moved(downloads.filePath(u"Aurora (Mac) 5.zip"_s));

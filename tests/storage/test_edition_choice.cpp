@@ -6,8 +6,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Q_DECLARE_METATYPE(Edition)
 
-class EditionChoiceTest : public QObject
-{
+class EditionChoiceTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -20,12 +19,15 @@ private Q_SLOTS:
         const QList all { Edition::Automatic, Edition::TimeOfDay, Edition::Light, Edition::Dark };
         QTest::newRow("wanted is there") << all << Edition::Dark << int(Edition::Dark);
         QTest::newRow("dark falls back to appearance")
-            << QList { Edition::Light, Edition::Automatic } << Edition::Dark << int(Edition::Automatic);
+            << QList { Edition::Light, Edition::Automatic } << Edition::Dark
+            << int(Edition::Automatic);
         QTest::newRow("appearance falls back to time of day")
-            << QList { Edition::Dark, Edition::TimeOfDay } << Edition::Automatic << int(Edition::TimeOfDay);
+            << QList { Edition::Dark, Edition::TimeOfDay } << Edition::Automatic
+            << int(Edition::TimeOfDay);
         QTest::newRow("fixed light before dark")
             << QList { Edition::Dark, Edition::Light } << Edition::TimeOfDay << int(Edition::Light);
-        QTest::newRow("last resort") << QList { Edition::Light } << Edition::Dark << int(Edition::Light);
+        QTest::newRow("last resort")
+            << QList { Edition::Light } << Edition::Dark << int(Edition::Light);
         QTest::newRow("no files") << QList<Edition>() << Edition::Light << -1;
     }
 

@@ -2,10 +2,10 @@
 #include "content_range.h"
 #include "download_cache.h"
 #include "download_thread.h"
+#include "failure_text.h"
 #include "file_fetcher.h"
 #include "network_error.h"
 #include "shop_content.h"
-#include "failure_text.h"
 #include "test_support.h"
 
 #include <QStandardPaths>
@@ -300,8 +300,7 @@ void TestFileFetcher::mismatches()
         QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
         return;
     }
-    QCOMPARE(failureText(outcome),
-             u"The download didn't match the shop's copy. Try again."_s);
+    QCOMPARE(failureText(outcome), u"The download didn't match the shop's copy. Try again."_s);
     const auto left = leftovers(file);
     QVERIFY(!left.destination && !left.partial && !left.validator);
 }

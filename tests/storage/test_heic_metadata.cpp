@@ -5,8 +5,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 HeicMetadata metadata(const QString &name)
 {
     QFile file(QStringLiteral(QUENNET_TEST_DATA "/storage/") + name);
@@ -16,8 +15,7 @@ HeicMetadata metadata(const QString &name)
 }
 } // namespace
 
-class HeicMetadataTest : public QObject
-{
+class HeicMetadataTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -54,7 +52,9 @@ private Q_SLOTS:
     {
         const auto h24 = metadata(u"h24.xmp"_s);
         // The entry without a time is skipped.
-        QCOMPARE(h24.times(), (QList<HeicMetadata::TimedPicture> { { 0.25, 0 }, { 0.5, 1 }, { 0.75, 2 }, { 0.95, 3 } }));
+        QCOMPARE(h24.times(),
+                 (QList<HeicMetadata::TimedPicture> {
+                     { 0.25, 0 }, { 0.5, 1 }, { 0.75, 2 }, { 0.95, 3 } }));
         QCOMPARE(h24.timeAppearance(), (HeicMetadata::LightAndDark { 1, 3 }));
 
         const auto solar = metadata(u"solar.xmp"_s);

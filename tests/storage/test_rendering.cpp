@@ -9,8 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QString sample(const QString &name)
 {
     return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + name;
@@ -36,8 +35,7 @@ bool samePixels(const QImage &a, const QImage &b)
 }
 } // namespace
 
-class RenderingTest : public QObject
-{
+class RenderingTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -55,17 +53,26 @@ private Q_SLOTS:
         const QTime noon(12, 0);
         QTest::newRow("apr light") << u"apr.xmp"_s << 2 << Edition::Automatic << false << noon << 0;
         QTest::newRow("apr dark") << u"apr.xmp"_s << 2 << Edition::Automatic << true << noon << 1;
-        QTest::newRow("dark edition of an apr file") << u"apr.xmp"_s << 2 << Edition::Dark << false << noon << 1;
+        QTest::newRow("dark edition of an apr file")
+            << u"apr.xmp"_s << 2 << Edition::Dark << false << noon << 1;
         QTest::newRow("every index out of range: primary")
-            << u"apr-out-of-range-with-solar-element.xmp"_s << 1 << Edition::Automatic << true << noon << 0;
+            << u"apr-out-of-range-with-solar-element.xmp"_s << 1 << Edition::Automatic << true
+            << noon << 0;
         // h24: 0.25 -> 0, 0.5 -> 1, 0.75 -> 2, 0.95 -> 3
-        QTest::newRow("h24 at midnight: the day before's last") << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << QTime(0, 0) << 3;
-        QTest::newRow("h24 just before six") << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << QTime(5, 59) << 3;
-        QTest::newRow("h24 at six") << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << QTime(6, 0) << 0;
-        QTest::newRow("h24 at noon") << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << noon << 1;
-        QTest::newRow("h24 in the evening") << u"h24.xmp"_s << 4 << Edition::TimeOfDay << true << QTime(18, 30) << 2;
-        QTest::newRow("h24 entry past the pictures skipped") << u"h24.xmp"_s << 3 << Edition::TimeOfDay << false << QTime(23, 59) << 2;
-        QTest::newRow("no schedule: appearance") << u"apr.xmp"_s << 2 << Edition::TimeOfDay << true << noon << 1;
+        QTest::newRow("h24 at midnight: the day before's last")
+            << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << QTime(0, 0) << 3;
+        QTest::newRow("h24 just before six")
+            << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << QTime(5, 59) << 3;
+        QTest::newRow("h24 at six")
+            << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << QTime(6, 0) << 0;
+        QTest::newRow("h24 at noon")
+            << u"h24.xmp"_s << 4 << Edition::TimeOfDay << false << noon << 1;
+        QTest::newRow("h24 in the evening")
+            << u"h24.xmp"_s << 4 << Edition::TimeOfDay << true << QTime(18, 30) << 2;
+        QTest::newRow("h24 entry past the pictures skipped")
+            << u"h24.xmp"_s << 3 << Edition::TimeOfDay << false << QTime(23, 59) << 2;
+        QTest::newRow("no schedule: appearance")
+            << u"apr.xmp"_s << 2 << Edition::TimeOfDay << true << noon << 1;
     }
 
     void choice()
@@ -76,7 +83,8 @@ private Q_SLOTS:
         QFETCH(bool, dark);
         QFETCH(QTime, time);
         QFETCH(int, picture);
-        QCOMPARE(PictureChoice::pictureFor(::fixture(fixture, count), edition, dark, time), picture);
+        QCOMPARE(PictureChoice::pictureFor(::fixture(fixture, count), edition, dark, time),
+                 picture);
     }
 
     void nextChange()
@@ -154,15 +162,19 @@ private Q_SLOTS:
         // A new file under the same name is rendered again.
         QVERIFY(QFile::remove(source));
         QVERIFY(QFile::copy(sample(u"dunes/amber-appearance.heic"_s), source));
-        QFile(source).setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime);
-        QVERIFY(samePixels(QImage(*renderer.render(source, u"f_abc"_s, 1)), HeicFile::open(source)->picture(1)));
+        QFile(source).setFileTime(QDateTime::currentDateTime().addSecs(60),
+                                  QFileDevice::FileModificationTime);
+        QVERIFY(samePixels(QImage(*renderer.render(source, u"f_abc"_s, 1)),
+                           HeicFile::open(source)->picture(1)));
 
         QVERIFY(!renderer.render(source, u"f_abc"_s, 7));
 
         // A file made from the renderings belongs to the same file, whatever its id is like.
         QVERIFY(renderer.render(source, u"f_a-b"_s, 0));
-        QCOMPARE(renderer.sourceOf(renderer.companionPath(u"f_a-b"_s, u"xml"_s)), QFileInfo(source).absoluteFilePath());
-        QCOMPARE(renderer.sourceOf(renderer.renderingPath(u"f_a-b"_s, 0)), QFileInfo(source).absoluteFilePath());
+        QCOMPARE(renderer.sourceOf(renderer.companionPath(u"f_a-b"_s, u"xml"_s)),
+                 QFileInfo(source).absoluteFilePath());
+        QCOMPARE(renderer.sourceOf(renderer.renderingPath(u"f_a-b"_s, 0)),
+                 QFileInfo(source).absoluteFilePath());
     }
 };
 

@@ -6,8 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
+namespace {
 QByteArray fixture(const QString &name)
 {
     QFile file(QStringLiteral(QUENNET_TEST_DATA "/library/") + name);
@@ -17,8 +16,7 @@ QByteArray fixture(const QString &name)
 }
 } // namespace
 
-class ShopCacheTest : public QObject
-{
+class ShopCacheTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -28,7 +26,8 @@ private Q_SLOTS:
         const QString path = root.filePath(u"deep/app.quennet.Quennet/shop-cache.json"_s);
         QVERIFY(!Cache::load(path));
 
-        const Cache::Saved saved { .catalogue = CatalogueReply::decode(fixture(u"catalogue.json"_s)),
+        const Cache::Saved saved { .catalogue =
+                                       CatalogueReply::decode(fixture(u"catalogue.json"_s)),
                                    .library = LibraryReply::decode(fixture(u"library.json"_s)),
                                    .account = u"ada@example.com"_s,
                                    .base = QUrl(u"https://shop.example/api/app/v1"_s) };

@@ -1,8 +1,8 @@
 #include "archive_saver.h"
+#include "failure_text.h"
 #include "network_error.h"
 #include "reconciler.h"
 #include "store_rig.h"
-#include "failure_text.h"
 #include "test_support.h"
 #include "transfers.h"
 
@@ -32,8 +32,10 @@ QList<ContentPack> samplePacks()
     return { aurora(),
              { .slug = u"glacier"_s, .released = false },
              { .slug = u"dunes"_s,
-               .archives = { { .device = u"mac"_s, .filename = u"Dunes (Mac).zip"_s,
-                               .bytes = 20'000, .listsDigest = false } } } };
+               .archives = { { .device = u"mac"_s,
+                               .filename = u"Dunes (Mac).zip"_s,
+                               .bytes = 20'000,
+                               .listsDigest = false } } } };
 }
 } // namespace
 
@@ -228,10 +230,12 @@ void TestShopDownloads::whatIsRefused()
     StoreRig rig(samplePacks());
     QVERIFY(rig.start());
     const auto ids = QStringList { u"A"_s };
-    QCOMPARE(failureText(finish(rig.store().setWallpaper(u"harbour"_s, u"sea"_s, Edition::Light, ids))),
-             u"That wallpaper isn't in your packs."_s);
-    QCOMPARE(failureText(finish(rig.store().setWallpaper(u"glacier"_s, u"ice"_s, Edition::Light, ids))),
-             u"It isn't available to set yet."_s);
+    QCOMPARE(
+        failureText(finish(rig.store().setWallpaper(u"harbour"_s, u"sea"_s, Edition::Light, ids))),
+        u"That wallpaper isn't in your packs."_s);
+    QCOMPARE(
+        failureText(finish(rig.store().setWallpaper(u"glacier"_s, u"ice"_s, Edition::Light, ids))),
+        u"It isn't available to set yet."_s);
     // The nearest edition there is.
     QCOMPARE(rig.store().editionFor(u"aurora"_s, u"violet"_s, Edition::TimeOfDay),
              Edition::Automatic);
@@ -389,7 +393,8 @@ void TestShopDownloads::damagedFilesAreMadeAgain()
     StoreRig rig({ { .slug = u"aurora"_s,
                      .files = { { .colourway = u"emerald"_s,
                                   .edition = u"light"_s,
-                                  .copyOf = u"" QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-light.heic"_s },
+                                  .copyOf = u"" QUENNET_DEVSHOP_CONTENT
+                                            "/files/aurora/emerald-light.heic"_s },
                                 { u"violet"_s, u"dark"_s, 20'000 } } } });
     QVERIFY(rig.start());
     rig.target().renderer.emplace(rig.store().cache().renderingFolder());
@@ -437,8 +442,8 @@ void TestShopDownloads::changedShopFiles()
     // Replaced under the same id: the library is asked once, and the new bytes arrive.
     QVERIFY(rig.shop().setFaults(
         QByteArray("{\"changeFile\": \"" + emerald.id.toLatin1() + "\"}").constData()));
-    QCOMPARE(failureText(finish(rig.store().setWallpaper(u"aurora"_s, u"emerald"_s,
-                                                         Edition::Light, { u"A"_s }))),
+    QCOMPARE(failureText(finish(
+                 rig.store().setWallpaper(u"aurora"_s, u"emerald"_s, Edition::Light, { u"A"_s }))),
              u"no failure"_s);
     QCOMPARE(rig.shop().requests(u"library"_s), checks + 1);
     QCOMPARE(rig.shop().fileRequests(emerald.id), 2);

@@ -1,7 +1,7 @@
 #include "cancel_token.h"
+#include "failure_text.h"
 #include "shop_cache.h"
 #include "store_rig.h"
-#include "failure_text.h"
 #include "test_support.h"
 
 #include <QSignalSpy>
@@ -103,8 +103,9 @@ void TestShopLibrary::failedRefreshKeepsWhatWasThere_data()
         << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 503}]}"_ba
         << u"The shop replied 503."_s;
     // Twice the cap, refused by its length before it is read, or part-way without one.
-    const QString tooLarge = u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
-        APIClient::maxReplyBytes / (1024 * 1024));
+    const QString tooLarge =
+        u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
+            APIClient::maxReplyBytes / (1024 * 1024));
     const QByteArray oversized = "{\"oversized\": {\"endpoint\": \"library\", \"bytes\": "
         + QByteArray::number(2 * APIClient::maxReplyBytes);
     QTest::newRow("library too large by its length") << oversized + "}}" << tooLarge;

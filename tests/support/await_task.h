@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QCoroTask>
-
 #include <exception>
 
 // Runs a task to its end in a nested event loop and rethrows its failure. QCoro 0.8's waitFor

@@ -41,9 +41,9 @@ private Q_SLOTS:
                          .source = u"favourites"_s };
         QTest::newRow("shuffle off") << QStringList { u"shuffle-settings"_s, u"--off"_s }
                                      << Command { .action = Action::ShuffleSettings };
-        QTest::newRow("Do Not Disturb wallpaper")
-            << QStringList { u"focus-filter"_s, u"a/b"_s, u"--edition"_s, u"dark"_s }
-            << Command { .action = Action::FocusFilter, .wallpaper = u"a/b"_s, .edition = u"dark"_s };
+        QTest::newRow("Do Not Disturb wallpaper") << QStringList {
+            u"focus-filter"_s, u"a/b"_s, u"--edition"_s, u"dark"_s
+        } << Command { .action = Action::FocusFilter, .wallpaper = u"a/b"_s, .edition = u"dark"_s };
         QTest::newRow("no Do Not Disturb wallpaper")
             << QStringList { u"focus-filter"_s } << Command { .action = Action::FocusFilter };
         QTest::newRow("find words") << QStringList { u"find"_s, u"dunes"_s, u"rose"_s }
@@ -141,7 +141,10 @@ private Q_SLOTS:
         QTest::newRow("link") << u"\x1b]8;;https://x.test\x1b\\Go\x1b]8;;\x1b\\"_s << u"Go"_s;
         QTest::newRow("character set") << u"\x1b(0lqk"_s << u"lqk"_s;
         QTest::newRow("a lone escape") << u"end\x1b"_s << u"end"_s;
-        QTest::newRow("C0 and DEL") << u"a\tb\nc\rd\x08" u"e\x7f\x00" u"f"_s << u"abcdef"_s;
+        QTest::newRow("C0 and DEL") << u"a\tb\nc\rd\x08"
+                                       u"e\x7f\x00"
+                                       u"f"_s
+                                    << u"abcdef"_s;
         QTest::newRow("C1") << u"x\u009b2Jy\u0085z"_s << u"x2Jyz"_s;
     }
 
@@ -158,8 +161,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sent");
         QTest::addColumn<QString>("printed");
 
-        QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate"_s
-                                         << u"https://shop.quennet.app/activate"_s;
+        QTest::newRow("the shop's page")
+            << u"https://shop.quennet.app/activate"_s << u"https://shop.quennet.app/activate"_s;
         QTest::newRow("none") << QString() << QString();
         QTest::newRow("a file") << u"file:///etc/passwd"_s << QString();
         QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << QString();
