@@ -28,59 +28,45 @@ Displays *ColourwayListModel::displays() const
     return m_displays;
 }
 
-void ColourwayListModel::watch(QObject *source)
-{
-    if (auto *shop = qobject_cast<Shop *>(source)) {
-        connect(shop, &Shop::contentsChanged, this, &ColourwayListModel::reload);
-        connect(shop, &Shop::seenChanged, this, &ColourwayListModel::refreshStates);
-        connect(shop, &Shop::progressChanged, this, &ColourwayListModel::refreshStates);
-        connect(shop, &Shop::downloadedChanged, this, &ColourwayListModel::refreshStates);
-    } else if (auto *favourites = qobject_cast<Favourites *>(source)) {
-        // Only the favourites shown: the list itself changes.
-        connect(favourites, &Favourites::keysChanged, this, [this] {
-            if (m_favouritesOnly)
-                reload();
-            else
-                refreshStates();
-        });
-    } else if (auto *displays = qobject_cast<Displays *>(source)) {
-        connect(displays, &Displays::allChanged, this, &ColourwayListModel::refreshStates);
-        connect(displays, &Displays::fileChanged, this, &ColourwayListModel::refreshStates);
-    }
-}
-
 void ColourwayListModel::setShop(Shop *shop)
 {
-    if (m_shop == shop)
+    const bool replaced = replaceSource(m_shop, shop, [this](Shop *source) {
+        connect(source, &Shop::contentsChanged, this, &ColourwayListModel::reload);
+        connect(source, &Shop::seenChanged, this, &ColourwayListModel::refreshStates);
+        connect(source, &Shop::progressChanged, this, &ColourwayListModel::refreshStates);
+        connect(source, &Shop::downloadedChanged, this, &ColourwayListModel::refreshStates);
+    });
+    if (!replaced)
         return;
-    if (m_shop)
-        disconnect(m_shop, nullptr, this, nullptr);
-    m_shop = shop;
-    watch(shop);
     reload();
     Q_EMIT inputsChanged();
 }
 
 void ColourwayListModel::setFavourites(Favourites *favourites)
 {
-    if (m_favourites == favourites)
+    const bool replaced = replaceSource(m_favourites, favourites, [this](Favourites *source) {
+        // Only the favourites shown: the list itself changes.
+        connect(source, &Favourites::keysChanged, this, [this] {
+            if (m_favouritesOnly)
+                reload();
+            else
+                refreshStates();
+        });
+    });
+    if (!replaced)
         return;
-    if (m_favourites)
-        disconnect(m_favourites, nullptr, this, nullptr);
-    m_favourites = favourites;
-    watch(favourites);
     reload();
     Q_EMIT inputsChanged();
 }
 
 void ColourwayListModel::setDisplays(Displays *displays)
 {
-    if (m_displays == displays)
+    const bool replaced = replaceSource(m_displays, displays, [this](Displays *source) {
+        connect(source, &Displays::allChanged, this, &ColourwayListModel::refreshStates);
+        connect(source, &Displays::fileChanged, this, &ColourwayListModel::refreshStates);
+    });
+    if (!replaced)
         return;
-    if (m_displays)
-        disconnect(m_displays, nullptr, this, nullptr);
-    m_displays = displays;
-    watch(displays);
     refreshStates();
     Q_EMIT inputsChanged();
 }

@@ -94,7 +94,6 @@ private:
         bool operator==(const Row &) const = default;
     };
 
-    void watch(QObject *source);
     void reload();
     // What changes often (progress, the hearts, the displays) without a reset of the model.
     void refreshStates();

@@ -24,28 +24,23 @@ Shop *DisplayListModel::shop() const
 
 void DisplayListModel::setDisplays(Displays *displays)
 {
-    if (m_displays == displays)
+    const bool replaced = replaceSource(m_displays, displays, [this](Displays *source) {
+        connect(source, &Displays::allChanged, this, &DisplayListModel::reload);
+        connect(source, &Displays::fileChanged, this, &DisplayListModel::reload);
+    });
+    if (!replaced)
         return;
-    if (m_displays)
-        disconnect(m_displays, nullptr, this, nullptr);
-    m_displays = displays;
-    if (m_displays) {
-        connect(m_displays, &Displays::allChanged, this, &DisplayListModel::reload);
-        connect(m_displays, &Displays::fileChanged, this, &DisplayListModel::reload);
-    }
     reload();
     Q_EMIT inputsChanged();
 }
 
 void DisplayListModel::setShop(Shop *shop)
 {
-    if (m_shop == shop)
+    const bool replaced = replaceSource(m_shop, shop, [this](Shop *source) {
+        connect(source, &Shop::contentsChanged, this, &DisplayListModel::reload);
+    });
+    if (!replaced)
         return;
-    if (m_shop)
-        disconnect(m_shop, nullptr, this, nullptr);
-    m_shop = shop;
-    if (m_shop)
-        connect(m_shop, &Shop::contentsChanged, this, &DisplayListModel::reload);
     reload();
     Q_EMIT inputsChanged();
 }

@@ -18,15 +18,12 @@ Shop *PackListModel::shop() const
 
 void PackListModel::setShop(Shop *shop)
 {
-    if (m_shop == shop)
+    const bool replaced = replaceSource(m_shop, shop, [this](Shop *source) {
+        connect(source, &Shop::contentsChanged, this, &PackListModel::reload);
+        connect(source, &Shop::seenChanged, this, &PackListModel::reload);
+    });
+    if (!replaced)
         return;
-    if (m_shop)
-        disconnect(m_shop, nullptr, this, nullptr);
-    m_shop = shop;
-    if (m_shop) {
-        connect(m_shop, &Shop::contentsChanged, this, &PackListModel::reload);
-        connect(m_shop, &Shop::seenChanged, this, &PackListModel::reload);
-    }
     reload();
     Q_EMIT shopChanged();
 }

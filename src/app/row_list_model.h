@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QPointer>
 #include <QtQmlIntegration>
 
 // A list model for the views: its row count and a revision that counts every change, both as
@@ -22,6 +23,22 @@ public:
 Q_SIGNALS:
     void countChanged();
     void revisionChanged();
+
+protected:
+    // Swaps one object the rows come from: stops listening to the old one and has listen()
+    // connect to the new one. False when it is the same object.
+    template<typename T, typename Listen>
+    bool replaceSource(QPointer<T> &source, T *value, Listen listen)
+    {
+        if (source == value)
+            return false;
+        if (source)
+            disconnect(source, nullptr, this, nullptr);
+        source = value;
+        if (value)
+            listen(value);
+        return true;
+    }
 
 private:
     void changed();
