@@ -4,6 +4,8 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -195,7 +197,18 @@ private Q_SLOTS:
         QString main;
         // The first start on a fresh machine also fills the caches of fonts and libraries.
         QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 60'000);
-        key(main, { u"Return"_s });
+        // The window says "Loading your packs…" until the secret store has answered: Return
+        // starts the sign-in only once the button shows, which the session's state then tells.
+        const auto signInState = [] {
+            auto call =
+                QDBusMessage::createMethodCall(u"app.quennet.Quennet"_s, u"/app/quennet/Quennet"_s,
+                                               u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+            call << u"app.quennet.Quennet.Session"_s << u"State"_s;
+            const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+            return reply.arguments().value(0).value<QDBusVariant>().variant().toString();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT((key(main, { u"Return"_s }), signInState() != "signedOut"_L1),
+                                 60'000);
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
         QFile file(opened);
