@@ -53,9 +53,6 @@ using namespace Qt::Literals::StringLiterals;
 Q_LOGGING_CATEGORY(lcApp, "app.quennet.Quennet.App")
 
 namespace {
-// The one process-wide slot: weak, so nothing keeps the delegate alive through it.
-QPointer<AppDelegate> runningDelegate;
-
 bool onPlasma()
 {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP")
@@ -69,7 +66,6 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
     , m_options(std::move(options))
     , m_defaults(std::make_unique<Defaults>())
 {
-    runningDelegate = this;
     // On the bus before main() takes the bus name, so that a call that starts Quennet finds the
     // object; it answers "Still starting" until start() hands it the rest.
     m_automation = new AutomationService(this);
@@ -90,11 +86,6 @@ AppDelegate::~AppDelegate()
     delete m_main;
     delete m_settings;
     delete m_statusItem;
-}
-
-AppDelegate *AppDelegate::current()
-{
-    return runningDelegate;
 }
 
 void AppDelegate::start()

@@ -46,6 +46,7 @@ class AppDelegate : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by main")
+    Q_MOC_INCLUDE("art_cache.h")
     Q_MOC_INCLUDE("displays.h")
     Q_MOC_INCLUDE("library_status.h")
     Q_MOC_INCLUDE("favourites.h")
@@ -68,6 +69,7 @@ class AppDelegate : public QObject {
     Q_PROPERTY(ShuffleView *shuffleView READ shuffleView CONSTANT)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(LibraryStatus *library READ library CONSTANT)
+    Q_PROPERTY(ArtCache *artCache READ artCache CONSTANT)
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY signedInChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QVariantList acknowledgements READ acknowledgements CONSTANT)
@@ -84,9 +86,6 @@ public:
 
     explicit AppDelegate(Options options, QObject *parent = nullptr);
     ~AppDelegate() override;
-
-    // The running delegate, for whoever cannot be handed it; null before start-up and after.
-    [[nodiscard]] static AppDelegate *current();
 
     // The start-up sequence after the instance check.
     void start();

@@ -1,6 +1,5 @@
 #include "art_image.h"
 
-#include "app_delegate.h"
 #include "art_cache.h"
 
 #include <QPainter>
@@ -18,10 +17,19 @@ ArtImage::ArtImage(QQuickItem *parent)
 void ArtImage::componentComplete()
 {
     QQuickPaintedItem::componentComplete();
-    if (AppDelegate *app = AppDelegate::current())
-        m_cache = app->artCache();
+    reload();
+}
+
+void ArtImage::setCache(ArtCache *cache)
+{
+    if (m_cache == cache)
+        return;
+    if (m_cache)
+        disconnect(m_cache, nullptr, this, nullptr);
+    m_cache = cache;
     if (m_cache)
         connect(m_cache, &ArtCache::darkChanged, this, &ArtImage::reload);
+    Q_EMIT cacheChanged();
     reload();
 }
 

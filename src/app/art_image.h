@@ -16,6 +16,9 @@ class ArtCache;
 class ArtImage : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
+    Q_MOC_INCLUDE("art_cache.h")
+    // Where pictures are decoded and kept, shared by every view.
+    Q_PROPERTY(ArtCache *cache READ cache WRITE setCache NOTIFY cacheChanged)
     Q_PROPERTY(QUrl url READ url WRITE setUrl NOTIFY urlChanged)
     // The largest width or height decoded; 0: the item's size, rounded up to a step.
     Q_PROPERTY(int maxPixels READ maxPixels WRITE setMaxPixels NOTIFY maxPixelsChanged)
@@ -31,6 +34,8 @@ class ArtImage : public QQuickPaintedItem {
 public:
     explicit ArtImage(QQuickItem *parent = nullptr);
 
+    [[nodiscard]] ArtCache *cache() const { return m_cache; }
+    void setCache(ArtCache *cache);
     [[nodiscard]] QUrl url() const { return m_url; }
     void setUrl(const QUrl &url);
     [[nodiscard]] int maxPixels() const { return m_maxPixels; }
@@ -51,6 +56,7 @@ public:
     [[nodiscard]] static int step(int pixels);
 
 Q_SIGNALS:
+    void cacheChanged();
     void urlChanged();
     void maxPixelsChanged();
     void appearanceChanged();

@@ -8,6 +8,7 @@ import Quennet
 Item {
     id: tile
 
+    required property ArtCache artCache
     property string name
     property url artwork
     property bool favourite: false
@@ -37,6 +38,7 @@ Item {
 
         ArtImage {
             id: art
+            cache: tile.artCache
             anchors.fill: parent
             anchors.margins: tile.selected ? 3 : 0
             radius: tile.selected ? 6 : 8

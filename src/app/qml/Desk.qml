@@ -10,6 +10,7 @@ Item {
     id: desk
 
     required property DisplayList displays
+    required property ArtCache artCache
     property bool dark
     property string selectedId
     property real gap: 6
@@ -55,6 +56,7 @@ Item {
                 }
                 ArtImage {
                     id: picture
+                    cache: desk.artCache
                     anchors.fill: parent
                     anchors.margins: screen.selected && desk.displays.count > 1 ? 3 : 0
                     radius: screen.selected && desk.displays.count > 1 ? 5 : 7

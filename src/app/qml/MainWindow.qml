@@ -266,6 +266,7 @@ ApplicationWindow {
                     Desk {
                         Layout.fillWidth: true
                         displays: displayList
+                        artCache: window.app.artCache
                         dark: window.app.dark
                         selectedId: window.target
                         maxHeight: 150
@@ -343,6 +344,7 @@ ApplicationWindow {
                 ScrollBar.vertical: ScrollBar {}
                 delegate: ColourwayTile {
                     required property var model
+                    artCache: window.app.artCache
                     x: 8
                     width: grid.cellWidth - 16
                     name: model.name
@@ -400,6 +402,7 @@ ApplicationWindow {
                             Layout.maximumWidth: 150
                             spacing: 3
                             ArtImage {
+                                cache: window.app.artCache
                                 Layout.fillWidth: true
                                 Layout.preferredHeight: width * 10 / 16
                                 radius: 6
@@ -466,6 +469,7 @@ ApplicationWindow {
                 Layout.preferredHeight: 24
                 Layout.leftMargin: 4
                 ArtImage {
+                    cache: window.app.artCache
                     anchors.fill: parent
                     visible: row.glyph === ""
                     radius: 4

@@ -152,6 +152,7 @@ Rectangle {
             Desk {
                 Layout.fillWidth: true
                 displays: displayList
+                artCache: panel.app.artCache
                 dark: panel.app.dark
                 selectedId: panel.target
                 maxHeight: 104
@@ -233,6 +234,7 @@ Rectangle {
             ScrollBar.vertical: ScrollBar { policy: grid.count > 6 ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff }
             delegate: ColourwayTile {
                 required property var model
+                artCache: panel.app.artCache
                 width: grid.cellWidth - 8
                 x: 4
                 name: model.name
