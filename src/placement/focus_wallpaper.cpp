@@ -1,12 +1,13 @@
-// The Do Not Disturb wallpaper's part of Shuffle: putting it on, and putting back what it covered.
+#include "focus_wallpaper.h"
 
 #include "async_mutex.h"
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
-#include "shuffle.h"
-#include "shuffle_log.h"
+#include "do_not_disturb_log.h"
+#include "shuffle_displays.h"
 #include "shuffle_store.h"
+#include "sleep_watcher.h"
 
 #include <QScopeGuard>
 
@@ -14,6 +15,8 @@ using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
+// Long enough for the screens to settle after a change or a wake.
+constexpr auto screensSettle = 2s;
 // A failed restore of a display is not tried again sooner.
 constexpr auto retryDelay = 300s;
 
@@ -33,68 +36,94 @@ bool stillShowsFocus(const ShuffleDisplays::Screen &screen, const FocusRecord::E
 }
 } // namespace
 
-void Shuffle::setFocus(const std::optional<QString> &wallpaper, Edition edition)
+FocusWallpaper::FocusWallpaper(Services services, QObject *parent)
+    : DisplayTurn(parent)
+    , m_services(std::move(services))
+    // A relaunch carries on with the Do Not Disturb state it left.
+    , m_record(FocusRecord::decode(m_services.defaults->focusWallpaper()))
+    , m_pending(FocusRecord::decodeEntries(m_services.defaults->focusRestores()))
+    , m_turn(std::make_shared<AsyncMutex>())
+{
+    connect(m_services.store, &ShuffleStore::choicesChanged, this, &FocusWallpaper::choicesChanged);
+    connect(m_services.displays, &ShuffleDisplays::screensChanged, this,
+            &FocusWallpaper::screensMoved);
+    connect(m_services.sleep, &SleepWatcher::woke, this, &FocusWallpaper::screensMoved);
+    connect(this, &FocusWallpaper::restoresDue, this, &FocusWallpaper::restorePending);
+}
+
+FocusWallpaper::~FocusWallpaper()
+{
+    if (m_settling)
+        m_settling->cancel();
+    if (m_retry)
+        m_retry->cancel();
+}
+
+void FocusWallpaper::start()
+{
+    restorePending();
+}
+
+void FocusWallpaper::setWallpaper(const std::optional<QString> &wallpaper, Edition edition)
 {
     if (!wallpaper || wallpaper->isEmpty()) {
-        endFocus();
+        end();
         return;
     }
     const QString raw = rawValue(edition);
-    if (m_focus && m_focus->wallpaper == *wallpaper && m_focus->edition == raw
-        && !m_focusAwaitsChoices) {
+    if (m_record && m_record->wallpaper == *wallpaper && m_record->edition == raw
+        && !m_awaitsChoices) {
         const auto screens = m_services.displays->screens();
         const bool everywhere =
             std::all_of(screens.begin(), screens.end(), [&](const auto &screen) {
-                return m_focus->entries.value(screen.id).focusSetAt.isValid();
+                return m_record->entries.value(screen.id).focusSetAt.isValid();
             });
         // Already on, or still being put on.
-        if (everywhere || m_focusChange)
+        if (everywhere || m_change)
             return;
     }
 
     // A newer change: whatever an older one finds when it ends is discarded.
-    ++m_focusGeneration;
-    m_focusAwaitsChoices = false;
-    const bool wasOn = m_focus.has_value();
-    if (!m_focus)
-        m_focus = FocusRecord();
-    m_focus->wallpaper = *wallpaper;
-    m_focus->edition = raw;
+    ++m_generation;
+    m_awaitsChoices = false;
+    const bool wasOn = m_record.has_value();
+    if (!m_record)
+        m_record = FocusRecord();
+    m_record->wallpaper = *wallpaper;
+    m_record->edition = raw;
     // What still waits to be put back is what the displays showed before Do Not Disturb: it
     // stays the thing to put back when this one ends.
     for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
-        if (!m_focus->entries.contains(it.key()))
-            m_focus->entries.insert(it.key(), it.value());
+        if (!m_record->entries.contains(it.key()))
+            m_record->entries.insert(it.key(), it.value());
     }
     m_pending.clear();
     m_retryRestore.clear();
     savePending();
-    if (!wasOn) {
-        Q_EMIT focusChanged();
-        refresh();
-    }
-    m_focusChange = changeFocus(this, m_focusGeneration, *wallpaper, edition);
+    if (!wasOn)
+        Q_EMIT heldChanged();
+    m_change = change(this, m_generation, *wallpaper, edition);
 }
 
-QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, QString wallpaper,
-                                   Edition edition)
+QCoro::Task<> FocusWallpaper::change(QPointer<FocusWallpaper> self, quint64 generation,
+                                     QString wallpaper, Edition edition)
 {
     QStringList ids;
     {
         // After a restore step that is under way: the display then shows what is to be kept.
-        const auto turn = co_await AsyncMutex::lock(self->m_focusTurn);
-        if (!self || generation != self->m_focusGeneration || !self->m_focus)
+        const auto turn = co_await AsyncMutex::lock(self->m_turn);
+        if (!self || generation != self->m_generation || !self->m_record)
             co_return;
         for (const auto &screen : self->m_services.displays->screens()) {
             ids.append(screen.id);
-            if (self->m_focus->entries.contains(screen.id))
+            if (self->m_record->entries.contains(screen.id))
                 continue;
             FocusRecord::Previous previous;
             if (screen.showsOwnWallpaper && screen.placement)
                 previous.placement = screen.placement;
             else
                 previous.path = screen.picture;
-            self->m_focus->entries.insert(screen.id, { .previous = previous });
+            self->m_record->entries.insert(screen.id, { .previous = previous });
         }
     }
     // Restores wait until every change has ended, so that none lands after them.
@@ -102,8 +131,8 @@ QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, Q
     const auto done = qScopeGuard([self, generation] {
         if (!self)
             return;
-        if (generation == self->m_focusGeneration)
-            self->m_focusChange.reset();
+        if (generation == self->m_generation)
+            self->m_change.reset();
         if (--self->m_changesRunning == 0)
             self->restorePending();
     });
@@ -112,14 +141,14 @@ QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, Q
     if (!choice) {
         if (self->m_services.store->choices().isEmpty()) {
             // The library is not loaded yet.
-            self->m_focusAwaitsChoices = true;
+            self->m_awaitsChoices = true;
         } else {
             const QString reason = u"That wallpaper isn't in your packs."_s;
-            qCCritical(lcShuffle, "Couldn't set the Do Not Disturb wallpaper: %s",
+            qCCritical(lcDoNotDisturb, "Couldn't set the Do Not Disturb wallpaper: %s",
                        qUtf8Printable(reason));
             Q_EMIT self->focusWallpaperFailed(reason);
         }
-        self->saveFocus();
+        self->saveRecord();
         co_return;
     }
 
@@ -132,10 +161,10 @@ QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, Q
     if (!self)
         co_return;
     const QDateTime now = self->m_services.clock->now();
-    if (generation != self->m_focusGeneration) {
+    if (generation != self->m_generation) {
         // Discarded. If Do Not Disturb ended meanwhile, what this put on the displays must go
         // as well: the restores, which wait for this turn, then find it there.
-        if (!failure && !self->m_focus) {
+        if (!failure && !self->m_record) {
             for (const QString &id : std::as_const(ids)) {
                 if (self->m_pending.contains(id))
                     self->m_pending[id].focusSetAt = now;
@@ -145,48 +174,66 @@ QCoro::Task<> Shuffle::changeFocus(QPointer<Shuffle> self, quint64 generation, Q
         co_return;
     }
     if (failure) {
-        qCCritical(lcShuffle, "Couldn't set the Do Not Disturb wallpaper: %s",
+        qCCritical(lcDoNotDisturb, "Couldn't set the Do Not Disturb wallpaper: %s",
                    qUtf8Printable(*failure));
         Q_EMIT self->focusWallpaperFailed(*failure);
     } else {
         for (const QString &id : std::as_const(ids))
-            self->m_focus->entries[id].focusSetAt = now;
+            self->m_record->entries[id].focusSetAt = now;
     }
-    self->saveFocus();
+    self->saveRecord();
 }
 
-void Shuffle::endFocus()
+void FocusWallpaper::end()
 {
-    ++m_focusGeneration;
-    m_focusChange.reset();
-    m_focusAwaitsChoices = false;
-    if (!m_focus)
+    ++m_generation;
+    m_change.reset();
+    m_awaitsChoices = false;
+    if (!m_record)
         return;
-    for (auto it = m_focus->entries.cbegin(); it != m_focus->entries.cend(); ++it)
+    for (auto it = m_record->entries.cbegin(); it != m_record->entries.cend(); ++it)
         m_pending.insert(it.key(), it.value());
-    m_focus.reset();
-    saveFocus();
+    m_record.reset();
+    saveRecord();
     savePending();
-    Q_EMIT focusChanged();
-    refresh();
+    Q_EMIT heldChanged();
     restorePending();
 }
 
-void Shuffle::choicesChanged()
+void FocusWallpaper::choicesChanged()
 {
-    if (m_focusAwaitsChoices && m_focus) {
-        m_focusAwaitsChoices = false;
-        ++m_focusGeneration;
-        m_focusChange =
-            changeFocus(this, m_focusGeneration, m_focus->wallpaper,
-                        editionFromRawValue(m_focus->edition).value_or(Edition::Automatic));
+    if (m_awaitsChoices && m_record) {
+        m_awaitsChoices = false;
+        ++m_generation;
+        m_change = change(this, m_generation, m_record->wallpaper,
+                          editionFromRawValue(m_record->edition).value_or(Edition::Automatic));
     }
     restorePending();
 }
 
-void Shuffle::restorePending()
+void FocusWallpaper::screensMoved()
 {
-    if (m_pending.isEmpty() || m_focus)
+    if (m_settling)
+        m_settling->cancel();
+    m_settling = std::make_shared<CancelToken>();
+    m_settlingTask = settled(this, m_settling, m_services.clock);
+}
+
+QCoro::Task<> FocusWallpaper::settled(QPointer<FocusWallpaper> self,
+                                      std::shared_ptr<CancelToken> token,
+                                      std::shared_ptr<Clock> clock)
+{
+    // Awaited on its own line: g++ 12 miscompiles a co_await inside "||".
+    const bool slept = co_await clock->sleep(token, screensSettle);
+    if (!slept || !self)
+        co_return;
+    if (!self->m_pending.isEmpty())
+        Q_EMIT self->restoresDue();
+}
+
+void FocusWallpaper::restorePending()
+{
+    if (m_pending.isEmpty() || m_record)
         return;
     if (m_isRestoring) {
         m_restoreAgain = true;
@@ -195,7 +242,7 @@ void Shuffle::restorePending()
     m_restoring = restore(this);
 }
 
-QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
+QCoro::Task<> FocusWallpaper::restore(QPointer<FocusWallpaper> self)
 {
     self->m_isRestoring = true;
     const auto done = qScopeGuard([self] {
@@ -209,8 +256,8 @@ QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
         for (const QString &id : self->m_pending.keys()) {
             // One display at a time, and not while a change puts a wallpaper on: the end of the
             // change asks again.
-            const auto turn = co_await AsyncMutex::lock(self->m_focusTurn);
-            if (!self || self->m_focus || self->m_changesRunning > 0)
+            const auto turn = co_await AsyncMutex::lock(self->m_turn);
+            if (!self || self->m_record || self->m_changesRunning > 0)
                 co_return;
             if (!self->m_pending.contains(id))
                 continue;
@@ -261,10 +308,10 @@ QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
             // A new Do Not Disturb wallpaper took the entries back meanwhile.
             ids.removeIf(
                 [&](const QString &restored) { return !self->m_pending.contains(restored); });
-            if (self->m_focus || ids.isEmpty())
+            if (self->m_record || ids.isEmpty())
                 continue;
             if (failure) {
-                qCCritical(lcShuffle,
+                qCCritical(lcDoNotDisturb,
                            "Couldn't put back the wallpaper from before the Do Not Disturb: %s",
                            qUtf8Printable(*failure));
                 const QDateTime retry =
@@ -279,11 +326,11 @@ QCoro::Task<> Shuffle::restore(QPointer<Shuffle> self)
                 self->savePending();
             }
         }
-    } while (self->m_restoreAgain && !self->m_focus);
+    } while (self->m_restoreAgain && !self->m_record);
 }
 
-QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QStringList displayIds,
-                                  FocusRecord::Entry entry)
+QCoro::Task<> FocusWallpaper::restoreOne(QPointer<FocusWallpaper> self, QStringList displayIds,
+                                         FocusRecord::Entry entry)
 {
     const auto &previous = entry.previous;
     const QString path =
@@ -312,7 +359,7 @@ QCoro::Task<> Shuffle::restoreOne(QPointer<Shuffle> self, QStringList displayIds
     // Nothing is known to put back: the entry simply goes.
 }
 
-void Shuffle::armRetry()
+void FocusWallpaper::armRetry()
 {
     if (m_retry)
         m_retry->cancel();
@@ -322,15 +369,16 @@ void Shuffle::armRetry()
         if (m_pending.contains(it.key()) && (!next.isValid() || it.value() < next))
             next = it.value();
     }
-    if (!next.isValid() || m_focus)
+    if (!next.isValid() || m_record)
         return;
     const auto wait = std::max<qint64>(0, m_services.clock->now().msecsTo(next));
     m_retry = std::make_shared<CancelToken>();
     m_retryTask = retryAt(this, m_retry, m_services.clock, std::chrono::milliseconds(wait));
 }
 
-QCoro::Task<> Shuffle::retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
-                               std::shared_ptr<Clock> clock, std::chrono::milliseconds wait)
+QCoro::Task<> FocusWallpaper::retryAt(QPointer<FocusWallpaper> self,
+                                      std::shared_ptr<CancelToken> token,
+                                      std::shared_ptr<Clock> clock, std::chrono::milliseconds wait)
 {
     const bool slept = co_await clock->sleep(token, wait);
     if (!slept || !self)
@@ -340,21 +388,21 @@ QCoro::Task<> Shuffle::retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelTok
 
 // Unsaved, the record is written whole again with the next change; a relaunch before then
 // finds the previous one.
-void Shuffle::saveFocus()
+void FocusWallpaper::saveRecord()
 {
-    if (!m_services.defaults->setFocusWallpaper(m_focus ? m_focus->encode() : QByteArray()))
-        qCCritical(lcShuffle) << "Couldn't save the Do Not Disturb wallpaper's record";
+    if (!m_services.defaults->setFocusWallpaper(m_record ? m_record->encode() : QByteArray()))
+        qCCritical(lcDoNotDisturb) << "Couldn't save the Do Not Disturb wallpaper's record";
 }
 
-void Shuffle::savePending()
+void FocusWallpaper::savePending()
 {
     if (!m_services.defaults->setFocusRestores(FocusRecord::encode(m_pending)))
-        qCCritical(lcShuffle) << "Couldn't save the wallpapers still to put back";
+        qCCritical(lcDoNotDisturb) << "Couldn't save the wallpapers still to put back";
 }
 
-std::optional<Shuffle::Choice> Shuffle::choiceFor(const QString &key) const
+std::optional<ShuffleChoice> FocusWallpaper::choiceFor(const QString &key) const
 {
-    for (const Choice &choice : m_services.store->choices()) {
+    for (const ShuffleChoice &choice : m_services.store->choices()) {
         if (choice.key() == key)
             return choice;
     }
