@@ -46,8 +46,8 @@ FocusWallpaper::FocusWallpaper(Services services, QObject *parent)
 {
     connect(m_services.store, &ShuffleStore::choicesChanged, this, &FocusWallpaper::choicesChanged);
     connect(m_services.displays, &ShuffleDisplays::screensChanged, this,
-            &FocusWallpaper::screensMoved);
-    connect(m_services.sleep, &SleepWatcher::woke, this, &FocusWallpaper::screensMoved);
+            &FocusWallpaper::restoreWhenSettled);
+    connect(m_services.sleep, &SleepWatcher::woke, this, &FocusWallpaper::restoreWhenSettled);
     connect(this, &FocusWallpaper::restoresDue, this, &FocusWallpaper::restorePending);
 }
 
@@ -211,7 +211,7 @@ void FocusWallpaper::choicesChanged()
     restorePending();
 }
 
-void FocusWallpaper::screensMoved()
+void FocusWallpaper::restoreWhenSettled()
 {
     if (m_settling)
         m_settling->cancel();
@@ -259,74 +259,85 @@ QCoro::Task<> FocusWallpaper::restore(QPointer<FocusWallpaper> self)
             const auto turn = co_await AsyncMutex::lock(self->m_turn);
             if (!self || self->m_record || self->m_changesRunning > 0)
                 co_return;
-            if (!self->m_pending.contains(id))
+            const QStringList ids = self->dueWith(id);
+            if (ids.isEmpty())
                 continue;
-            const auto screens = self->m_services.displays->screens();
-            const QDateTime now = self->m_services.clock->now();
-            // Attached (a display that is not waits for its return) and past its retry moment.
-            const auto due = [&](const QString &displayId) -> const ShuffleDisplays::Screen * {
-                for (const auto &screen : screens) {
-                    if (screen.id == displayId)
-                        return now < self->m_retryRestore.value(displayId) ? nullptr : &screen;
-                }
-                return nullptr;
-            };
-            const auto *screen = due(id);
-            if (!screen)
-                continue;
-            const FocusRecord::Entry entry = self->m_pending.value(id);
-            if (!stillShowsFocus(*screen, entry)) {
-                self->m_pending.remove(id);
-                self->m_retryRestore.remove(id);
-                self->savePending();
-                continue;
-            }
-            // Displays that showed the same go back together, as it was set: a desktop with one
-            // picture for all displays gets it whole again, a slideshow included.
-            QStringList ids { id };
-            for (auto it = self->m_pending.cbegin(); it != self->m_pending.cend(); ++it) {
-                const auto *other = it.key() == id ? nullptr : due(it.key());
-                if (other && it->previous == entry.previous && stillShowsFocus(*other, *it))
-                    ids.append(it.key());
-            }
-            const auto &previous = entry.previous;
-            // One of the user's wallpapers not on disk needs the library, which is not loaded.
-            const bool onDisk = self->m_services.displays->canRestore(
-                previous.placement ? previous.placement->path : previous.path.value_or(QString()),
-                previous.placement);
-            if (!onDisk && previous.placement && self->m_services.store->choices().isEmpty())
-                continue;
-
             std::optional<QString> failure;
             try {
-                co_await restoreOne(self, ids, entry);
+                co_await restoreOne(self, ids, self->m_pending.value(id));
             } catch (const std::exception &error) {
                 failure = describe(error);
             }
             if (!self)
                 co_return;
-            // A new Do Not Disturb wallpaper took the entries back meanwhile.
-            ids.removeIf(
-                [&](const QString &restored) { return !self->m_pending.contains(restored); });
-            if (self->m_record || ids.isEmpty())
-                continue;
-            if (failure) {
-                qCCritical(lcDoNotDisturb,
-                           "Couldn't put back the wallpaper from before the Do Not Disturb: %s",
-                           qUtf8Printable(*failure));
-                const QDateTime retry =
-                    self->m_services.clock->now().addSecs(std::chrono::seconds(retryDelay).count());
-                for (const QString &restored : std::as_const(ids))
-                    self->m_retryRestore.insert(restored, retry);
-            } else {
-                for (const QString &restored : std::as_const(ids)) {
-                    self->m_pending.remove(restored);
-                    self->m_retryRestore.remove(restored);
-                }
-                self->savePending();
-            }
+            self->restored(ids, failure);
         }
     } while (self->m_restoreAgain && !self->m_record);
+}
+
+QStringList FocusWallpaper::dueWith(const QString &id)
+{
+    if (!m_pending.contains(id))
+        return {};
+    const auto screens = m_services.displays->screens();
+    const QDateTime now = m_services.clock->now();
+    // Attached (a display that is not waits for its return) and past its retry moment.
+    const auto due = [&](const QString &displayId) -> const ShuffleDisplays::Screen * {
+        for (const auto &screen : screens) {
+            if (screen.id == displayId)
+                return now < m_retryRestore.value(displayId) ? nullptr : &screen;
+        }
+        return nullptr;
+    };
+    const auto *screen = due(id);
+    if (!screen)
+        return {};
+    const FocusRecord::Entry entry = m_pending.value(id);
+    if (!stillShowsFocus(*screen, entry)) {
+        m_pending.remove(id);
+        m_retryRestore.remove(id);
+        savePending();
+        return {};
+    }
+    // Displays that showed the same go back together, as it was set: a desktop with one picture
+    // for all displays gets it whole again, a slideshow included.
+    QStringList ids { id };
+    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
+        const auto *other = it.key() == id ? nullptr : due(it.key());
+        if (other && it->previous == entry.previous && stillShowsFocus(*other, *it))
+            ids.append(it.key());
+    }
+    const auto &previous = entry.previous;
+    // One of the user's wallpapers not on disk needs the library, which is not loaded.
+    const bool onDisk = m_services.displays->canRestore(
+        previous.placement ? previous.placement->path : previous.path.value_or(QString()),
+        previous.placement);
+    if (!onDisk && previous.placement && m_services.store->choices().isEmpty())
+        return {};
+    return ids;
+}
+
+void FocusWallpaper::restored(QStringList ids, const std::optional<QString> &failure)
+{
+    // A new Do Not Disturb wallpaper took the entries back meanwhile.
+    ids.removeIf([&](const QString &id) { return !m_pending.contains(id); });
+    if (m_record || ids.isEmpty())
+        return;
+    if (failure) {
+        qCCritical(lcDoNotDisturb,
+                   "Couldn't put back the wallpaper from before the Do Not Disturb: %s",
+                   qUtf8Printable(*failure));
+        const QDateTime retry =
+            m_services.clock->now().addSecs(std::chrono::seconds(retryDelay).count());
+        for (const QString &id : std::as_const(ids))
+            m_retryRestore.insert(id, retry);
+        return;
+    }
+    for (const QString &id : std::as_const(ids)) {
+        m_pending.remove(id);
+        m_retryRestore.remove(id);
+    }
+    savePending();
 }
 
 QCoro::Task<> FocusWallpaper::restoreOne(QPointer<FocusWallpaper> self, QStringList displayIds,

@@ -74,8 +74,13 @@ private:
 
     void end();
     void choicesChanged();
-    void screensMoved();
+    void restoreWhenSettled();
     void restorePending();
+    // The pending displays that go back with this one now, as one set; none while it waits. An
+    // entry whose display shows the user's newer choice goes.
+    [[nodiscard]] QStringList dueWith(const QString &id);
+    // What a restore of these displays came to: done, or tried again after a while.
+    void restored(QStringList ids, const std::optional<QString> &failure);
     void armRetry();
     void saveRecord();
     void savePending();
