@@ -17,6 +17,7 @@
 #include "download_thread.h"
 #include "favourites.h"
 #include "focus_filter.h"
+#include "focus_wallpaper.h"
 #include "following.h"
 #include "helper_process.h"
 #include "intents.h"
@@ -132,6 +133,7 @@ void AppDelegate::start()
     restoreSession(this);
     m_shop->start();
     m_shuffle->start();
+    m_focusWallpaper->start();
     m_following->start();
     m_focusFilter->start();
     // The workspace helper is told on every launch whether it is wanted, after its stale check.
@@ -193,11 +195,20 @@ void AppDelegate::startShuffle()
     m_favourites = new Favourites(m_defaults.get(), this);
     connect(m_sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
     m_shuffleStore = new ShopShuffleStore(m_shop, this);
+    auto *displays = new DesktopShuffleDisplays(m_displays, m_setter, this);
+    // The shuffle waits while the Do Not Disturb wallpaper holds the displays.
+    m_focusWallpaper = new FocusWallpaper({ .store = m_shuffleStore,
+                                            .displays = displays,
+                                            .defaults = m_defaults.get(),
+                                            .sleep = m_sleep,
+                                            .clock = m_clock },
+                                          this);
     m_shuffle = new Shuffle({ .store = m_shuffleStore,
-                              .displays = new DesktopShuffleDisplays(m_displays, m_setter, this),
+                              .displays = displays,
                               .favourites = m_favourites,
                               .defaults = m_defaults.get(),
                               .sleep = m_sleep,
+                              .turn = m_focusWallpaper,
                               .clock = m_clock,
                               .random = QRandomGenerator::system() },
                             this);
@@ -205,10 +216,11 @@ void AppDelegate::startShuffle()
 
 void AppDelegate::startFocusFilter()
 {
-    // Do Not Disturb, as the desktop keeps it, puts the chosen wallpaper on through the shuffle.
+    // Do Not Disturb, as the desktop keeps it, puts the chosen wallpaper on.
     DoNotDisturb *watcher =
         DoNotDisturbWatchers::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), this);
-    m_focusFilter = new FocusFilter(m_defaults.get(), watcher, m_shuffle, m_shuffleStore, this);
+    m_focusFilter =
+        new FocusFilter(m_defaults.get(), watcher, m_focusWallpaper, m_shuffleStore, this);
 }
 
 void AppDelegate::startViews()
@@ -250,7 +262,7 @@ void AppDelegate::startNotifications()
                                           .actionLabel = u"Shuffle Settings"_s,
                                           .action = [this] { openSettings(u"general"_s); } });
             });
-    connect(m_shuffle, &Shuffle::focusWallpaperFailed, m_notifications,
+    connect(m_focusWallpaper, &FocusWallpaper::focusWallpaperFailed, m_notifications,
             [this](const QString &reason) {
                 m_notifications->notify({ .topic = u"focus"_s,
                                           .title = u"Couldn't set the Do Not Disturb wallpaper"_s,

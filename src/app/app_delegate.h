@@ -22,6 +22,7 @@ class Displays;
 class DownloadThread;
 class Favourites;
 class FocusFilter;
+class FocusWallpaper;
 class Intents;
 class Keychain;
 class LibraryStatus;
@@ -161,6 +162,7 @@ private:
     Shop *m_shop = nullptr;
     LibraryStatus *m_library = nullptr;
     Favourites *m_favourites = nullptr;
+    FocusWallpaper *m_focusWallpaper = nullptr;
     Shuffle *m_shuffle = nullptr;
     SpacesHelper *m_spaces = nullptr;
     FocusFilter *m_focusFilter = nullptr;

@@ -4,7 +4,7 @@
 #include "do_not_disturb.h"
 #include "do_not_disturb_log.h"
 #include "edition_option.h"
-#include "shuffle.h"
+#include "focus_wallpaper.h"
 #include "shuffle_store.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -17,12 +17,12 @@ std::optional<EditionOption> editionOption(const QString &raw)
 }
 } // namespace
 
-FocusFilter::FocusFilter(Defaults *defaults, DoNotDisturb *watcher, Shuffle *shuffle,
+FocusFilter::FocusFilter(Defaults *defaults, DoNotDisturb *watcher, FocusWallpaper *focus,
                          ShuffleStore *store, QObject *parent)
     : QObject(parent)
     , m_defaults(defaults)
     , m_watcher(watcher)
-    , m_shuffle(shuffle)
+    , m_focus(focus)
     , m_store(store)
     , m_wallpaper(defaults->focusFilterWallpaper())
     , m_edition(defaults->focusFilterEdition())
@@ -89,13 +89,13 @@ bool FocusFilter::setFilter(const QString &wallpaper, EditionOption edition)
 void FocusFilter::apply()
 {
     // Not before the desktop has said: a relaunch under Do Not Disturb keeps its wallpaper on.
-    if (!m_started || !m_shuffle || !m_watcher || !m_watcher->isKnown())
+    if (!m_started || !m_focus || !m_watcher || !m_watcher->isKnown())
         return;
     if (m_watcher->isOn() && !m_wallpaper.isEmpty())
-        m_shuffle->setFocus(m_wallpaper,
-                            toEdition(editionOption(m_edition).value_or(EditionOption::Automatic)));
+        m_focus->setWallpaper(
+            m_wallpaper, toEdition(editionOption(m_edition).value_or(EditionOption::Automatic)));
     else
-        m_shuffle->setFocus(std::nullopt);
+        m_focus->setWallpaper(std::nullopt);
 }
 
 QString FocusFilter::summary() const

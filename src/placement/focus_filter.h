@@ -8,12 +8,12 @@
 
 class Defaults;
 class DoNotDisturb;
-class Shuffle;
+class FocusWallpaper;
 class ShuffleStore;
 
 // The Do Not Disturb wallpaper: the setting ("focusFilterWallpaper", "focusFilterEdition") and
-// what carries it out. While the desktop's Do Not Disturb is on, the shuffle shows the chosen
-// wallpaper; when it turns off, or the setting is cleared, the shuffle puts back what was there.
+// what carries it out. While the desktop's Do Not Disturb is on, the focus wallpaper shows the
+// chosen wallpaper; when it turns off, or the setting is cleared, it puts back what was there.
 class FocusFilter : public QObject {
     Q_OBJECT
     // The chosen colourway's key; empty for none.
@@ -28,10 +28,10 @@ class FocusFilter : public QObject {
     Q_PROPERTY(bool isDoNotDisturbOn READ isDoNotDisturbOn NOTIFY doNotDisturbChanged)
 
 public:
-    FocusFilter(Defaults *defaults, DoNotDisturb *watcher, Shuffle *shuffle, ShuffleStore *store,
-                QObject *parent = nullptr);
+    FocusFilter(Defaults *defaults, DoNotDisturb *watcher, FocusWallpaper *focus,
+                ShuffleStore *store, QObject *parent = nullptr);
 
-    // Tells the shuffle the state Do Not Disturb is in now, and follows it from then on.
+    // Tells the focus wallpaper the state Do Not Disturb is in now, and follows it from then on.
     void start();
 
     [[nodiscard]] QString wallpaper() const { return m_wallpaper; }
@@ -60,7 +60,7 @@ private:
 
     Defaults *m_defaults;
     QPointer<DoNotDisturb> m_watcher;
-    QPointer<Shuffle> m_shuffle;
+    QPointer<FocusWallpaper> m_focus;
     QPointer<ShuffleStore> m_store;
     QString m_wallpaper;
     QString m_edition;

@@ -1,9 +1,9 @@
 #include "shuffle.h"
 
 #include "async_mutex.h"
-#include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
+#include "display_turn.h"
 #include "favourites.h"
 #include "shuffle_log.h"
 #include "shuffle_schedule.h"
@@ -14,14 +14,10 @@
 #include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
-using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
 
 namespace {
-// Long enough for the screens to settle after a change.
-constexpr auto screensSettle = 2s;
-
 QString describe(const std::exception &error)
 {
     if (const auto *known = dynamic_cast<const Error *>(&error))
@@ -44,7 +40,6 @@ QString Shuffle::NothingToShuffle::description() const
 Shuffle::Shuffle(Services services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
-    , m_focusTurn(std::make_shared<AsyncMutex>())
     , m_schedule(new ShuffleSchedule(m_services.defaults, m_services.clock, this))
     , m_carryingOut(std::make_shared<AsyncMutex>())
 {
@@ -53,40 +48,24 @@ Shuffle::Shuffle(Services services, QObject *parent)
     m_interval = ShuffleSettings::intervalFromRawValue(defaults.shuffleInterval());
     m_source = ShuffleSettings::sourceFromRawValue(defaults.shuffleSource());
     m_differentOnEachDisplay = defaults.shuffleDifferentOnEachDisplay();
-    // A relaunch carries on with the Do Not Disturb state it left.
-    m_focus = FocusRecord::decode(defaults.focusWallpaper());
-    m_pending = FocusRecord::decodeEntries(defaults.focusRestores());
 
     connect(m_services.store, &ShuffleStore::choicesChanged, this, &Shuffle::refresh);
-    connect(m_services.store, &ShuffleStore::choicesChanged, this, &Shuffle::choicesChanged);
     connect(m_services.favourites, &Favourites::keysChanged, this, &Shuffle::refresh);
     connect(m_services.displays, &ShuffleDisplays::changed, this, &Shuffle::refresh);
-    connect(m_services.displays, &ShuffleDisplays::screensChanged, this, &Shuffle::screensChanged);
+    connect(m_services.turn, &DisplayTurn::heldChanged, this, &Shuffle::refresh);
     connect(m_services.sleep, &SleepWatcher::aboutToSleep, m_schedule,
             &ShuffleSchedule::sleepStarts);
     connect(m_services.sleep, &SleepWatcher::woke, m_schedule, &ShuffleSchedule::woke);
     connect(m_schedule, &ShuffleSchedule::anchorChanged, this, &Shuffle::anchorChanged);
     connect(m_schedule, &ShuffleSchedule::nextDateChanged, this, &Shuffle::nextDateChanged);
     connect(m_schedule, &ShuffleSchedule::due, this, &Shuffle::tick);
-    connect(m_schedule, &ShuffleSchedule::awoke, this, [this] {
-        if (!m_pending.isEmpty())
-            Q_EMIT restoresDue();
-    });
-    connect(this, &Shuffle::restoresDue, this, &Shuffle::restorePending);
 }
 
-Shuffle::~Shuffle()
-{
-    if (m_screens)
-        m_screens->cancel();
-    if (m_retry)
-        m_retry->cancel();
-}
+Shuffle::~Shuffle() = default;
 
 void Shuffle::start()
 {
     settingsChanged();
-    restorePending();
 }
 
 QDateTime Shuffle::anchor() const
@@ -199,7 +178,7 @@ QCoro::Task<> Shuffle::scheduledShuffle(QPointer<Shuffle> self)
     }
     // The boundary is taken whatever comes of it: a missed one gives one shuffle, not one each.
     schedule->setAnchor(now);
-    if (self->m_focus || self->showsDesktopPicture()) {
+    if (self->m_services.turn->isHeld() || self->showsDesktopPicture()) {
         qCInfo(lcShuffle) << "Scheduled shuffle left out:" << self->m_status;
         co_return;
     }
@@ -214,25 +193,6 @@ QCoro::Task<> Shuffle::scheduledShuffle(QPointer<Shuffle> self)
     qCCritical(lcShuffle, "Scheduled shuffle failed: %s", qUtf8Printable(*failure));
     self->m_schedule->retryLater(before);
     Q_EMIT self->scheduledShuffleFailed(*failure);
-}
-
-void Shuffle::screensChanged()
-{
-    if (m_screens)
-        m_screens->cancel();
-    m_screens = std::make_shared<CancelToken>();
-    m_screensTask = screensSettled(this, m_screens, m_services.clock);
-}
-
-QCoro::Task<> Shuffle::screensSettled(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
-                                      std::shared_ptr<Clock> clock)
-{
-    // Awaited on its own line: g++ 12 miscompiles a co_await inside "||".
-    const bool slept = co_await clock->sleep(token, screensSettle);
-    if (!slept || !self)
-        co_return;
-    if (!self->m_pending.isEmpty())
-        Q_EMIT self->restoresDue();
 }
 
 QCoro::Task<> Shuffle::carryOut(QPointer<Shuffle> self, std::shared_ptr<AsyncMutex> mutex)
@@ -378,7 +338,7 @@ QString Shuffle::currentStatus() const
         return {};
     if (showsDesktopPicture())
         return u"Paused while you use a wallpaper chosen in your desktop settings."_s;
-    if (m_focus)
+    if (m_services.turn->isHeld())
         return u"Waiting while your Do Not Disturb wallpaper is on."_s;
     if (m_source == Source::Favourites && candidates().isEmpty())
         return u"Add favourites with the heart on a colourway to shuffle from them."_s;

@@ -3,7 +3,6 @@
 #include "deck.h"
 #include "edition.h"
 #include "error.h"
-#include "focus_record.h"
 #include "shuffle_choice.h"
 #include "shuffle_displays.h"
 #include "shuffle_settings.h"
@@ -16,9 +15,9 @@
 #include <memory>
 
 class AsyncMutex;
-class CancelToken;
 class Clock;
 class Defaults;
+class DisplayTurn;
 class Favourites;
 class QRandomGenerator;
 class ShuffleSchedule;
@@ -27,8 +26,8 @@ class SleepWatcher;
 
 // Changes the wallpaper by itself on a calendar schedule, from the user's favourites or from all
 // of their packs, the same pick on every display or a different one on each. The panel's shuffle
-// block and the settings pane observe it. It also keeps the Do Not Disturb wallpaper's state,
-// since that wallpaper and a shuffle must not fight over a display.
+// block and the settings pane observe it. Scheduled shuffles wait while the displays are held
+// for the Do Not Disturb wallpaper.
 class Shuffle : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isOn READ isOn WRITE setOn NOTIFY isOnChanged)
@@ -42,7 +41,6 @@ class Shuffle : public QObject {
     Q_PROPERTY(UpNext upNext READ upNext NOTIFY upNextChanged)
     Q_PROPERTY(QDateTime nextDate READ nextDate NOTIFY nextDateChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
-    Q_PROPERTY(bool isFocusOn READ isFocusOn NOTIFY focusChanged)
 
 public:
     using Choice = ShuffleChoice;
@@ -50,7 +48,6 @@ public:
     using Source = ShuffleSettings::Source;
     // The picks of the next shuffle, by display id.
     using UpNext = QMap<QString, ShuffleChoice>;
-    using FocusRecord = ::FocusRecord;
 
     // There is nothing in the source to pick from.
     class NothingToShuffle : public Error {
@@ -72,6 +69,7 @@ public:
         Favourites *favourites = nullptr;
         Defaults *defaults = nullptr;
         SleepWatcher *sleep = nullptr;
+        DisplayTurn *turn = nullptr;
         std::shared_ptr<Clock> clock;
         // QRandomGenerator::system() in the program; a seeded one in tests.
         QRandomGenerator *random = nullptr;
@@ -111,17 +109,6 @@ public:
     // The colourways of the current source, in library order.
     [[nodiscard]] QList<Choice> candidates() const;
 
-    // Do Not Disturb turned on with a wallpaper (a colourway key) in an edition, or turned off
-    // or has none (no wallpaper). Puts that wallpaper on every display, keeping what each showed;
-    // when it ends, puts those back one at a time. The same wallpaper and edition again change
-    // nothing.
-    void setFocus(const std::optional<QString> &wallpaper, Edition edition = Edition::Automatic);
-    // Whether a Do Not Disturb wallpaper is on: scheduled shuffles wait meanwhile.
-    [[nodiscard]] bool isFocusOn() const { return m_focus.has_value(); }
-    [[nodiscard]] std::optional<FocusRecord> focus() const { return m_focus; }
-    // What still waits to be put back, by display id.
-    [[nodiscard]] FocusRecord::Entries pendingRestores() const { return m_pending; }
-
 Q_SIGNALS:
     void isOnChanged();
     void intervalChanged();
@@ -132,14 +119,9 @@ Q_SIGNALS:
     void upNextChanged();
     void nextDateChanged();
     void statusChanged();
-    void focusChanged();
-    // A shuffle the schedule started, or the Do Not Disturb wallpaper, could not be set: nobody
-    // asked at that moment, so nobody has been told.
+    // A shuffle the schedule started could not be set: nobody asked at that moment, so nobody
+    // has been told.
     void scheduledShuffleFailed(const QString &reason);
-    void focusWallpaperFailed(const QString &reason);
-    // The Do Not Disturb wallpaper's pending restores are due another try: 2 s after the screens
-    // change, whenever the scheduler wakes, and when a failed one may be tried again.
-    void restoresDue();
 
 private:
     // One shuffle's picks and where each goes.
@@ -160,21 +142,11 @@ private:
     static QCoro::Task<> scheduledShuffle(QPointer<Shuffle> self);
     static QCoro::Task<> carryOut(QPointer<Shuffle> self, std::shared_ptr<AsyncMutex> mutex);
     static QCoro::Task<QString> setPick(QPointer<Shuffle> self, Target target);
-    static QCoro::Task<> screensSettled(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
-                                        std::shared_ptr<Clock> clock);
-    static QCoro::Task<> changeFocus(QPointer<Shuffle> self, quint64 generation, QString wallpaper,
-                                     Edition edition);
-    static QCoro::Task<> restore(QPointer<Shuffle> self);
-    static QCoro::Task<> restoreOne(QPointer<Shuffle> self, QStringList displayIds,
-                                    FocusRecord::Entry entry);
-    static QCoro::Task<> retryAt(QPointer<Shuffle> self, std::shared_ptr<CancelToken> token,
-                                 std::shared_ptr<Clock> clock, std::chrono::milliseconds wait);
 
     // Logs the setting that couldn't be saved; false.
     static bool notSaved(const char *setting);
     void settingsChanged();
     void tick();
-    void screensChanged();
     void refresh();
 
     // The draw for the next shuffle: the one prepared before while its inputs hold.
@@ -187,15 +159,6 @@ private:
 
     void setShuffling(bool shuffling);
 
-    // Do Not Disturb: the end of it, the restores, their persistence and retry timer.
-    void endFocus();
-    void restorePending();
-    void choicesChanged();
-    void saveFocus();
-    void savePending();
-    void armRetry();
-    [[nodiscard]] std::optional<Choice> choiceFor(const QString &key) const;
-
     Services m_services;
     bool m_isOn = false;
     Interval m_interval = Interval::Day;
@@ -205,26 +168,8 @@ private:
     UpNext m_upNext;
     std::optional<Prepared> m_prepared;
     QString m_status;
-    // Do Not Disturb: the record of its wallpaper while on, counted changes so that a late one
-    // is discarded, what waits to be put back and when a failed one may be tried again.
-    std::optional<FocusRecord> m_focus;
-    quint64 m_focusGeneration = 0;
-    std::optional<QCoro::Task<>> m_focusChange;
-    int m_changesRunning = 0; // including discarded ones whose set has not ended
-    bool m_focusAwaitsChoices = false; // the store had nothing yet: tried again when it has
-    FocusRecord::Entries m_pending;
-    QHash<QString, QDateTime> m_retryRestore;
-    bool m_isRestoring = false;
-    bool m_restoreAgain = false;
-    std::optional<QCoro::Task<>> m_restoring;
-    std::shared_ptr<CancelToken> m_retry;
-    std::optional<QCoro::Task<>> m_retryTask;
-    // The change and the restores take turns at the displays.
-    std::shared_ptr<AsyncMutex> m_focusTurn;
 
     ShuffleSchedule *m_schedule;
     std::optional<QCoro::Task<>> m_tick;
-    std::shared_ptr<CancelToken> m_screens;
-    std::optional<QCoro::Task<>> m_screensTask;
     std::shared_ptr<AsyncMutex> m_carryingOut;
 };

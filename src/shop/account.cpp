@@ -31,6 +31,32 @@ Account::State failed(QString message)
     return { .status = Account::Status::Failed, .message = std::move(message) };
 }
 
+// When to poll for the token: every interval the shop asked for, 5 s longer after each slow-down,
+// until the code expires. The deadline keeps running through suspend.
+class PollPace {
+public:
+    PollPace(const APIClient::DeviceCode &code, std::shared_ptr<Clock> clock)
+        : m_clock(std::move(clock))
+        , m_interval(code.interval ? std::max(1s, std::chrono::seconds(*code.interval)) : 5s)
+        , m_deadline(m_clock->sinceBoot()
+                     + std::chrono::seconds(std::min(code.expiresIn, longestExpiry)))
+    {
+    }
+
+    [[nodiscard]] bool isExpired() const { return m_clock->sinceBoot() >= m_deadline; }
+    void slowDown() { m_interval += 5s; }
+    // False when cancelled.
+    [[nodiscard]] QCoro::Task<bool> wait(std::shared_ptr<CancelToken> cancel) const
+    {
+        return m_clock->sleep(std::move(cancel), std::min(m_interval, longestInterval));
+    }
+
+private:
+    std::shared_ptr<Clock> m_clock;
+    std::chrono::seconds m_interval;
+    std::chrono::nanoseconds m_deadline;
+};
+
 QStringList pendingTokens(const std::optional<QString> &stored)
 {
     return stored ? stored->split(u'\n', Qt::SkipEmptyParts) : QStringList();
@@ -151,75 +177,42 @@ void Account::signIn()
     m_attempt = QUuid::createUuid();
     setState({ .status = Status::Requesting });
     m_pollCancel = std::make_shared<CancelToken>();
-    m_polling = poll(this, m_attempt, m_pollCancel);
+    const Attempt attempt { this, m_attempt, m_pollCancel };
+    m_polling = poll(attempt);
 }
 
-QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
-                            std::shared_ptr<CancelToken> cancel)
+bool Account::Attempt::isCurrent() const
 {
-    // Every step first checks that this attempt is still the one the user is waiting for.
-    const auto current = [&] {
-        return self && !cancel->isCancelled() && self->m_attempt == attempt;
-    };
-    try {
-        std::optional<APIClient::DeviceCode> code;
-        QString error;
-        bool notHTTPS = false;
-        try {
-            code = co_await self->m_api().requestDeviceCode(computerName(), cancel.get());
-        } catch (const APIClient::Failure &e) {
-            error = e.description();
-            notHTTPS = e.kind() == APIClient::Failure::Kind::NotHTTPS;
-        } catch (const std::exception &e) {
-            error = describe(e);
-        }
-        if (!current())
-            co_return;
-        if (!code) {
-            qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
-            // Trying again won't help that one.
-            self->setState(failed(
-                notHTTPS ? error
-                         : u"Couldn't reach the shop. Check your connection and try again."_s));
-            co_return;
-        }
+    return account && !cancel->isCancelled() && account->m_attempt == id;
+}
 
+QCoro::Task<> Account::poll(Attempt attempt)
+{
+    try {
+        const auto code = co_await requestCode(attempt);
+        if (!code || !attempt.isCurrent())
+            co_return;
+        QPointer<Account> self = attempt.account;
         self->setState({ .status = Status::Waiting, .code = code });
         self->openVerificationPage();
 
-        std::chrono::seconds interval =
-            code->interval ? std::max(1s, std::chrono::seconds(*code->interval)) : 5s;
-        const auto clock = self->m_clock;
-        const auto deadline =
-            clock->sinceBoot() + std::chrono::seconds(std::min(code->expiresIn, longestExpiry));
-        while (true) {
-            if (clock->sinceBoot() >= deadline) {
-                self->setState(failed(u"That code expired."_s));
+        PollPace pace(*code, self->m_clock);
+        while (!pace.isExpired()) {
+            const bool waited = co_await pace.wait(attempt.cancel);
+            if (!waited || !attempt.isCurrent())
                 co_return;
-            }
-            const bool slept = co_await clock->sleep(cancel, std::min(interval, longestInterval));
-            if (!slept || !current())
+            const auto outcome = co_await requestToken(attempt, code->deviceCode);
+            if (!attempt.isCurrent())
                 co_return;
-
-            std::optional<APIClient::TokenPoll> outcome;
-            try {
-                outcome = co_await self->m_api().pollToken(code->deviceCode, cancel.get());
-            } catch (const std::exception &e) {
-                error = describe(e);
-            }
-            if (!current())
-                co_return;
-            if (!outcome) {
-                qCWarning(lcAccount, "Polling failed, trying again: %s", qUtf8Printable(error));
+            if (!outcome)
                 continue;
-            }
 
             using Outcome = APIClient::TokenPoll::Outcome;
             switch (outcome->outcome) {
             case Outcome::Pending:
                 continue;
             case Outcome::SlowDown:
-                interval += 5s;
+                pace.slowDown();
                 continue;
             case Outcome::Denied:
                 self->setState(failed(u"Sign-in was cancelled in the browser."_s));
@@ -231,40 +224,82 @@ QCoro::Task<> Account::poll(QPointer<Account> self, QUuid attempt,
                 self->setState(failed(u"That code didn't work. Start again."_s));
                 co_return;
             case Outcome::Token:
-                break;
-            }
-
-            bool saved = false;
-            {
-                const auto lock = co_await AsyncMutex::lock(self->m_keychainMutex);
-                if (!self)
-                    co_return;
-                saved = co_await self->m_keychain->save(outcome->token, Keychain::sessionToken);
-            }
-            if (!self)
-                co_return;
-            if (!current()) {
-                // Cancelled while saving: the token must not outlive this attempt.
-                if (saved) {
-                    co_await retireSessionToken(self);
-                    if (self)
-                        co_await self->revokePending();
-                }
+                co_await adopt(attempt, outcome->token);
                 co_return;
             }
-            if (!saved) {
-                self->setState(
-                    failed(u"Couldn't save your sign-in on this computer. Try again."_s));
-                co_return;
-            }
-            self->m_generation = QUuid::createUuid();
-            Q_EMIT self->generationChanged();
-            self->setState({ .status = Status::SignedIn });
-            co_return;
         }
+        self->setState(failed(u"That code expired."_s));
     } catch (const std::exception &e) {
         qCWarning(lcAccount) << "Sign-in stopped:" << describe(e);
     }
+}
+
+QCoro::Task<std::optional<APIClient::DeviceCode>> Account::requestCode(Attempt attempt)
+{
+    QString error;
+    bool notHTTPS = false;
+    try {
+        const QPointer<Account> self = attempt.account;
+        const auto code =
+            co_await self->m_api().requestDeviceCode(computerName(), attempt.cancel.get());
+        co_return code;
+    } catch (const APIClient::Failure &e) {
+        error = e.description();
+        notHTTPS = e.kind() == APIClient::Failure::Kind::NotHTTPS;
+    } catch (const std::exception &e) {
+        error = describe(e);
+    }
+    if (!attempt.isCurrent())
+        co_return std::nullopt;
+    qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
+    // Trying again won't help that one.
+    attempt.account->setState(failed(
+        notHTTPS ? error : u"Couldn't reach the shop. Check your connection and try again."_s));
+    co_return std::nullopt;
+}
+
+QCoro::Task<std::optional<APIClient::TokenPoll>> Account::requestToken(Attempt attempt,
+                                                                       QString deviceCode)
+{
+    try {
+        const QPointer<Account> self = attempt.account;
+        const auto outcome = co_await self->m_api().pollToken(deviceCode, attempt.cancel.get());
+        co_return outcome;
+    } catch (const std::exception &e) {
+        if (attempt.isCurrent())
+            qCWarning(lcAccount, "Polling failed, trying again: %s", qUtf8Printable(describe(e)));
+    }
+    co_return std::nullopt;
+}
+
+QCoro::Task<> Account::adopt(Attempt attempt, QString token)
+{
+    QPointer<Account> self = attempt.account;
+    bool saved = false;
+    {
+        const auto lock = co_await AsyncMutex::lock(self->m_keychainMutex);
+        if (!self)
+            co_return;
+        saved = co_await self->m_keychain->save(token, Keychain::sessionToken);
+    }
+    if (!self)
+        co_return;
+    if (!attempt.isCurrent()) {
+        // Cancelled while saving: the token must not outlive this attempt.
+        if (saved) {
+            co_await retireSessionToken(self);
+            if (self)
+                co_await self->revokePending();
+        }
+        co_return;
+    }
+    if (!saved) {
+        self->setState(failed(u"Couldn't save your sign-in on this computer. Try again."_s));
+        co_return;
+    }
+    self->m_generation = QUuid::createUuid();
+    Q_EMIT self->generationChanged();
+    self->setState({ .status = Status::SignedIn });
 }
 
 void Account::openVerificationPage()

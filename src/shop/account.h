@@ -94,9 +94,26 @@ Q_SIGNALS:
     void endedByShop();
 
 private:
+    // One sign-in: the one the user waits for while no newer one started and it isn't cancelled.
+    struct Attempt {
+        QPointer<Account> account;
+        QUuid id;
+        std::shared_ptr<CancelToken> cancel;
+
+        [[nodiscard]] bool isCurrent() const;
+    };
+
     static QCoro::Task<> load(QPointer<Account> self, QUuid attempt);
-    static QCoro::Task<> poll(QPointer<Account> self, QUuid attempt,
-                              std::shared_ptr<CancelToken> cancel);
+    // The device-code sign-in: the code, then polls for the token until it comes or the code
+    // expires.
+    static QCoro::Task<> poll(Attempt attempt);
+    // None when the shop couldn't give one: the state then says so.
+    static QCoro::Task<std::optional<APIClient::DeviceCode>> requestCode(Attempt attempt);
+    // None when the poll failed on the way: the next one tries again.
+    static QCoro::Task<std::optional<APIClient::TokenPoll>> requestToken(Attempt attempt,
+                                                                         QString deviceCode);
+    // Stores the token and signs in; one that comes too late is revoked.
+    static QCoro::Task<> adopt(Attempt attempt, QString token);
     static QCoro::Task<> signOut(QPointer<Account> self);
     static QCoro::Task<> signedOutByShop(QPointer<Account> self);
     static QCoro::Task<> revokePending(QPointer<Account> self);

@@ -55,18 +55,25 @@ AutomationRig::AutomationRig(bool startsStore)
     m_sleep = std::make_unique<SleepWatcher>();
     m_shuffleStore = std::make_unique<ShopShuffleStore>(m_store.get());
     m_shuffleDisplays = std::make_unique<DesktopShuffleDisplays>(m_displays.get(), m_setter.get());
+    m_focusWallpaper = std::make_unique<FocusWallpaper>(
+        FocusWallpaper::Services { .store = m_shuffleStore.get(),
+                                   .displays = m_shuffleDisplays.get(),
+                                   .defaults = m_defaults.get(),
+                                   .sleep = m_sleep.get(),
+                                   .clock = m_clock });
     m_shuffle =
         std::make_unique<Shuffle>(Shuffle::Services { .store = m_shuffleStore.get(),
                                                       .displays = m_shuffleDisplays.get(),
                                                       .favourites = m_favourites.get(),
                                                       .defaults = m_defaults.get(),
                                                       .sleep = m_sleep.get(),
+                                                      .turn = m_focusWallpaper.get(),
                                                       .clock = m_clock,
                                                       .random = QRandomGenerator::global() });
     m_shuffle->start();
     m_doNotDisturb = std::make_unique<NoDoNotDisturb>();
     m_focusFilter = std::make_unique<FocusFilter>(m_defaults.get(), m_doNotDisturb.get(),
-                                                  m_shuffle.get(), m_shuffleStore.get());
+                                                  m_focusWallpaper.get(), m_shuffleStore.get());
     m_intents = std::make_unique<Intents>(Intents::Services { .shop = m_store.get(),
                                                               .displays = m_displays.get(),
                                                               .favourites = m_favourites.get(),
@@ -94,6 +101,7 @@ AutomationRig::~AutomationRig()
     m_service.reset();
     m_focusFilter.reset();
     m_shuffle.reset();
+    m_focusWallpaper.reset();
     m_store.reset();
     // The store's tasks hear of its end through queued aborts: let them finish before the
     // network manager and the thread they use go.

@@ -11,6 +11,7 @@
 #include "fake_desktop.h"
 #include "favourites.h"
 #include "focus_filter.h"
+#include "focus_wallpaper.h"
 #include "intents.h"
 #include "keychain.h"
 #include "network_access_manager.h"
@@ -82,6 +83,7 @@ private:
     std::unique_ptr<SleepWatcher> m_sleep;
     std::unique_ptr<ShopShuffleStore> m_shuffleStore;
     std::unique_ptr<DesktopShuffleDisplays> m_shuffleDisplays;
+    std::unique_ptr<FocusWallpaper> m_focusWallpaper;
     std::unique_ptr<Shuffle> m_shuffle;
     std::unique_ptr<NoDoNotDisturb> m_doNotDisturb;
     std::unique_ptr<FocusFilter> m_focusFilter;

@@ -3,15 +3,14 @@
 #include "defaults.h"
 #include "desktop_shuffle_displays.h"
 #include "displays.h"
-#include "favourites.h"
 #include "focus_filter.h"
+#include "focus_wallpaper.h"
 #include "gnome_backend.h"
 #include "gsettings_do_not_disturb.h"
 #include "heic_file.h"
 #include "owned_pack.h"
 #include "root_pixels.h"
 #include "sample_store.h"
-#include "shuffle.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
 #include "wallpaper_setter.h"
@@ -21,7 +20,6 @@
 #include <QFile>
 #include <QImage>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -50,7 +48,7 @@ struct Session {
         , displays(backend.get(), PlacementRecords(folder.path()), clock)
         , setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock)
     {
-        shuffle.start();
+        focus.start();
         filter.setEdition(u"light"_s);
         filter.setWallpaper(u"aurora/violet"_s);
         filter.start();
@@ -72,17 +70,14 @@ struct Session {
         { { u"aurora"_s, u"emerald"_s }, { u"dunes"_s, u"amber"_s }, { u"aurora"_s, u"violet"_s } }
     };
     Defaults defaults { folder.filePath(u"defaults.ini"_s) };
-    Favourites favourites { &defaults };
     SleepWatcher sleep;
-    Shuffle shuffle { { .store = &store,
-                        .displays = &view,
-                        .favourites = &favourites,
-                        .defaults = &defaults,
-                        .sleep = &sleep,
-                        .clock = clock,
-                        .random = QRandomGenerator::system() } };
+    FocusWallpaper focus { { .store = &store,
+                             .displays = &view,
+                             .defaults = &defaults,
+                             .sleep = &sleep,
+                             .clock = clock } };
     GSettingsDoNotDisturb watcher { GSettingsDoNotDisturb::Family::Gnome };
-    FocusFilter filter { &defaults, &watcher, &shuffle, &store };
+    FocusFilter filter { &defaults, &watcher, &focus, &store };
 };
 } // namespace
 
@@ -105,7 +100,7 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
     Session session(Desktop::X11);
     Displays &displays = session.displays;
     SampleStore &store = session.store;
-    Shuffle &shuffle = session.shuffle;
+    FocusWallpaper &focus = session.focus;
 
     const QStringList ids = session.setter.displayIds();
     QCOMPARE(ids.size(), 2);
@@ -119,7 +114,7 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
     QVERIFY(near(shown(left), emerald) && near(shown(right), amber));
 
     QVERIFY(setBanners(false));
-    QTRY_VERIFY_WITH_TIMEOUT(shuffle.isFocusOn(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(focus.isHeld(), 10000);
     // The desktop is given the rendering of the Do Not Disturb wallpaper on both displays.
     const QString rendering = session.rendering(u"f_violet_light"_s, 0);
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(rendering), 20000);
@@ -128,7 +123,7 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
     QTRY_VERIFY_WITH_TIMEOUT(near(shown(left), violet) && near(shown(right), violet), 20000);
 
     QVERIFY(setBanners(true));
-    QTRY_VERIFY_WITH_TIMEOUT(!shuffle.isFocusOn(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!focus.isHeld(), 10000);
     QTRY_VERIFY_WITH_TIMEOUT(near(shown(left), emerald) && near(shown(right), amber), 20000);
     // Each restore records once the desktop has the picture.
     QTRY_COMPARE(displays.placement(ids[0])->colourway, u"emerald"_s);
@@ -166,15 +161,15 @@ void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack()
     }
 
     QVERIFY(setBanners(false));
-    QTRY_VERIFY_WITH_TIMEOUT(session.shuffle.isFocusOn(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(session.focus.isHeld(), 10000);
     const QString violet =
         QUrl::fromLocalFile(session.rendering(u"f_violet_light"_s, 0)).toString();
     QTRY_COMPARE_WITH_TIMEOUT(gsettings(u"picture-uri"_s), violet, 20000);
     QCOMPARE(gsettings(u"picture-uri-dark"_s), violet);
 
     QVERIFY(setBanners(true));
-    QTRY_VERIFY_WITH_TIMEOUT(
-        !session.shuffle.isFocusOn() && session.shuffle.pendingRestores().isEmpty(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(!session.focus.isHeld() && session.focus.pendingRestores().isEmpty(),
+                             20000);
     QCOMPARE(gsettings(u"picture-uri"_s), light);
     QCOMPARE(gsettings(u"picture-uri-dark"_s), dark);
     QCOMPARE(gsettings(u"picture-options"_s), u"zoom"_s);

@@ -221,14 +221,23 @@ ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint3
 
 Shuffle &ShuffleRig::make()
 {
+    shuffle.reset();
+    focus.reset();
+    focus = std::make_unique<FocusWallpaper>(FocusWallpaper::Services { .store = &store,
+                                                                        .displays = &displays,
+                                                                        .defaults = &defaults,
+                                                                        .sleep = &sleep,
+                                                                        .clock = clock });
     shuffle = std::make_unique<Shuffle>(Shuffle::Services { .store = &store,
                                                             .displays = &displays,
                                                             .favourites = &favourites,
                                                             .defaults = &defaults,
                                                             .sleep = &sleep,
+                                                            .turn = focus.get(),
                                                             .clock = clock,
                                                             .random = &random });
     shuffle->start();
+    focus->start();
     return *shuffle;
 }
 

@@ -3,6 +3,7 @@
 #include "clock.h"
 #include "defaults.h"
 #include "favourites.h"
+#include "focus_wallpaper.h"
 #include "shuffle.h"
 #include "shuffle_displays.h"
 #include "shuffle_store.h"
@@ -112,13 +113,13 @@ private:
 [[nodiscard]] QList<ShuffleChoice> sampleChoices(int count,
                                                  const QString &pack = QStringLiteral("p"));
 
-// A shuffle over fakes, its settings in a file of its own, its random source seeded. It starts
-// with one display, "one", which follows what the store sets.
+// A shuffle and the Do Not Disturb wallpaper over fakes, their settings in a file of their own,
+// the random source seeded. It starts with one display, "one", which follows what the store sets.
 struct ShuffleRig {
     // settings: what the file holds before anything reads it.
     explicit ShuffleRig(const QDateTime &now, const QVariantMap &settings = {}, quint32 seed = 1);
 
-    // Builds the shuffle from what the settings hold now, and starts it.
+    // Builds both anew from what the settings hold now, as a relaunch does, and starts them.
     Shuffle &make();
     [[nodiscard]] QStringList setKeys() const;
 
@@ -130,6 +131,7 @@ struct ShuffleRig {
     SleepWatcher sleep;
     std::shared_ptr<SimulatedClock> clock;
     QRandomGenerator random;
+    std::unique_ptr<FocusWallpaper> focus;
     std::unique_ptr<Shuffle> shuffle;
 };
 

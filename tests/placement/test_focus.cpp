@@ -34,7 +34,14 @@ struct FocusRig : ShuffleRig {
         clock->advance(1min);
     }
 
-    [[nodiscard]] Shuffle::FocusRecord stored() const
+    // The Do Not Disturb wallpaper, built and started anew with the shuffle.
+    FocusWallpaper &start()
+    {
+        make();
+        return *focus;
+    }
+
+    [[nodiscard]] FocusRecord stored() const
     {
         return FocusRecord::decode(defaults.focusWallpaper()).value_or(FocusRecord());
     }
@@ -43,8 +50,8 @@ struct FocusRig : ShuffleRig {
 };
 } // namespace
 
-// The Do Not Disturb wallpaper's state in the shuffle, over a fake store and displays, on a
-// simulated clock.
+// The Do Not Disturb wallpaper beside the shuffle, over a fake store and displays, on a simulated
+// clock.
 class FocusTest : public QObject {
     Q_OBJECT
 
@@ -57,19 +64,18 @@ private Q_SLOTS:
     void aDetachedDisplayStaysPending();
     void aRelaunchContinues();
     void aSecondWallpaperKeepsTheFirstsEntries();
-    void restoresDue();
 };
 
 void FocusTest::onThenOffPutsBackEachDisplay()
 {
-    FocusRig rig({ { u"shuffleIsOn"_s, true } });
-    auto &shuffle = rig.make();
-    QSignalSpy changed(&shuffle, &Shuffle::focusChanged);
+    FocusRig rig({ { u"shuffleIsOn"_s, true }, { u"shuffleInterval"_s, u"hour"_s } });
+    auto &focus = rig.start();
+    QSignalSpy changed(&focus, &DisplayTurn::heldChanged);
 
-    shuffle.setFocus(u"p/c3"_s, Edition::Dark);
-    QVERIFY(shuffle.isFocusOn());
+    focus.setWallpaper(u"p/c3"_s, Edition::Dark);
+    QVERIFY(focus.isHeld());
     QCOMPARE(changed.size(), 1);
-    QCOMPARE(shuffle.status(), u"Waiting while your Do Not Disturb wallpaper is on."_s);
+    QCOMPARE(rig.shuffle->status(), u"Waiting while your Do Not Disturb wallpaper is on."_s);
     QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
     QCOMPARE(rig.store.sets.last().wanted, Edition::Dark);
     QCOMPARE(rig.store.sets.last().displayIds, QStringList({ u"one"_s, u"two"_s }));
@@ -78,16 +84,16 @@ void FocusTest::onThenOffPutsBackEachDisplay()
     QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
     QCOMPARE(record.entries.value(u"two"_s).previous.path, rig.own);
     QCOMPARE(record.entries.value(u"two"_s).focusSetAt, rig.clock->now());
-    // Turned on again: nothing new.
-    shuffle.setFocus(u"p/c3"_s, Edition::Dark);
+    // Turned on again: nothing new. The hour's scheduled shuffle leaves the displays alone.
+    focus.setWallpaper(u"p/c3"_s, Edition::Dark);
+    rig.clock->advance(1h);
     QCOMPARE(rig.store.sets.size(), 1);
 
-    rig.clock->advance(1h);
-    shuffle.setFocus(std::nullopt);
-    QVERIFY(!shuffle.isFocusOn());
+    focus.setWallpaper(std::nullopt);
+    QVERIFY(!focus.isHeld());
     QCOMPARE(changed.size(), 2);
     // "two" shows its picture of its own again.
-    QCOMPARE(shuffle.status(),
+    QCOMPARE(rig.shuffle->status(),
              u"Paused while you use a wallpaper chosen in your desktop settings."_s);
     // c1's file is not on disk: back through the store, on its display only, in its edition.
     QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
@@ -95,7 +101,7 @@ void FocusTest::onThenOffPutsBackEachDisplay()
     QCOMPARE(rig.store.sets.last().wanted, Edition::Automatic);
     // The picture of its own is on disk: straight back.
     QCOMPARE(rig.displays.restores, (QList<std::pair<QString, QString>> { { u"two"_s, rig.own } }));
-    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QVERIFY(focus.pendingRestores().isEmpty());
     QVERIFY(rig.defaults.focusWallpaper().isEmpty());
     QVERIFY(rig.defaults.focusRestores().isEmpty());
 
@@ -104,46 +110,46 @@ void FocusTest::onThenOffPutsBackEachDisplay()
     awaitTask(
         rig.store.setWallpaper(rig.store.choices()[1], Edition::TimeOfDay, { u"one"_s, u"two"_s }));
     rig.clock->advance(1min);
-    shuffle.setFocus(u"p/c3"_s);
+    focus.setWallpaper(u"p/c3"_s);
     rig.clock->advance(1min);
-    shuffle.setFocus(std::nullopt);
+    focus.setWallpaper(std::nullopt);
     QCOMPARE(rig.setKeys().last(), u"p/c2"_s);
     QCOMPARE(rig.store.sets.last().displayIds, QStringList({ u"one"_s, u"two"_s }));
     QCOMPARE(rig.store.sets.last().wanted, Edition::TimeOfDay);
-    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QVERIFY(focus.pendingRestores().isEmpty());
 }
 
 void FocusTest::theUsersNewerChoiceWins()
 {
     FocusRig rig;
-    auto &shuffle = rig.make();
-    shuffle.setFocus(u"p/c3"_s);
+    auto &focus = rig.start();
+    focus.setWallpaper(u"p/c3"_s);
     rig.clock->advance(5min);
     // The user picks c2 on "one", and a picture of their own on "two".
     awaitTask(rig.store.setWallpaper(rig.store.choices()[1], Edition::Automatic, { u"one"_s }));
     rig.displays.showPicture(u"two"_s, u"/theirs.png"_s);
     rig.store.sets.clear();
 
-    shuffle.setFocus(std::nullopt);
+    focus.setWallpaper(std::nullopt);
     QVERIFY(rig.store.sets.isEmpty());
     QVERIFY(rig.displays.restores.isEmpty());
-    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QVERIFY(focus.pendingRestores().isEmpty());
 }
 
 void FocusTest::aLateChangeIsDiscarded()
 {
     FocusRig rig;
-    auto &shuffle = rig.make();
+    auto &focus = rig.start();
     rig.store.holds = true;
-    shuffle.setFocus(u"p/c3"_s);
-    shuffle.setFocus(u"p/c4"_s);
+    focus.setWallpaper(u"p/c3"_s);
+    focus.setWallpaper(u"p/c4"_s);
     // The first one's set ends first; the record must not say c3.
     rig.store.releaseHeld();
     rig.clock->advance(0ms);
     rig.store.releaseHeld();
     const auto record = rig.stored();
     QCOMPARE(record.wallpaper, u"p/c4"_s);
-    QCOMPARE(shuffle.focus()->wallpaper, u"p/c4"_s);
+    QCOMPARE(focus.record()->wallpaper, u"p/c4"_s);
     // What the displays showed before either.
     QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
     QCOMPARE(record.entries.value(u"two"_s).previous.path, rig.own);
@@ -152,33 +158,33 @@ void FocusTest::aLateChangeIsDiscarded()
 void FocusTest::aChangeStillDownloadingWhenItEnds()
 {
     FocusRig rig;
-    auto &shuffle = rig.make();
+    auto &focus = rig.start();
     rig.store.holds = true;
-    shuffle.setFocus(u"p/c3"_s);
+    focus.setWallpaper(u"p/c3"_s);
     rig.clock->advance(0ms);
-    shuffle.setFocus(std::nullopt);
+    focus.setWallpaper(std::nullopt);
     QVERIFY(rig.defaults.focusWallpaper().isEmpty());
     // The late set lands after Do Not Disturb ended: it is taken off again.
     rig.store.holds = false;
     rig.store.releaseHeld();
     QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
     QCOMPARE(rig.displays.restores.size(), 1);
-    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QVERIFY(focus.pendingRestores().isEmpty());
 }
 
 void FocusTest::aFailedRestoreWaits300Seconds()
 {
     FocusRig rig;
-    auto &shuffle = rig.make();
-    shuffle.setFocus(u"p/c3"_s);
+    auto &focus = rig.start();
+    focus.setWallpaper(u"p/c3"_s);
     // "two"'s picture goes away; "one" cannot be set by the desktop.
     QFile::remove(rig.own);
     rig.store.setChoices(sampleChoices(3).mid(2)); // c1 is no longer in the packs
-    shuffle.setFocus(std::nullopt);
-    QCOMPARE(shuffle.pendingRestores().keys(), QStringList({ u"one"_s, u"two"_s }));
+    focus.setWallpaper(std::nullopt);
+    QCOMPARE(focus.pendingRestores().keys(), QStringList({ u"one"_s, u"two"_s }));
 
     // Other occasions come and go: nothing is tried before its time.
-    Q_EMIT shuffle.restoresDue();
+    Q_EMIT focus.restoresDue();
     rig.clock->advance(299s);
     QVERIFY(rig.displays.restores.isEmpty());
     QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
@@ -188,24 +194,26 @@ void FocusTest::aFailedRestoreWaits300Seconds()
     rig.clock->advance(1s);
     QCOMPARE(rig.displays.restores.size(), 1);
     QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
-    QVERIFY(shuffle.pendingRestores().isEmpty());
+    QVERIFY(focus.pendingRestores().isEmpty());
 }
 
 void FocusTest::aDetachedDisplayStaysPending()
 {
     FocusRig rig;
-    auto &shuffle = rig.make();
-    shuffle.setFocus(u"p/c3"_s);
+    auto &focus = rig.start();
+    focus.setWallpaper(u"p/c3"_s);
     const auto two = rig.displays.screens()[1];
     rig.displays.setScreens({ rig.displays.screens()[0] });
-    shuffle.setFocus(std::nullopt);
-    QCOMPARE(shuffle.pendingRestores().keys(), QStringList { u"two"_s });
+    focus.setWallpaper(std::nullopt);
+    QCOMPARE(focus.pendingRestores().keys(), QStringList { u"two"_s });
     QCOMPARE(FocusRecord::decodeEntries(rig.defaults.focusRestores()).keys(),
              QStringList { u"two"_s });
 
-    // Back: tried 2 s after the screens change.
+    // Back: tried 2 s after the last of the screens' change and a wake.
     rig.displays.setScreens({ rig.displays.screens()[0], two });
     Q_EMIT rig.displays.screensChanged();
+    rig.clock->advance(1s);
+    Q_EMIT rig.sleep.woke();
     rig.clock->advance(1999ms);
     QVERIFY(rig.displays.restores.isEmpty());
     rig.clock->advance(1ms);
@@ -216,22 +224,20 @@ void FocusTest::aDetachedDisplayStaysPending()
 void FocusTest::aRelaunchContinues()
 {
     FocusRig rig;
-    rig.make().setFocus(u"p/c3"_s);
+    rig.start().setWallpaper(u"p/c3"_s);
     // Quennet ends with Do Not Disturb on, and starts again.
-    rig.shuffle.reset();
-    auto &again = rig.make();
-    QVERIFY(again.isFocusOn());
-    again.setFocus(u"p/c3"_s);
+    auto &again = rig.start();
+    QVERIFY(again.isHeld());
+    again.setWallpaper(u"p/c3"_s);
     QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
 
     // Ended with restores pending: the next start carries them out.
     rig.displays.refusal = u"The desktop is busy."_s;
-    again.setFocus(std::nullopt);
+    again.setWallpaper(std::nullopt);
     QCOMPARE(again.pendingRestores().keys(), QStringList { u"two"_s });
-    rig.shuffle.reset();
     rig.displays.refusal.reset();
-    auto &third = rig.make();
-    QVERIFY(!third.isFocusOn());
+    auto &third = rig.start();
+    QVERIFY(!third.isHeld());
     QVERIFY(third.pendingRestores().isEmpty());
     QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
 }
@@ -239,57 +245,19 @@ void FocusTest::aRelaunchContinues()
 void FocusTest::aSecondWallpaperKeepsTheFirstsEntries()
 {
     FocusRig rig;
-    auto &shuffle = rig.make();
-    shuffle.setFocus(u"p/c3"_s);
+    auto &focus = rig.start();
+    focus.setWallpaper(u"p/c3"_s);
     rig.clock->advance(1min);
-    shuffle.setFocus(u"p/c4"_s, Edition::Light);
+    focus.setWallpaper(u"p/c4"_s, Edition::Light);
     QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c4"_s }));
     const auto record = rig.stored();
     QCOMPARE(record.wallpaper, u"p/c4"_s);
     QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
     QCOMPARE(record.entries.value(u"one"_s).focusSetAt, rig.clock->now());
 
-    shuffle.setFocus(std::nullopt);
+    focus.setWallpaper(std::nullopt);
     QCOMPARE(rig.setKeys().last(), u"p/c1"_s);
     QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
-}
-
-void FocusTest::restoresDue()
-{
-    // Waiting for a display that is not attached.
-    const FocusRecord::Entries gone {
-        { u"gone"_s, { .previous = { .path = u"/p.png"_s }, .focusSetAt = wednesday } }
-    };
-    const auto pending = FocusRecord::encode(gone);
-    ShuffleRig rig(wednesday,
-                   { { u"shuffleIsOn"_s, true },
-                     { u"shuffleInterval"_s, u"hour"_s },
-                     { u"focusRestores"_s, pending } });
-    rig.store.setChoices(sampleChoices(2));
-    auto &shuffle = rig.make();
-    QSignalSpy due(&shuffle, &Shuffle::restoresDue);
-
-    // Two changes close together: 2 s after the last.
-    Q_EMIT rig.displays.screensChanged();
-    rig.clock->advance(1s);
-    Q_EMIT rig.displays.screensChanged();
-    rig.clock->advance(1999ms);
-    QCOMPARE(due.size(), 0);
-    rig.clock->advance(1ms);
-    QCOMPARE(due.size(), 1);
-
-    // And when the scheduler wakes.
-    rig.clock->advanceTo(QDateTime(QDate(2024, 5, 1), QTime(11, 0), Qt::UTC));
-    QCOMPARE(due.size(), 2);
-    QCOMPARE(shuffle.pendingRestores().keys(), QStringList { u"gone"_s });
-
-    // Nothing pending, nothing due.
-    ShuffleRig quiet(wednesday, { { u"shuffleIsOn"_s, true } });
-    quiet.store.setChoices(sampleChoices(2));
-    QSignalSpy none(&quiet.make(), &Shuffle::restoresDue);
-    Q_EMIT quiet.displays.screensChanged();
-    quiet.clock->advance(25h);
-    QCOMPARE(none.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(FocusTest)

@@ -1,0 +1,6 @@
+#include "display_turn.h"
+
+DisplayTurn::DisplayTurn(QObject *parent)
+    : QObject(parent)
+{
+}
