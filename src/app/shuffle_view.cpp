@@ -1,6 +1,7 @@
 #include "shuffle_view.h"
 
 #include "defaults.h"
+#include "error.h"
 #include "notice_presenter.h"
 #include "shuffle.h"
 
@@ -165,8 +166,7 @@ QCoro::Task<> ShuffleView::shuffleNow(QPointer<ShuffleView> self)
     try {
         co_await self->m_shuffle->shuffleNow();
     } catch (const std::exception &error) {
-        const auto *known = dynamic_cast<const Error *>(&error);
-        const QString message = known ? known->description() : QString::fromLocal8Bit(error.what());
+        const QString message = describe(error);
         qCWarning(lcShuffleView) << "Shuffle failed:" << message;
         if (self)
             self->m_notice->showFailure(message);

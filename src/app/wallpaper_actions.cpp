@@ -2,6 +2,7 @@
 
 #include "defaults.h"
 #include "displays.h"
+#include "error.h"
 #include "favourites.h"
 #include "notice_presenter.h"
 #include "shop.h"
@@ -200,8 +201,7 @@ void WallpaperActions::measure()
 
 void WallpaperActions::failed(const std::exception &error, const char *what)
 {
-    const auto *known = dynamic_cast<const Error *>(&error);
-    const QString message = known ? known->description() : QString::fromLocal8Bit(error.what());
+    const QString message = describe(error);
     qCWarning(lcActions, "%s failed: %s", what, qUtf8Printable(message));
     m_notice->showFailure(message);
 }

@@ -3,6 +3,7 @@
 #include "account.h"
 #include "automation_adaptor.h"
 #include "defaults.h"
+#include "error.h"
 #include "focus_filter.h"
 #include "intents.h"
 #include "session_adaptor.h"
@@ -150,10 +151,8 @@ AutomationService::DBusError AutomationService::dbusError(std::exception_ptr fai
         return { errorName("NothingToShuffle"_L1), error.description() };
     } catch (const InvalidArgument &error) {
         return { errorName("InvalidArgument"_L1), error.description() };
-    } catch (const Error &error) {
-        return { errorName("Failed"_L1), error.description() };
     } catch (const std::exception &error) {
-        return { errorName("Failed"_L1), QString::fromLocal8Bit(error.what()) };
+        return { errorName("Failed"_L1), describe(error) };
     }
 }
 

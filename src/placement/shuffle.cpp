@@ -21,13 +21,6 @@ Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
 namespace {
 // Long enough for the screens to settle after a change.
 constexpr auto screensSettle = 2s;
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromLocal8Bit(error.what());
-}
 } // namespace
 
 Shuffle::NothingToShuffle::NothingToShuffle(Source source)

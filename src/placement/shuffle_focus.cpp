@@ -17,13 +17,6 @@ namespace {
 // A failed restore of a display is not tried again sooner.
 constexpr auto retryDelay = 300s;
 
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromLocal8Bit(error.what());
-}
-
 // Whether the display still shows what the Do Not Disturb wallpaper put there: one of the
 // user's wallpapers, set no later than it. Anything chosen since is the user's newer choice.
 bool stillShowsFocus(const ShuffleDisplays::Screen &screen, const FocusRecord::Entry &entry)

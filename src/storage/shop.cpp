@@ -8,6 +8,7 @@
 #include "defaults.h"
 #include "download_thread.h"
 #include "edition_choice.h"
+#include "error.h"
 #include "file_fetcher.h"
 #include "library_refresher.h"
 #include "network_error.h"
@@ -23,13 +24,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromUtf8(error.what());
-}
 } // namespace
 
 QString Shop::Unavailable::description() const
