@@ -23,6 +23,7 @@
 #include "kde_colours.h"
 #include "keychain.h"
 #include "library_status.h"
+#include "logging.h"
 #include "login_item.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
@@ -39,7 +40,6 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QLoggingCategory>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -49,8 +49,6 @@
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcApp, "app.quennet.Quennet.App")
 
 namespace {
 // The one process-wide slot: weak, so nothing keeps the delegate alive through it.

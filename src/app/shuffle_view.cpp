@@ -2,16 +2,11 @@
 
 #include "defaults.h"
 #include "error.h"
+#include "logging.h"
 #include "notice_presenter.h"
 #include "shuffle.h"
 
-#include <QLoggingCategory>
-
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShuffleView, "app.quennet.Quennet.ShuffleView")
-}
 
 ShuffleView::ShuffleView(Shuffle *shuffle, NoticePresenter *notice, QObject *parent)
     : QObject(parent)

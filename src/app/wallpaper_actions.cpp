@@ -4,20 +4,16 @@
 #include "displays.h"
 #include "error.h"
 #include "favourites.h"
+#include "logging.h"
 #include "notice_presenter.h"
 #include "shop.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QLocale>
-#include <QLoggingCategory>
 #include <QThreadPool>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcActions, "app.quennet.Quennet.Views")
-}
 
 WallpaperActions::WallpaperActions(Shop *shop, Displays *displays, Favourites *favourites,
                                    NoticePresenter *notice, QObject *parent)
@@ -202,6 +198,6 @@ void WallpaperActions::measure()
 void WallpaperActions::failed(const std::exception &error, const char *what)
 {
     const QString message = describe(error);
-    qCWarning(lcActions, "%s failed: %s", what, qUtf8Printable(message));
+    qCWarning(lcViews, "%s failed: %s", what, qUtf8Printable(message));
     m_notice->showFailure(message);
 }

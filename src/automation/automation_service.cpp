@@ -6,18 +6,16 @@
 #include "error.h"
 #include "focus_filter.h"
 #include "intents.h"
+#include "logging.h"
 #include "session_adaptor.h"
 #include "shop.h"
 #include "shuffle.h"
 
 #include <QDBusMetaType>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcAutomation, "app.quennet.Quennet.Automation")
-
 // Any other failure, in its own words.
 class Failed : public Error {
 public:

@@ -2,8 +2,8 @@
 
 #include "defaults.h"
 #include "do_not_disturb.h"
-#include "do_not_disturb_log.h"
 #include "edition_option.h"
+#include "logging.h"
 #include "shuffle.h"
 #include "shuffle_store.h"
 

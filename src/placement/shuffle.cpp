@@ -5,7 +5,7 @@
 #include "clock.h"
 #include "defaults.h"
 #include "favourites.h"
-#include "shuffle_log.h"
+#include "logging.h"
 #include "shuffle_schedule.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
@@ -15,8 +15,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
-
-Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
 
 namespace {
 // Long enough for the screens to settle after a change.

@@ -4,8 +4,8 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
+#include "logging.h"
 #include "shuffle.h"
-#include "shuffle_log.h"
 #include "shuffle_store.h"
 
 #include <QScopeGuard>

@@ -1,6 +1,6 @@
 #include "dbus_do_not_disturb.h"
 
-#include "do_not_disturb_log.h"
+#include "logging.h"
 
 #include <QDBusError>
 #include <QDBusMessage>

@@ -1,5 +1,6 @@
 #include "xfce_backend.h"
 
+#include "logging.h"
 #include "x11_root_window.h"
 
 #include <QCoroDBusPendingCall>
@@ -7,12 +8,9 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QRegularExpression>
 #include <algorithm>
-
-Q_LOGGING_CATEGORY(lcXfce, "app.quennet.Quennet.Desktop.Xfce")
 
 using namespace Qt::Literals::StringLiterals;
 

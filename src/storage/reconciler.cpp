@@ -2,18 +2,14 @@
 
 #include "download_thread.h"
 #include "error.h"
+#include "logging.h"
 #include "wallpaper_requests.h"
 #include "wallpaper_target.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 #include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-} // namespace
 
 Reconciler::Reconciler(DownloadCache cache, WallpaperTarget *target, PlacementRecords records,
                        WallpaperRequests *requests, DownloadThread *thread, Keep keep,

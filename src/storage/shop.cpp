@@ -11,6 +11,7 @@
 #include "error.h"
 #include "file_fetcher.h"
 #include "library_refresher.h"
+#include "logging.h"
 #include "network_error.h"
 #include "periodic_check.h"
 #include "reconciler.h"
@@ -18,13 +19,8 @@
 #include "wallpaper_target.h"
 
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-} // namespace
 
 QString Shop::Unavailable::description() const
 {

@@ -4,18 +4,16 @@
 #include "clock.h"
 #include "error.h"
 #include "file_error.h"
+#include "logging.h"
 #include "network_error.h"
 #include "worker_reply.h"
 
 #include <QCoroSignal>
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
-
 constexpr int linkMargin = 60; // seconds a reused link must still be valid
 
 // A failed try: what it was, whether it is worth one more try (not a file that arrived wrong, a
