@@ -1,5 +1,6 @@
 #include "xfce_backend.h"
 
+#include "dbus_values.h"
 #include "logging.h"
 #include "x11_root_window.h"
 
@@ -41,13 +42,6 @@ bool tellsWhatShows(const QString &property)
 {
     return property.endsWith("/last-image"_L1) || property == singleMode
         || property == singleNumber;
-}
-
-QVariant unwrap(QVariant value)
-{
-    if (value.canConvert<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
 }
 } // namespace
 
