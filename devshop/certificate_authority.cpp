@@ -1,5 +1,7 @@
 #include "certificate_authority.h"
 
+#include "atomic_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
@@ -53,9 +55,7 @@ bool writePem(const QString &path, Write write, QFileDevice::Permissions permiss
         return false;
     char *data = nullptr;
     const long length = BIO_get_mem_data(bio.get(), &data);
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        && file.write(data, length) == length && file.setPermissions(permissions);
+    return writeAtomically(path, QByteArray(data, qsizetype(length)), permissions);
 }
 
 bool addExtension(X509 *certificate, X509 *issuer, int nid, const char *value)

@@ -2,6 +2,7 @@
 
 #include "admin_routes.h"
 #include "api_routes.h"
+#include "atomic_file.h"
 #include "certificate_authority.h"
 #include "file_routes.h"
 #include "shop_http.h"
@@ -10,7 +11,6 @@
 
 #include <QDir>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <csignal>
 #include <httplib.h>
 #include <openssl/rand.h>
@@ -23,9 +23,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 bool writeStateFile(const QString &path, const QByteArray &text, QFileDevice::Permissions mode)
 {
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text + '\n') == text.size() + 1
-        && file.setPermissions(mode) && file.commit();
+    return writeAtomically(path, text + '\n', mode);
 }
 
 QString randomSecret()

@@ -1,9 +1,9 @@
 #include "device_grant.h"
 
+#include "atomic_file.h"
 #include "shop_clock.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
@@ -177,10 +177,9 @@ void DeviceGrant::saveTokens() const
 {
     if (m_settings.tokenFile.isEmpty())
         return;
-    QSaveFile file(m_settings.tokenFile);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
+    QByteArray text;
     for (const QByteArray &hash : m_tokenHashes)
-        file.write(hash + '\n');
-    file.commit();
+        text += hash + '\n';
+    // Unsaved tokens only fail to outlive a restart of the shop.
+    (void)writeAtomically(m_settings.tokenFile, text);
 }

@@ -1,5 +1,6 @@
 #include "sample_content.h"
 
+#include "atomic_file.h"
 #include "desktop_metadata.h"
 #include "file_digest.h"
 #include "heic_writer.h"
@@ -12,7 +13,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <QtConcurrent/QtConcurrentMap>
 #include <QtEndian>
 #include <algorithm>
@@ -283,9 +283,7 @@ private:
             { u"phases"_s, phases },
             { u"packs"_s, packs },
         };
-        QSaveFile file(m_dir.filePath(u"content.json"_s));
-        return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(manifest).toJson()) > 0
-            && file.commit();
+        return writeAtomically(m_dir.filePath(u"content.json"_s), QJsonDocument(manifest).toJson());
     }
 
     QDir m_dir;

@@ -24,6 +24,7 @@
 #include "kde_colours.h"
 #include "keychain.h"
 #include "library_status.h"
+#include "logging.h"
 #include "login_item.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
@@ -40,7 +41,6 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QLoggingCategory>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -50,8 +50,6 @@
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcApp, "app.quennet.Quennet.App")
 
 namespace {
 bool onPlasma()

@@ -2,6 +2,7 @@
 
 #include "heic_file.h"
 #include "heic_metadata.h"
+#include "logging.h"
 #include "network_access_manager.h"
 #include "network_error.h"
 
@@ -10,7 +11,6 @@
 #include <QCoroNetworkReply>
 #include <QFuture>
 #include <QImageReader>
-#include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPromise>
@@ -21,8 +21,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcArt, "app.quennet.Quennet.Art")
-
 // ISO base media files of the HEIF family: "ftyp" at byte 4, then the brand.
 bool isHeif(const QByteArray &head)
 {

@@ -1,12 +1,10 @@
 #include "desktop_application.h"
 
-#include <QLoggingCategory>
+#include "logging.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcApplication, "app.quennet.Quennet.Application")
-
 // On Wayland a window may take the focus only with the token of the launch that asked for it;
 // Qt's Wayland plugin uses this variable the next time a window asks.
 void takeActivationToken(const QVariantMap &platformData)

@@ -1,12 +1,9 @@
 #include "login_item.h"
 
 #include "application_folder.h"
-
-#include <QLoggingCategory>
+#include "logging.h"
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcLoginItem, "app.quennet.Quennet.LoginItem")
 
 LoginItem::LoginItem(QString program, QString autostartFolder, QObject *parent)
     : QObject(parent)

@@ -1,16 +1,12 @@
 #include "shuffle_view.h"
 
 #include "defaults.h"
+#include "error.h"
+#include "logging.h"
 #include "notice_presenter.h"
 #include "shuffle.h"
 
-#include <QLoggingCategory>
-
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShuffleView, "app.quennet.Quennet.ShuffleView")
-}
 
 ShuffleView::ShuffleView(Shuffle *shuffle, NoticePresenter *notice, QObject *parent)
     : QObject(parent)
@@ -165,8 +161,7 @@ QCoro::Task<> ShuffleView::shuffleNow(QPointer<ShuffleView> self)
     try {
         co_await self->m_shuffle->shuffleNow();
     } catch (const std::exception &error) {
-        const auto *known = dynamic_cast<const Error *>(&error);
-        const QString message = known ? known->description() : QString::fromLocal8Bit(error.what());
+        const QString message = describe(error);
         qCWarning(lcShuffleView) << "Shuffle failed:" << message;
         if (self)
             self->m_notice->showFailure(message);

@@ -1,16 +1,14 @@
 #include "single_instance.h"
 
 #include "application_folder.h"
+#include "logging.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QLoggingCategory>
 #include <QVariantMap>
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcInstance, "app.quennet.Quennet.Instance")
 
 bool SingleInstance::claim(const QString &action)
 {

@@ -2,21 +2,18 @@
 
 #include "defaults.h"
 #include "displays.h"
+#include "error.h"
 #include "favourites.h"
+#include "logging.h"
 #include "notice_presenter.h"
 #include "shop.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QLocale>
-#include <QLoggingCategory>
 #include <QThreadPool>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcActions, "app.quennet.Quennet.Views")
-}
 
 WallpaperActions::WallpaperActions(Shop *shop, Displays *displays, Favourites *favourites,
                                    NoticePresenter *notice, QObject *parent)
@@ -200,8 +197,7 @@ void WallpaperActions::measure()
 
 void WallpaperActions::failed(const std::exception &error, const char *what)
 {
-    const auto *known = dynamic_cast<const Error *>(&error);
-    const QString message = known ? known->description() : QString::fromLocal8Bit(error.what());
-    qCWarning(lcActions, "%s failed: %s", what, qUtf8Printable(message));
+    const QString message = describe(error);
+    qCWarning(lcViews, "%s failed: %s", what, qUtf8Printable(message));
     m_notice->showFailure(message);
 }

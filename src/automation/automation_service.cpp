@@ -3,20 +3,19 @@
 #include "account.h"
 #include "automation_adaptor.h"
 #include "defaults.h"
+#include "error.h"
 #include "focus_filter.h"
 #include "intents.h"
+#include "logging.h"
 #include "session_adaptor.h"
 #include "shop.h"
 #include "shuffle.h"
 
 #include <QDBusMetaType>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcAutomation, "app.quennet.Quennet.Automation")
-
 // Any other failure, in its own words.
 class Failed : public Error {
 public:
@@ -150,10 +149,8 @@ AutomationService::DBusError AutomationService::dbusError(std::exception_ptr fai
         return { errorName("NothingToShuffle"_L1), error.description() };
     } catch (const InvalidArgument &error) {
         return { errorName("InvalidArgument"_L1), error.description() };
-    } catch (const Error &error) {
-        return { errorName("Failed"_L1), error.description() };
     } catch (const std::exception &error) {
-        return { errorName("Failed"_L1), QString::fromLocal8Bit(error.what()) };
+        return { errorName("Failed"_L1), describe(error) };
     }
 }
 

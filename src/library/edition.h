@@ -1,9 +1,9 @@
 #pragma once
 
+#include "option_traits.h"
+
 #include <QHashFunctions>
 #include <QString>
-#include <array>
-#include <optional>
 
 // Which picture of a colourway a file is: one that follows light and dark, one that follows the
 // time of day, or a fixed light or dark one. The raw value is the wire and storage form.
@@ -12,6 +12,16 @@ enum class Edition { Automatic, TimeOfDay, Light, Dark };
 inline constexpr std::array allEditions { Edition::Automatic, Edition::TimeOfDay, Edition::Light,
                                           Edition::Dark };
 
+template<> struct OptionTraits<Edition> {
+    static constexpr std::array<OptionCase<Edition>, 4> cases { {
+        // Deliberately not "automatic": that text is not an edition anywhere.
+        { Edition::Automatic, QLatin1StringView("appearance") },
+        { Edition::TimeOfDay, QLatin1StringView("time-of-day") },
+        { Edition::Light, QLatin1StringView("light") },
+        { Edition::Dark, QLatin1StringView("dark") },
+    } };
+};
+
 [[nodiscard]] QString rawValue(Edition edition);
 [[nodiscard]] std::optional<Edition> editionFromRawValue(QStringView raw);
 
@@ -19,6 +29,13 @@ inline constexpr std::array allEditions { Edition::Automatic, Edition::TimeOfDay
 enum class Appearance { Light, Dark };
 
 inline constexpr std::array allAppearances { Appearance::Light, Appearance::Dark };
+
+template<> struct OptionTraits<Appearance> {
+    static constexpr std::array<OptionCase<Appearance>, 2> cases { {
+        { Appearance::Light, QLatin1StringView("light") },
+        { Appearance::Dark, QLatin1StringView("dark") },
+    } };
+};
 
 [[nodiscard]] QString rawValue(Appearance appearance);
 [[nodiscard]] std::optional<Appearance> appearanceFromRawValue(QStringView raw);

@@ -1,5 +1,12 @@
 #include "error.h"
 
+QString describe(const std::exception &error)
+{
+    if (const auto *known = dynamic_cast<const Error *>(&error))
+        return known->description();
+    return QString::fromUtf8(error.what());
+}
+
 const char *Error::what() const noexcept
 {
     m_what = description().toUtf8();

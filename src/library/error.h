@@ -25,3 +25,6 @@ public:
 private:
     QString m_description;
 };
+
+// The sentence for any failure: ours say it themselves, anything else by its what().
+[[nodiscard]] QString describe(const std::exception &error);

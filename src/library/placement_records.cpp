@@ -2,13 +2,11 @@
 
 #include "atomic_file.h"
 #include "error.h"
+#include "logging.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcPlacements, "app.quennet.Quennet.Placements")
 
 namespace {
 std::optional<QByteArray> readAll(const QString &path)

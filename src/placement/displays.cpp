@@ -3,12 +3,10 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "display_id.h"
+#include "logging.h"
 
 #include <QGuiApplication>
-#include <QLoggingCategory>
 #include <QPointer>
-
-Q_LOGGING_CATEGORY(lcDisplays, "app.quennet.Quennet.Displays")
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;

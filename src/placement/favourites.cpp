@@ -1,12 +1,7 @@
 #include "favourites.h"
 
 #include "defaults.h"
-
-#include <QLoggingCategory>
-
-namespace {
-Q_LOGGING_CATEGORY(lcFavourites, "app.quennet.Quennet.Favourites")
-}
+#include "logging.h"
 
 Favourites::Favourites(Defaults *defaults, QObject *parent)
     : QObject(parent)

@@ -2,9 +2,9 @@
 
 #include "defaults.h"
 #include "do_not_disturb.h"
-#include "do_not_disturb_log.h"
 #include "edition_option.h"
 #include "focus_wallpaper.h"
+#include "logging.h"
 #include "shuffle_store.h"
 
 using namespace Qt::Literals::StringLiterals;

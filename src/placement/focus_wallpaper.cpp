@@ -4,7 +4,8 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
-#include "do_not_disturb_log.h"
+#include "error.h"
+#include "logging.h"
 #include "shuffle_displays.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
@@ -19,13 +20,6 @@ namespace {
 constexpr auto screensSettle = 2s;
 // A failed restore of a display is not tried again sooner.
 constexpr auto retryDelay = 300s;
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromLocal8Bit(error.what());
-}
 
 // Whether the display still shows what the Do Not Disturb wallpaper put there: one of the
 // user's wallpapers, set no later than it. Anything chosen since is the user's newer choice.

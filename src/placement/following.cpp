@@ -4,14 +4,12 @@
 #include "clock.h"
 #include "colour_scheme.h"
 #include "desktop_backend.h"
+#include "logging.h"
 #include "sleep_watcher.h"
 #include "wallpaper_setter.h"
 
-#include <QLoggingCategory>
 #include <QPointer>
 #include <functional>
-
-Q_LOGGING_CATEGORY(lcFollowing, "app.quennet.Quennet.Following")
 
 namespace {
 // Qt timers stop during suspend: a wake counts from the wall clock again after every wake of the

@@ -5,7 +5,7 @@
 #include "defaults.h"
 #include "display_turn.h"
 #include "favourites.h"
-#include "shuffle_log.h"
+#include "logging.h"
 #include "shuffle_schedule.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
@@ -14,17 +14,6 @@
 #include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcShuffle, "app.quennet.Quennet.Shuffle")
-
-namespace {
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromLocal8Bit(error.what());
-}
-} // namespace
 
 Shuffle::NothingToShuffle::NothingToShuffle(Source source)
     : m_source(source)

@@ -3,7 +3,7 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
-#include "shuffle_log.h"
+#include "logging.h"
 
 #include <QLocale>
 #include <QTimeZone>

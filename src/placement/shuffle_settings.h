@@ -1,5 +1,7 @@
 #pragma once
 
+#include "option_traits.h"
+
 #include <QObject>
 #include <QString>
 #include <chrono>
@@ -26,3 +28,21 @@ Q_ENUM_NS(Source)
 // How far apart shuffles are when the calendar finds no boundary.
 [[nodiscard]] std::chrono::seconds fallbackLength(Interval interval);
 } // namespace ShuffleSettings
+
+template<> struct OptionTraits<ShuffleSettings::Interval> {
+    using Interval = ShuffleSettings::Interval;
+    static constexpr std::array<OptionCase<Interval>, 4> cases { {
+        { Interval::Hour, QLatin1StringView("hour") },
+        { Interval::SixHours, QLatin1StringView("six-hours") },
+        { Interval::Day, QLatin1StringView("day") },
+        { Interval::Week, QLatin1StringView("week") },
+    } };
+};
+
+template<> struct OptionTraits<ShuffleSettings::Source> {
+    using Source = ShuffleSettings::Source;
+    static constexpr std::array<OptionCase<Source>, 2> cases { {
+        { Source::All, QLatin1StringView("all") },
+        { Source::Favourites, QLatin1StringView("favourites") },
+    } };
+};

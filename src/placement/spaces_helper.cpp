@@ -5,11 +5,9 @@
 #include "clock.h"
 #include "defaults.h"
 #include "helper_process.h"
+#include "logging.h"
 
 #include <QFileInfo>
-#include <QLoggingCategory>
-
-Q_LOGGING_CATEGORY(lcSpaces, "app.quennet.Quennet.Spaces")
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;

@@ -4,15 +4,13 @@
 #include "colour_scheme.h"
 #include "desktop_pictures.h"
 #include "displays.h"
+#include "logging.h"
 #include "owned_pack.h"
 
 #include <QCoroFuture>
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QtConcurrent/QtConcurrentRun>
-
-Q_LOGGING_CATEGORY(lcSetter, "app.quennet.Quennet.Wallpaper")
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -174,8 +172,8 @@ QCoro::Task<std::optional<QTime>> WallpaperSetter::follow()
             if (ready.picture.path != placement->path)
                 co_await m_displays->set(ready.picture, *placement, QStringList(display.id));
         } catch (const Error &error) {
-            qCWarning(lcSetter) << "Could not switch the picture of" << display.name
-                                << error.what();
+            qCWarning(lcWallpaper)
+                << "Could not switch the picture of" << display.name << error.what();
         }
         if (!self)
             co_return std::nullopt;

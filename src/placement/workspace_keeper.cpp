@@ -5,14 +5,12 @@
 #include "clock.h"
 #include "desktop_backend.h"
 #include "display_id.h"
+#include "logging.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLoggingCategory>
-
-Q_LOGGING_CATEGORY(lcKeeper, "app.quennet.Quennet.Spaces.Helper")
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -60,10 +58,10 @@ QCoro::Task<> WorkspaceKeeper::start()
     co_await m_backend->readBack();
     if (!self)
         co_return;
-    qCInfo(lcKeeper) << "Keeping wallpapers on every workspace of" << m_backend->name()
-                     << (m_backend->keepsPicturePerWorkspace()
-                             ? ""
-                             : "(which shares one picture: nothing to do)");
+    qCInfo(lcSpacesHelper) << "Keeping wallpapers on every workspace of" << m_backend->name()
+                           << (m_backend->keepsPicturePerWorkspace()
+                                   ? ""
+                                   : "(which shares one picture: nothing to do)");
     co_await reapply();
 }
 
@@ -86,7 +84,7 @@ QCoro::Task<> WorkspaceKeeper::reapply()
             || m_backend->picture(screens[i]) == placement->path
             || !QFileInfo::exists(placement->path))
             continue;
-        qCDebug(lcKeeper) << "Putting" << placement->path << "on" << screens[i].connector;
+        qCDebug(lcSpacesHelper) << "Putting" << placement->path << "on" << screens[i].connector;
         m_reapplying = true;
         try {
             // Named first: g++ 12 cannot take a braced list inside a co_await.
@@ -94,8 +92,8 @@ QCoro::Task<> WorkspaceKeeper::reapply()
             const QList<DesktopScreen> targets { screens[i] };
             co_await m_backend->setPicture(picture, targets);
         } catch (const Error &error) {
-            qCWarning(lcKeeper) << "Couldn't keep the wallpaper on this workspace:"
-                                << error.description();
+            qCWarning(lcSpacesHelper)
+                << "Couldn't keep the wallpaper on this workspace:" << error.description();
         }
         if (!self)
             co_return;
@@ -118,9 +116,9 @@ void WorkspaceKeeper::releaseChosen()
         const auto shown = m_backend->picture(screens[i]);
         if (!shown || *shown == placement->path)
             continue;
-        qCInfo(lcKeeper) << "The user chose" << *shown << "for" << screens[i].connector;
+        qCInfo(lcSpacesHelper) << "The user chose" << *shown << "for" << screens[i].connector;
         if (!writeReleased(m_records.releasedFilePath(), ids[i], placement->setAt))
-            qCWarning(lcKeeper) << "Couldn't write" << m_records.releasedFilePath();
+            qCWarning(lcSpacesHelper) << "Couldn't write" << m_records.releasedFilePath();
         Q_EMIT released(ids[i]);
     }
 }

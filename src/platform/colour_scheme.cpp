@@ -1,5 +1,7 @@
 #include "colour_scheme.h"
 
+#include "dbus_values.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -15,14 +17,6 @@ const auto group = u"org.freedesktop.appearance"_s;
 const auto key = u"color-scheme"_s;
 const auto kdeGroup = u"org.kde.kdeglobals.General"_s;
 const auto kdeKey = u"ColorScheme"_s;
-
-// Read() wraps the value in one more variant than the signal does.
-QVariant unwrap(QVariant value)
-{
-    while (value.canConvert<QDBusVariant>() && value.typeId() == qMetaTypeId<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
-}
 } // namespace
 
 ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)

@@ -1,13 +1,13 @@
 #include "dbus_do_not_disturb.h"
 
-#include "do_not_disturb_log.h"
+#include "dbus_values.h"
+#include "logging.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,13 +21,6 @@ const auto xfconf = u"org.xfce.Xfconf"_s;
 const auto xfconfPath = u"/org/xfce/Xfconf"_s;
 const auto channel = u"xfce4-notifyd"_s;
 const auto dndProperty = u"/do-not-disturb"_s;
-
-QVariant unwrap(QVariant value)
-{
-    while (value.typeId() == qMetaTypeId<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
-}
 
 // Errors that mean there is nothing to read: no server, or no such setting yet. Off.
 bool meansOff(const QDBusError &error)

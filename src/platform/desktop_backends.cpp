@@ -2,6 +2,7 @@
 
 #include "gnome_backend.h"
 #include "hyprland_backend.h"
+#include "logging.h"
 #include "plasma_backend.h"
 #include "portal_backend.h"
 #include "sway_backend.h"
@@ -9,9 +10,6 @@
 #include "xfce_backend.h"
 
 #include <QDBusConnection>
-#include <QLoggingCategory>
-
-Q_LOGGING_CATEGORY(lcBackends, "app.quennet.Quennet.Desktop")
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,7 +34,7 @@ DesktopBackend *make(const QString &currentDesktop, const QString &folder, QObje
     else
         backend = new PortalBackend(QDBusConnection::sessionBus(),
                                     folder + u"/desktop-portal.json"_s, parent);
-    qCInfo(lcBackends) << "Desktop" << currentDesktop << "uses" << backend->name();
+    qCInfo(lcDesktop) << "Desktop" << currentDesktop << "uses" << backend->name();
     return backend;
 }
 } // namespace DesktopBackends

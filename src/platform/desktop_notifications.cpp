@@ -1,17 +1,16 @@
 #include "desktop_notifications.h"
 
+#include "logging.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcNotifications, "app.quennet.Quennet.Notifications")
-
 const auto server = u"org.freedesktop.Notifications"_s;
 const auto serverPath = u"/org/freedesktop/Notifications"_s;
 const auto portal = u"org.freedesktop.portal.Desktop"_s;

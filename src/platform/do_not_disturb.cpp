@@ -1,8 +1,6 @@
 #include "do_not_disturb.h"
 
-#include "do_not_disturb_log.h"
-
-Q_LOGGING_CATEGORY(lcDoNotDisturb, "app.quennet.Quennet.DoNotDisturb")
+#include "logging.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,9 +1,9 @@
 #include "do_not_disturb_watchers.h"
 
 #include "dbus_do_not_disturb.h"
-#include "do_not_disturb_log.h"
 #include "gnome_backend.h"
 #include "gsettings_do_not_disturb.h"
+#include "logging.h"
 #include "plasma_backend.h"
 #include "xfce_backend.h"
 

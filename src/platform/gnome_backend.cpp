@@ -1,16 +1,14 @@
 #include "gnome_backend.h"
 
+#include "logging.h"
 #include "spanned_picture.h"
 
 #include <QCoroFuture>
 #include <QJsonObject>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
 #include <gio/gio.h>
-
-Q_LOGGING_CATEGORY(lcGSettings, "app.quennet.Quennet.Desktop.GSettings")
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,6 +1,6 @@
 #include "gsettings_do_not_disturb.h"
 
-#include "do_not_disturb_log.h"
+#include "logging.h"
 
 #include <gio/gio.h>
 

@@ -1,19 +1,18 @@
 #include "helper_process.h"
 
+#include "logging.h"
+
 #include <QCoroTimer>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QFile>
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
 #include <csignal>
 #include <sys/types.h>
-
-Q_LOGGING_CATEGORY(lcHelperProcess, "app.quennet.Quennet.Spaces.Process")
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -81,7 +80,7 @@ bool HelperProcess::start(const QString &program)
 {
     if (isRunning())
         return true;
-    qCDebug(lcHelperProcess) << "Starting" << program;
+    qCDebug(lcSpacesProcess) << "Starting" << program;
     return QProcess::startDetached(program, {});
 }
 
@@ -118,7 +117,7 @@ QCoro::Task<> HelperProcess::end()
         if (!isHelper(*pid))
             co_return;
     }
-    qCInfo(lcHelperProcess) << "The helper did not quit; ending process" << *pid;
+    qCInfo(lcSpacesProcess) << "The helper did not quit; ending process" << *pid;
     ::kill(pid_t(*pid), SIGKILL);
     while (isHelper(*pid)) {
         co_await pause(poll);

@@ -1,16 +1,14 @@
 #include "hyprland_backend.h"
 
 #include "local_socket_request.h"
+#include "logging.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
-#include <QLoggingCategory>
 #include <QPointer>
-
-Q_LOGGING_CATEGORY(lcHyprland, "app.quennet.Quennet.Desktop.Hyprland")
 
 using namespace Qt::Literals::StringLiterals;
 

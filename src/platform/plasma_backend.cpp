@@ -1,5 +1,7 @@
 #include "plasma_backend.h"
 
+#include "logging.h"
+
 #include <QCoroDBusPendingCall>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
@@ -8,11 +10,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QUrl>
-
-Q_LOGGING_CATEGORY(lcPlasma, "app.quennet.Quennet.Desktop.Plasma")
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,16 +1,15 @@
 #include "portal_backend.h"
 
+#include "logging.h"
+
 #include <QCoroDBusPendingCall>
 #include <QCoroSignal>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QRandomGenerator>
 #include <QUrl>
-
-Q_LOGGING_CATEGORY(lcPortal, "app.quennet.Quennet.Desktop.Portal")
 
 using namespace Qt::Literals::StringLiterals;
 

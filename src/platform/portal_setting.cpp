@@ -1,8 +1,9 @@
 #include "portal_setting.h"
 
+#include "dbus_values.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -10,14 +11,6 @@ namespace {
 const auto service = u"org.freedesktop.portal.Desktop"_s;
 const auto path = u"/org/freedesktop/portal/desktop"_s;
 const auto interface = u"org.freedesktop.portal.Settings"_s;
-
-// Read() wraps the value in one more variant than the signal does.
-QVariant unwrap(QVariant value)
-{
-    while (value.typeId() == qMetaTypeId<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
-}
 } // namespace
 
 PortalSetting::PortalSetting(const QDBusConnection &bus, QString group, QString key,

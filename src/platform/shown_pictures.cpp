@@ -1,14 +1,12 @@
 #include "shown_pictures.h"
 
 #include "atomic_file.h"
+#include "logging.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QLoggingCategory>
-
-Q_LOGGING_CATEGORY(lcShown, "app.quennet.Quennet.Desktop.Record")
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,5 +51,5 @@ void ShownPictures::save() const
             m_path,
             QJsonDocument(QJsonObject { { u"pictures"_s, pictures }, { u"extra"_s, m_extra } })
                 .toJson(QJsonDocument::Compact)))
-        qCWarning(lcShown) << "Could not save" << m_path;
+        qCWarning(lcDesktopRecord) << "Could not save" << m_path;
 }

@@ -1,14 +1,11 @@
 #include "sleep_watcher.h"
 
+#include "logging.h"
+
 #include <QDBusConnection>
 #include <QDBusError>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcSleep, "app.quennet.Quennet.Sleep")
-}
 
 SleepWatcher::SleepWatcher(QObject *parent)
     : QObject(parent)

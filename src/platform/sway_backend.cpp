@@ -1,16 +1,14 @@
 #include "sway_backend.h"
 
 #include "local_socket_request.h"
+#include "logging.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QtEndian>
-
-Q_LOGGING_CATEGORY(lcSway, "app.quennet.Quennet.Desktop.Sway")
 
 using namespace Qt::Literals::StringLiterals;
 

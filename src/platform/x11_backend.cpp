@@ -1,15 +1,13 @@
 #include "x11_backend.h"
 
+#include "logging.h"
 #include "x11_root_window.h"
 
 #include <QCoroProcess>
 #include <QJsonObject>
-#include <QLoggingCategory>
 #include <QProcess>
 #include <QScopeGuard>
 #include <QStandardPaths>
-
-Q_LOGGING_CATEGORY(lcX11, "app.quennet.Quennet.Desktop.X11")
 
 using namespace Qt::Literals::StringLiterals;
 

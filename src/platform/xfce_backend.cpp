@@ -1,5 +1,7 @@
 #include "xfce_backend.h"
 
+#include "dbus_values.h"
+#include "logging.h"
 #include "x11_root_window.h"
 
 #include <QCoroDBusPendingCall>
@@ -7,12 +9,9 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QRegularExpression>
 #include <algorithm>
-
-Q_LOGGING_CATEGORY(lcXfce, "app.quennet.Quennet.Desktop.Xfce")
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -43,13 +42,6 @@ bool tellsWhatShows(const QString &property)
 {
     return property.endsWith("/last-image"_L1) || property == singleMode
         || property == singleNumber;
-}
-
-QVariant unwrap(QVariant value)
-{
-    if (value.canConvert<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value;
 }
 } // namespace
 

@@ -4,27 +4,19 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "computer_name.h"
+#include "error.h"
 #include "keychain.h"
+#include "logging.h"
 
-#include <QLoggingCategory>
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcAccount, "app.quennet.Quennet.Account")
-
 // Bounds that keep the arithmetic and Qt's timers in range whatever the shop sends.
 constexpr qint64 longestExpiry = 10LL * 365 * 24 * 3600;
 constexpr std::chrono::seconds longestInterval = 24h;
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromUtf8(error.what());
-}
 
 Account::State failed(QString message)
 {

@@ -2,19 +2,17 @@
 
 #include "cancel_token.h"
 #include "json_fields.h"
+#include "logging.h"
 #include "network_access_manager.h"
 #include "network_error.h"
 
 #include <QCoroNetworkReply>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 #include <QNetworkAccessManager>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-
 // The wire value predates the Linux build and stays.
 constexpr auto clientId = "mac-app"_L1;
 constexpr int maxRedirects = 5;

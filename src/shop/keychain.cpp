@@ -2,6 +2,7 @@
 
 #include "application_folder.h"
 #include "atomic_file.h"
+#include "logging.h"
 
 #include <QCoroDBusPendingCall>
 #include <QCoroSignal>
@@ -14,7 +15,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <libsecret/secret.h>
 #include <memory>
@@ -22,8 +22,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcKeychain, "app.quennet.Quennet.Keychain")
-
 QString secretsName()
 {
     return u"org.freedesktop.secrets"_s;

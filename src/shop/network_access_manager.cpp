@@ -1,12 +1,11 @@
 #include "network_access_manager.h"
 
-#include <QLoggingCategory>
+#include "logging.h"
+
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
 #include <QNetworkReply>
 #include <QSslCertificate>
-
-Q_LOGGING_CATEGORY(lcNetwork, "app.quennet.Quennet.Network")
 
 namespace {
 // Cookies are neither sent nor stored, whatever a request says.

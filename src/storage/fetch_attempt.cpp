@@ -5,12 +5,12 @@
 #include "download_cache.h"
 #include "download_thread.h"
 #include "file_error.h"
+#include "logging.h"
 #include "network_error.h"
 #include "worker_reply.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <array>
@@ -19,8 +19,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
-
 constexpr qint64 readChunk = 64 * 1024;
 constexpr qint64 writeBlock = 1024 * 1024;
 constexpr qint64 progressStep = 512 * 1024;

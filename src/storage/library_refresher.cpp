@@ -2,15 +2,12 @@
 
 #include "cancel_token.h"
 #include "download_thread.h"
+#include "logging.h"
 #include "network_error.h"
-
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-
 void ensureCurrent(const QPointer<LibraryRefresher> &self, const CancelToken &cancel)
 {
     if (!self || cancel.isCancelled())

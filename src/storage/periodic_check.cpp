@@ -3,12 +3,7 @@
 #include "cancel_token.h"
 #include "clock.h"
 #include "defaults.h"
-
-#include <QLoggingCategory>
-
-namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-} // namespace
+#include "logging.h"
 
 PeriodicCheck::PeriodicCheck(Defaults *defaults, std::shared_ptr<Clock> clock,
                              std::function<void()> check, QObject *parent)

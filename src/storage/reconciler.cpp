@@ -1,25 +1,15 @@
 #include "reconciler.h"
 
 #include "download_thread.h"
+#include "error.h"
+#include "logging.h"
 #include "wallpaper_requests.h"
 #include "wallpaper_target.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 #include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromUtf8(error.what());
-}
-} // namespace
 
 Reconciler::Reconciler(DownloadCache cache, WallpaperTarget *target, PlacementRecords records,
                        WallpaperRequests *requests, DownloadThread *thread, Keep keep,

@@ -2,6 +2,7 @@
 
 #include "atomic_file.h"
 #include "heic_file.h"
+#include "logging.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -12,9 +13,6 @@
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLoggingCategory>
-
-Q_LOGGING_CATEGORY(lcRenderer, "app.quennet.Quennet.Rendering")
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -109,7 +107,7 @@ bool Renderer::isCurrent(const QString &source, const QString &fileId) const
         dir.remove(old);
     // Without its record a rendering is made again next time, never taken for another file's.
     if (!writeAtomically(record.fileName(), QJsonDocument(now).toJson(QJsonDocument::Compact)))
-        qCWarning(lcRenderer) << "Cannot write" << record.fileName();
+        qCWarning(lcRendering) << "Cannot write" << record.fileName();
     return false;
 }
 
@@ -121,13 +119,13 @@ std::optional<QString> Renderer::render(const QString &source, const QString &fi
         if (isWhole(path))
             return path;
         // Cut short or damaged since it was written: made once more.
-        qCWarning(lcRenderer) << "Rendering again the damaged" << path;
+        qCWarning(lcRendering) << "Rendering again the damaged" << path;
         QFile::remove(path);
     }
     const auto file = HeicFile::open(source);
     const QImage picture = file ? file->picture(index) : QImage();
     if (picture.isNull()) {
-        qCWarning(lcRenderer) << "Cannot decode picture" << index << "of" << source;
+        qCWarning(lcRendering) << "Cannot decode picture" << index << "of" << source;
         if (undecodable)
             *undecodable = !file || index < file->pictureCount();
         return std::nullopt;
@@ -139,7 +137,7 @@ std::optional<QString> Renderer::render(const QString &source, const QString &fi
     // The fastest compression: a rendering is written once and read once by the desktop.
     writer.setQuality(90);
     if (!writer.write(picture) || !writeAtomically(path, png) || !isWhole(path)) {
-        qCWarning(lcRenderer) << "Cannot write" << path << writer.errorString();
+        qCWarning(lcRendering) << "Cannot write" << path << writer.errorString();
         return std::nullopt;
     }
     return path;

@@ -8,8 +8,10 @@
 #include "defaults.h"
 #include "download_thread.h"
 #include "edition_choice.h"
+#include "error.h"
 #include "file_fetcher.h"
 #include "library_refresher.h"
+#include "logging.h"
 #include "network_error.h"
 #include "periodic_check.h"
 #include "reconciler.h"
@@ -17,20 +19,8 @@
 #include "wallpaper_target.h"
 
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromUtf8(error.what());
-}
-} // namespace
 
 QString Shop::Unavailable::description() const
 {

@@ -3,14 +3,12 @@
 #include "atomic_file.h"
 #include "error.h"
 #include "json_fields.h"
+#include "logging.h"
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
-
-Q_LOGGING_CATEGORY(lcCache, "app.quennet.Quennet.Shop")
 
 namespace Cache {
 std::optional<Saved> load(const QString &path)
@@ -29,7 +27,7 @@ std::optional<Saved> load(const QString &path)
             saved.base = QUrl(*base);
         return saved;
     } catch (const DecodingError &error) {
-        qCWarning(lcCache) << "Ignoring a damaged shop copy:" << error.description();
+        qCWarning(lcShop) << "Ignoring a damaged shop copy:" << error.description();
         return std::nullopt;
     }
 }

@@ -2,12 +2,9 @@
 
 #include "account.h"
 #include "keychain.h"
-
-#include <QLoggingCategory>
+#include "logging.h"
 
 namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-
 // Started by the store, awaited by no one: it words its own failures.
 QCoro::Task<> endSession(QCoro::Task<> ending)
 {

@@ -2,27 +2,19 @@
 
 #include "cancel_token.h"
 #include "clock.h"
+#include "error.h"
 #include "file_error.h"
+#include "logging.h"
 #include "network_error.h"
 #include "worker_reply.h"
 
 #include <QCoroSignal>
 #include <QFileInfo>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-Q_LOGGING_CATEGORY(lcDownloads, "app.quennet.Quennet.Downloads")
-
 constexpr int linkMargin = 60; // seconds a reused link must still be valid
-
-QString describe(const std::exception &error)
-{
-    if (const auto *known = dynamic_cast<const Error *>(&error))
-        return known->description();
-    return QString::fromUtf8(error.what());
-}
 
 // A failed try: what it was, whether it is worth one more try (not a file that arrived wrong, a
 // session the shop refused, nor a disk that refused a write: a full disk is still full a moment

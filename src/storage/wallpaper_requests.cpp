@@ -1,18 +1,14 @@
 #include "wallpaper_requests.h"
 
 #include "clock.h"
+#include "logging.h"
 #include "owned_pack.h"
 #include "wallpaper_target.h"
 #include "workspace_helper.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcShop, "app.quennet.Quennet.Shop")
-} // namespace
 
 QString WallpaperRequests::Overtaken::description() const
 {

@@ -8,6 +8,7 @@
 #include "desktop_backends.h"
 #include "helper_process.h"
 #include "helper_service.h"
+#include "logging.h"
 #include "placement_records.h"
 #include "workspace_keeper.h"
 #include "xfce_backend.h"
@@ -15,14 +16,9 @@
 #include <QDBusConnection>
 #include <QFile>
 #include <QGuiApplication>
-#include <QLoggingCategory>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-Q_LOGGING_CATEGORY(lcHelper, "app.quennet.Quennet.Spaces.Helper")
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -33,8 +29,8 @@ int main(int argc, char *argv[])
     // which can be turned off at any time: everywhere else there is nothing to keep.
     const QString desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
     if (!XfceBackend::isXfce(desktop)) {
-        qCInfo(lcHelper) << "Desktop" << desktop
-                         << "shares one picture across workspaces: nothing to do";
+        qCInfo(lcSpacesHelper) << "Desktop" << desktop
+                               << "shares one picture across workspaces: nothing to do";
         return 0;
     }
 
@@ -42,12 +38,12 @@ int main(int argc, char *argv[])
     // One helper per session: a second one leaves it to the first. A helper ended by a signal
     // leaves its pid file behind, which names no helper process from then on.
     if (bus.isConnected() && !bus.registerService(QLatin1StringView(HelperBus::service))) {
-        qCInfo(lcHelper) << "A helper runs already";
+        qCInfo(lcSpacesHelper) << "A helper runs already";
         return 0;
     }
     const QString pidFile = HelperBus::pidFilePath();
     if (!writeAtomically(pidFile, QByteArray::number(qint64(::getpid()))))
-        qCWarning(lcHelper) << "Couldn't write" << pidFile;
+        qCWarning(lcSpacesHelper) << "Couldn't write" << pidFile;
 
     const QString folder = applicationFolder();
     DesktopBackend *backend = DesktopBackends::make(desktop, folder, &application);
