@@ -16,8 +16,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("light");
         QTest::addColumn<QString>("dark");
 
-        QTest::newRow("nothing") << QStringList { {}, {} } << QStringList { {}, {} } << QString()
-                                 << QString();
         QTest::newRow("only dark thumbnail serves both")
             << QStringList { {}, {} } << QStringList { {}, u"td"_s } << u"td"_s << u"td"_s;
         QTest::newRow("full size before thumbnail")
