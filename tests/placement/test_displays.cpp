@@ -123,9 +123,12 @@ private Q_SLOTS:
         QVERIFY(displays->showsOwnWallpaper(displays->all()[1]));
     }
 
+    // Another picture on a display: not ours any more, though its record stays.
     void refreshStoresOnlyChanges()
     {
         const auto displays = make();
+        awaitTask(
+            displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
         QSignalSpy changed(displays.get(), &Displays::allChanged);
         displays->refresh();
         Q_EMIT m_desktop->picturesChanged();
@@ -133,6 +136,8 @@ private Q_SLOTS:
         m_desktop->shown.insert(u"DP-1"_s, u"/elsewhere.png"_s);
         Q_EMIT m_desktop->picturesChanged();
         QCOMPARE(changed.size(), 1);
+        QVERIFY(!displays->showsOwnWallpaper(displays->all()[0]));
+        QVERIFY(displays->placement(displayId(left)));
     }
 
     // The desktop takes a while to report the new picture: until it does, or for 3 s, the
