@@ -2,7 +2,6 @@
 #include "content_range.h"
 #include "download_cache.h"
 #include "download_thread.h"
-#include "failure_text.h"
 #include "file_fetcher.h"
 #include "network_error.h"
 #include "shop_content.h"

@@ -1,5 +1,4 @@
 #include "archive_saver.h"
-#include "failure_text.h"
 #include "network_error.h"
 #include "reconciler.h"
 #include "store_rig.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "error.h"
+
 #include <QCoroTask>
 #include <QEventLoop>
 #include <exception>
@@ -57,4 +59,18 @@ inline void awaitTask(QCoro::Task<> task)
 {
     if (const auto error = finish(std::move(task)).error)
         std::rethrow_exception(error);
+}
+
+// The sentence of what a task threw, for comparing and for messages of failed checks.
+template<typename T> [[nodiscard]] QString failureText(const Result<T> &result)
+{
+    if (!result.error)
+        return QStringLiteral("no failure");
+    try {
+        std::rethrow_exception(result.error);
+    } catch (const Error &error) {
+        return error.description();
+    } catch (...) {
+        return QStringLiteral("not an Error");
+    }
 }
