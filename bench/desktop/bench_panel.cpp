@@ -146,13 +146,6 @@ public:
     }
 };
 
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
 // An access token for the shop's sample account, through its admin call.
 QString issueToken(const QString &state, quint16 port)
 {

@@ -29,20 +29,16 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("faults");
         QTest::addColumn<QString>("reason");
 
-        for (const char *endpoint : { "catalogue", "library" }) {
-            const QByteArray name(endpoint);
-            const auto status = [name](int code) {
-                return QByteArray("{\"statuses\": [{\"endpoint\": \"" + name
-                                  + "\", \"status\": " + QByteArray::number(code) + "}]}");
-            };
-            QTest::addRow("%s 500", endpoint) << status(500) << u"The shop replied 500."_s;
-            QTest::addRow("%s 403", endpoint) << status(403) << u"The shop replied 403."_s;
-            QTest::addRow("%s 429", endpoint)
-                << status(429) << u"The shop is busy. Try again in a minute."_s;
-            QTest::addRow("%s malformed", endpoint)
-                << QByteArray("{\"malformed\": [\"" + name + "\"]}")
-                << u"The shop sent something the app didn't understand."_s;
-        }
+        // The sentences are the client's: what matters here is that either load can fail.
+        QTest::newRow("catalogue 500")
+            << "{\"statuses\": [{\"endpoint\": \"catalogue\", \"status\": 500}]}"_ba
+            << u"The shop replied 500."_s;
+        QTest::newRow("library 429")
+            << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 429}]}"_ba
+            << u"The shop is busy. Try again in a minute."_s;
+        QTest::newRow("library malformed")
+            << "{\"malformed\": [\"library\"]}"_ba
+            << u"The shop sent something the app didn't understand."_s;
     }
 
     // The store's own sentence, not a connection to check; the next load that works ends it.

@@ -18,14 +18,11 @@ private Q_SLOTS:
             << QRect(2800, 4, 24, 24) << second << QRect(2812 - 180, 34, 360, 300);
         QTest::newRow("right edge: 8 px inside")
             << QRect(3810, 4, 24, 24) << second << QRect(3840 - 8 - 360, 34, 360, 300);
-        QTest::newRow("left edge: 8 px inside")
-            << QRect(1925, 4, 24, 24) << second << QRect(1920 + 8, 34, 360, 300);
         QTest::newRow("tray at the bottom: above it")
             << QRect(900, 1050, 24, 24) << QRect(0, 0, 1920, 1044)
             << QRect(912 - 180, 1050 - 6 - 300, 360, 300);
         QTest::newRow("no icon geometry: top-right corner")
             << QRect() << second << QRect(3840 - 8 - 360, 32 + 6, 360, 300);
-        QTest::newRow("no screen at all") << QRect() << QRect() << QRect(-368, 6, 360, 300);
     }
 
     void frame()
@@ -36,25 +33,13 @@ private Q_SLOTS:
         QCOMPARE(PanelRules::frame(icon, available, 300), expected);
     }
 
-    void resizes_data()
-    {
-        QTest::addColumn<double>("current");
-        QTest::addColumn<double>("reported");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("taller") << 300.0 << 420.0 << true;
-        QTest::newRow("shorter") << 300.0 << 120.0 << true;
-        QTest::newRow("half a pixel") << 300.0 << 300.5 << false;
-        QTest::newRow("just over half a pixel") << 300.0 << 299.4 << true;
-        QTest::newRow("zero") << 300.0 << 0.0 << false;
-        QTest::newRow("negative") << 300.0 << -20.0 << false;
-    }
-
+    // Either way by more than half a pixel, never to nothing.
     void resizes()
     {
-        QFETCH(double, current);
-        QFETCH(double, reported);
-        QFETCH(bool, expected);
-        QCOMPARE(PanelRules::resizes(current, reported), expected);
+        QVERIFY(PanelRules::resizes(300, 420));
+        QVERIFY(PanelRules::resizes(300, 299.4));
+        QVERIFY(!PanelRules::resizes(300, 300.5));
+        QVERIFY(!PanelRules::resizes(300, 0));
     }
 
     // The click that took the focus from the panel arrives just after it closed: that click
@@ -68,7 +53,6 @@ private Q_SLOTS:
         QVERIFY(!rules.mayOpen(start));
         QVERIFY(!rules.mayOpen(start.addMSecs(250)));
         QVERIFY(rules.mayOpen(start.addMSecs(251)));
-        QVERIFY(rules.mayOpen(start.addSecs(60)));
     }
 };
 

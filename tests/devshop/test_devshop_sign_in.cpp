@@ -53,7 +53,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("error");
-        QTest::newRow("waiting") << u""_s << u"authorization_pending"_s;
         QTest::newRow("polled too soon") << u"poll"_s << u"slow_down"_s;
         QTest::newRow("denied on the page") << u"deny"_s << u"access_denied"_s;
         QTest::newRow("past expires_in") << u"expire"_s << u"expired_token"_s;
@@ -111,10 +110,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("error");
         QTest::newRow("code for another client")
             << u"device/code"_s << QJsonObject { { u"client_id"_s, u"ios-app"_s } }
-            << u"invalid_client"_s;
-        QTest::newRow("token for another client")
-            << u"device/token"_s
-            << QJsonObject { { u"client_id"_s, u"web"_s }, { u"grant_type"_s, grantType } }
             << u"invalid_client"_s;
         QTest::newRow("another grant")
             << u"device/token"_s

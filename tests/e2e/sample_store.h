@@ -1,13 +1,12 @@
 #pragma once
 
 #include "owned_pack.h"
+#include "pixels.h"
 #include "shuffle_store.h"
+#include "test_files.h"
 #include "wallpaper_setter.h"
 
-#include <QColor>
 #include <QDateTime>
-#include <QImage>
-#include <QProcess>
 
 // The sample file of each listed colourway in the edition asked for, handed straight to the
 // displays: the store's own path (links, downloads) has tests of its own.
@@ -62,27 +61,3 @@ private:
     WallpaperSetter *m_setter;
     QList<ShuffleChoice> m_choices;
 };
-
-// The colour in the middle of a picture the desktop was given.
-inline QColor middleOf(const QString &picture)
-{
-    const QImage image(picture);
-    return image.pixelColor(image.width() / 2, image.height() / 2);
-}
-
-// Close enough for a picture scaled to the screen.
-inline bool near(const QColor &a, const QColor &b)
-{
-    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
-        && qAbs(a.blue() - b.blue()) < 24;
-}
-
-// A key of org.gnome.desktop.background as another program reads it.
-inline QString gsettings(const QString &key)
-{
-    QProcess process;
-    process.start(QStringLiteral("gsettings"),
-                  { QStringLiteral("get"), QStringLiteral("org.gnome.desktop.background"), key });
-    process.waitForFinished(30000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed().remove(u'\'');
-}

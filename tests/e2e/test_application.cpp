@@ -1,4 +1,5 @@
 #include "dev_shop.h"
+#include "pixels.h"
 #include "root_pixels.h"
 #include "shop_profile.h"
 
@@ -73,17 +74,6 @@ void key(const QString &window, const QStringList &keys)
     xdotool(QStringList { u"key"_s, u"--delay"_s, u"150"_s } + keys);
 }
 
-bool near(const QColor &a, const QColor &b)
-{
-    return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
-        && qAbs(a.blue() - b.blue()) < 24;
-}
-
-QColor middleOf(const QString &picture)
-{
-    const QImage image(picture);
-    return image.pixelColor(image.width() / 2, image.height() / 2);
-}
 } // namespace
 
 // Quennet as a person meets it: under Xorg with two monitors, a tray and the development shop,

@@ -123,22 +123,6 @@ private Q_SLOTS:
         QVERIFY(session->displays.showsOwnWallpaper(session->displays.all()[1]));
     }
 
-    void somethingElseOnOneDisplayIsNotFromYourPacks()
-    {
-        const auto session = x11();
-        QImage grey(32, 32, QImage::Format_RGB32);
-        grey.fill(Qt::gray);
-        const QString picture = m_dir.filePath(u"grey.png"_s);
-        QVERIFY(grey.save(picture));
-        QCOMPARE(QProcess::execute(u"xwallpaper"_s,
-                                   { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s, picture }),
-                 0);
-        QTRY_VERIFY(!session->displays.showsOwnWallpaper(session->displays.all()[1]));
-        QVERIFY(session->displays.showsOwnWallpaper(session->displays.all()[0]));
-        // The record stays: it is the picture Quennet put there, not what shows now.
-        QCOMPARE(session->displays.placement(session->displays.all()[1].id)->colourway, u"amber"_s);
-    }
-
     void appearanceEditionOnGnome()
     {
         const QString folder = m_dir.filePath(u"gnome"_s);

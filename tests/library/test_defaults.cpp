@@ -1,4 +1,5 @@
 #include "defaults.h"
+#include "test_files.h"
 
 #include <QFile>
 #include <QProcess>
@@ -10,12 +11,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // What QSettings, and so every earlier build, reads from the file.
 QVariantMap asQSettingsReadsIt(const QString &path)
 {
@@ -218,7 +213,7 @@ void DefaultsTest::fullDiskKeepsTheSavedSettings()
     Defaults defaults(path);
     QVERIFY(defaults.setFavouriteColourways({ u"a/1"_s }));
     QVERIFY(defaults.setShuffleIsOn(false));
-    const QByteArray saved = contents(path);
+    const QByteArray saved = readAll(path);
 
     QFile filler(mount.filePath(u"filler"_s));
     QVERIFY(filler.open(QIODevice::WriteOnly));
@@ -228,7 +223,7 @@ void DefaultsTest::fullDiskKeepsTheSavedSettings()
 
     QVERIFY(!defaults.setFavouriteColourways({ u"b/2"_s, u"a/1"_s }));
     QVERIFY(!defaults.setShuffleIsOn(true));
-    QCOMPARE(contents(path), saved);
+    QCOMPARE(readAll(path), saved);
     // What wasn't saved is gone, so the next save can't bring it back.
     QCOMPARE(defaults.favouriteColourways(), QStringList { u"a/1"_s });
     QVERIFY(!defaults.shuffleIsOn());

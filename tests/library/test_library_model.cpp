@@ -1,4 +1,3 @@
-#include "owned_pack.h"
 #include "pack.h"
 
 #include <QTest>
@@ -16,8 +15,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("light");
         QTest::addColumn<QString>("dark");
 
-        QTest::newRow("nothing") << QStringList { {}, {} } << QStringList { {}, {} } << QString()
-                                 << QString();
         QTest::newRow("only dark thumbnail serves both")
             << QStringList { {}, {} } << QStringList { {}, u"td"_s } << u"td"_s << u"td"_s;
         QTest::newRow("full size before thumbnail")
@@ -46,42 +43,6 @@ private Q_SLOTS:
         }
         QCOMPARE(colourway.artwork(Appearance::Light).value_or(QUrl()), QUrl(light));
         QCOMPARE(colourway.artwork(Appearance::Dark).value_or(QUrl()), QUrl(dark));
-    }
-
-    void valuesDifferByEveryField()
-    {
-        const WallpaperFile file { .id = u"f_0123456789ab"_s,
-                                   .pack = u"p"_s,
-                                   .colourway = u"c"_s,
-                                   .edition = Edition::Dark,
-                                   .bytes = 10,
-                                   .sha256 = u"ab"_s,
-                                   .source = FileSource::shop() };
-        WallpaperFile otherBytes = file;
-        otherBytes.bytes = 11;
-        WallpaperFile otherSource = file;
-        otherSource.source = FileSource::publicUrl(QUrl(u"https://shop.example/f"_s));
-        WallpaperFile noHash = file;
-        noHash.sha256.reset();
-
-        QCOMPARE(qHash(file, 7), qHash(WallpaperFile(file), 7));
-        for (const auto &other : { otherBytes, otherSource, noHash }) {
-            QVERIFY(other != file);
-            QVERIFY(qHash(other) != qHash(file));
-        }
-        QVERIFY(FileSource::local(QUrl(u"file:///a"_s))
-                != FileSource::publicUrl(QUrl(u"file:///a"_s)));
-
-        OwnedPack pack { .slug = u"p"_s };
-        pack.files[u"c"_s].insert(Edition::Dark, file);
-        OwnedPack changed = pack;
-        changed.files[u"c"_s].insert(Edition::Dark, otherBytes);
-        QVERIFY(pack != changed);
-        QVERIFY(qHash(pack) != qHash(changed));
-        QCOMPARE(pack.file(u"c"_s, Edition::Dark), file);
-        QVERIFY(!pack.file(u"c"_s, Edition::Light));
-        QVERIFY(!pack.file(u"x"_s, Edition::Dark));
-        QCOMPARE(changed.allFiles(), QList<WallpaperFile> { otherBytes });
     }
 };
 

@@ -1,4 +1,5 @@
 #include "placement_records.h"
+#include "test_files.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,13 +11,6 @@ namespace {
 QString fixturePath(const QString &name)
 {
     return QStringLiteral(QUENNET_TEST_DATA "/library/placements/") + name;
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
 }
 
 const Placement mist { u"harbour"_s, u"mist"_s, u"dark"_s, u"/a.heic"_s, 1700000000123 };
@@ -90,7 +84,7 @@ private Q_SLOTS:
         QCOMPARE(records.load(), record);
 
         // A damaged file is replaced whole at the next save.
-        write(records.placementFilePath(), "{\"placements\": 3");
+        QVERIFY(writeFile(records.placementFilePath(), "{\"placements\": 3"));
         QCOMPARE(records.load(), PlacementFile());
         QVERIFY(records.save(record));
         QCOMPARE(records.load(), record);
@@ -99,7 +93,7 @@ private Q_SLOTS:
     void saveFailsWhenTheFolderCannotBeMade()
     {
         QTemporaryDir root;
-        write(root.filePath(u"file"_s), "not a folder");
+        QVERIFY(writeFile(root.filePath(u"file"_s), "not a folder"));
         QVERIFY(!PlacementRecords(root.filePath(u"file/folder"_s)).save(PlacementFile()));
     }
 
@@ -134,7 +128,7 @@ private Q_SLOTS:
         QTemporaryDir folder;
         const PlacementRecords records(folder.path());
         if (!released.isEmpty())
-            write(records.releasedFilePath(), released);
+            QVERIFY(writeFile(records.releasedFilePath(), released));
         QCOMPARE(records.isReleased(u"d"_s, hasPlacement ? std::optional(mist) : std::nullopt),
                  expected);
     }
@@ -145,7 +139,7 @@ private Q_SLOTS:
         QTemporaryDir folder;
         const PlacementRecords records(folder.path());
         QVERIFY(!records.isReleased(u"d"_s, mist));
-        write(records.releasedFilePath(), R"({"released": {"d": 1700000000123}})");
+        QVERIFY(writeFile(records.releasedFilePath(), R"({"released": {"d": 1700000000123}})"));
         QVERIFY(records.isReleased(u"d"_s, mist));
     }
 };

@@ -99,33 +99,17 @@ private Q_SLOTS:
             mutated(lib, u"packs/0/colourways/0/files/0/bytes"_s, 1.5), u"\"bytes\""_s);
         row("beyond 64 bits", library, mutated(lib, u"packs/0/colourways/0/files/0/bytes"_s, 1e30),
             u"\"bytes\""_s);
-        row("file id missing", library, mutated(lib, u"packs/0/colourways/0/files/3/id"_s, removed),
-            u"\"id\" is missing"_s);
-        row("sha256 a number", library, mutated(lib, u"packs/0/colourways/0/files/0/sha256"_s, 1),
-            u"\"sha256\""_s);
         row("archive not an object", library, mutated(lib, u"packs/0/archives/0"_s, u"zip"_s),
             u"\"archives\""_s);
-        row("archive filename missing", library,
-            mutated(lib, u"packs/0/archives/1/filename"_s, removed), u"\"filename\""_s);
         row("date only", library, mutated(lib, u"packs/0/since"_s, u"2025-03-01"_s),
             u"Not an ISO 8601 time: 2025-03-01"_s);
-        row("time without zone", library,
-            mutated(lib, u"packs/0/updatedAt"_s, u"2025-03-01T09:30:00"_s),
-            u"Not an ISO 8601 time: 2025-03-01T09:30:00"_s);
         row("phases missing", catalogue, mutated(cat, u"phases"_s, removed), u"\"phases\""_s);
-        row("phase label missing", catalogue, mutated(cat, u"phases/1/label"_s, removed),
-            u"\"label\""_s);
         row("onSale a string", catalogue, mutated(cat, u"packs/0/onSale"_s, u"true"_s),
             u"\"onSale\""_s);
-        row("pack url missing", catalogue, mutated(cat, u"packs/1/url"_s, removed), u"\"url\""_s);
-        row("art missing", catalogue, mutated(cat, u"packs/0/colourways/2/art"_s, removed),
-            u"\"art\""_s);
         row("desktop art not an object", catalogue,
             mutated(cat, u"packs/0/colourways/0/art/desktop"_s, u"x"_s), u"\"desktop\""_s);
         row("phase art not text", catalogue,
             mutated(cat, u"packs/0/colourways/0/art/phases/dawn"_s, 3), u"phase picture"_s);
-        row("free without colourways", catalogue,
-            mutated(cat, u"packs/1/free/colourways"_s, removed), u"\"colourways\""_s);
         row("bad time in free", catalogue,
             mutated(cat, u"packs/1/free/updatedAt"_s, u"yesterday"_s),
             u"Not an ISO 8601 time: yesterday"_s);
@@ -156,24 +140,18 @@ private Q_SLOTS:
         QTest::newRow("slug capitals") << 0 << u"Spring-Light"_s << false;
         QTest::newRow("slug double hyphen") << 0 << u"spring--light"_s << false;
         QTest::newRow("slug leading hyphen") << 0 << u"-spring"_s << false;
-        QTest::newRow("slug trailing hyphen") << 0 << u"spring-"_s << false;
-        QTest::newRow("slug empty") << 0 << QString() << false;
         QTest::newRow("slug 64") << 0 << u"a"_s.repeated(64) << true;
         QTest::newRow("slug 65") << 0 << u"a"_s.repeated(65) << false;
         QTest::newRow("slug non-ASCII letter") << 0 << u"caf\u00e9"_s << false;
-        QTest::newRow("slug underscore") << 0 << u"a_b"_s << false;
         QTest::newRow("id 12 digits") << 1 << u"f_0123456789ab"_s << true;
         QTest::newRow("id 11 digits") << 1 << u"f_0123456789a"_s << false;
-        QTest::newRow("id capitals") << 1 << u"f_0123456789AB"_s << false;
         QTest::newRow("archive id 64") << 1 << (u"a_"_s + hex64) << true;
         QTest::newRow("archive id 65") << 1 << (u"a_"_s + hex64 + u"0"_s) << false;
         QTest::newRow("id other prefix") << 1 << u"x_0123456789ab"_s << false;
-        QTest::newRow("id no underscore") << 1 << u"f00123456789ab"_s << false;
         QTest::newRow("id not hex") << 1 << u"f_0123456789ag"_s << false;
         QTest::newRow("hash 64 lowercase") << 2 << hex64 << true;
         QTest::newRow("hash 64 capitals") << 2 << hex64.toUpper() << true;
         QTest::newRow("hash 63") << 2 << hex64.left(63) << false;
-        QTest::newRow("hash 65") << 2 << (hex64 + u"a"_s) << false;
         QTest::newRow("hash not hex") << 2 << (hex64.left(63) + u"g"_s) << false;
     }
 
@@ -196,17 +174,13 @@ private Q_SLOTS:
 
         QTest::newRow("whole seconds")
             << u"2025-03-01T09:30:00Z"_s << u"2025-03-01T09:30:00.000Z"_s;
-        QTest::newRow("half second")
-            << u"2025-03-01T09:30:00.5Z"_s << u"2025-03-01T09:30:00.500Z"_s;
         QTest::newRow("microseconds")
             << u"2025-03-01T09:30:00.250999Z"_s << u"2025-03-01T09:30:00.250Z"_s;
         QTest::newRow("offset") << u"2025-03-01T10:30:00+01:00"_s << u"2025-03-01T09:30:00.000Z"_s;
         QTest::newRow("date only") << u"2025-03-01"_s << QString();
         QTest::newRow("no zone") << u"2025-03-01T09:30:00"_s << QString();
-        QTest::newRow("space for T") << u"2025-03-01 09:30:00Z"_s << QString();
         QTest::newRow("empty fraction") << u"2025-03-01T09:30:00.Z"_s << QString();
         QTest::newRow("no such day") << u"2025-02-30T09:30:00Z"_s << QString();
-        QTest::newRow("hour 24") << u"2025-03-01T24:00:00Z"_s << QString();
         QTest::newRow("lowercase z") << u"2025-03-01T09:30:00z"_s << QString();
         QTest::newRow("trailing text") << u"2025-03-01T09:30:00Zx"_s << QString();
     }
@@ -240,8 +214,6 @@ private Q_SLOTS:
                   shop = int(FileSource::Kind::Shop);
         QTest::newRow("library path ignored")
             << 0 << u"f/a.heic"_s << QString() << shop << QString();
-        QTest::newRow("library url ignored")
-            << 0 << QString() << u"https://shop.example/a"_s << shop << QString();
         QTest::newRow("path with base")
             << 1 << u"/f/a.heic"_s << QString() << local << u"https://shop.example/f/a.heic"_s;
         QTest::newRow("no path with base") << 1 << QString() << QString() << shop << QString();
@@ -316,13 +288,6 @@ private Q_SLOTS:
         QCOMPARE(pack.archives[0].sha256, u"not-checked"_s);
         QCOMPARE(pack.archives[1].device, u"tv"_s);
         QCOMPARE(pack.archives[1].source, FileSource::shop());
-    }
-
-    void emptyLibrary()
-    {
-        const auto reply =
-            LibraryReply::decode(mutated(u"library.json"_s, u"packs"_s, QJsonArray()));
-        QVERIFY(reply.ownedPacks(SourceRule::pathRule()).isEmpty());
     }
 
     void catalogueContent()

@@ -1,10 +1,5 @@
 #include "fake_desktop.h"
 
-#include "cancel_token.h"
-
-#include <QCoroTimer>
-#include <QTimer>
-
 QCoro::Task<> FakeDesktop::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
 {
     QStringList connectors;
@@ -22,21 +17,4 @@ QCoro::Task<> FakeDesktop::setPicture(DesktopPicture picture, QList<DesktopScree
             shown.insert(connector, picture.path);
     }
     co_return;
-}
-
-QCoro::Task<bool> FakeClock::sleep(std::shared_ptr<CancelToken> token,
-                                   std::chrono::milliseconds duration)
-{
-    while (allowed <= 0 && !token->isCancelled()) {
-        QTimer timer;
-        timer.setSingleShot(true);
-        timer.start(1);
-        co_await timer;
-    }
-    if (token->isCancelled())
-        co_return false;
-    --allowed;
-    time = time.addMSecs(duration.count());
-    ++sleeps;
-    co_return true;
 }

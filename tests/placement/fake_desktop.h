@@ -1,6 +1,5 @@
 #pragma once
 
-#include "clock.h"
 #include "desktop_backend.h"
 
 #include <QHash>
@@ -28,17 +27,4 @@ public:
         return it == shown.cend() ? std::nullopt : std::optional(*it);
     }
     QCoro::Task<> setPicture(DesktopPicture picture, QList<DesktopScreen> screens) override;
-};
-
-// Time that moves only when a test moves it, or by exactly as much as a task sleeps. A sleep
-// ends only when the test allows it.
-class FakeClock : public Clock {
-public:
-    QDateTime time = QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
-    int sleeps = 0; // finished sleeps
-    int allowed = 1000; // sleeps that may still finish
-
-    [[nodiscard]] QDateTime now() const override { return time; }
-    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
-                            std::chrono::milliseconds duration) override;
 };

@@ -2,6 +2,7 @@
 #include "display_id.h"
 #include "displays.h"
 #include "fake_desktop.h"
+#include "test_clock.h"
 
 #include <QCoroTask>
 #include <QSignalSpy>
@@ -38,7 +39,7 @@ class DisplaysTest : public QObject {
 
     QTemporaryDir m_dir;
     FakeDesktop *m_desktop = nullptr;
-    std::shared_ptr<FakeClock> m_clock;
+    std::shared_ptr<TestClock> m_clock;
 
     std::unique_ptr<Displays> make()
     {
@@ -53,7 +54,7 @@ private Q_SLOTS:
         delete m_desktop;
         m_desktop = new FakeDesktop;
         m_desktop->shownScreens = { left, right };
-        m_clock = std::make_shared<FakeClock>();
+        m_clock = std::make_shared<TestClock>();
     }
 
     void cleanupTestCase() { delete m_desktop; }
@@ -122,9 +123,12 @@ private Q_SLOTS:
         QVERIFY(displays->showsOwnWallpaper(displays->all()[1]));
     }
 
+    // Another picture on a display: not ours any more, though its record stays.
     void refreshStoresOnlyChanges()
     {
         const auto displays = make();
+        awaitTask(
+            displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
         QSignalSpy changed(displays.get(), &Displays::allChanged);
         displays->refresh();
         Q_EMIT m_desktop->picturesChanged();
@@ -132,6 +136,8 @@ private Q_SLOTS:
         m_desktop->shown.insert(u"DP-1"_s, u"/elsewhere.png"_s);
         Q_EMIT m_desktop->picturesChanged();
         QCOMPARE(changed.size(), 1);
+        QVERIFY(!displays->showsOwnWallpaper(displays->all()[0]));
+        QVERIFY(displays->placement(displayId(left)));
     }
 
     // The desktop takes a while to report the new picture: until it does, or for 3 s, the
@@ -158,14 +164,14 @@ private Q_SLOTS:
         QVERIFY(displays->showsOwnWallpaper(displays->all()[0]));
         QVERIFY(displays->hasPending());
 
-        while (displays->hasPending() && m_clock->sleeps < 12) {
-            const int slept = m_clock->sleeps;
+        while (displays->hasPending() && m_clock->sleeps().size() < 12) {
+            const auto slept = m_clock->sleeps().size();
             m_clock->allowed = 1;
-            QTRY_COMPARE(m_clock->sleeps, slept + 1);
-            if (reportAfterMs >= 0 && m_clock->sleeps * 250 >= reportAfterMs)
+            QTRY_COMPARE(m_clock->sleeps().size(), slept + 1);
+            if (reportAfterMs >= 0 && m_clock->sleeps().size() * 250 >= reportAfterMs)
                 m_desktop->shown.insert(u"DP-1"_s, u"/new.png"_s);
             QCOMPARE(displays->showsOwnWallpaper(displays->all()[0]),
-                     reportAfterMs >= 0 || m_clock->sleeps * 250 < 3000);
+                     reportAfterMs >= 0 || m_clock->sleeps().size() * 250 < 3000);
         }
         m_clock->allowed = 1;
         QTest::qWait(20);
@@ -173,7 +179,7 @@ private Q_SLOTS:
         QCOMPARE(displays->showsOwnWallpaper(displays->all()[0]), ownAtTheEnd);
         QVERIFY(!displays->hasPending());
         // The loop ends at its first look after the refresh that saw the confirmation.
-        QCOMPARE(m_clock->sleeps, reportAfterMs >= 0 ? reportAfterMs / 250 + 2 : 12);
+        QCOMPARE(m_clock->sleeps().size(), reportAfterMs >= 0 ? reportAfterMs / 250 + 2 : 12);
     }
 
     void refusalKeepsEarlierRecordsAndReports()

@@ -1,7 +1,6 @@
 #include "defaults.h"
 #include "favourites.h"
 
-#include <QRect>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -77,7 +76,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("keys");
         QTest::newRow("number") << QVariant(42) << QStringList {};
         QTest::newRow("bytes") << QVariant(QByteArray("a/1")) << QStringList {};
-        QTest::newRow("rectangle") << QVariant(QRect(1, 2, 3, 4)) << QStringList {};
         QTest::newRow("text that is no key") << QVariant(u"hello"_s) << QStringList {};
         QTest::newRow("one key") << QVariant(u"a/1"_s) << QStringList { u"a/1"_s };
         QTest::newRow("list") << QVariant(QStringList { u"a/1"_s, u"b/2"_s })

@@ -4,6 +4,7 @@
 #include "following.h"
 #include "owned_pack.h"
 #include "sleep_watcher.h"
+#include "test_clock.h"
 #include "wallpaper_setter.h"
 
 #include <QFile>
@@ -25,7 +26,7 @@ const Placement timeOfDayPlacement {
 
 // Quennet's placement side on a desktop that cannot switch pictures itself, over one folder.
 struct Rig {
-    Rig(const QString &folder, std::shared_ptr<FakeClock> clock, QHash<QString, QString> shown = {})
+    Rig(const QString &folder, std::shared_ptr<TestClock> clock, QHash<QString, QString> shown = {})
         : clock(std::move(clock))
         , desktop(screens(std::move(shown)))
         , displays(desktop.get(), PlacementRecords(folder), this->clock)
@@ -59,7 +60,7 @@ struct Rig {
             + desktop->requests.last().second.join(u' ');
     }
 
-    std::shared_ptr<FakeClock> clock;
+    std::shared_ptr<TestClock> clock;
     std::unique_ptr<FakeDesktop> desktop;
     Displays displays;
     Renderer renderer;
@@ -77,10 +78,10 @@ class FollowingTest : public QObject {
     QTemporaryDir m_dir;
     QString m_source;
 
-    std::shared_ptr<FakeClock> clockAt(QTime time)
+    std::shared_ptr<TestClock> clockAt(QTime time)
     {
-        auto clock = std::make_shared<FakeClock>();
-        clock->time.setTime(time);
+        auto clock = std::make_shared<TestClock>();
+        clock->setNow(QDateTime(clock->now().date(), time, Qt::UTC));
         clock->allowed = 0;
         return clock;
     }
@@ -117,7 +118,7 @@ private Q_SLOTS:
         // The settle loop's one look, then the wait for 18:00.
         rig.clock->allowed = 2;
         QTRY_COMPARE(rig.desktop->requests.size(), 3);
-        QCOMPARE(rig.clock->time.time().hour(), 18);
+        QCOMPARE(rig.clock->now().time().hour(), 18);
         QCOMPARE(rig.last(), rig.onFirst(2));
         const auto recorded = rig.displays.placement(ids[0]);
         QCOMPARE(recorded->path, rig.rendering(2));
@@ -134,13 +135,13 @@ private Q_SLOTS:
                  QStringList { u"f_td.source.json"_s });
         QVERIFY(!rendered.entryList({ u"f_vl*"_s }, QDir::Files).isEmpty());
         rig.clock->allowed = 2;
-        QTRY_COMPARE(rig.clock->time.time().hour(), 21);
+        QTRY_COMPARE(rig.clock->now().time().hour(), 21);
         QVERIFY(rig.setter.canRestore(recorded->path, recorded));
         awaitTask(rig.setter.restore({ ids[0] }, recorded->path, recorded));
         QCOMPARE(rig.last(), rig.onFirst(3));
         rig.clock->allowed = 2;
         QTRY_COMPARE(rig.last(), rig.onFirst(1));
-        QCOMPARE(rig.clock->time.time().hour(), 6);
+        QCOMPARE(rig.clock->now().time().hour(), 6);
 
         // Without its wallpaper file it cannot be made again; a picture of its own needs only
         // itself.
@@ -172,15 +173,15 @@ private Q_SLOTS:
             QCOMPARE(rig.last(), rig.onFirst(0));
 
             // Qt's timers stood still while the computer slept: only the wake says time has passed.
-            rig.clock->time.setTime(QTime(19, 30));
+            rig.clock->setNow(QDateTime(rig.clock->now().date(), QTime(19, 30), Qt::UTC));
             Q_EMIT rig.sleep.woke();
             QTRY_COMPARE(rig.desktop->requests.size(), 2);
             QCOMPARE(rig.last(), rig.onFirst(2));
-            QCOMPARE(rig.clock->sleeps, 0);
+            QCOMPARE(rig.clock->sleeps().size(), 0);
             // And the wait for night counts from now.
             rig.clock->allowed = 10;
             QTRY_COMPARE(rig.last(), rig.onFirst(3));
-            QCOMPARE(rig.clock->time.time().hour(), 21);
+            QCOMPARE(rig.clock->now().time().hour(), 21);
             shown = rig.desktop->shown;
         }
 

@@ -2,6 +2,7 @@
 #include "helper_process.h"
 #include "shuffle_rig.h"
 #include "spaces_helper.h"
+#include "test_files.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -36,13 +37,6 @@ std::unique_ptr<QProcess> startHelper(bool withBus = true)
     process->setProcessEnvironment(environment);
     process->start(helperProgram, {});
     return process;
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
 }
 } // namespace
 
@@ -117,21 +111,18 @@ private Q_SLOTS:
         QTest::addColumn<Status>("status");
         const QByteArray exec =
             "[Desktop Entry]\nType=Application\nExec=" + helperProgram.toUtf8() + '\n';
-        QTest::newRow("hidden") << exec + "Hidden=true\n" << Status::NotRegistered;
         QTest::newRow("turned off in the desktop's settings") << exec
                 + "X-GNOME-Autostart-enabled=false\n" << Status::RequiresApproval;
         QTest::newRow("program gone")
             << QByteArray("[Desktop Entry]\nExec=\"/gone/quennet helper\"\n") << Status::NotFound;
-        QTest::newRow("only an action hides") << exec + "[Desktop Action x]\nHidden=true\n"
-                                              << Status::Enabled;
     }
 
     void statusFromTheEntry()
     {
         QFETCH(QByteArray, entry);
         QFETCH(Status, status);
-        QDir().mkpath(m_folder.filePath(u"autostart"_s));
-        writeFile(m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s), entry);
+        QVERIFY(
+            writeFile(m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s), entry));
         QCOMPARE(Rig(m_folder.path()).helper.status(), status);
     }
 
@@ -139,7 +130,7 @@ private Q_SLOTS:
     {
         // A file where the autostart folder should be.
         QTemporaryDir blocked;
-        writeFile(blocked.filePath(u"autostart"_s), "not a folder");
+        QVERIFY(writeFile(blocked.filePath(u"autostart"_s), "not a folder"));
         Rig rig(blocked.path());
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"^Login item not changed: "_s));
         rig.helper.setWanted(true);
@@ -196,7 +187,7 @@ private Q_SLOTS:
         QProcess other;
         other.start(u"sleep"_s, { u"30"_s });
         QVERIFY(other.waitForStarted());
-        writeFile(HelperBus::pidFilePath(), QByteArray::number(other.processId()));
+        QVERIFY(writeFile(HelperBus::pidFilePath(), QByteArray::number(other.processId())));
         QCOMPARE(process.pid(), std::nullopt);
         QCoro::waitFor(process.end());
         QVERIFY(!other.waitForFinished(300));

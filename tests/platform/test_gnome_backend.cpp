@@ -1,5 +1,6 @@
 #include "await_task.h"
 #include "gnome_backend.h"
+#include "test_files.h"
 
 #include <QCoroTask>
 #include <QGuiApplication>
@@ -13,22 +14,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-// What another program reads from the desktop's settings.
-QString gsettings(const QString &key, const QString &value = {})
-{
-    QProcess process;
-    QStringList arguments { value.isEmpty() ? u"get"_s : u"set"_s,
-                            u"org.gnome.desktop.background"_s, key };
-    if (!value.isEmpty())
-        arguments.append(value);
-    process.start(u"gsettings"_s, arguments);
-    process.waitForFinished(30000);
-    QString text = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-    if (text.startsWith(u'\'') && text.endsWith(u'\''))
-        text = text.mid(1, text.size() - 2);
-    return text;
-}
-
 QString fileUri(const QString &path)
 {
     return QUrl::fromLocalFile(path).toString();

@@ -157,12 +157,8 @@ private Q_SLOTS:
         awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, { screen }));
         m_standIn->manner = manner;
         m_standIn->answer = answer;
-        try {
-            awaitTask(backend.setPicture({ .path = u"/w/b.png"_s }, { screen }));
-            QFAIL("A failure was taken for success.");
-        } catch (const DesktopError &error) {
-            QTEST(error.description(), "sentence");
-        }
+        QTEST(failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, { screen }))),
+              "sentence");
         m_standIn->manner = HyprlandStandIn::Manner::Answers;
         m_standIn->answer = u"ok"_s;
         QCOMPARE(backend.picture(screen), u"/w/a.png"_s);

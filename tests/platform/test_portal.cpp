@@ -201,18 +201,13 @@ private Q_SLOTS:
         QCOMPARE(backend.picture({ .connector = u"HDMI-2"_s }), u"/r/one.png"_s);
 
         m_portal->answer = 1;
-        const auto refused = [&](const QString &path, const QString &sentence) {
-            try {
-                awaitTask(backend.setPicture({ .path = path }, { screen }));
-                QFAIL("A refusal was taken for success.");
-            } catch (const DesktopError &error) {
-                QCOMPARE(error.description(), sentence);
-            }
+        const auto refusal = [&](const QString &path) {
+            return failureText(finish(backend.setPicture({ .path = path }, { screen })));
         };
-        refused(u"/r/two.png"_s, u"Your desktop did not take the picture."_s);
+        QCOMPARE(refusal(u"/r/two.png"_s), u"Your desktop did not take the picture."_s);
         m_portal->answer = 0;
-        refused(u"/r/refused.png"_s,
-                u"The desktop portal refused the picture: Not allowed to set the background"_s);
+        QCOMPARE(refusal(u"/r/refused.png"_s),
+                 u"The desktop portal refused the picture: Not allowed to set the background"_s);
         QCOMPARE(m_portal->wallpaper, u"file:///r/one.png"_s);
         QCOMPARE(PortalBackend(QDBusConnection::sessionBus(), state).picture(screen),
                  u"/r/one.png"_s);

@@ -1,7 +1,6 @@
 #include "api_client.h"
 #include "download_cache.h"
 #include "download_thread.h"
-#include "failure_text.h"
 #include "file_error.h"
 #include "file_fetcher.h"
 #include "network_access_manager.h"

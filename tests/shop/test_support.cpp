@@ -9,25 +9,6 @@
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 
-Result<bool> finish(QCoro::Task<> task)
-{
-    return finish([](QCoro::Task<> task) -> QCoro::Task<bool> {
-        co_await task;
-        co_return true;
-    }(std::move(task)));
-}
-
-QCoro::Task<bool> TestClock::sleep(std::shared_ptr<CancelToken> token,
-                                   std::chrono::milliseconds duration)
-{
-    m_sleeps.append(duration);
-    m_sinceBoot += duration;
-    if (onSleep)
-        onSleep(duration);
-    // Still a trip through the event loop, as a real sleep is.
-    return Clock::sleep(std::move(token), 0ms);
-}
-
 TestShop::TestShop(DevShop::Options options, const QString &stateDir)
     : m_ownState(stateDir.isEmpty() ? std::optional<QTemporaryDir>(std::in_place) : std::nullopt)
     , m_stateDir(m_ownState ? m_ownState->path() : stateDir)

@@ -1,73 +1,14 @@
 #pragma once
 
-#include "clock.h"
+#include "await_task.h"
 #include "dev_shop.h"
 #include "error.h"
+#include "test_clock.h"
 
-#include <QCoroTask>
-#include <QEventLoop>
 #include <QSslServer>
 #include <QTcpServer>
 #include <QTemporaryDir>
-#include <functional>
 #include <optional>
-
-// What a task ended with: its value, or what it threw.
-template<typename T> struct Result {
-    std::optional<T> value;
-    std::exception_ptr error;
-
-    template<typename E> [[nodiscard]] std::optional<E> failure() const
-    {
-        try {
-            if (error)
-                std::rethrow_exception(error);
-        } catch (const E &e) {
-            return e;
-        } catch (...) {
-        }
-        return std::nullopt;
-    }
-};
-
-// Runs a task to its end in a nested event loop; unlike QCoro::waitFor, it survives a throw.
-template<typename T> Result<T> finish(QCoro::Task<T> task)
-{
-    Result<T> result;
-    QEventLoop loop;
-    bool done = false;
-    [](QCoro::Task<T> task, Result<T> &result, QEventLoop &loop, bool &done) -> QCoro::Task<> {
-        try {
-            result.value = co_await task;
-        } catch (...) {
-            result.error = std::current_exception();
-        }
-        done = true;
-        loop.quit();
-    }(std::move(task), result, loop, done);
-    if (!done)
-        loop.exec();
-    return result;
-}
-
-// A task without a value ends with true.
-Result<bool> finish(QCoro::Task<> task);
-
-// A clock whose sleeps take no time: each is recorded and moves the clock on.
-class TestClock : public Clock {
-public:
-    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return m_sinceBoot; }
-    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
-                            std::chrono::milliseconds duration) override;
-
-    [[nodiscard]] const QList<std::chrono::milliseconds> &sleeps() const { return m_sleeps; }
-    // Called with each sleep, to move a server's clock along.
-    std::function<void(std::chrono::milliseconds)> onSleep;
-
-private:
-    std::chrono::nanoseconds m_sinceBoot = std::chrono::hours(1);
-    QList<std::chrono::milliseconds> m_sleeps;
-};
 
 // A development shop in-process on port 0. Shops given one state folder share its certificate
 // authority, which is slow to make.

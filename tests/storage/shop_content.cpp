@@ -118,12 +118,6 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
     return packs;
 }
 
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options)
     : m_options(std::move(options))
     , m_packs(writeContent(m_content.path(), std::move(packs)))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dev_shop.h"
+#include "test_files.h"
 
 #include <QJsonObject>
 #include <QList>
@@ -38,8 +39,6 @@ struct ContentPack {
 
 // Writes the packs' files and "content.json" into dir; returns the packs with ids and digests.
 QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs);
-
-[[nodiscard]] QByteArray readAll(const QString &path);
 
 // A development shop on port 0 over made-to-measure content, for one test case.
 class ContentShop {

@@ -8,37 +8,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-QCoro::Task<bool> ManualClock::sleep(std::shared_ptr<CancelToken> token,
-                                     std::chrono::milliseconds duration)
-{
-    if (token->isCancelled())
-        co_return false;
-    const auto wake = std::make_shared<CancelToken>();
-    QObject::connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
-    m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
-    co_await qCoro(wake.get(), &CancelToken::cancelled);
-    co_return !token->isCancelled();
-}
-
-void ManualClock::advance(std::chrono::seconds by, bool wakeSleepers)
-{
-    m_now = m_now.addSecs(by.count());
-    if (!wakeSleepers)
-        return;
-    // Woken sleepers may sleep again at once: only those due now are taken.
-    QList<Sleeper> due;
-    m_sleepers.removeIf([&](const Sleeper &sleeper) {
-        if (sleeper.wake->isCancelled())
-            return true;
-        if (sleeper.deadline > m_now)
-            return false;
-        due.append(sleeper);
-        return true;
-    });
-    for (const auto &sleeper : std::as_const(due))
-        sleeper.wake->cancel();
-}
-
 FakeTarget::FakeTarget(QString folder, QStringList displayIds)
     : m_ids(std::move(displayIds))
     , m_records(std::move(folder))
@@ -73,8 +42,10 @@ bool FakeTarget::isShown(const QString &localPath) const
 StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder)
     : m_shop(std::move(packs))
     , m_root(folder.isEmpty() ? m_folder.path() : std::move(folder))
-    , m_clock(std::make_shared<ManualClock>())
+    , m_clock(std::make_shared<TestClock>())
 {
+    m_clock->holdSleeps = true;
+    m_clock->setNow(QDateTime::currentDateTimeUtc());
     if (!m_shop.isRunning())
         return;
     const QString ca = m_shop.shop().caPath();

