@@ -83,10 +83,8 @@ QCoro::Task<> WallpaperActions::set(QPointer<WallpaperActions> self, QString pac
 {
     if (!self->m_shop || !self->m_displays)
         co_return;
-    if (displayIds.isEmpty()) {
-        for (const Displays::Display &display : self->m_displays->all())
-            displayIds.append(display.id);
-    }
+    if (displayIds.isEmpty())
+        displayIds = self->m_displays->ids();
     // Unsaid, the edition is what the display shows now, so a dark choice stays dark.
     if (edition.isEmpty() && !displayIds.isEmpty()) {
         if (const auto placement = self->m_displays->placement(displayIds.constFirst()))

@@ -56,9 +56,7 @@ QCoro::Task<> Intents::setWallpaper(QString id, EditionOption edition)
     const auto key = ColourwayKey::parse(id);
     if (!key || !query().entity(id))
         throw Failure(Failure::Case::NotFound);
-    QStringList displayIds;
-    for (const auto &display : m_services.displays->all())
-        displayIds.append(display.id);
+    const QStringList displayIds = m_services.displays->ids();
     QStringList set;
     try {
         set = co_await m_services.shop->setWallpaper(key->pack, key->colourway, toEdition(edition),

@@ -58,6 +58,14 @@ Displays::~Displays()
         m_settling->cancel();
 }
 
+QStringList Displays::ids() const
+{
+    QStringList ids;
+    for (const Display &display : m_all)
+        ids.append(display.id);
+    return ids;
+}
+
 void Displays::refresh()
 {
     const QList<DesktopScreen> screens = m_backend->screens();

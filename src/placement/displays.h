@@ -52,6 +52,8 @@ public:
     ~Displays() override;
 
     [[nodiscard]] QList<Display> all() const { return m_all; }
+    // The ids of all(), in its order.
+    [[nodiscard]] QStringList ids() const;
     [[nodiscard]] PlacementFile file() const { return m_file; }
     [[nodiscard]] DesktopBackend *backend() const { return m_backend; }
     [[nodiscard]] bool hasPending() const { return !m_pending.isEmpty(); }

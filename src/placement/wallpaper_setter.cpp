@@ -56,10 +56,7 @@ WallpaperSetter::~WallpaperSetter() = default;
 
 QStringList WallpaperSetter::displayIds() const
 {
-    QStringList ids;
-    for (const Displays::Display &display : m_displays->all())
-        ids.append(display.id);
-    return ids;
+    return m_displays->ids();
 }
 
 DesktopPictures::Request WallpaperSetter::request(QString source, QString fileId, Edition edition,
