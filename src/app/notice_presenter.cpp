@@ -54,20 +54,19 @@ void NoticePresenter::dismiss()
     Q_EMIT dismissed();
 }
 
-QString NoticePresenter::kind() const
+NoticePresenter::Kind NoticePresenter::kind() const
 {
-    if (!m_notice) {
-        return {};
-    }
+    if (!m_notice)
+        return Kind::None;
     switch (m_notice->kind()) {
     case Notice::Kind::Downloading:
-        return u"downloading"_s;
+        return Kind::Downloading;
     case Notice::Kind::Saved:
-        return u"saved"_s;
+        return Kind::Saved;
     case Notice::Kind::Failed:
-        return u"failed"_s;
+        return Kind::Failed;
     }
-    return {};
+    return Kind::None;
 }
 
 QString NoticePresenter::text() const

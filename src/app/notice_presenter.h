@@ -12,12 +12,20 @@ class NoticePresenter : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool visible READ isVisible NOTIFY changed)
-    Q_PROPERTY(QString kind READ kind NOTIFY changed)
+    Q_PROPERTY(Kind kind READ kind NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
     Q_PROPERTY(QString percent READ percent NOTIFY changed)
     Q_PROPERTY(double fraction READ fraction NOTIFY changed)
 
 public:
+    enum class Kind {
+        None,
+        Downloading,
+        Saved,
+        Failed,
+    };
+    Q_ENUM(Kind)
+
     explicit NoticePresenter(QObject *parent = nullptr);
 
     void setNotice(const std::optional<Notice> &notice);
@@ -26,8 +34,7 @@ public:
     void showFailure(const QString &message);
 
     [[nodiscard]] bool isVisible() const { return m_notice.has_value(); }
-    // "downloading", "saved", "failed", or empty without a notice.
-    [[nodiscard]] QString kind() const;
+    [[nodiscard]] Kind kind() const;
     [[nodiscard]] QString text() const;
     // Whole percent in the user's locale, while downloading.
     [[nodiscard]] QString percent() const;

@@ -53,7 +53,7 @@ private Q_SLOTS:
         presenter.setNotice(Notice::downloading(1, 0.42));
         QCOMPARE(presenter.text(), u"Downloading"_s);
         presenter.setNotice(Notice::downloading(2, 0.996));
-        QCOMPARE(presenter.kind(), u"downloading"_s);
+        QCOMPARE(presenter.kind(), NoticePresenter::Kind::Downloading);
         QCOMPARE(presenter.text(), u"Downloading 2 files"_s);
         QCOMPARE(presenter.percent(), u"100%"_s);
         presenter.setNotice(Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)));

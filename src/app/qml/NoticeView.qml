@@ -14,7 +14,7 @@ RowLayout {
 
     // A small ring that fills as the downloads progress.
     ProgressRing {
-        visible: view.notice.kind === "downloading"
+        visible: view.notice.kind === NoticePresenter.Downloading
         implicitWidth: 16
         implicitHeight: 16
         fraction: view.notice.fraction
@@ -22,12 +22,12 @@ RowLayout {
         fillColor: palette.highlight
     }
     Glyph {
-        visible: view.notice.kind === "saved"
+        visible: view.notice.kind === NoticePresenter.Saved
         name: "saved"
         color: "#2ea043"
     }
     Glyph {
-        visible: view.notice.kind === "failed"
+        visible: view.notice.kind === NoticePresenter.Failed
         name: "warning"
         color: "#e5b400"
     }
@@ -35,12 +35,12 @@ RowLayout {
         Layout.fillWidth: true
         textFormat: Text.PlainText
         text: view.notice.text
-        wrapMode: view.notice.kind === "failed" ? Text.WordWrap : Text.NoWrap
+        wrapMode: view.notice.kind === NoticePresenter.Failed ? Text.WordWrap : Text.NoWrap
         elide: Text.ElideMiddle
         maximumLineCount: 3
     }
     Label {
-        visible: view.notice.kind === "downloading"
+        visible: view.notice.kind === NoticePresenter.Downloading
         textFormat: Text.PlainText
         text: view.notice.percent
         color: palette.placeholderText
@@ -53,13 +53,13 @@ RowLayout {
         }
     }
     Button {
-        visible: view.notice.kind === "saved"
+        visible: view.notice.kind === NoticePresenter.Saved
         text: "Show in Folder"
         flat: true
         onClicked: view.notice.showInFolder()
     }
     ToolButton {
-        visible: view.notice.kind === "saved" || view.notice.kind === "failed"
+        visible: view.notice.kind === NoticePresenter.Saved || view.notice.kind === NoticePresenter.Failed
         implicitWidth: 24
         implicitHeight: 24
         Accessible.name: "Dismiss"
