@@ -109,7 +109,7 @@ QCoro::Task<> setCached(int rounds)
     Displays displays(backend, PlacementRecords(dir.path()), clock);
     const Renderer renderer(dir.filePath(u"Rendered"_s));
     WallpaperSetter setter(&displays, renderer, nullptr, clock);
-    const QStringList first { setter.displayIds().first() };
+    const QStringList first { displays.ids().first() };
 
     const QList<std::pair<QString, QColor>> pictures {
         { plainHeic(dir.path(), u"red"_s, Qt::red), Qt::red },

@@ -28,6 +28,7 @@
 #include "login_item.h"
 #include "network_access_manager.h"
 #include "notice_presenter.h"
+#include "reconciler.h"
 #include "shop.h"
 #include "shop_shuffle_store.h"
 #include "shuffle.h"
@@ -37,6 +38,7 @@
 #include "status_item_controller.h"
 #include "tray_glyph.h"
 #include "wallpaper_actions.h"
+#include "wallpaper_requests.h"
 #include "wallpaper_setter.h"
 
 #include <QApplication>
@@ -157,7 +159,7 @@ void AppDelegate::startPlacement()
                                   .sleep = m_sleep,
                                   .clock = m_clock },
                                 this);
-    // The workspace helper beside this program; the store tells it of every new placement.
+    // The workspace helper beside this program; it hears of every new placement.
     m_spaces =
         new SpacesHelper({ .defaults = m_defaults.get(),
                            .process = new HelperProcess(QDBusConnection::sessionBus(),
@@ -179,20 +181,31 @@ void AppDelegate::startStore()
           .keychain = m_keychain,
           .defaults = m_defaults.get(),
           .downloads = m_downloads,
-          .target = m_setter,
-          .helper = m_spaces,
+          .shown = m_setter,
           .clock = m_clock,
           .folder = applicationFolder(),
           .downloadsFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) },
         this);
     m_library = new LibraryStatus(m_account, m_shop, this);
+    m_requests = new WallpaperRequests({ .shop = m_shop,
+                                         .displays = m_displays,
+                                         .setter = m_setter,
+                                         .spaces = m_spaces,
+                                         .clock = m_clock },
+                                       this);
+    new Reconciler({ .shop = m_shop,
+                     .displays = m_displays,
+                     .setter = m_setter,
+                     .requests = m_requests,
+                     .thread = m_downloads },
+                   this);
 }
 
 void AppDelegate::startShuffle()
 {
     m_favourites = new Favourites(m_defaults.get(), this);
     connect(m_sleep, &SleepWatcher::woke, m_shop, &Shop::systemWoke);
-    m_shuffleStore = new ShopShuffleStore(m_shop, this);
+    m_shuffleStore = new ShopShuffleStore(m_shop, m_requests, this);
     auto *displays = new DesktopShuffleDisplays(m_displays, m_setter, this);
     // The shuffle waits while the Do Not Disturb wallpaper holds the displays.
     m_focusWallpaper = new FocusWallpaper({ .store = m_shuffleStore,
@@ -227,7 +240,12 @@ void AppDelegate::startViews()
     connect(m_shop, &Shop::messageChanged, m_notice,
             [this] { m_notice->setNotice(m_shop->message()); });
     connect(m_notice, &NoticePresenter::dismissed, m_shop, &Shop::dismissMessage);
-    m_actions = new WallpaperActions(m_shop, m_displays, m_favourites, m_notice, this);
+    m_actions = new WallpaperActions({ .shop = m_shop,
+                                       .requests = m_requests,
+                                       .displays = m_displays,
+                                       .favourites = m_favourites,
+                                       .notice = m_notice },
+                                     this);
     m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
     connect(m_focusFilter, &FocusFilter::notSaved, m_notice,
             [this] { m_notice->showFailure(Defaults::NotSaved().description()); });
@@ -306,6 +324,7 @@ bool AppDelegate::isDark() const
 void AppDelegate::startAutomation()
 {
     auto *intents = new Intents({ .shop = m_shop,
+                                  .requests = m_requests,
                                   .displays = m_displays,
                                   .favourites = m_favourites,
                                   .shuffle = m_shuffle },

@@ -40,6 +40,7 @@ class QQuickWindow;
 class ShuffleView;
 class StatusItemController;
 class WallpaperActions;
+class WallpaperRequests;
 
 // The composition root: builds the long-lived objects in start-up order, owns them for the life
 // of the process, and gives the views what they show.
@@ -160,6 +161,7 @@ private:
     Following *m_following = nullptr;
     DownloadThread *m_downloads = nullptr;
     Shop *m_shop = nullptr;
+    WallpaperRequests *m_requests = nullptr;
     LibraryStatus *m_library = nullptr;
     Favourites *m_favourites = nullptr;
     FocusWallpaper *m_focusWallpaper = nullptr;

@@ -7,6 +7,7 @@
 #include "logging.h"
 #include "notice_presenter.h"
 #include "shop.h"
+#include "wallpaper_requests.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -15,30 +16,33 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-WallpaperActions::WallpaperActions(Shop *shop, Displays *displays, Favourites *favourites,
-                                   NoticePresenter *notice, QObject *parent)
+WallpaperActions::WallpaperActions(Services services, QObject *parent)
     : QObject(parent)
-    , m_shop(shop)
-    , m_displays(displays)
-    , m_favourites(favourites)
-    , m_notice(notice)
+    , m_shop(services.shop)
+    , m_requests(services.requests)
+    , m_displays(services.displays)
+    , m_favourites(services.favourites)
+    , m_notice(services.notice)
 {
-    connect(shop, &Shop::historyChanged, this, &WallpaperActions::historyChanged);
-    connect(shop, &Shop::isGoingBackChanged, this, &WallpaperActions::historyChanged);
-    connect(shop, &Shop::progressChanged, this, &WallpaperActions::downloadsChanged);
-    connect(shop, &Shop::downloadedChanged, this, &WallpaperActions::measure);
-    connect(displays, &Displays::fileChanged, this, &WallpaperActions::usesOnAllWorkspacesChanged);
+    connect(m_requests, &WallpaperRequests::historyChanged, this,
+            &WallpaperActions::historyChanged);
+    connect(m_requests, &WallpaperRequests::goingBackChanged, this,
+            &WallpaperActions::historyChanged);
+    connect(m_shop, &Shop::progressChanged, this, &WallpaperActions::downloadsChanged);
+    connect(m_shop, &Shop::downloadedChanged, this, &WallpaperActions::measure);
+    connect(m_displays, &Displays::fileChanged, this,
+            &WallpaperActions::usesOnAllWorkspacesChanged);
     measure();
 }
 
 bool WallpaperActions::canGoBack() const
 {
-    return m_shop && !m_shop->history().isEmpty();
+    return m_requests && !m_requests->history().isEmpty();
 }
 
 bool WallpaperActions::isGoingBack() const
 {
-    return m_shop && m_shop->isGoingBack();
+    return m_requests && m_requests->isGoingBack();
 }
 
 bool WallpaperActions::canRemoveDownloads() const
@@ -96,8 +100,8 @@ QCoro::Task<> WallpaperActions::set(QPointer<WallpaperActions> self, QString pac
     Q_EMIT self->settingChanged();
     const OptionalNotice before = self->m_shop->message();
     try {
-        co_await self->m_shop->setWallpaper(pack, colourway, wanted, displayIds);
-    } catch (const Shop::Overtaken &) {
+        co_await self->m_requests->setWallpaper(pack, colourway, wanted, displayIds);
+    } catch (const WallpaperRequests::Overtaken &) {
         // The user chose again meanwhile: the later choice stands, and that is no failure.
     } catch (const std::exception &error) {
         // A failed download is worded by the store already ("Couldn't download …").
@@ -117,11 +121,11 @@ void WallpaperActions::goBack()
 
 QCoro::Task<> WallpaperActions::goBack(QPointer<WallpaperActions> self)
 {
-    if (!self->m_shop || self->m_shop->isGoingBack())
+    if (!self->m_requests || self->m_requests->isGoingBack())
         co_return;
     try {
-        co_await self->m_shop->goBack();
-    } catch (const Shop::Overtaken &) {
+        co_await self->m_requests->goBack();
+    } catch (const WallpaperRequests::Overtaken &) {
     } catch (const std::exception &error) {
         if (self)
             self->failed(error, "Going back");

@@ -11,9 +11,11 @@ class Displays;
 class Favourites;
 class NoticePresenter;
 class Shop;
+class WallpaperRequests;
 
-// What the views ask of the store, the displays and the favourites: setting a colourway, going
-// back, hearts, saving and removing files. Each failure is worded on the notice line.
+// What the views ask of the store, the set requests, the displays and the favourites: setting a
+// colourway, going back, hearts, saving and removing files. Each failure is worded on the notice
+// line.
 class WallpaperActions : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -31,8 +33,15 @@ class WallpaperActions : public QObject {
                    usesOnAllWorkspacesChanged)
 
 public:
-    WallpaperActions(Shop *shop, Displays *displays, Favourites *favourites,
-                     NoticePresenter *notice, QObject *parent = nullptr);
+    struct Services {
+        Shop *shop = nullptr;
+        WallpaperRequests *requests = nullptr;
+        Displays *displays = nullptr;
+        Favourites *favourites = nullptr;
+        NoticePresenter *notice = nullptr;
+    };
+
+    explicit WallpaperActions(Services services, QObject *parent = nullptr);
 
     [[nodiscard]] bool canGoBack() const;
     [[nodiscard]] bool isGoingBack() const;
@@ -73,6 +82,7 @@ private:
     void failed(const std::exception &error, const char *what);
 
     QPointer<Shop> m_shop;
+    QPointer<WallpaperRequests> m_requests;
     QPointer<Displays> m_displays;
     QPointer<Favourites> m_favourites;
     NoticePresenter *m_notice;

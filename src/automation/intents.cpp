@@ -5,6 +5,7 @@
 #include "favourites.h"
 #include "shop.h"
 #include "shuffle.h"
+#include "wallpaper_requests.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -45,7 +46,7 @@ QCoro::Task<> Intents::shuffleWallpaper()
     requireReady();
     try {
         co_await m_services.shuffle->shuffleNow();
-    } catch (const Shop::Overtaken &) {
+    } catch (const WallpaperRequests::Overtaken &) {
         throw Failure(Failure::Case::Overtaken);
     }
 }
@@ -59,9 +60,9 @@ QCoro::Task<> Intents::setWallpaper(QString id, EditionOption edition)
     const QStringList displayIds = m_services.displays->ids();
     QStringList set;
     try {
-        set = co_await m_services.shop->setWallpaper(key->pack, key->colourway, toEdition(edition),
-                                                     displayIds);
-    } catch (const Shop::Overtaken &) {
+        set = co_await m_services.requests->setWallpaper(key->pack, key->colourway,
+                                                         toEdition(edition), displayIds);
+    } catch (const WallpaperRequests::Overtaken &) {
         throw Failure(Failure::Case::Overtaken);
     } catch (const Shop::NotInPacks &) {
         // The pack went from the library while the file downloaded.

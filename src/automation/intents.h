@@ -11,6 +11,7 @@
 class Displays;
 class Favourites;
 class Shop;
+class WallpaperRequests;
 class Shuffle;
 
 // What automation can do: shuffle, set, read and favourite the wallpaper, and change the
@@ -41,6 +42,7 @@ public:
 
     struct Services {
         Shop *shop = nullptr;
+        WallpaperRequests *requests = nullptr;
         Displays *displays = nullptr;
         Favourites *favourites = nullptr;
         Shuffle *shuffle = nullptr;

@@ -5,18 +5,22 @@
 #include "heic_file.h"
 #include "picture_choice.h"
 #include "renderer.h"
-#include "wallpaper_target.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace DesktopPictures {
+QString UnreadableFile::description() const
+{
+    return u"This wallpaper could not be prepared for your desktop."_s;
+}
+
 namespace {
 QString rendered(const Renderer &renderer, const Request &request, int index)
 {
     bool undecodable = false;
     const auto path = renderer.render(request.source, request.fileId, index, &undecodable);
     if (!path && undecodable)
-        throw WallpaperTarget::UnreadableFile();
+        throw UnreadableFile();
     if (!path)
         throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
     return *path;
@@ -45,7 +49,7 @@ Prepared prepare(const Renderer &renderer, const Request &request)
     const auto file = HeicFile::open(request.source);
     // A downloaded wallpaper that libheif cannot open was damaged after its check.
     if (!file && request.source.endsWith(u".heic"_s, Qt::CaseInsensitive))
-        throw WallpaperTarget::UnreadableFile();
+        throw UnreadableFile();
     if (!file)
         return { .picture = { .path = request.source } };
     const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(file->xmp()),

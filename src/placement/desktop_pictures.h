@@ -2,6 +2,7 @@
 
 #include "desktop_backend.h"
 #include "edition.h"
+#include "error.h"
 
 #include <QTime>
 #include <optional>
@@ -11,6 +12,13 @@ class Renderer;
 // Turns a wallpaper file into what the desktop is given: the rendering of the picture due now,
 // a light/dark pair where the desktop switches itself, or a timed slideshow where it follows one.
 namespace DesktopPictures {
+// The verified local file does not decode: it was damaged on disk after its check.
+class UnreadableFile : public Error {
+public:
+    [[nodiscard]] QString description() const override;
+    bool operator==(const UnreadableFile &) const { return true; }
+};
+
 struct Request {
     QString source; // the verified local file
     QString fileId;
@@ -29,7 +37,7 @@ struct Prepared {
 };
 
 // Decodes what is not rendered yet: seconds for a large picture, so call it off the main thread.
-// A file that is not HEIC is given as it is. Throws WallpaperTarget::UnreadableFile when a HEIC
+// A file that is not HEIC is given as it is. Throws UnreadableFile when a HEIC
 // file does not decode, DesktopError when a picture cannot be made otherwise.
 [[nodiscard]] Prepared prepare(const Renderer &renderer, const Request &request);
 } // namespace DesktopPictures

@@ -3,10 +3,12 @@
 #include "download_cache.h"
 #include "edition_choice.h"
 #include "shop.h"
+#include "wallpaper_requests.h"
 
-ShopShuffleStore::ShopShuffleStore(Shop *shop, QObject *parent)
+ShopShuffleStore::ShopShuffleStore(Shop *shop, WallpaperRequests *requests, QObject *parent)
     : ShuffleStore(parent)
     , m_shop(shop)
+    , m_requests(requests)
 {
     connect(shop, &Shop::contentsChanged, this, &ShuffleStore::choicesChanged);
 }
@@ -47,6 +49,7 @@ QCoro::Task<> ShopShuffleStore::setWallpaper(ShuffleChoice choice, Edition wante
                                              QStringList displayIds)
 {
     const QPointer<Shop> shop = m_shop;
+    const QPointer<WallpaperRequests> requests = m_requests;
     const auto wallpaper = file(choice, wanted);
     if (!wallpaper)
         throw DownloadFailed(Shop::Unavailable().description());
@@ -57,7 +60,7 @@ QCoro::Task<> ShopShuffleStore::setWallpaper(ShuffleChoice choice, Edition wante
     } catch (const Error &error) {
         throw DownloadFailed(error.description());
     }
-    if (!shop)
+    if (!requests)
         co_return;
-    co_await shop->setWallpaper(choice.pack.slug, choice.colourway.slug, wanted, displayIds);
+    co_await requests->setWallpaper(choice.pack.slug, choice.colourway.slug, wanted, displayIds);
 }

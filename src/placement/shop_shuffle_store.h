@@ -6,6 +6,7 @@
 #include <QPointer>
 
 class Shop;
+class WallpaperRequests;
 
 // The library store as the shuffle sees it: the colourways of the user's packs in library
 // order, and a set that downloads first so that a failed download is told apart.
@@ -13,7 +14,7 @@ class ShopShuffleStore : public ShuffleStore {
     Q_OBJECT
 
 public:
-    explicit ShopShuffleStore(Shop *shop, QObject *parent = nullptr);
+    ShopShuffleStore(Shop *shop, WallpaperRequests *requests, QObject *parent = nullptr);
 
     [[nodiscard]] QList<ShuffleChoice> choices() const override;
     [[nodiscard]] bool isDownloaded(const ShuffleChoice &choice, Edition wanted) const override;
@@ -25,4 +26,5 @@ private:
                                                     Edition wanted) const;
 
     QPointer<Shop> m_shop;
+    QPointer<WallpaperRequests> m_requests;
 };

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "autostart_entry.h"
-#include "workspace_helper.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -17,9 +16,7 @@ class HelperProcess;
 // (app.quennet.Quennet.helper.desktop), registered while "Use on all workspaces" is on, the
 // status of that registration, and the running helper, which hears of every new placement. A
 // helper left running by an older build is ended and registered again at start-up.
-class SpacesHelper
-    : public QObject
-    , public WorkspaceHelper {
+class SpacesHelper : public QObject {
     Q_OBJECT
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
     Q_PROPERTY(bool isWanted READ isWanted NOTIFY isWantedChanged)
@@ -58,7 +55,7 @@ public:
     // The start-up sequence: checkRunning, then setWanted(wanted). Never throws.
     QCoro::Task<> start(bool wanted);
 
-    void wallpaperSet(const QStringList &displayIds) override;
+    void wallpaperSet(const QStringList &displayIds);
 
 Q_SIGNALS:
     void statusChanged();

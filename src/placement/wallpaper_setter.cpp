@@ -27,7 +27,7 @@ QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictur
     QFuture<Outcome> preparing = QtConcurrent::run([renderer, request]() -> Outcome {
         try {
             return { DesktopPictures::prepare(renderer, request), {} };
-        } catch (const WallpaperTarget::UnreadableFile &) {
+        } catch (const DesktopPictures::UnreadableFile &) {
             return { std::nullopt, {}, true };
         } catch (const DesktopError &error) {
             return { std::nullopt, error.description() };
@@ -35,7 +35,7 @@ QCoro::Task<DesktopPictures::Prepared> prepared(Renderer renderer, DesktopPictur
     });
     const Outcome outcome = co_await preparing;
     if (outcome.unreadable)
-        throw WallpaperTarget::UnreadableFile();
+        throw DesktopPictures::UnreadableFile();
     if (!outcome.prepared)
         throw DesktopError(outcome.failure);
     co_return *outcome.prepared;
@@ -53,11 +53,6 @@ WallpaperSetter::WallpaperSetter(Displays *displays, Renderer renderer, ColourSc
 }
 
 WallpaperSetter::~WallpaperSetter() = default;
-
-QStringList WallpaperSetter::displayIds() const
-{
-    return m_displays->ids();
-}
 
 DesktopPictures::Request WallpaperSetter::request(QString source, QString fileId, Edition edition,
                                                   bool everyDisplay) const
@@ -85,7 +80,7 @@ QCoro::Task<> WallpaperSetter::show(QString source, QString fileId, Edition edit
                                     Placement placement, QStringList displayIds)
 {
     bool everyDisplay = true;
-    for (const QString &id : this->displayIds())
+    for (const QString &id : m_displays->ids())
         everyDisplay = everyDisplay && displayIds.contains(id);
     const QPointer<WallpaperSetter> self(this);
     ++m_setting[source];
@@ -111,8 +106,7 @@ void WallpaperSetter::setDone(const QString &source)
     if (--m_setting[source] <= 0)
         m_setting.remove(source);
     // Renderings of files no display shows any more would fill the disk set after set.
-    m_renderer.prune(
-        [this](const QString &file) { return m_setting.contains(file) || isShown(file); });
+    m_renderer.prune([this](const QString &file) { return isShown(file); });
 }
 
 QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,
@@ -180,6 +174,8 @@ QCoro::Task<std::optional<QTime>> WallpaperSetter::follow()
 
 bool WallpaperSetter::isShown(const QString &localPath) const
 {
+    if (m_setting.contains(localPath))
+        return true;
     for (const Displays::Display &display : m_displays->all()) {
         if (display.wallpaper
             && (*display.wallpaper == localPath

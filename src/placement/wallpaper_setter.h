@@ -1,9 +1,12 @@
 #pragma once
 
 #include "edition.h"
+#include "owned_pack.h"
+#include "placement.h"
 #include "renderer.h"
-#include "wallpaper_target.h"
+#include "shown_files.h"
 
+#include <QCoroTask>
 #include <QDateTime>
 #include <QObject>
 #include <memory>
@@ -15,12 +18,11 @@ namespace DesktopPictures {
 struct Request;
 }
 
-// Sets the store's verified files on displays through the rendering they need, and puts up the
-// picture due now of light/dark and time-of-day wallpapers where the desktop does not switch
-// them itself.
+// Sets verified local files on displays through the rendering they need, and puts up the picture
+// due now of light/dark and time-of-day wallpapers where the desktop does not switch them itself.
 class WallpaperSetter
     : public QObject
-    , public WallpaperTarget {
+    , public ShownFiles {
     Q_OBJECT
 
 public:
@@ -28,9 +30,11 @@ public:
                     std::shared_ptr<Clock> clock, QObject *parent = nullptr);
     ~WallpaperSetter() override;
 
-    [[nodiscard]] QStringList displayIds() const override;
+    // Shows a verified local file on the displays with these ids and records placement (its
+    // path is replaced by what the desktop is given). Throws DesktopPictures::UnreadableFile, or
+    // the desktop's DesktopError.
     QCoro::Task<> setWallpaper(WallpaperFile file, QString localPath, Placement placement,
-                               QStringList displayIds) override;
+                               QStringList displayIds);
     [[nodiscard]] bool isShown(const QString &localPath) const override;
 
     // Puts back what displays showed. The placement's path is only the picture the desktop was

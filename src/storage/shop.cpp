@@ -14,9 +14,8 @@
 #include "logging.h"
 #include "network_error.h"
 #include "periodic_check.h"
-#include "reconciler.h"
+#include "shown_files.h"
 #include "transfers.h"
-#include "wallpaper_target.h"
 
 #include <QFileInfo>
 
@@ -46,12 +45,6 @@ Shop::Shop(Services services, QObject *parent)
                                        m_cache.shopCachePath(), this);
     m_periodic = new PeriodicCheck(
         m_services.defaults, m_services.clock, [this] { refresh(); }, this);
-    m_requests = new WallpaperRequests(
-        [this](WallpaperFile file) { return localFile(std::move(file)); }, m_services.target,
-        m_services.helper, PlacementRecords(m_services.folder), m_services.clock, this);
-    m_reconciler = new Reconciler(
-        m_cache, m_services.target, PlacementRecords(m_services.folder), m_requests,
-        m_services.downloads, [this](const QString &path) { return keeps(path); }, this);
     m_saver = std::make_unique<ArchiveSaver>(m_transfers, m_services.downloads, m_services.folder,
                                              m_services.downloadsFolder);
 
@@ -68,8 +61,6 @@ Shop::Shop(Services services, QObject *parent)
     if (m_services.account)
         connect(m_services.account, &Account::generationChanged, this,
                 [this] { sessionChanged(this); });
-    connect(m_requests, &WallpaperRequests::historyChanged, this, &Shop::historyChanged);
-    connect(m_requests, &WallpaperRequests::goingBackChanged, this, &Shop::isGoingBackChanged);
 }
 
 Shop::~Shop()
@@ -125,7 +116,7 @@ QCoro::Task<std::optional<QString>> Shop::refresh(QPointer<Shop> self,
         if (self->m_message && self->m_message == self->m_refreshFailure)
             self->setMessage(std::nullopt);
         self->m_refreshFailure.reset();
-        self->m_reconciler->request(self->m_contents.owned);
+        Q_EMIT self->libraryChecked();
     } catch (const std::exception &error) {
         if (!self || cancel->isCancelled())
             co_return std::nullopt;
@@ -262,27 +253,16 @@ std::optional<Edition> Shop::editionFor(const QString &pack, const QString &colo
     return chooseEdition(*owned, colourway, wanted);
 }
 
-QCoro::Task<QStringList> Shop::setWallpaper(QString pack, QString colourway, Edition edition,
-                                            QStringList displayIds)
+WallpaperFile Shop::wallpaperFile(const QString &pack, const QString &colourway,
+                                  Edition wanted) const
 {
     const auto owned = m_contents.owned.constFind(pack);
     if (owned == m_contents.owned.cend())
         throw NotInPacks();
-    const auto chosen = chooseEdition(*owned, colourway, edition);
+    const auto chosen = chooseEdition(*owned, colourway, wanted);
     if (!chosen)
         throw Unavailable();
-    const QPointer<WallpaperRequests> requests = m_requests;
-    co_return co_await requests->set(*owned->file(colourway, *chosen), displayIds,
-                                     WallpaperRequests::Kind::Change);
-}
-
-QCoro::Task<> Shop::goBack()
-{
-    const QPointer<Shop> self = this;
-    WallpaperRequests::Resolve resolve = [self](const Placement &placement) {
-        return self ? self->fileFor(placement) : std::nullopt;
-    };
-    co_await m_requests->goBack(std::move(resolve));
+    return *owned->file(colourway, *chosen);
 }
 
 std::optional<WallpaperFile> Shop::fileFor(const Placement &placement) const
@@ -382,7 +362,7 @@ QCoro::Task<> Shop::removeDownloads()
 
 bool Shop::keeps(const QString &path) const
 {
-    return m_services.target->isShown(path) || m_requests->isPinned(path);
+    return m_services.shown && m_services.shown->isShown(path);
 }
 
 DownloadProgress Shop::progress() const

@@ -3,10 +3,10 @@
 #include "api_client.h"
 #include "download_cache.h"
 #include "notice.h"
+#include "placement.h"
 #include "shop_cache.h"
 #include "shop_contents.h"
 #include "transfers.h"
-#include "wallpaper_requests.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -24,20 +24,16 @@ class DownloadThread;
 class Keychain;
 class LibraryRefresher;
 class PeriodicCheck;
-class Reconciler;
-class WallpaperTarget;
-class WorkspaceHelper;
+class ShownFiles;
 
 using OwnedPacks = QMap<QString, OwnedPack>;
 using DownloadProgress = QHash<QString, double>;
 using SeenColourways = QMap<QString, QSet<QString>>;
 using OptionalNotice = std::optional<Notice>;
-using PlacementHistoryEntries = QList<PlacementHistory::Entry>;
 
 // The one main-thread object that holds what the user may use: the catalogue, the library, which
 // files are on disk, what is downloading and how far, and the notice for the panel. It refreshes
-// the library (at start-up from its disk copy first), makes wallpaper files local on demand, and
-// carries a request to set a wallpaper through to the displays.
+// the library (at start-up from its disk copy first) and makes wallpaper files local on demand.
 class Shop : public QObject {
     Q_OBJECT
     Q_PROPERTY(Status status READ status NOTIFY stateChanged)
@@ -55,8 +51,6 @@ class Shop : public QObject {
     Q_PROPERTY(OptionalNotice message READ message NOTIFY messageChanged)
     Q_PROPERTY(bool showsUnreleased READ showsUnreleased WRITE setShowsUnreleased NOTIFY
                    showsUnreleasedChanged)
-    Q_PROPERTY(PlacementHistoryEntries history READ history NOTIFY historyChanged)
-    Q_PROPERTY(bool isGoingBack READ isGoingBack NOTIFY isGoingBackChanged)
 
 public:
     enum class Status { Loading, Ready, Failed };
@@ -76,8 +70,6 @@ public:
         bool operator==(const NotInPacks &) const { return true; }
     };
 
-    using Overtaken = WallpaperRequests::Overtaken;
-
     // What the store works with; the composition root fills it in.
     struct Services {
         std::function<APIClient()> api;
@@ -85,8 +77,7 @@ public:
         Keychain *keychain = nullptr;
         Defaults *defaults = nullptr;
         DownloadThread *downloads = nullptr;
-        WallpaperTarget *target = nullptr;
-        WorkspaceHelper *helper = nullptr; // none: no workspace helper to tell
+        ShownFiles *shown = nullptr; // the keep rule's displays
         std::shared_ptr<Clock> clock;
         QString folder; // the application folder
         QString downloadsFolder; // QStandardPaths::DownloadLocation
@@ -114,13 +105,12 @@ public:
     // The edition to set when the caller wants one; none when the colourway has no file.
     [[nodiscard]] std::optional<Edition> editionFor(const QString &pack, const QString &colourway,
                                                     Edition wanted) const;
-    // Sets a colourway's edition (or the nearest one there is) on the displays; returns those
-    // that a newer request did not overtake. Throws NotInPacks, Unavailable, Overtaken (all of
-    // them overtaken), a download failure or the desktop's error.
-    [[nodiscard]] QCoro::Task<QStringList> setWallpaper(QString pack, QString colourway,
-                                                        Edition edition, QStringList displayIds);
-    // Puts back what the displays showed before the latest change. Throws like setWallpaper.
-    [[nodiscard]] QCoro::Task<> goBack();
+    // The file of a colourway's edition, or of the nearest one there is. Throws NotInPacks or
+    // Unavailable.
+    [[nodiscard]] WallpaperFile wallpaperFile(const QString &pack, const QString &colourway,
+                                              Edition wanted) const;
+    // The file a recorded placement names now; none when it is no longer in the user's packs.
+    [[nodiscard]] std::optional<WallpaperFile> fileFor(const Placement &placement) const;
     // Deletes downloads but what the displays show and what is about to be set. Does nothing
     // while a download runs.
     QCoro::Task<> removeDownloads();
@@ -144,8 +134,6 @@ public:
     [[nodiscard]] bool showsUnreleased() const { return m_showsUnreleased; }
     // Changes nothing, and says so on the notice line, when the setting couldn't be saved.
     void setShowsUnreleased(bool shows);
-    [[nodiscard]] PlacementHistoryEntries history() const { return m_requests->history(); }
-    [[nodiscard]] bool isGoingBack() const { return m_requests->isGoingBack(); }
 
     [[nodiscard]] const DownloadCache &cache() const { return m_cache; }
     [[nodiscard]] Transfers *transfers() const { return m_transfers; }
@@ -159,8 +147,8 @@ Q_SIGNALS:
     void seenChanged();
     void messageChanged();
     void showsUnreleasedChanged();
-    void historyChanged();
-    void isGoingBackChanged();
+    // A check of the library went well: it names the newest files.
+    void libraryChecked();
 
 private:
     static QCoro::Task<> start(QPointer<Shop> self);
@@ -183,7 +171,6 @@ private:
     void rescanDownloaded();
     [[nodiscard]] bool keeps(const QString &path) const;
     [[nodiscard]] QString displayName(const WallpaperFile &file) const;
-    [[nodiscard]] std::optional<WallpaperFile> fileFor(const Placement &placement) const;
 
     Services m_services;
     DownloadCache m_cache;
@@ -192,8 +179,6 @@ private:
     Transfers *m_transfers;
     LibraryRefresher *m_refresher;
     PeriodicCheck *m_periodic;
-    WallpaperRequests *m_requests;
-    Reconciler *m_reconciler;
     std::unique_ptr<ArchiveSaver> m_saver;
 
     Status m_status = Status::Loading;

@@ -47,13 +47,18 @@ AutomationRig::AutomationRig(bool startsStore)
                          .keychain = m_keychain.get(),
                          .defaults = m_defaults.get(),
                          .downloads = m_downloads.get(),
-                         .target = m_setter.get(),
+                         .shown = m_setter.get(),
                          .clock = m_clock,
                          .folder = m_folder.path(),
                          .downloadsFolder = m_folder.filePath(u"Downloads"_s) });
+    m_requests = std::make_unique<WallpaperRequests>(
+        WallpaperRequests::Services { .shop = m_store.get(),
+                                      .displays = m_displays.get(),
+                                      .setter = m_setter.get(),
+                                      .clock = m_clock });
     m_favourites = std::make_unique<Favourites>(m_defaults.get());
     m_sleep = std::make_unique<SleepWatcher>();
-    m_shuffleStore = std::make_unique<ShopShuffleStore>(m_store.get());
+    m_shuffleStore = std::make_unique<ShopShuffleStore>(m_store.get(), m_requests.get());
     m_shuffleDisplays = std::make_unique<DesktopShuffleDisplays>(m_displays.get(), m_setter.get());
     m_focusWallpaper = std::make_unique<FocusWallpaper>(
         FocusWallpaper::Services { .store = m_shuffleStore.get(),
@@ -75,6 +80,7 @@ AutomationRig::AutomationRig(bool startsStore)
     m_focusFilter = std::make_unique<FocusFilter>(m_defaults.get(), m_doNotDisturb.get(),
                                                   m_focusWallpaper.get(), m_shuffleStore.get());
     m_intents = std::make_unique<Intents>(Intents::Services { .shop = m_store.get(),
+                                                              .requests = m_requests.get(),
                                                               .displays = m_displays.get(),
                                                               .favourites = m_favourites.get(),
                                                               .shuffle = m_shuffle.get() });

@@ -20,6 +20,7 @@
 #include "shuffle.h"
 #include "sleep_watcher.h"
 #include "test_support.h"
+#include "wallpaper_requests.h"
 #include "wallpaper_setter.h"
 
 #include <QDBusConnection>
@@ -56,6 +57,7 @@ public:
     TestShop &shop() { return m_shop; }
     FakeDesktop &desktop() { return *m_desktop; }
     Shop &store() { return *m_store; }
+    WallpaperRequests &requests() { return *m_requests; }
     Displays &displays() { return *m_displays; }
     Favourites &favourites() { return *m_favourites; }
     Shuffle &shuffle() { return *m_shuffle; }
@@ -79,6 +81,7 @@ private:
     std::unique_ptr<Displays> m_displays;
     std::unique_ptr<WallpaperSetter> m_setter;
     std::unique_ptr<Shop> m_store;
+    std::unique_ptr<WallpaperRequests> m_requests;
     std::unique_ptr<Favourites> m_favourites;
     std::unique_ptr<SleepWatcher> m_sleep;
     std::unique_ptr<ShopShuffleStore> m_shuffleStore;

@@ -334,8 +334,9 @@ void AutomationServiceTest::aSetPartlyOvertaken()
     QDBusPendingCallWatcher set(rig.start(u"SetWallpaper"_s, { u"aurora/violet"_s, u"dark"_s }));
     QTRY_VERIFY(!rig.store().progress().isEmpty());
     const QString main = rig.displays().all().value(0).id;
-    QVERIFY(finish(rig.store().setWallpaper(u"dunes"_s, u"amber"_s, Edition::Automatic, { main }))
-                .value);
+    QVERIFY(
+        finish(rig.requests().setWallpaper(u"dunes"_s, u"amber"_s, Edition::Automatic, { main }))
+            .value);
     QCOMPARE(rig.mainKey(), u"dunes/amber"_s);
 
     QTRY_VERIFY_WITH_TIMEOUT(set.isFinished(), 20'000);

@@ -102,7 +102,7 @@ void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
     SampleStore &store = session.store;
     FocusWallpaper &focus = session.focus;
 
-    const QStringList ids = session.setter.displayIds();
+    const QStringList ids = session.displays.ids();
     QCOMPARE(ids.size(), 2);
     awaitTask(store.setWallpaper(store.choice(u"emerald"_s), Edition::Light, { ids[0] }));
     awaitTask(store.setWallpaper(store.choice(u"amber"_s), Edition::Light, { ids[1] }));
@@ -144,7 +144,7 @@ void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack()
     QFETCH(Edition, edition);
     Session session(Desktop::Gnome);
     SampleStore &store = session.store;
-    const QStringList ids = session.setter.displayIds();
+    const QStringList ids = session.displays.ids();
     QCOMPARE(ids.size(), 2);
     awaitTask(store.setWallpaper(store.choice(u"emerald"_s), edition, ids));
     const QString light = gsettings(u"picture-uri"_s);

@@ -77,7 +77,7 @@ private Q_SLOTS:
     void oneColourwayOnEachDisplay()
     {
         const auto session = x11();
-        const QStringList ids = session->setter.displayIds();
+        const QStringList ids = session->displays.ids();
         QCOMPARE(ids.size(), 2);
         awaitTask(session->setter.setWallpaper(m_emerald, sample(u"aurora/emerald-light.heic"_s),
                                                placementOf(m_emerald), { ids[0] }));
@@ -100,7 +100,7 @@ private Q_SLOTS:
     void bothRecordsOutliveARestart()
     {
         const auto session = x11();
-        const QStringList ids = session->setter.displayIds();
+        const QStringList ids = session->displays.ids();
         QCOMPARE(session->displays.placement(ids[0])->colourway, u"emerald"_s);
         QCOMPARE(session->displays.placement(ids[1])->colourway, u"amber"_s);
         QCOMPARE(session->displays.placement(ids[1])->edition, u"dark"_s);
@@ -111,7 +111,7 @@ private Q_SLOTS:
     void monitorOffAndOnKeepsItsPlacement()
     {
         const auto session = x11();
-        const QString second = session->setter.displayIds().value(1);
+        const QString second = session->displays.ids().value(1);
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--off"_s }));
         QTRY_COMPARE(session->displays.all().size(), 1);
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--right-of"_s,
@@ -131,7 +131,7 @@ private Q_SLOTS:
         const WallpaperFile file = fileOf(u"f_ap"_s, u"aurora"_s, u"violet"_s, Edition::Automatic);
         const QString source = sample(u"aurora/violet-appearance.heic"_s);
         awaitTask(session.setter.setWallpaper(file, source, placementOf(file),
-                                              session.setter.displayIds()));
+                                              session.displays.ids()));
 
         const QString light = QUrl(gsettings(u"picture-uri"_s)).toLocalFile();
         const QString dark = QUrl(gsettings(u"picture-uri-dark"_s)).toLocalFile();
@@ -141,14 +141,14 @@ private Q_SLOTS:
                  heic->picture(0).convertToFormat(QImage::Format_RGB32));
         QCOMPARE(QImage(dark).convertToFormat(QImage::Format_RGB32),
                  heic->picture(1).convertToFormat(QImage::Format_RGB32));
-        const QString id = session.setter.displayIds().first();
+        const QString id = session.displays.ids().first();
         QCOMPARE(session.displays.placement(id)->path, light);
         QVERIFY(session.displays.showsOwnWallpaper(session.displays.all().first()));
 
         // Time of day: a slideshow that GNOME follows by itself.
         const WallpaperFile timed = fileOf(u"f_td"_s, u"aurora"_s, u"violet"_s, Edition::TimeOfDay);
         awaitTask(session.setter.setWallpaper(timed, sample(u"aurora/violet-time-of-day.heic"_s),
-                                              placementOf(timed), session.setter.displayIds()));
+                                              placementOf(timed), session.displays.ids()));
         const QString slideshow = QUrl(gsettings(u"picture-uri"_s)).toLocalFile();
         QVERIFY(slideshow.endsWith(u".xml"_s));
         QFile xml(slideshow);

@@ -105,7 +105,7 @@ private Q_SLOTS:
         QTemporaryDir folder;
         Rig rig(folder.path(), clockAt(QTime(12, 0)));
         rig.following.start();
-        const QStringList ids = rig.setter.displayIds();
+        const QStringList ids = rig.displays.ids();
         awaitTask(rig.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement, { ids[0] }));
         QCOMPARE(rig.last(), rig.onFirst(0));
         // A wallpaper without phases on the other display leaves the wait for 18:00 be.
@@ -160,7 +160,7 @@ private Q_SLOTS:
         {
             Rig before(folder.path(), clockAt(QTime(7, 0)));
             awaitTask(before.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement,
-                                                 { before.setter.displayIds()[0] }));
+                                                 { before.displays.ids()[0] }));
             QCOMPARE(before.last(), before.onFirst(1));
             shown = before.desktop->shown;
         }

@@ -8,41 +8,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-FakeTarget::FakeTarget(QString folder, QStringList displayIds)
-    : m_ids(std::move(displayIds))
-    , m_records(std::move(folder))
-{
-}
-
-QCoro::Task<> FakeTarget::setWallpaper(WallpaperFile wallpaper, QString localPath,
-                                       Placement placement, QStringList displayIds)
-{
-    bool undecodable = false;
-    if (renderer && !renderer->render(localPath, wallpaper.id, 0, &undecodable)) {
-        if (undecodable)
-            throw UnreadableFile();
-        throw DecodingError(u"Not rendered"_s);
-    }
-    auto file = m_records.load();
-    for (const QString &id : std::as_const(displayIds)) {
-        shown.insert(id, localPath);
-        file.placements.insert(id, placement);
-    }
-    ++sets;
-    if (!m_records.save(file))
-        qWarning("The placement records could not be written");
-    co_return;
-}
-
-bool FakeTarget::isShown(const QString &localPath) const
-{
-    return std::find(shown.cbegin(), shown.cend(), localPath) != shown.cend();
-}
-
-StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder)
+StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder, ShownFiles *shown)
     : m_shop(std::move(packs))
     , m_root(folder.isEmpty() ? m_folder.path() : std::move(folder))
     , m_clock(std::make_shared<TestClock>())
+    , m_shown(shown)
 {
     m_clock->holdSleeps = true;
     m_clock->setNow(QDateTime::currentDateTimeUtc());
@@ -61,7 +31,6 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder)
     }
     finish(m_account->load());
     m_defaults = std::make_unique<Defaults>(m_config.filePath(u"defaults.ini"_s));
-    m_target = std::make_unique<FakeTarget>(m_root, QStringList { u"A"_s, u"B"_s });
     restartStore();
     m_ready = true;
 }
@@ -96,8 +65,7 @@ void StoreRig::restartStore()
         .keychain = m_keychain.get(),
         .defaults = m_defaults.get(),
         .downloads = m_thread.get(),
-        .target = m_target.get(),
-        .helper = nullptr,
+        .shown = m_shown,
         .clock = m_clock,
         .folder = m_root,
         .downloadsFolder = downloadsFolder(),

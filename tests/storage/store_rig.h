@@ -5,45 +5,21 @@
 #include "download_thread.h"
 #include "keychain.h"
 #include "network_access_manager.h"
-#include "placement_records.h"
-#include "renderer.h"
 #include "shop.h"
 #include "shop_content.h"
 #include "test_clock.h"
-#include "wallpaper_target.h"
 
-#include <QHash>
 #include <QTemporaryDir>
 #include <memory>
-
-// Stands in for the displays: shows what it is given, answers the keep rule from that, and
-// writes the placement records as the displays do.
-class FakeTarget : public WallpaperTarget {
-public:
-    FakeTarget(QString folder, QStringList displayIds);
-
-    [[nodiscard]] QStringList displayIds() const override { return m_ids; }
-    QCoro::Task<> setWallpaper(WallpaperFile file, QString localPath, Placement placement,
-                               QStringList displayIds) override;
-    [[nodiscard]] bool isShown(const QString &localPath) const override;
-
-    // The local file each display shows.
-    QHash<QString, QString> shown;
-    int sets = 0;
-    // When there is one, a set renders the file's first picture as a desktop needs it.
-    std::optional<Renderer> renderer;
-
-private:
-    QStringList m_ids;
-    PlacementRecords m_records;
-};
 
 // The store with everything it works with, over a development shop with made-to-measure
 // content, signed in as the shop's account.
 class StoreRig {
 public:
-    // folder: the application folder, when not a temporary one of the rig's own.
-    explicit StoreRig(QList<ContentPack> packs, bool signedIn = true, QString folder = {});
+    // folder: the application folder, when not a temporary one of the rig's own. shown: the
+    // displays the keep rule asks; none shows nothing.
+    explicit StoreRig(QList<ContentPack> packs, bool signedIn = true, QString folder = {},
+                      ShownFiles *shown = nullptr);
     ~StoreRig();
 
     [[nodiscard]] bool isReady() const { return m_ready; }
@@ -55,7 +31,7 @@ public:
     [[nodiscard]] Keychain &keychain() { return *m_keychain; }
     [[nodiscard]] Defaults &defaults() { return *m_defaults; }
     [[nodiscard]] TestClock &clock() { return *m_clock; }
-    [[nodiscard]] FakeTarget &target() { return *m_target; }
+    [[nodiscard]] DownloadThread &downloads() { return *m_thread; }
     // Two levels below a folder of its own, so that nothing can land above it unseen.
     [[nodiscard]] QString downloadsFolder() const
     {
@@ -83,7 +59,7 @@ private:
     std::unique_ptr<Account> m_account;
     std::unique_ptr<Defaults> m_defaults;
     std::shared_ptr<TestClock> m_clock;
-    std::unique_ptr<FakeTarget> m_target;
+    ShownFiles *m_shown;
     std::unique_ptr<Shop> m_store;
     bool m_ready = false;
 };

@@ -1,27 +1,25 @@
 #include "reconciler.h"
 
+#include "displays.h"
 #include "download_thread.h"
 #include "error.h"
 #include "logging.h"
+#include "shop.h"
 #include "wallpaper_requests.h"
-#include "wallpaper_target.h"
+#include "wallpaper_setter.h"
 
 #include <QFile>
 #include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
 
-Reconciler::Reconciler(DownloadCache cache, WallpaperTarget *target, PlacementRecords records,
-                       WallpaperRequests *requests, DownloadThread *thread, Keep keep,
-                       QObject *parent)
+Reconciler::Reconciler(Services services, QObject *parent)
     : QObject(parent)
-    , m_cache(std::move(cache))
-    , m_target(target)
-    , m_records(std::move(records))
-    , m_requests(requests)
-    , m_thread(thread)
-    , m_keep(std::move(keep))
+    , m_services(services)
 {
+    // Only a check that went well can name newer files.
+    connect(m_services.shop, &Shop::libraryChecked, this,
+            [this] { request(m_services.shop->owned()); });
 }
 
 void Reconciler::request(QMap<QString, OwnedPack> owned)
@@ -63,7 +61,7 @@ QList<Reconciler::Replacement> Reconciler::replacements(const QMap<QString, Owne
     static const QRegularExpression id(
         QRegularExpression::anchoredPattern(u"f_[0-9a-f]+\\.heic"_s));
     QList<Replacement> result;
-    const auto installed = m_cache.installedFiles();
+    const auto installed = m_services.shop->cache().installedFiles();
     for (const auto &pack : owned) {
         for (const auto &current : pack.allFiles()) {
             const QString currentKey = DownloadCache::fileKey(current);
@@ -71,7 +69,7 @@ QList<Reconciler::Replacement> Reconciler::replacements(const QMap<QString, Owne
             for (const auto &file : installed) {
                 if (file.key != currentKey && file.key.startsWith(stem)
                     && id.match(file.key.mid(stem.size())).hasMatch()
-                    && m_target->isShown(file.path))
+                    && m_services.setter->isShown(file.path))
                     result.append({ file, current });
             }
         }
@@ -83,24 +81,29 @@ QCoro::Task<> Reconciler::update(QPointer<Reconciler> self, Replacement replacem
 {
     const auto &[old, current] = replacement;
     try {
-        // The displays that show the old file by their records.
-        const QStringList attached = self->m_target->displayIds();
-        QStringList displays;
-        const auto placements = self->m_records.load().placements;
-        for (auto it = placements.cbegin(); it != placements.cend(); ++it) {
-            if (it->pack == current.pack && it->colourway == current.colourway
-                && it->edition == rawValue(current.edition) && attached.contains(it.key()))
-                displays.append(it.key());
-        }
+        const QStringList displays = self->showing(current);
         if (!displays.isEmpty())
-            co_await self->m_requests->set(current, displays, WallpaperRequests::Kind::Update);
-        if (!self || self->m_keep(old.path))
+            co_await self->m_services.requests->set(current, displays,
+                                                    WallpaperRequests::Kind::Update);
+        if (!self || self->m_services.setter->isShown(old.path))
             co_return;
         qCInfo(lcShop) << "Updated" << old.key << "to" << current.id;
         auto remove = [path = old.path] { QFile::remove(path); };
-        co_await self->m_thread->run(std::move(remove));
+        co_await self->m_services.thread->run(std::move(remove));
     } catch (const std::exception &error) {
         qCWarning(lcShop, "Couldn't update %s: %s", qUtf8Printable(old.key),
                   qUtf8Printable(describe(error)));
     }
+}
+
+QStringList Reconciler::showing(const WallpaperFile &file) const
+{
+    QStringList displays;
+    for (const QString &id : m_services.displays->ids()) {
+        const auto placement = m_services.displays->placement(id);
+        if (placement && placement->pack == file.pack && placement->colourway == file.colourway
+            && placement->edition == rawValue(file.edition))
+            displays.append(id);
+    }
+    return displays;
 }

@@ -1,10 +1,12 @@
 #include "wallpaper_requests.h"
 
 #include "clock.h"
+#include "desktop_pictures.h"
+#include "displays.h"
 #include "logging.h"
-#include "owned_pack.h"
-#include "wallpaper_target.h"
-#include "workspace_helper.h"
+#include "shop.h"
+#include "spaces_helper.h"
+#include "wallpaper_setter.h"
 
 #include <QFile>
 
@@ -15,16 +17,17 @@ QString WallpaperRequests::Overtaken::description() const
     return u"Another wallpaper was set while this one downloaded."_s;
 }
 
-WallpaperRequests::WallpaperRequests(Local local, WallpaperTarget *target, WorkspaceHelper *helper,
-                                     PlacementRecords records, std::shared_ptr<Clock> clock,
-                                     QObject *parent)
+WallpaperRequests::WallpaperRequests(Services services, QObject *parent)
     : QObject(parent)
-    , m_local(std::move(local))
-    , m_target(target)
-    , m_helper(helper)
-    , m_records(std::move(records))
-    , m_clock(std::move(clock))
+    , m_services(std::move(services))
 {
+}
+
+QCoro::Task<QStringList> WallpaperRequests::setWallpaper(QString pack, QString colourway,
+                                                         Edition edition, QStringList displayIds)
+{
+    const WallpaperFile file = m_services.shop->wallpaperFile(pack, colourway, edition);
+    co_return co_await set(this, file, std::move(displayIds), Kind::Change);
 }
 
 QCoro::Task<QStringList> WallpaperRequests::set(WallpaperFile file, QStringList displayIds,
@@ -43,78 +46,79 @@ QCoro::Task<QStringList> WallpaperRequests::set(QPointer<WallpaperRequests> self
             ++self->m_generations[id];
         started.insert(id, self->m_generations.value(id));
     }
+    const QPointer<Shop> shop = self->m_services.shop;
 
-    QString path = co_await self->m_local(file);
+    QString path = co_await shop->localFile(file);
     for (int attempt = 1;; ++attempt) {
         if (!self)
             co_return {};
-        QStringList current;
-        for (const QString &id : std::as_const(displayIds)) {
-            if (self->m_generations.value(id) == started.value(id))
-                current.append(id);
-        }
+        const QStringList current = self->current(displayIds, started);
         if (current.isEmpty())
             throw Overtaken();
-
-        PlacementHistory::Entry before;
-        if (kind == Kind::Change) {
-            const auto placements = self->m_records.load().placements;
-            for (const QString &id : std::as_const(current)) {
-                if (placements.contains(id))
-                    before.insert(id, placements.value(id));
-            }
-        }
+        const auto before =
+            kind == Kind::Change ? self->shownOn(current) : PlacementHistory::Entry();
         const Placement placement {
             .pack = file.pack,
             .colourway = file.colourway,
             .edition = rawValue(file.edition),
             .path = path,
-            .setAt = self->m_clock->now().toMSecsSinceEpoch(),
+            .setAt = self->m_services.clock->now().toMSecsSinceEpoch(),
         };
-        WallpaperTarget *target = self->m_target;
-        self->pin(path);
         bool unreadable = false;
         try {
-            co_await target->setWallpaper(file, path, placement, current);
-        } catch (const WallpaperTarget::UnreadableFile &) {
-            if (attempt == 2) {
-                if (self)
-                    self->unpin(path);
+            co_await self->m_services.setter->setWallpaper(file, path, placement, current);
+        } catch (const DesktopPictures::UnreadableFile &) {
+            if (attempt == 2)
                 throw;
-            }
             unreadable = true;
-        } catch (...) {
-            if (self)
-                self->unpin(path);
-            throw;
         }
         if (!self)
             co_return {};
-        self->unpin(path);
         if (unreadable) {
             // Damaged on disk since its check, and every later set would fail the same way:
             // fetched again once.
             qCWarning(lcShop) << "Downloading again the damaged" << path;
             QFile::remove(path);
-            path = co_await self->m_local(file);
+            path = co_await shop->localFile(file);
             continue;
         }
         if (kind == Kind::Change) {
             self->m_history.push(before);
             Q_EMIT self->historyChanged();
         }
-        if (self->m_helper)
-            self->m_helper->wallpaperSet(current);
+        if (self->m_services.spaces)
+            self->m_services.spaces->wallpaperSet(current);
         co_return current;
     }
 }
 
-QCoro::Task<> WallpaperRequests::goBack(Resolve resolve)
+QStringList WallpaperRequests::current(const QStringList &displayIds,
+                                       const QHash<QString, quint64> &started) const
 {
-    return goBack(this, std::move(resolve));
+    QStringList current;
+    for (const QString &id : displayIds) {
+        if (m_generations.value(id) == started.value(id))
+            current.append(id);
+    }
+    return current;
 }
 
-QCoro::Task<> WallpaperRequests::goBack(QPointer<WallpaperRequests> self, Resolve resolve)
+PlacementHistory::Entry WallpaperRequests::shownOn(const QStringList &displayIds) const
+{
+    PlacementHistory::Entry shown;
+    for (const QString &id : displayIds) {
+        if (const auto placement = m_services.displays->placement(id))
+            shown.insert(id, *placement);
+    }
+    return shown;
+}
+
+QCoro::Task<> WallpaperRequests::goBack()
+{
+    return goBack(this);
+}
+
+QCoro::Task<> WallpaperRequests::goBack(QPointer<WallpaperRequests> self)
 {
     if (self->m_goingBack || self->m_history.isEmpty())
         co_return;
@@ -132,7 +136,7 @@ QCoro::Task<> WallpaperRequests::goBack(QPointer<WallpaperRequests> self, Resolv
     }
     std::exception_ptr first;
     for (auto it = together.cbegin(); it != together.cend(); ++it) {
-        const auto file = resolve(placements.value(it.key()));
+        const auto file = self->m_services.shop->fileFor(placements.value(it.key()));
         if (!file) {
             qCInfo(lcShop) << "Not going back to" << it.key() << ": it is no longer in the packs";
             continue;
@@ -149,17 +153,6 @@ QCoro::Task<> WallpaperRequests::goBack(QPointer<WallpaperRequests> self, Resolv
     self->setGoingBack(false);
     if (first)
         std::rethrow_exception(first);
-}
-
-void WallpaperRequests::pin(const QString &path)
-{
-    ++m_pins[path];
-}
-
-void WallpaperRequests::unpin(const QString &path)
-{
-    if (--m_pins[path] <= 0)
-        m_pins.remove(path);
 }
 
 void WallpaperRequests::setGoingBack(bool goingBack)

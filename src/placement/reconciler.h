@@ -2,30 +2,35 @@
 
 #include "download_cache.h"
 #include "owned_pack.h"
-#include "placement_records.h"
 
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
-#include <functional>
+#include <optional>
 
+class Displays;
 class DownloadThread;
+class Shop;
 class WallpaperRequests;
-class WallpaperTarget;
+class WallpaperSetter;
 
-// Brings the displays up to date after a refresh: when the shop has replaced a file that a
-// display shows (same colourway and edition, new file id), the new file is downloaded in the
-// background, the displays move over to it, and the old file goes under the keep rule. A failed
-// update leaves the old file where it is.
+// Brings the displays up to date after each check of the library: when the shop has replaced a
+// file that a display shows (same colourway and edition, new file id), the new file is
+// downloaded in the background, the displays move over to it, and the old file goes under the
+// keep rule. A failed update leaves the old file where it is.
 class Reconciler : public QObject {
     Q_OBJECT
 
 public:
-    using Keep = std::function<bool(const QString &path)>;
+    struct Services {
+        Shop *shop = nullptr;
+        Displays *displays = nullptr;
+        WallpaperSetter *setter = nullptr;
+        WallpaperRequests *requests = nullptr;
+        DownloadThread *thread = nullptr; // where old files are deleted
+    };
 
-    Reconciler(DownloadCache cache, WallpaperTarget *target, PlacementRecords records,
-               WallpaperRequests *requests, DownloadThread *thread, Keep keep,
-               QObject *parent = nullptr);
+    explicit Reconciler(Services services, QObject *parent = nullptr);
 
     // Runs a pass over the given packs now, or once the pass under way has ended.
     void request(QMap<QString, OwnedPack> owned);
@@ -44,13 +49,10 @@ private:
     static QCoro::Task<> run(QPointer<Reconciler> self, QMap<QString, OwnedPack> owned);
     static QCoro::Task<> update(QPointer<Reconciler> self, Replacement replacement);
     [[nodiscard]] QList<Replacement> replacements(const QMap<QString, OwnedPack> &owned) const;
+    // The attached displays whose records name this file's colourway and edition.
+    [[nodiscard]] QStringList showing(const WallpaperFile &file) const;
 
-    DownloadCache m_cache;
-    WallpaperTarget *m_target;
-    PlacementRecords m_records;
-    QPointer<WallpaperRequests> m_requests;
-    QPointer<DownloadThread> m_thread;
-    Keep m_keep;
+    Services m_services;
     bool m_running = false;
     std::optional<QMap<QString, OwnedPack>> m_requested;
 };
