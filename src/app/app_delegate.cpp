@@ -29,6 +29,7 @@
 #include "network_access_manager.h"
 #include "notice_presenter.h"
 #include "reconciler.h"
+#include "session_actions.h"
 #include "shop.h"
 #include "shop_shuffle_store.h"
 #include "shuffle.h"
@@ -98,7 +99,6 @@ void AppDelegate::start()
     QPointer<NetworkAccessManager> network = m_network;
     m_account = new Account([network, base] { return APIClient(network, base); }, m_keychain, this);
     m_account->setPageOpener([](const QUrl &page) { QDesktopServices::openUrl(page); });
-    connect(m_account, &Account::stateChanged, this, &AppDelegate::signedInChanged);
 
     startPlacement();
     startStore();
@@ -237,6 +237,7 @@ void AppDelegate::startFocusFilter()
 void AppDelegate::startViews()
 {
     m_notice = new NoticePresenter(this);
+    m_session = new SessionActions(m_account, m_shop, m_notice, this);
     connect(m_shop, &Shop::messageChanged, m_notice,
             [this] { m_notice->setNotice(m_shop->message()); });
     connect(m_notice, &NoticePresenter::dismissed, m_shop, &Shop::dismissMessage);
@@ -345,11 +346,6 @@ QCoro::Task<> AppDelegate::restoreSession(QPointer<AppDelegate> self)
     }
 }
 
-bool AppDelegate::isSignedIn() const
-{
-    return m_account && m_account->status() == Account::Status::SignedIn;
-}
-
 QString AppDelegate::version()
 {
     return QStringLiteral(QUENNET_VERSION);
@@ -429,44 +425,6 @@ void AppDelegate::openSettings(const QString &pane)
 void AppDelegate::closePanel()
 {
     m_statusItem->closePanel();
-}
-
-void AppDelegate::checkForNewFiles()
-{
-    m_shop->refresh();
-}
-
-void AppDelegate::signIn()
-{
-    m_account->signIn();
-}
-
-void AppDelegate::openBrowserAgain()
-{
-    m_account->openVerificationPage();
-}
-
-void AppDelegate::cancelSignIn()
-{
-    m_account->cancelSignIn();
-}
-
-void AppDelegate::signOut()
-{
-    signOut(this);
-}
-
-QCoro::Task<> AppDelegate::signOut(QPointer<AppDelegate> self)
-{
-    try {
-        co_await self->m_account->signOut();
-    } catch (const Error &error) {
-        qCWarning(lcApp) << "Signing out failed:" << error.description();
-        if (self)
-            self->m_notice->showFailure(error.description());
-    } catch (const std::exception &error) {
-        qCWarning(lcApp) << "Signing out failed:" << error.what();
-    }
 }
 
 void AppDelegate::quit()

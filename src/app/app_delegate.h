@@ -37,6 +37,7 @@ class LogindSleepWatcher;
 class QIcon;
 class QQmlEngine;
 class QQuickWindow;
+class SessionActions;
 class ShuffleView;
 class StatusItemController;
 class WallpaperActions;
@@ -51,6 +52,7 @@ class AppDelegate : public QObject {
     Q_MOC_INCLUDE("art_cache.h")
     Q_MOC_INCLUDE("displays.h")
     Q_MOC_INCLUDE("library_status.h")
+    Q_MOC_INCLUDE("session_actions.h")
     Q_MOC_INCLUDE("favourites.h")
     Q_MOC_INCLUDE("shop.h")
     Q_MOC_INCLUDE("shuffle.h")
@@ -72,7 +74,7 @@ class AppDelegate : public QObject {
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(LibraryStatus *library READ library CONSTANT)
     Q_PROPERTY(ArtCache *artCache READ artCache CONSTANT)
-    Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY signedInChanged)
+    Q_PROPERTY(SessionActions *session READ session CONSTANT)
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QVariantList acknowledgements READ acknowledgements CONSTANT)
     Q_PROPERTY(
@@ -110,7 +112,7 @@ public:
     // The desktop prefers dark.
     [[nodiscard]] bool isDark() const;
     [[nodiscard]] LibraryStatus *library() const { return m_library; }
-    [[nodiscard]] bool isSignedIn() const;
+    [[nodiscard]] SessionActions *session() const { return m_session; }
     [[nodiscard]] static QString version();
     [[nodiscard]] static QVariantList acknowledgements();
     [[nodiscard]] QString settingsPane() const { return m_settingsPane; }
@@ -119,21 +121,14 @@ public:
     Q_INVOKABLE void openMain();
     Q_INVOKABLE void openSettings(const QString &pane = {});
     Q_INVOKABLE void closePanel();
-    Q_INVOKABLE void checkForNewFiles();
-    Q_INVOKABLE void signIn();
-    Q_INVOKABLE void openBrowserAgain();
-    Q_INVOKABLE void cancelSignIn();
-    Q_INVOKABLE void signOut();
     Q_INVOKABLE void quit();
 
 Q_SIGNALS:
-    void signedInChanged();
     void settingsPaneChanged();
     void darkChanged();
 
 private:
     static QCoro::Task<> restoreSession(QPointer<AppDelegate> self);
-    static QCoro::Task<> signOut(QPointer<AppDelegate> self);
     void startPlacement();
     void startStore();
     void startShuffle();
@@ -163,6 +158,7 @@ private:
     Shop *m_shop = nullptr;
     WallpaperRequests *m_requests = nullptr;
     LibraryStatus *m_library = nullptr;
+    SessionActions *m_session = nullptr;
     Favourites *m_favourites = nullptr;
     FocusWallpaper *m_focusWallpaper = nullptr;
     Shuffle *m_shuffle = nullptr;

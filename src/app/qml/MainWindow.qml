@@ -76,13 +76,13 @@ ApplicationWindow {
             Action {
                 text: "Check for New Files"
                 shortcut: "Ctrl+R"
-                onTriggered: window.app.checkForNewFiles()
+                onTriggered: window.app.session.checkForNewFiles()
             }
             MenuItem {
-                visible: window.app.signedIn
+                visible: window.app.session.signedIn
                 height: visible ? implicitHeight : 0
                 text: "Sign Out"
-                onTriggered: window.app.signOut()
+                onTriggered: window.app.session.signOut()
             }
             MenuSeparator {}
             Action {
@@ -135,7 +135,7 @@ ApplicationWindow {
         title: "Can't reach the shop"
         detail: "Check your connection and try again."
         actionText: "Try Again"
-        onAction: window.app.checkForNewFiles()
+        onAction: window.app.session.checkForNewFiles()
     }
     StateMessage {
         anchors.centerIn: parent
@@ -144,7 +144,7 @@ ApplicationWindow {
         symbol: "warning"
         title: window.app.library.message
         actionText: "Try Again"
-        onAction: window.app.checkForNewFiles()
+        onAction: window.app.session.checkForNewFiles()
     }
 
     RowLayout {

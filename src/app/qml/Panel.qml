@@ -92,7 +92,7 @@ Rectangle {
                 ToolTip.visible: hovered
                 ToolTip.delay: 800
                 ToolTip.text: "Check for New Files"
-                onClicked: panel.app.checkForNewFiles()
+                onClicked: panel.app.session.checkForNewFiles()
             }
         }
 
@@ -131,7 +131,7 @@ Rectangle {
             title: "Can't reach the shop"
             detail: "Check your connection and try again."
             actionText: "Try Again"
-            onAction: panel.app.checkForNewFiles()
+            onAction: panel.app.session.checkForNewFiles()
         }
         StateMessage {
             Layout.fillWidth: true
@@ -141,7 +141,7 @@ Rectangle {
             symbol: "warning"
             title: panel.app.library.message
             actionText: "Try Again"
-            onAction: panel.app.checkForNewFiles()
+            onAction: panel.app.session.checkForNewFiles()
         }
 
         // The displays.

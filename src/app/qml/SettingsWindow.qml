@@ -243,7 +243,7 @@ ApplicationWindow {
         spacing: 6
         PaneTitle { text: "Account" }
         GridLayout {
-            visible: accountPane.app.signedIn
+            visible: accountPane.app.session.signedIn
             columns: 2
             columnSpacing: 16
             rowSpacing: 6
@@ -254,18 +254,18 @@ ApplicationWindow {
             }
         }
         Explanation {
-            visible: accountPane.app.signedIn
+            visible: accountPane.app.session.signedIn
             Layout.topMargin: 6
             text: "Your packs come from the shop account with this email address."
         }
         Button {
-            visible: accountPane.app.signedIn
+            visible: accountPane.app.session.signedIn
             Layout.topMargin: 10
             text: "Sign Out"
-            onClicked: accountPane.app.signOut()
+            onClicked: accountPane.app.session.signOut()
         }
         SignInSheet {
-            visible: !accountPane.app.signedIn
+            visible: !accountPane.app.session.signedIn
             Layout.fillWidth: true
             Layout.topMargin: 24
             app: accountPane.app

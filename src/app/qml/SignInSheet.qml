@@ -87,26 +87,26 @@ ColumnLayout {
             onVisibleChanged: if (visible) forceActiveFocus()
             text: "Sign In…"
             highlighted: true
-            onClicked: sheet.app.signIn()
-            Keys.onReturnPressed: sheet.app.signIn()
-            Keys.onEnterPressed: sheet.app.signIn()
+            onClicked: sheet.app.session.signIn()
+            Keys.onReturnPressed: sheet.app.session.signIn()
+            Keys.onEnterPressed: sheet.app.session.signIn()
         }
         Button {
             visible: sheet.status === Account.Waiting
             text: "Open Browser Again"
-            onClicked: sheet.app.openBrowserAgain()
+            onClicked: sheet.app.session.openBrowserAgain()
         }
         Button {
             visible: sheet.status === Account.Failed
             text: "Start Again"
             highlighted: true
-            onClicked: sheet.app.signIn()
+            onClicked: sheet.app.session.signIn()
         }
         Button {
             visible: sheet.status === Account.Waiting || sheet.status === Account.Requesting
                      || sheet.status === Account.Failed
             text: "Cancel"
-            onClicked: sheet.app.cancelSignIn()
+            onClicked: sheet.app.session.cancelSignIn()
         }
     }
 }
