@@ -65,7 +65,7 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-    Q_INVOKABLE [[nodiscard]] int indexOf(const QString &key) const;
+    [[nodiscard]] int indexOf(const QString &key) const override;
 
 Q_SIGNALS:
     void inputsChanged();

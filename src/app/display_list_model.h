@@ -20,7 +20,7 @@ class DisplayListModel : public RowListModel {
     Q_PROPERTY(Shop *shop READ shop WRITE setShop NOTIFY inputsChanged)
     // The arrangement's bounding rectangle, for drawing it to scale.
     Q_PROPERTY(QRectF bounds READ bounds NOTIFY boundsChanged)
-    Q_PROPERTY(QString mainId READ mainId NOTIFY revisionChanged)
+    Q_PROPERTY(QString mainId READ mainId NOTIFY rowsChanged)
 
 public:
     enum Role {
@@ -54,7 +54,7 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-    Q_INVOKABLE [[nodiscard]] int indexOf(const QString &id) const;
+    [[nodiscard]] int indexOf(const QString &id) const override;
     Q_INVOKABLE [[nodiscard]] QStringList ids() const;
 
 Q_SIGNALS:

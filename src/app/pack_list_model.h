@@ -49,7 +49,7 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
     // The row of a pack, or -1.
-    Q_INVOKABLE [[nodiscard]] int indexOf(const QString &slug) const;
+    [[nodiscard]] int indexOf(const QString &slug) const override;
     // One role of a row by name, for views that keep a current pack.
 
 Q_SIGNALS:

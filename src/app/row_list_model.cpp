@@ -11,21 +11,42 @@ RowListModel::RowListModel(QObject *parent)
 
 void RowListModel::changed()
 {
-    ++m_revision;
-    Q_EMIT revisionChanged();
+    Q_EMIT rowsChanged();
+    Q_EMIT currentChanged();
     if (const int rows = rowCount(); rows != m_count) {
         m_count = rows;
         Q_EMIT countChanged();
     }
 }
 
-QVariant RowListModel::get(int row, const QString &role) const
+QVariantMap RowListModel::roles(int row) const
 {
-    const QByteArray name = role.toUtf8();
-    const auto roles = roleNames();
-    for (auto it = roles.cbegin(); it != roles.cend(); ++it) {
-        if (it.value() == name)
-            return data(index(row), it.key());
-    }
-    return {};
+    QVariantMap values;
+    const QModelIndex at = index(row);
+    const auto names = roleNames();
+    for (auto it = names.cbegin(); it != names.cend(); ++it)
+        values.insert(QString::fromUtf8(it.value()), data(at, it.key()));
+    return values;
+}
+
+QVariantList RowListModel::rows() const
+{
+    QVariantList all;
+    for (int row = 0; row < rowCount(); ++row)
+        all.append(roles(row));
+    return all;
+}
+
+void RowListModel::setCurrentKey(const QString &key)
+{
+    if (m_currentKey == key)
+        return;
+    m_currentKey = key;
+    Q_EMIT currentChanged();
+}
+
+QVariantMap RowListModel::current() const
+{
+    const int row = indexOf(m_currentKey);
+    return row >= 0 ? roles(row) : QVariantMap();
 }

@@ -4,25 +4,33 @@
 #include <QPointer>
 #include <QtQmlIntegration>
 
-// A list model for the views: its row count and a revision that counts every change, both as
-// properties, and any role of a row by name, for bindings that read single rows.
+// A list model for the views: its row count, every row's roles by name, and the row the view
+// has chosen by its key, each as a property that follows every change of the rows.
 class RowListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ANONYMOUS
     Q_PROPERTY(int count READ count NOTIFY countChanged)
-    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
+    Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+    Q_PROPERTY(QString currentKey READ currentKey WRITE setCurrentKey NOTIFY currentChanged)
+    // The roles of the row whose key is currentKey; empty when there is none.
+    Q_PROPERTY(QVariantMap current READ current NOTIFY currentChanged)
 
 public:
     explicit RowListModel(QObject *parent = nullptr);
 
     [[nodiscard]] int count() const { return rowCount(); }
-    [[nodiscard]] int revision() const { return m_revision; }
+    [[nodiscard]] QVariantList rows() const;
+    [[nodiscard]] QString currentKey() const { return m_currentKey; }
+    void setCurrentKey(const QString &key);
+    [[nodiscard]] QVariantMap current() const;
 
-    Q_INVOKABLE [[nodiscard]] QVariant get(int row, const QString &role) const;
+    // The row with this key (a pack's slug, a display's id, a colourway's key); -1 for none.
+    Q_INVOKABLE [[nodiscard]] virtual int indexOf(const QString &key) const = 0;
 
 Q_SIGNALS:
     void countChanged();
-    void revisionChanged();
+    void rowsChanged();
+    void currentChanged();
 
 protected:
     // Swaps one object the rows come from: stops listening to the old one and has listen()
@@ -42,7 +50,8 @@ protected:
 
 private:
     void changed();
+    [[nodiscard]] QVariantMap roles(int row) const;
 
-    int m_revision = 0;
     int m_count = 0;
+    QString m_currentKey;
 };

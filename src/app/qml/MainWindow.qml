@@ -11,20 +11,10 @@ ApplicationWindow {
     required property AppDelegate app
     readonly property bool ready: app.library.state === LibraryStatus.Ready
     // A pack slug, or "" for the favourites.
-    property string browsing: packs.revision, packs.count > 0 ? packs.get(0, "slug") : ""
+    property string browsing: packs.count > 0 ? packs.rows[0].slug : ""
     property string target: displayList.mainId
     property string selectedKey
-    readonly property int browsingRow: packs.revision, packs.indexOf(browsing)
-    readonly property bool browsingOwned: browsing === "" || packRole("owned") === true
-    readonly property int targetRow: displayList.revision, displayList.indexOf(target)
-
-    // One role of the pack browsed, kept current as the library changes.
-    function packRole(role) {
-        return packs.revision, browsingRow >= 0 ? packs.get(browsingRow, role) : undefined
-    }
-    function targetRole(role) {
-        return displayList.revision, targetRow >= 0 ? displayList.get(targetRow, role) : undefined
-    }
+    readonly property bool browsingOwned: browsing === "" || packs.current.owned === true
 
     title: "Quennet"
     width: 1000
@@ -44,11 +34,13 @@ ApplicationWindow {
     PackList {
         id: packs
         shop: window.app.shop
+        currentKey: window.browsing
     }
     DisplayList {
         id: displayList
         displays: window.app.displays
         shop: window.app.shop
+        currentKey: window.target
         onCountChanged: if (indexOf(window.target) < 0) window.target = mainId
     }
     ColourwayList {
@@ -58,6 +50,7 @@ ApplicationWindow {
         displays: window.app.displays
         pack: window.browsing
         favouritesOnly: window.browsing === ""
+        currentKey: window.selectedKey
     }
 
     menuBar: MenuBar {
@@ -219,7 +212,7 @@ ApplicationWindow {
                     Label {
                         Layout.fillWidth: true
                         textFormat: Text.PlainText
-                        text: window.browsing === "" ? "Favourites" : (window.packRole("name") ?? "")
+                        text: window.browsing === "" ? "Favourites" : (packs.current.name ?? "")
                         font.pixelSize: 22
                         font.weight: Font.DemiBold
                         elide: Text.ElideRight
@@ -228,7 +221,7 @@ ApplicationWindow {
                         Layout.fillWidth: true
                         textFormat: Text.PlainText
                         text: window.browsing === "" ? "The colourways with a heart, for you and for Shuffle."
-                                                     : (window.packRole("line") ?? "")
+                                                     : (packs.current.line ?? "")
                         color: palette.placeholderText
                         elide: Text.ElideRight
                     }
@@ -236,18 +229,18 @@ ApplicationWindow {
                 Label {
                     visible: !window.browsingOwned
                     textFormat: Text.PlainText
-                    text: window.packRole("price") ?? ""
+                    text: packs.current.price ?? ""
                     font.weight: Font.DemiBold
                 }
                 Button {
                     visible: !window.browsingOwned
                     text: "View in Shop"
                     highlighted: true
-                    onClicked: window.app.actions.openPage(window.packRole("url"))
+                    onClicked: window.app.actions.openPage(packs.current.url)
                 }
                 Button {
                     visible: window.browsing !== "" && window.browsingOwned
-                             && window.packRole("hasDesktopFiles") === true
+                             && packs.current.hasDesktopFiles === true
                     text: "Save Desktop Files to Downloads"
                     onClicked: window.app.actions.saveDesktopFiles(window.browsing)
                 }
@@ -281,7 +274,7 @@ ApplicationWindow {
                             // Keeps "Back" at the right end when there is one display.
                             opacity: displayList.count > 1 ? 1 : 0
                             textFormat: Text.PlainText
-                            text: "A click on a colourway sets it on " + (window.targetRole("name") ?? "")
+                            text: "A click on a colourway sets it on " + (displayList.current.name ?? "")
                                   + ". Choose another display above."
                             color: palette.placeholderText
                             font.pixelSize: 12
@@ -291,7 +284,7 @@ ApplicationWindow {
                             flat: true
                             visible: displayList.count > 1
                             text: "Set on All Displays"
-                            enabled: window.targetRole("own") === true
+                            enabled: displayList.current.own === true
                             onClicked: window.app.actions.setOnAllDisplays(window.target)
                         }
                         Button {
@@ -380,15 +373,14 @@ ApplicationWindow {
             // The phases of the chosen time-of-day colourway.
             ColumnLayout {
                 id: strip
-                readonly property int row: colourways.revision, colourways.indexOf(window.selectedKey)
-                readonly property var phases: colourways.revision, row >= 0 ? colourways.get(row, "phases") : []
+                readonly property var phases: colourways.current.phases ?? []
                 Layout.fillWidth: true
                 Layout.bottomMargin: 14
                 visible: phases.length > 0
                 spacing: 6
                 Label {
                     textFormat: Text.PlainText
-                    text: "Through the day: " + (colourways.revision, strip.row >= 0 ? colourways.get(strip.row, "name") : "")
+                    text: "Through the day: " + (colourways.current.name ?? "")
                     font.weight: Font.DemiBold
                 }
                 RowLayout {

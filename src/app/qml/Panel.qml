@@ -13,13 +13,8 @@ Rectangle {
     // The display the next colourway goes to.
     property string target: displayList.mainId
     // A pack slug, or "" for the favourites.
-    property string browsing: packs.revision, packs.count > 0 ? packs.get(0, "slug") : ""
-    readonly property int targetRow: displayList.revision, displayList.indexOf(target)
+    property string browsing: packs.count > 0 ? packs.rows[0].slug : ""
     signal closeRequested()
-
-    function targetRole(role) {
-        return displayList.revision, targetRow >= 0 ? displayList.get(targetRow, role) : undefined
-    }
 
     implicitWidth: 360
     implicitHeight: content.implicitHeight + 2 * content.y
@@ -32,6 +27,7 @@ Rectangle {
         id: displayList
         displays: panel.app.displays
         shop: panel.app.shop
+        currentKey: panel.target
         onCountChanged: if (indexOf(panel.target) < 0) panel.target = mainId
     }
     PackList {
@@ -39,7 +35,7 @@ Rectangle {
         shop: panel.app.shop
         ownedOnly: true
         onCountChanged: if (panel.browsing !== "" && indexOf(panel.browsing) < 0)
-                            panel.browsing = count > 0 ? get(0, "slug") : ""
+                            panel.browsing = count > 0 ? rows[0].slug : ""
     }
     ColourwayList {
         id: colourways
@@ -164,7 +160,7 @@ Rectangle {
                 Label {
                     Layout.fillWidth: true
                     textFormat: Text.PlainText
-                    text: "Choosing for " + (panel.targetRole("name") ?? "")
+                    text: "Choosing for " + (displayList.current.name ?? "")
                     color: palette.placeholderText
                     font.pixelSize: 11
                     elide: Text.ElideRight
@@ -173,7 +169,7 @@ Rectangle {
                     flat: true
                     font.pixelSize: 12
                     text: "Set on All Displays"
-                    enabled: panel.targetRole("own") === true
+                    enabled: displayList.current.own === true
                     onClicked: panel.app.actions.setOnAllDisplays(panel.target)
                 }
             }
@@ -199,9 +195,7 @@ Rectangle {
                 Layout.fillWidth: true
                 textRole: "name"
                 valueRole: "slug"
-                model: packs.revision, [{ slug: "", name: "Favourites" }].concat(
-                           Array.from({ length: packs.count }, (_, i) => ({ slug: packs.get(i, "slug"),
-                                                                            name: packs.get(i, "name") })))
+                model: [{ slug: "", name: "Favourites" }].concat(packs.rows)
                 currentIndex: Math.max(0, model.findIndex(entry => entry.slug === panel.browsing))
                 onActivated: panel.browsing = currentValue
                 Accessible.name: "Pack"
