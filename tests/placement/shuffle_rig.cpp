@@ -54,15 +54,10 @@ void SimulatedClock::advanceTo(const QDateTime &moment)
         const auto wake = next->wake;
         m_sleepers.erase(next);
         wake->cancel();
-        runPending();
+        // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
+        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
     }
     m_now = std::max(m_now, moment);
-}
-
-void SimulatedClock::runPending()
-{
-    // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
-    while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
 }
 
 void SimulatedClock::suspend(std::chrono::milliseconds by)

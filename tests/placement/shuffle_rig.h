@@ -35,8 +35,6 @@ public:
     void suspend(std::chrono::milliseconds by);
 
 private:
-    void runPending();
-
     struct Sleeper {
         QDateTime deadline;
         std::shared_ptr<CancelToken> wake;
