@@ -67,11 +67,6 @@ void SimulatedClock::suspend(std::chrono::milliseconds by)
         sleeper.deadline = sleeper.deadline.addMSecs(by.count());
 }
 
-FakeStore::FakeStore(QObject *parent)
-    : ShuffleStore(parent)
-{
-}
-
 void FakeStore::setChoices(const QList<ShuffleChoice> &choices)
 {
     m_choices = choices;
@@ -107,11 +102,6 @@ void FakeStore::releaseHeld()
         gate->cancel();
         while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
     }
-}
-
-FakeDisplays::FakeDisplays(QObject *parent)
-    : ShuffleDisplays(parent)
-{
 }
 
 void FakeDisplays::setScreens(const QList<Screen> &screens)

@@ -8,7 +8,6 @@
 #include <QDBusConnectionInterface>
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <unistd.h>
@@ -123,19 +122,6 @@ private Q_SLOTS:
         QVERIFY(
             writeFile(m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s), entry));
         QCOMPARE(Rig(m_folder.path()).helper.status(), status);
-    }
-
-    void aFailedRegistrationIsLogged()
-    {
-        // A file where the autostart folder should be.
-        QTemporaryDir blocked;
-        QVERIFY(writeFile(blocked.filePath(u"autostart"_s), "not a folder"));
-        Rig rig(blocked.path());
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"^Login item not changed: "_s));
-        rig.helper.setWanted(true);
-        QCOMPARE(rig.helper.status(), Status::NotRegistered);
-        QCOMPARE(rig.defaults.helperStartedByBuild(), std::nullopt);
-        QVERIFY(rig.helper.isWanted());
     }
 
     void aStaleHelperIsEndedAndRegisteredAgain()
