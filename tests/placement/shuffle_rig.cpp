@@ -54,15 +54,10 @@ void SimulatedClock::advanceTo(const QDateTime &moment)
         const auto wake = next->wake;
         m_sleepers.erase(next);
         wake->cancel();
-        runPending();
+        // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
+        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
     }
     m_now = std::max(m_now, moment);
-}
-
-void SimulatedClock::runPending()
-{
-    // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
-    while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
 }
 
 void SimulatedClock::suspend(std::chrono::milliseconds by)
@@ -70,11 +65,6 @@ void SimulatedClock::suspend(std::chrono::milliseconds by)
     m_now = m_now.addMSecs(by.count());
     for (auto &sleeper : m_sleepers)
         sleeper.deadline = sleeper.deadline.addMSecs(by.count());
-}
-
-FakeStore::FakeStore(QObject *parent)
-    : ShuffleStore(parent)
-{
 }
 
 void FakeStore::setChoices(const QList<ShuffleChoice> &choices)
@@ -112,11 +102,6 @@ void FakeStore::releaseHeld()
         gate->cancel();
         while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
     }
-}
-
-FakeDisplays::FakeDisplays(QObject *parent)
-    : ShuffleDisplays(parent)
-{
 }
 
 void FakeDisplays::setScreens(const QList<Screen> &screens)

@@ -35,8 +35,6 @@ public:
     void suspend(std::chrono::milliseconds by);
 
 private:
-    void runPending();
-
     struct Sleeper {
         QDateTime deadline;
         std::shared_ptr<CancelToken> wake;
@@ -59,7 +57,7 @@ public:
         QDateTime at;
     };
 
-    explicit FakeStore(QObject *parent = nullptr);
+    using ShuffleStore::ShuffleStore;
 
     void setChoices(const QList<ShuffleChoice> &choices);
     [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
@@ -87,7 +85,7 @@ class FakeDisplays : public ShuffleDisplays {
     Q_OBJECT
 
 public:
-    explicit FakeDisplays(QObject *parent = nullptr);
+    using ShuffleDisplays::ShuffleDisplays;
 
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
     QCoro::Task<> restore(QStringList displayIds, QString path,

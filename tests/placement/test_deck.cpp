@@ -63,9 +63,6 @@ void DeckTest::draw_data()
     QTest::newRow("all played and shown: nothing else is left")
         << 2 << QStringList { u"p/c1"_s, u"p/c2"_s } << QStringList { u"p/c1"_s, u"p/c2"_s } << 1
         << true << QStringList { u"p/c1"_s, u"p/c2"_s } << none << true;
-    QTest::newRow("one candidate, two displays")
-        << 1 << none << none << 2 << true << QStringList { u"p/c1"_s } << QStringList { u"p/c1"_s }
-        << false;
     QTest::newRow("two candidates, three displays")
         << 2 << none << none << 3 << true << QStringList { u"p/c1"_s, u"p/c2"_s }
         << QStringList { u"p/c1"_s, u"p/c2"_s } << false;

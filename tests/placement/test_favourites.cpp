@@ -25,11 +25,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("toggles");
         QTest::addColumn<QStringList>("stored");
-        QTest::newRow("newest first")
-            << QStringList { u"a/1"_s, u"b/2"_s } << QStringList { u"b/2"_s, u"a/1"_s };
         QTest::newRow("twice is nothing")
             << QStringList { u"a/1"_s, u"b/2"_s, u"b/2"_s } << QStringList { u"a/1"_s };
-        QTest::newRow("removal keeps the others' order")
+        QTest::newRow("newest first; a removal keeps the others' order")
             << QStringList { u"a/1"_s, u"b/2"_s, u"c/3"_s, u"b/2"_s }
             << QStringList { u"c/3"_s, u"a/1"_s };
         QTest::newRow("last one removed") << QStringList { u"a/1"_s, u"a/1"_s } << QStringList {};
@@ -53,42 +51,21 @@ private Q_SLOTS:
         QCOMPARE(Favourites(&defaults).keys(), stored);
     }
 
-    void equalListIsTakenSilently()
-    {
-        {
-            Defaults defaults(m_path);
-            Favourites favourites(&defaults);
-            QVERIFY(favourites.toggle(u"a"_s, u"1"_s));
-            QSignalSpy changed(&favourites, &Favourites::keysChanged);
-            favourites.setKeys({ u"a/1"_s });
-            QCOMPARE(changed.size(), 0);
-            favourites.setKeys({ u"b/2"_s, u"a/1"_s });
-            QCOMPARE(changed.size(), 1);
-        }
-        // A list set whole is kept like a toggle.
-        Defaults defaults(m_path);
-        QCOMPARE(Favourites(&defaults).keys(), (QStringList { u"b/2"_s, u"a/1"_s }));
-    }
-
+    // Anything but a list of keys, or one key that reads back as text, is no favourites.
     void storedValueOfTheWrongType_data()
     {
         QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QStringList>("keys");
-        QTest::newRow("number") << QVariant(42) << QStringList {};
-        QTest::newRow("bytes") << QVariant(QByteArray("a/1")) << QStringList {};
-        QTest::newRow("text that is no key") << QVariant(u"hello"_s) << QStringList {};
-        QTest::newRow("one key") << QVariant(u"a/1"_s) << QStringList { u"a/1"_s };
-        QTest::newRow("list") << QVariant(QStringList { u"a/1"_s, u"b/2"_s })
-                              << QStringList { u"a/1"_s, u"b/2"_s };
+        QTest::newRow("number") << QVariant(42);
+        QTest::newRow("bytes") << QVariant(QByteArray("a/1"));
+        QTest::newRow("text that is no key") << QVariant(u"hello"_s);
     }
 
     void storedValueOfTheWrongType()
     {
         QFETCH(QVariant, value);
-        QFETCH(QStringList, keys);
         QSettings(m_path, QSettings::IniFormat).setValue("favouriteColourways", value);
         Defaults defaults(m_path);
-        QCOMPARE(Favourites(&defaults).keys(), keys);
+        QVERIFY(Favourites(&defaults).keys().isEmpty());
     }
 };
 

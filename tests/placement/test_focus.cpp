@@ -2,7 +2,6 @@
 #include "shuffle_rig.h"
 
 #include <QFile>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -58,23 +57,20 @@ class FocusTest : public QObject {
 private Q_SLOTS:
     void onThenOffPutsBackEachDisplay();
     void theUsersNewerChoiceWins();
-    void aLateChangeIsDiscarded();
+    void aLaterWallpaperWins();
     void aChangeStillDownloadingWhenItEnds();
     void aFailedRestoreWaits300Seconds();
     void aDetachedDisplayStaysPending();
     void aRelaunchContinues();
-    void aSecondWallpaperKeepsTheFirstsEntries();
 };
 
 void FocusTest::onThenOffPutsBackEachDisplay()
 {
     FocusRig rig({ { u"shuffleIsOn"_s, true }, { u"shuffleInterval"_s, u"hour"_s } });
     auto &focus = rig.start();
-    QSignalSpy changed(&focus, &DisplayTurn::heldChanged);
 
     focus.setWallpaper(u"p/c3"_s, Edition::Dark);
     QVERIFY(focus.isHeld());
-    QCOMPARE(changed.size(), 1);
     QCOMPARE(rig.shuffle->status(), u"Waiting while your Do Not Disturb wallpaper is on."_s);
     QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
     QCOMPARE(rig.store.sets.last().wanted, Edition::Dark);
@@ -83,7 +79,6 @@ void FocusTest::onThenOffPutsBackEachDisplay()
     QCOMPARE(record.wallpaper, u"p/c3"_s);
     QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
     QCOMPARE(record.entries.value(u"two"_s).previous.path, rig.own);
-    QCOMPARE(record.entries.value(u"two"_s).focusSetAt, rig.clock->now());
     // Turned on again: nothing new. The hour's scheduled shuffle leaves the displays alone.
     focus.setWallpaper(u"p/c3"_s, Edition::Dark);
     rig.clock->advance(1h);
@@ -91,7 +86,6 @@ void FocusTest::onThenOffPutsBackEachDisplay()
 
     focus.setWallpaper(std::nullopt);
     QVERIFY(!focus.isHeld());
-    QCOMPARE(changed.size(), 2);
     // "two" shows its picture of its own again.
     QCOMPARE(rig.shuffle->status(),
              u"Paused while you use a wallpaper chosen in your desktop settings."_s);
@@ -136,13 +130,15 @@ void FocusTest::theUsersNewerChoiceWins()
     QVERIFY(focus.pendingRestores().isEmpty());
 }
 
-void FocusTest::aLateChangeIsDiscarded()
+void FocusTest::aLaterWallpaperWins()
 {
     FocusRig rig;
     auto &focus = rig.start();
+    focus.setWallpaper(u"p/c2"_s);
+    rig.clock->advance(1min);
     rig.store.holds = true;
     focus.setWallpaper(u"p/c3"_s);
-    focus.setWallpaper(u"p/c4"_s);
+    focus.setWallpaper(u"p/c4"_s, Edition::Light);
     // The first one's set ends first; the record must not say c3.
     rig.store.releaseHeld();
     rig.clock->advance(0ms);
@@ -150,9 +146,13 @@ void FocusTest::aLateChangeIsDiscarded()
     const auto record = rig.stored();
     QCOMPARE(record.wallpaper, u"p/c4"_s);
     QCOMPARE(focus.record()->wallpaper, u"p/c4"_s);
-    // What the displays showed before either.
+    // What the displays showed before any of them goes back.
     QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
-    QCOMPARE(record.entries.value(u"two"_s).previous.path, rig.own);
+    QCOMPARE(record.entries.value(u"one"_s).focusSetAt, rig.clock->now());
+    rig.store.holds = false;
+    focus.setWallpaper(std::nullopt);
+    QCOMPARE(rig.setKeys(), QStringList({ u"p/c2"_s, u"p/c3"_s, u"p/c4"_s, u"p/c1"_s }));
+    QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
 }
 
 void FocusTest::aChangeStillDownloadingWhenItEnds()
@@ -239,24 +239,6 @@ void FocusTest::aRelaunchContinues()
     auto &third = rig.start();
     QVERIFY(!third.isHeld());
     QVERIFY(third.pendingRestores().isEmpty());
-    QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
-}
-
-void FocusTest::aSecondWallpaperKeepsTheFirstsEntries()
-{
-    FocusRig rig;
-    auto &focus = rig.start();
-    focus.setWallpaper(u"p/c3"_s);
-    rig.clock->advance(1min);
-    focus.setWallpaper(u"p/c4"_s, Edition::Light);
-    QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c4"_s }));
-    const auto record = rig.stored();
-    QCOMPARE(record.wallpaper, u"p/c4"_s);
-    QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
-    QCOMPARE(record.entries.value(u"one"_s).focusSetAt, rig.clock->now());
-
-    focus.setWallpaper(std::nullopt);
-    QCOMPARE(rig.setKeys().last(), u"p/c1"_s);
     QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
 }
 

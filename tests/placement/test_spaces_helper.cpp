@@ -8,7 +8,6 @@
 #include <QDBusConnectionInterface>
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <unistd.h>
@@ -26,14 +25,13 @@ bool helperOwnsItsName()
         QLatin1StringView(HelperBus::service));
 }
 
-// A quennet-helper of an older build, started the way the session would.
-std::unique_ptr<QProcess> startHelper(bool withBus = true)
+// A quennet-helper that cannot reach the session bus.
+std::unique_ptr<QProcess> startHelperWithoutBus()
 {
     auto process = std::make_unique<QProcess>();
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"XFCE"_s);
-    if (!withBus)
-        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
     process->setProcessEnvironment(environment);
     process->start(helperProgram, {});
     return process;
@@ -126,19 +124,6 @@ private Q_SLOTS:
         QCOMPARE(Rig(m_folder.path()).helper.status(), status);
     }
 
-    void aFailedRegistrationIsLogged()
-    {
-        // A file where the autostart folder should be.
-        QTemporaryDir blocked;
-        QVERIFY(writeFile(blocked.filePath(u"autostart"_s), "not a folder"));
-        Rig rig(blocked.path());
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"^Login item not changed: "_s));
-        rig.helper.setWanted(true);
-        QCOMPARE(rig.helper.status(), Status::NotRegistered);
-        QCOMPARE(rig.defaults.helperStartedByBuild(), std::nullopt);
-        QVERIFY(rig.helper.isWanted());
-    }
-
     void aStaleHelperIsEndedAndRegisteredAgain()
     {
         // Build 0.0.9 registered its helper, which still runs.
@@ -175,7 +160,7 @@ private Q_SLOTS:
 
     void aHelperWithoutABusIsEndedByItsPidFile()
     {
-        auto stray = startHelper(false);
+        auto stray = startHelperWithoutBus();
         QTRY_VERIFY(QFile::exists(HelperBus::pidFilePath()));
         HelperProcess process(QDBusConnection::sessionBus(), HelperBus::pidFilePath());
         QCOMPARE(process.pid().value_or(0), stray->processId());
