@@ -37,7 +37,8 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 2);
     }
 
-    // An entry the user or the desktop wrote counts unless it is hidden or switched off.
+    // An entry the user or the desktop wrote counts unless it is hidden or switched off; turning
+    // such an entry on writes a visible one in its place.
     void existingEntry_data()
     {
         QTest::addColumn<QByteArray>("contents");
@@ -58,14 +59,6 @@ private Q_SLOTS:
         LoginItem item(u"quennet"_s, folder.path());
         QVERIFY(writeFile(item.entryPath(), contents));
         QTEST(item.isOn(), "on");
-    }
-
-    // Turning on a hidden entry writes a visible one in its place.
-    void turnOnHidden()
-    {
-        QTemporaryDir folder;
-        LoginItem item(u"quennet"_s, folder.path());
-        QVERIFY(writeFile(item.entryPath(), "[Desktop Entry]\nHidden=true\n"));
         item.setOn(true);
         QVERIFY(item.isOn());
     }

@@ -49,7 +49,6 @@ private Q_SLOTS:
     void words()
     {
         NoticePresenter presenter;
-        QVERIFY(!presenter.isVisible());
         presenter.setNotice(Notice::downloading(1, 0.42));
         QCOMPARE(presenter.text(), u"Downloading"_s);
         presenter.setNotice(Notice::downloading(2, 0.996));

@@ -1,8 +1,12 @@
 #include "panel_rules.h"
+#include "shuffle_view.h"
 
 #include <QTest>
 
-// Where the tray panel opens, which resizes it takes, and when a click may open it again.
+using namespace Qt::Literals::StringLiterals;
+
+// Where the tray panel opens, which resizes it takes, when a click may open it again, and its
+// words for when the next shuffle comes.
 class PanelRulesTest : public QObject {
     Q_OBJECT
 
@@ -47,12 +51,35 @@ private Q_SLOTS:
     void dismissal()
     {
         PanelRules rules;
-        const QDateTime start = QDateTime::fromString(u"2026-03-01T10:00:00Z"_qs, Qt::ISODate);
+        const QDateTime start = QDateTime::fromString(u"2026-03-01T10:00:00Z"_s, Qt::ISODate);
         QVERIFY(rules.mayOpen(start));
         rules.dismissed(start);
         QVERIFY(!rules.mayOpen(start));
         QVERIFY(!rules.mayOpen(start.addMSecs(250)));
         QVERIFY(rules.mayOpen(start.addMSecs(251)));
+    }
+
+    void nextShuffleWords_data()
+    {
+        QTest::addColumn<QDateTime>("next");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("today") << QDateTime(QDate(2025, 3, 12), QTime(15, 0))
+                               << u"today at 15:00"_s;
+        QTest::newRow("tomorrow") << QDateTime(QDate(2025, 3, 13), QTime(0, 0))
+                                  << u"tomorrow at 00:00"_s;
+        QTest::newRow("this week")
+            << QDateTime(QDate(2025, 3, 17), QTime(0, 0)) << u"Monday at 00:00"_s;
+        QTest::newRow("further") << QDateTime(QDate(2025, 3, 19), QTime(6, 0))
+                                 << u"19/03/2025 at 06:00"_s;
+    }
+
+    void nextShuffleWords()
+    {
+        QFETCH(QDateTime, next);
+        const QDateTime now(QDate(2025, 3, 12), QTime(9, 30)); // a Wednesday
+        QTEST(
+            ShuffleView::describeNext(next, now, QLocale(QLocale::English, QLocale::UnitedKingdom)),
+            "words");
     }
 };
 

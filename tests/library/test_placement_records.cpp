@@ -60,15 +60,10 @@ private Q_SLOTS:
         QCOMPARE(record.useOnAllSpaces, useOnAllSpaces);
         QCOMPARE(record.placements.keys(), displays);
         QCOMPARE(record.applied, QSet<QString>(applied.cbegin(), applied.cend()));
-    }
-
-    void largeSetAtKeptExact()
-    {
-        QTemporaryDir folder;
-        QVERIFY(QFile::copy(fixturePath(u"full.json"_s), folder.filePath(u"placements.json"_s)));
-        const auto record = PlacementRecords(folder.path()).load();
-        QCOMPARE(record.placements[u"display-2"_s].setAt, 9007199254740993LL);
-        QCOMPARE(record.placements[u"display-2"_s].edition, u"time-of-day"_s);
+        if (fixture == "full.json"_L1) { // beyond a double's precision
+            QCOMPARE(record.placements[u"display-2"_s].setAt, 9007199254740993LL);
+            QCOMPARE(record.placements[u"display-2"_s].edition, u"time-of-day"_s);
+        }
     }
 
     void saveCreatesFolderAndRoundTrips()
@@ -88,13 +83,9 @@ private Q_SLOTS:
         QCOMPARE(records.load(), PlacementFile());
         QVERIFY(records.save(record));
         QCOMPARE(records.load(), record);
-    }
 
-    void saveFailsWhenTheFolderCannotBeMade()
-    {
-        QTemporaryDir root;
         QVERIFY(writeFile(root.filePath(u"file"_s), "not a folder"));
-        QVERIFY(!PlacementRecords(root.filePath(u"file/folder"_s)).save(PlacementFile()));
+        QVERIFY(!PlacementRecords(root.filePath(u"file/folder"_s)).save(record));
     }
 
     void released_data()

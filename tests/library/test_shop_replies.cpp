@@ -90,7 +90,6 @@ private Q_SLOTS:
         row("not JSON", library, fixture(u"not-json.txt"_s), u"Not JSON"_s);
         row("top level array", catalogue, "[]", u"not a JSON object"_s);
         row("email missing", library, mutated(lib, u"email"_s, removed), u"\"email\" is missing"_s);
-        row("email null", library, mutated(lib, u"email"_s, QJsonValue::Null), u"\"email\""_s);
         row("packs not an array", library, mutated(lib, u"packs"_s, QJsonObject()), u"\"packs\""_s);
         row("number for a string", library, mutated(lib, u"packs/0/slug"_s, 5), u"\"slug\""_s);
         row("string for an integer", library,
@@ -110,9 +109,6 @@ private Q_SLOTS:
             mutated(cat, u"packs/0/colourways/0/art/desktop"_s, u"x"_s), u"\"desktop\""_s);
         row("phase art not text", catalogue,
             mutated(cat, u"packs/0/colourways/0/art/phases/dawn"_s, 3), u"phase picture"_s);
-        row("bad time in free", catalogue,
-            mutated(cat, u"packs/1/free/updatedAt"_s, u"yesterday"_s),
-            u"Not an ISO 8601 time: yesterday"_s);
     }
 
     void shapeFailures()
@@ -123,10 +119,7 @@ private Q_SLOTS:
 
         const QString failure = decodingFailure(kind, body);
         QVERIFY2(!failure.isEmpty(), "the reply decoded");
-        if (expected.startsWith("Not an ISO"_L1))
-            QCOMPARE(failure, expected);
-        else
-            QVERIFY2(failure.contains(expected), qPrintable(failure));
+        QVERIFY2(failure.contains(expected), qPrintable(failure));
     }
 
     void contentRules_data()
@@ -136,7 +129,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("valid");
 
         const QString hex64 = u"0123456789abcdef"_s.repeated(4);
-        QTest::newRow("slug with digits and hyphens") << 0 << u"spring-light-2"_s << true;
         QTest::newRow("slug capitals") << 0 << u"Spring-Light"_s << false;
         QTest::newRow("slug double hyphen") << 0 << u"spring--light"_s << false;
         QTest::newRow("slug leading hyphen") << 0 << u"-spring"_s << false;
@@ -349,21 +341,39 @@ private Q_SLOTS:
                  FileSource::publicUrl(QUrl(u"https://shop.example/archives/meadow-mac.zip"_s)));
     }
 
-    // What goes to the disk copy comes back the same, down to the model it makes.
-    void roundTrips()
+    void artworkChoice_data()
     {
-        const auto library = LibraryReply::decode(fixture(u"library.json"_s));
-        const auto libraryAgain = LibraryReply::decode(QJsonDocument(library.toJson()).toJson());
-        QCOMPARE(libraryAgain, library);
-        QCOMPARE(libraryAgain.ownedPacks(SourceRule::pathRule()),
-                 library.ownedPacks(SourceRule::pathRule()));
+        QTest::addColumn<QStringList>("desktop"); // light, dark; empty text = none
+        QTest::addColumn<QStringList>("thumbnails");
+        QTest::addColumn<QString>("light");
+        QTest::addColumn<QString>("dark");
 
-        const auto catalogue = CatalogueReply::decode(fixture(u"catalogue.json"_s));
-        const auto catalogueAgain =
-            CatalogueReply::decode(QJsonDocument(catalogue.toJson()).toJson());
-        QCOMPARE(catalogueAgain, catalogue);
-        QCOMPARE(catalogueAgain.catalogue(shopBase), catalogue.catalogue(shopBase));
-        QCOMPARE(catalogueAgain.freePacks(shopBase), catalogue.freePacks(shopBase));
+        QTest::newRow("full size before thumbnail")
+            << QStringList { u"dl"_s, u"dd"_s } << QStringList { u"tl"_s, u"td"_s } << u"dl"_s
+            << u"dd"_s;
+        QTest::newRow("own thumbnail before other desktop")
+            << QStringList { u"dl"_s, {} } << QStringList { {}, u"td"_s } << u"dl"_s << u"td"_s;
+        QTest::newRow("other desktop before other thumbnail")
+            << QStringList { {}, u"dd"_s } << QStringList { {}, u"td"_s } << u"dd"_s << u"dd"_s;
+    }
+
+    void artworkChoice()
+    {
+        QFETCH(QStringList, desktop);
+        QFETCH(QStringList, thumbnails);
+        QFETCH(QString, light);
+        QFETCH(QString, dark);
+
+        Colourway colourway;
+        for (const Appearance appearance : allAppearances) {
+            const int i = static_cast<int>(appearance);
+            if (!desktop[i].isEmpty())
+                colourway.desktop.insert(appearance, QUrl(desktop[i]));
+            if (!thumbnails[i].isEmpty())
+                colourway.thumbnails.insert(appearance, QUrl(thumbnails[i]));
+        }
+        QCOMPARE(colourway.artwork(Appearance::Light).value_or(QUrl()), QUrl(light));
+        QCOMPARE(colourway.artwork(Appearance::Dark).value_or(QUrl()), QUrl(dark));
     }
 };
 

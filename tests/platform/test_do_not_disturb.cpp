@@ -14,14 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 using Family = GSettingsDoNotDisturb::Family;
 
 namespace {
-int run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(30000);
-    return process.exitCode();
-}
-
 // Waits for the watcher to say on, or off.
 bool becomes(DoNotDisturb &watcher, bool on)
 {
@@ -113,11 +105,11 @@ private Q_SLOTS:
         QVERIFY(watcher.isKnown());
         QVERIFY(!watcher.isOn());
         QSignalSpy changed(&watcher, &DoNotDisturb::changed);
-        QCOMPARE(run(u"gsettings"_s, { u"set"_s, schema, key, on }), 0);
+        QCOMPARE(QProcess::execute(u"gsettings"_s, { u"set"_s, schema, key, on }), 0);
         QVERIFY(becomes(watcher, true));
         // Read at start as well.
         QVERIFY(GSettingsDoNotDisturb(family).isOn());
-        QCOMPARE(run(u"gsettings"_s, { u"set"_s, schema, key, off }), 0);
+        QCOMPARE(QProcess::execute(u"gsettings"_s, { u"set"_s, schema, key, off }), 0);
         QVERIFY(becomes(watcher, false));
         QCOMPARE(changed.size(), 2);
     }
@@ -125,22 +117,26 @@ private Q_SLOTS:
     void xfconf()
     {
         const QStringList property { u"-c"_s, u"xfce4-notifyd"_s, u"-p"_s, u"/do-not-disturb"_s };
-        run(u"xfconf-query"_s, property);
+        QProcess::execute(u"xfconf-query"_s, property);
         XfconfDoNotDisturb watcher(QDBusConnection::sessionBus());
         // No such property yet: off.
         QVERIFY(becomes(watcher, false));
         QCOMPARE(
-            run(u"xfconf-query"_s,
+            QProcess::execute(
+                u"xfconf-query"_s,
                 property + QStringList { u"--create"_s, u"-t"_s, u"bool"_s, u"-s"_s, u"true"_s }),
             0);
         QVERIFY(becomes(watcher, true));
         QVERIFY(
             becomes(*std::make_unique<XfconfDoNotDisturb>(QDBusConnection::sessionBus()), true));
-        QCOMPARE(run(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"false"_s }), 0);
+        QCOMPARE(
+            QProcess::execute(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"false"_s }),
+            0);
         QVERIFY(becomes(watcher, false));
-        QCOMPARE(run(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"true"_s }), 0);
+        QCOMPARE(
+            QProcess::execute(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"true"_s }), 0);
         QVERIFY(becomes(watcher, true));
-        QCOMPARE(run(u"xfconf-query"_s, property + QStringList { u"-r"_s }), 0);
+        QCOMPARE(QProcess::execute(u"xfconf-query"_s, property + QStringList { u"-r"_s }), 0);
         QVERIFY(becomes(watcher, false));
     }
 

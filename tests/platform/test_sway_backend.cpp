@@ -1,4 +1,5 @@
 #include "await_task.h"
+#include "pixels.h"
 #include "sway_backend.h"
 
 #include <QColor>
@@ -86,10 +87,8 @@ class SwayBackendTest : public QObject {
         QFile::setPermissions(m_dir.path(),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
                                   | QFile::ReadOther | QFile::ExeOther);
-        QImage image(64, 40, QImage::Format_RGB32);
-        image.fill(colour);
-        const QString path = m_dir.filePath(QString::fromLatin1(name) + u" picture.png"_s);
-        image.save(path);
+        const QString path =
+            solidPicture(m_dir.filePath(QString::fromLatin1(name) + u" picture.png"_s), colour);
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
         return path;
     }

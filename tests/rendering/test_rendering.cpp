@@ -15,12 +15,17 @@ QString sample(const QString &name)
     return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + name;
 }
 
-PictureChoice::Pictures fixture(const QString &name, int count)
+HeicMetadata metadata(const QString &name)
 {
     QFile file(QStringLiteral(QUENNET_TEST_DATA "/storage/") + name);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("missing fixture");
-    return { HeicMetadata::fromXmp(file.readAll()), count, 0 };
+    return HeicMetadata::fromXmp(file.readAll());
+}
+
+PictureChoice::Pictures fixture(const QString &name, int count)
+{
+    return { metadata(name), count, 0 };
 }
 
 PictureChoice::Pictures of(const HeicFile &file)
@@ -41,6 +46,52 @@ class RenderingTest : public QObject {
     QTemporaryDir m_dir;
 
 private Q_SLOTS:
+    void pictureForAppearance_data()
+    {
+        QTest::addColumn<QString>("fixture");
+        QTest::addColumn<int>("pictures");
+        QTest::addColumn<int>("light"); // -1: the primary picture
+        QTest::addColumn<int>("dark");
+
+        QTest::newRow("apr") << u"apr.xmp"_s << 2 << 0 << 1;
+        QTest::newRow("any namespace prefix") << u"apr-other-prefix.xmp"_s << 2 << 1 << 0;
+        QTest::newRow("solar only") << u"solar.xmp"_s << 3 << 1 << 2;
+        QTest::newRow("solar index out of range") << u"solar.xmp"_s << 2 << 1 << -1;
+        QTest::newRow("apr out of range, solar element used")
+            << u"apr-out-of-range-with-solar-element.xmp"_s << 3 << 1 << 2;
+        QTest::newRow("h24 alone says nothing about appearance") << u"h24.xmp"_s << 4 << -1 << -1;
+        QTest::newRow("not a property list") << u"apr-not-a-plist.xmp"_s << 2 << -1 << -1;
+        QTest::newRow("wrong value types") << u"apr-wrong-types.xmp"_s << 2 << -1 << -1;
+    }
+
+    void pictureForAppearance()
+    {
+        QFETCH(QString, fixture);
+        QFETCH(int, pictures);
+        QFETCH(int, light);
+        QFETCH(int, dark);
+        const HeicMetadata data = metadata(fixture);
+        QCOMPARE(data.pictureFor(false, pictures).value_or(-1), light);
+        QCOMPARE(data.pictureFor(true, pictures).value_or(-1), dark);
+    }
+
+    void schedules()
+    {
+        const auto h24 = metadata(u"h24.xmp"_s);
+        // The entry without a time is skipped.
+        QCOMPARE(h24.times(),
+                 (QList<HeicMetadata::TimedPicture> {
+                     { 0.25, 0 }, { 0.5, 1 }, { 0.75, 2 }, { 0.95, 3 } }));
+        QCOMPARE(h24.timeAppearance(), (HeicMetadata::LightAndDark { 1, 3 }));
+
+        const auto solar = metadata(u"solar.xmp"_s);
+        QCOMPARE(solar.solarPositions().size(), 3);
+        QCOMPARE(solar.solarPositions()[0], (HeicMetadata::SolarPicture { -10.5, 90.0, 0 }));
+        QCOMPARE(solar.solarPositions()[2].altitude, 5.0); // an integer where a real is usual
+        QVERIFY(solar.times().isEmpty());
+
+        QVERIFY(HeicMetadata::fromXmp("<not xml").times().isEmpty());
+    }
     void choice_data()
     {
         QTest::addColumn<QString>("fixture");
@@ -51,7 +102,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("picture");
 
         const QTime noon(12, 0);
-        QTest::newRow("apr dark") << u"apr.xmp"_s << 2 << Edition::Automatic << true << noon << 1;
         QTest::newRow("dark edition of an apr file")
             << u"apr.xmp"_s << 2 << Edition::Dark << false << noon << 1;
         QTest::newRow("every index out of range: primary")

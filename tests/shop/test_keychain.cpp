@@ -3,7 +3,6 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusObjectPath>
 #include <QProcess>
 #include <QTest>
 #include <QTimer>
@@ -151,12 +150,7 @@ void KeychainTest::refusingStoreIsAFailure()
     QCOMPARE(read(Keychain::sessionToken), u"kept"_s);
 
     // A locked store whose unlock prompt cannot be shown: there is no display.
-    auto lock =
-        QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
-                                       u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
-    lock << QVariant::fromValue(
-        QList { QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s) });
-    QCOMPARE(bus.call(lock).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(lockSecretStore());
     QVERIFY(failed());
     // Nothing found in a locked store isn't "no such item": stores may hide what is locked.
     QVERIFY(finish(m_keychain->read(Keychain::pendingRevocation)).failure<Keychain::Failure>());

@@ -1,6 +1,10 @@
 #include "test_support.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QSslKey>
 #include <QSslSocket>
@@ -39,6 +43,26 @@ void recordToken(const QString &token)
     QFile file(qEnvironmentVariable("QUENNET_TEST_TOKENS"));
     if (!file.fileName().isEmpty() && file.open(QIODevice::Append))
         file.write(token.toUtf8() + '\n');
+}
+
+QJsonObject statusFault(const char *endpoint, int status, const char *error, int times)
+{
+    QJsonObject fault { { u"endpoint"_s, QLatin1StringView(endpoint) },
+                        { u"status"_s, status },
+                        { u"times"_s, times } };
+    if (error)
+        fault.insert(u"error"_s, QLatin1StringView(error));
+    return { { u"statuses"_s, QJsonArray { fault } } };
+}
+
+bool lockSecretStore()
+{
+    auto lock =
+        QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+                                       u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+    lock << QVariant::fromValue(
+        QList { QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s) });
+    return QDBusConnection::sessionBus().call(lock).type() == QDBusMessage::ReplyMessage;
 }
 
 std::optional<QByteArray> StandInServer::Request::header(const QByteArray &name) const

@@ -5,6 +5,7 @@
 #include "error.h"
 #include "test_clock.h"
 
+#include <QJsonObject>
 #include <QSslServer>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -35,6 +36,13 @@ private:
 
 // Lists a token for the token check, which looks for it in every test's output.
 void recordToken(const QString &token);
+
+// The development shop's faults: `times` replies of this status, with this error, at an endpoint.
+[[nodiscard]] QJsonObject statusFault(const char *endpoint, int status, const char *error = nullptr,
+                                      int times = 1);
+
+// Locks the secret service's login collection, as a screen lock would.
+bool lockSecretStore();
 
 // A loopback HTTPS server for the few replies the development shop cannot produce: it answers
 // each request with the next canned reply (or holds it), and keeps what it received. It serves

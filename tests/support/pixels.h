@@ -16,3 +16,12 @@ inline bool near(const QColor &a, const QColor &b)
     return qAbs(a.red() - b.red()) < 24 && qAbs(a.green() - b.green()) < 24
         && qAbs(a.blue() - b.blue()) < 24;
 }
+
+// Saves a picture of one colour as a PNG file; gives its path.
+inline QString solidPicture(const QString &path, const QColor &colour, QSize size = { 64, 40 })
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    image.save(path);
+    return path;
+}
