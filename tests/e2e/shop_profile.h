@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDevice>
+#include <QJsonDocument>
 #include <QStandardPaths>
 
 // Points the Quennet that a test starts at the development shop, through the settings in the
@@ -34,4 +35,12 @@ inline bool standInBrowser(const QString &folder)
     opener.close();
     qputenv("PATH", folder.toUtf8() + ':' + qgetenv("PATH"));
     return opener.setPermissions(opener.permissions() | QFileDevice::ExeOwner);
+}
+
+// Whether Quennet keeps a library it loaded in its disk copy, in the application folder.
+inline bool hasLibrary(const QString &folder)
+{
+    QFile file(folder + QStringLiteral("/shop-cache.json"));
+    return file.open(QIODevice::ReadOnly)
+        && QJsonDocument::fromJson(file.readAll())[QStringLiteral("library")].isObject();
 }

@@ -2,19 +2,17 @@
 #include "pixels.h"
 #include "root_pixels.h"
 #include "shop_profile.h"
+#include "test_files.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRect>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrlQuery>
@@ -22,17 +20,12 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-QString run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(10'000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
 QString xdotool(const QStringList &arguments)
 {
-    return run(u"xdotool"_s, arguments);
+    QProcess process;
+    process.start(u"xdotool"_s, arguments);
+    process.waitForFinished(10'000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
 // The first visible window whose name is exactly this.
@@ -73,7 +66,6 @@ void key(const QString &window, const QStringList &keys)
     xdotool(QStringList { u"windowfocus"_s, u"--sync"_s, window });
     xdotool(QStringList { u"key"_s, u"--delay"_s, u"150"_s } + keys);
 }
-
 } // namespace
 
 // Quennet as a person meets it: under Xorg with two monitors, a tray and the development shop,
@@ -103,27 +95,14 @@ class ApplicationTest : public QObject {
 
     void setScheme(const QByteArray &scheme)
     {
-        QFile file(m_bin.filePath(u"scheme"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(scheme);
-    }
-
-    bool hasLibrary() const
-    {
-        QFile file(m_folder + u"/shop-cache.json"_s);
-        return file.open(QIODevice::ReadOnly)
-            && QJsonDocument::fromJson(file.readAll())["library"_L1].isObject();
+        QVERIFY(writeFile(m_bin.filePath(u"scheme"_s), scheme));
     }
 
     std::optional<QJsonObject> placement(int display)
     {
-        QFile file(m_folder + u"/placements.json"_s);
-        if (!file.open(QIODevice::ReadOnly))
-            return std::nullopt;
         const QJsonObject placements =
-            QJsonDocument::fromJson(file.readAll())["placements"_L1].toObject();
-        if (placements.isEmpty())
-            return std::nullopt;
+            QJsonDocument::fromJson(readAll(m_folder + u"/placements.json"_s))["placements"_L1]
+                .toObject();
         // The records do not say which display is which monitor: the picture shown decides.
         const QColor shown = rootPixel(960 + 1920 * display, 540);
         for (const QJsonValue &value : placements) {
@@ -201,12 +180,10 @@ private Q_SLOTS:
                                  60'000);
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
-        QFile file(opened);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QUrl page(QString::fromUtf8(file.readAll()).trimmed());
+        const QUrl page(QString::fromUtf8(readAll(opened)).trimmed());
         QVERIFY(m_shop->approve(QUrlQuery(page).queryItemValue(u"user_code"_s)));
         // The store keeps the library it loaded in its disk copy.
-        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_folder), 20'000);
         // Closed, the main window leaves the desktop to be seen.
         key(main, { u"ctrl+w"_s });
         QTRY_VERIFY_WITH_TIMEOUT(windowNamed(u"Quennet"_s).isEmpty(), 10'000);

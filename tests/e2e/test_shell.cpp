@@ -1,5 +1,5 @@
 #include "dev_shop.h"
-#include "sample_store.h"
+#include "pixels.h"
 #include "shop_profile.h"
 
 #include <QDBusConnection>
@@ -122,6 +122,14 @@ QVariant busProperty(const QString &service, const QString &path, const QString 
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
+// The status items the shell's host shows.
+QStringList statusNotifierItems()
+{
+    return busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                       u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
+        .toStringList();
+}
+
 // Asks GNOME Shell, through the test's extension.
 QJsonValue shellEval(const QString &script)
 {
@@ -131,6 +139,12 @@ QJsonValue shellEval(const QString &script)
     if (!reply.isValid())
         return {};
     return QJsonDocument::fromJson("[" + reply.value().toUtf8() + "]").array().at(0);
+}
+
+QDBusMessage kwinScripting(const QString &method, const QVariantList &arguments = {})
+{
+    return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
+                   arguments);
 }
 
 // Takes what a KWin script sends back: KWin's scripts answer only through calls of their own.
@@ -162,15 +176,11 @@ QJsonValue kwinEval(const QString &expression)
                      .arg(QDBusConnection::sessionBus().baseService(), expression)
                      .toUtf8());
     script.close();
-    const auto scripting = [](const QString &method, const QVariantList &arguments) {
-        return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
-                       arguments);
-    };
     answers.received.clear();
-    scripting(u"loadScript"_s, { script.fileName(), name });
-    scripting(u"start"_s, {});
+    kwinScripting(u"loadScript"_s, { script.fileName(), name });
+    kwinScripting(u"start"_s);
     const bool answered = waitFor([] { return !answers.received.isEmpty(); }, 10'000);
-    scripting(u"unloadScript"_s, { name });
+    kwinScripting(u"unloadScript"_s, { name });
     return answered
         ? QJsonDocument::fromJson("[" + answers.received.constFirst().toUtf8() + "]").array().at(0)
         : QJsonValue();
@@ -198,14 +208,10 @@ QRect mainWindowFrame()
         workspace.clientList().forEach(maximise);
         workspace.clientAdded.connect(maximise);)");
     script.close();
-    const auto scripting = [](const QString &method, const QVariantList &arguments) {
-        return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
-                       arguments);
-    };
     const QDBusReply<int> loaded =
-        scripting(u"loadScript"_s, { script.fileName(), u"quennet-test"_s });
+        kwinScripting(u"loadScript"_s, { script.fileName(), u"quennet-test"_s });
     if (!loaded.isValid() || loaded.value() < 0
-        || scripting(u"start"_s, {}).type() != QDBusMessage::ReplyMessage)
+        || kwinScripting(u"start"_s).type() != QDBusMessage::ReplyMessage)
         return {};
     return { 0, 0, 1920, 1080 - 44 };
 }
@@ -313,13 +319,6 @@ class ShellTest : public QObject {
     {
         return callBus(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s, method,
                        arguments);
-    }
-
-    [[nodiscard]] bool hasLibrary() const
-    {
-        QFile file(m_folder + u"/shop-cache.json"_s);
-        return file.open(QIODevice::ReadOnly)
-            && QJsonDocument::fromJson(file.readAll())["library"_L1].isObject();
     }
 
     // GNOME puts a new window where it likes and tells no window of a click on the desktop: the
@@ -520,10 +519,7 @@ private Q_SLOTS:
             return;
         }
         // Plasma reads the menu over D-Bus from the path the item names, as here.
-        const QStringList items =
-            busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                        u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
-                .toStringList();
+        const QStringList items = statusNotifierItems();
         QCOMPARE(items.size(), 1);
         const QString service = items.first().section(u'/', 0, 0);
         const auto menu = qvariant_cast<QDBusObjectPath>(
@@ -563,11 +559,7 @@ private Q_SLOTS:
     void panelFromTheIcon()
     {
         // GNOME's watcher lists items as "SERVICE@PATH", Plasma's as "SERVICE/PATH".
-        const QString item =
-            busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                        u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
-                .toStringList()
-                .value(0);
+        const QString item = statusNotifierItems().value(0);
         const qsizetype split = item.contains(u'@') ? item.indexOf(u'@') : item.indexOf(u'/');
         QVERIFY2(split > 0, qPrintable(item));
         const auto click = [&item, split] {
@@ -597,7 +589,7 @@ private Q_SLOTS:
             10'000);
         QVERIFY(m_shop->approve(code));
         QTRY_COMPARE_WITH_TIMEOUT(sessionState(), u"signedIn"_s, 15'000);
-        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 15'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_folder), 15'000);
         QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
             u"org.kde.kwalletd5"_s));
         QVERIFY(!QFile::exists(m_folder + u"/secrets.json"_s));
