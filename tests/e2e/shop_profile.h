@@ -7,6 +7,7 @@
 #include <QFileDevice>
 #include <QJsonDocument>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 // Points the Quennet that a test starts at the development shop, through the settings in the
 // test's home. Returns the application folder, or nothing when the settings cannot be written.
@@ -44,3 +45,20 @@ inline bool hasLibrary(const QString &folder)
     return file.open(QIODevice::ReadOnly)
         && QJsonDocument::fromJson(file.readAll())[QStringLiteral("library")].isObject();
 }
+
+// The development shop over the sample content, answering polls every second, with the Quennet
+// that a test starts pointed at it.
+struct SampleShop {
+    // False when the shop does not start or the settings cannot be written.
+    bool start()
+    {
+        folder = shop.start() ? pointAtShop(shop) : QString();
+        return !folder.isEmpty();
+    }
+
+    QTemporaryDir state;
+    DevShop shop { { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
+                     .stateDir = state.path(),
+                     .pollInterval = 1 } };
+    QString folder; // Quennet's application folder
+};

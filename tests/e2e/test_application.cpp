@@ -1,4 +1,3 @@
-#include "dev_shop.h"
 #include "pixels.h"
 #include "root_pixels.h"
 #include "shop_profile.h"
@@ -73,13 +72,11 @@ void key(const QString &window, const QStringList &keys)
 class ApplicationTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_state;
     QTemporaryDir m_bin;
-    std::unique_ptr<DevShop> m_shop;
+    SampleShop m_shop;
     QProcess m_tray;
     QProcess m_portal;
     QProcess m_quennet;
-    QString m_folder; // the application folder
 
     // The small window Quennet's icon lives in, inside the tray.
     QRect trayIcon()
@@ -101,7 +98,7 @@ class ApplicationTest : public QObject {
     std::optional<QJsonObject> placement(int display)
     {
         const QJsonObject placements =
-            QJsonDocument::fromJson(readAll(m_folder + u"/placements.json"_s))["placements"_L1]
+            QJsonDocument::fromJson(readAll(m_shop.folder + u"/placements.json"_s))["placements"_L1]
                 .toObject();
         // The records do not say which display is which monitor: the picture shown decides.
         const QColor shown = rootPixel(960 + 1920 * display, 540);
@@ -115,13 +112,7 @@ class ApplicationTest : public QObject {
 private Q_SLOTS:
     void initTestCase()
     {
-        m_shop = std::make_unique<DevShop>(
-            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
-                               .stateDir = m_state.path(),
-                               .pollInterval = 1 });
-        QVERIFY(m_shop->start());
-        m_folder = pointAtShop(*m_shop);
-        QVERIFY(!m_folder.isEmpty());
+        QVERIFY(m_shop.start());
 
         QVERIFY(standInBrowser(m_bin.path()));
         qputenv("QT_QUICK_BACKEND", "software");
@@ -181,9 +172,9 @@ private Q_SLOTS:
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
         const QUrl page(QString::fromUtf8(readAll(opened)).trimmed());
-        QVERIFY(m_shop->approve(QUrlQuery(page).queryItemValue(u"user_code"_s)));
+        QVERIFY(m_shop.shop.approve(QUrlQuery(page).queryItemValue(u"user_code"_s)));
         // The store keeps the library it loaded in its disk copy.
-        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_folder), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_shop.folder), 20'000);
         // Closed, the main window leaves the desktop to be seen.
         key(main, { u"ctrl+w"_s });
         QTRY_VERIFY_WITH_TIMEOUT(windowNamed(u"Quennet"_s).isEmpty(), 10'000);

@@ -1,5 +1,4 @@
 #include "defaults.h"
-#include "dev_shop.h"
 #include "pixels.h"
 #include "placement.h"
 #include "root_pixels.h"
@@ -31,12 +30,10 @@ struct Run {
 class QuennetctlTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_state;
-    std::unique_ptr<DevShop> m_shop;
+    SampleShop m_shop;
     QTemporaryDir m_bus;
     QProcess m_daemon;
     QString m_address;
-    QString m_folder; // Quennet's application folder
 
     Run quennetctl(const QStringList &arguments,
                    const std::function<void(QProcess &)> &meanwhile = {})
@@ -57,7 +54,7 @@ class QuennetctlTest : public QObject {
     // What the main display (DUMMY0) or the other one shows, by Quennet's record and in pixels.
     Placement shown(int display)
     {
-        QFile file(m_folder + u"/placements.json"_s);
+        QFile file(m_shop.folder + u"/placements.json"_s);
         if (!file.open(QIODevice::ReadOnly))
             return {};
         const auto placements = PlacementFile::decode(file.readAll()).placements.values();
@@ -79,14 +76,7 @@ class QuennetctlTest : public QObject {
 private Q_SLOTS:
     void initTestCase()
     {
-        m_shop = std::make_unique<DevShop>(
-            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
-                               .stateDir = m_state.path(),
-                               .pollInterval = 1 });
-        QVERIFY(m_shop->start());
-
-        m_folder = pointAtShop(*m_shop);
-        QVERIFY(!m_folder.isEmpty());
+        QVERIFY(m_shop.start());
         // A browser that opens nothing, and a bus that knows only Quennet's service file.
         QVERIFY(standInBrowser(m_bus.path()));
         const QString socket = m_bus.filePath(u"bus"_s);
@@ -138,7 +128,7 @@ private Q_SLOTS:
                                          .contains(u"Waiting for approval"_s),
                                      30'000);
             const QString code = printed.section(u"Code: "_s, 1).section(u'\n', 0, 0);
-            QVERIFY(m_shop->approve(code));
+            QVERIFY(m_shop.shop.approve(code));
         });
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 0);

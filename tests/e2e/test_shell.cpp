@@ -1,4 +1,3 @@
-#include "dev_shop.h"
 #include "pixels.h"
 #include "shop_profile.h"
 
@@ -224,10 +223,8 @@ QRect mainWindowFrame()
 class ShellTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_state;
-    std::unique_ptr<DevShop> m_shop;
+    SampleShop m_shop;
     QProcess m_quennet;
-    QString m_folder;
     // Plasma: the panel before Quennet's icon was in it, in light and in dark.
     QHash<bool, QImage> m_panelWithoutIcon;
 
@@ -283,7 +280,7 @@ class ShellTest : public QObject {
         if (screen.isNull())
             return {};
         const QColor middle = screen.pixelColor(screen.width() / 2, screen.height() / 2);
-        const QDir rendered(m_folder + u"/Rendered"_s);
+        const QDir rendered(m_shop.folder + u"/Rendered"_s);
         for (const QString &name : rendered.entryList({ u"*.png"_s }, QDir::Files)) {
             if (near(middle, middleOf(rendered.filePath(name))))
                 return name;
@@ -430,13 +427,7 @@ private Q_SLOTS:
         if (qEnvironmentVariable("QUENNET_SESSION") != "gnome"_L1
             && qEnvironmentVariable("QUENNET_SESSION") != "plasma"_L1)
             QSKIP("runs only inside tests/run-in-session gnome|plasma");
-        m_shop = std::make_unique<DevShop>(
-            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
-                               .stateDir = m_state.path(),
-                               .pollInterval = 1 });
-        QVERIFY(m_shop->start());
-        m_folder = pointAtShop(*m_shop);
-        QVERIFY(!m_folder.isEmpty());
+        QVERIFY(m_shop.start());
 
         if (!isGnome()) {
             // The clock would change the tray's neighbourhood between screenshots.
@@ -587,12 +578,12 @@ private Q_SLOTS:
                       .toString())
                  .isEmpty(),
             10'000);
-        QVERIFY(m_shop->approve(code));
+        QVERIFY(m_shop.shop.approve(code));
         QTRY_COMPARE_WITH_TIMEOUT(sessionState(), u"signedIn"_s, 15'000);
-        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_folder), 15'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_shop.folder), 15'000);
         QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
             u"org.kde.kwalletd5"_s));
-        QVERIFY(!QFile::exists(m_folder + u"/secrets.json"_s));
+        QVERIFY(!QFile::exists(m_shop.folder + u"/secrets.json"_s));
     }
 
     // An automatic wallpaper shows its light picture, its dark one in dark, and light again.
@@ -703,7 +694,7 @@ private Q_SLOTS:
         };
         // The window covers the desktop now: the placements tell what was set, and when.
         const auto placements = [this] {
-            QFile file(m_folder + u"/placements.json"_s);
+            QFile file(m_shop.folder + u"/placements.json"_s);
             return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         };
         const QByteArray before = placements();
