@@ -1,26 +1,34 @@
 #include "shop_fixture.h"
 
-#include <QDir>
-#include <QFile>
+#include "test_files.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QProcess>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+const auto content = u"" QUENNET_DEVSHOP_CONTENT ""_s;
+const auto samplePath = u"files/dunes/rose-light.heic"_s;
+
 DevShop::Options withFolders(DevShop::Options options, const QString &state)
 {
-    options.contentDir = u"" QUENNET_DEVSHOP_CONTENT ""_s;
+    options.contentDir = content;
     options.stateDir = state;
     return options;
 }
 } // namespace
 
+QJsonObject CurlReply::json() const
+{
+    return QJsonDocument::fromJson(body).object();
+}
+
 ShopFixture::ShopFixture(DevShop::Options options)
     : m_shop(withFolders(std::move(options), m_state.path()))
-    , m_curl(QDir(m_state.path()).filePath(u"ca.pem"_s))
 {
-    m_running = m_shop.start();
+    m_shop.start();
 }
 
 QString ShopFixture::url(const QString &path) const
@@ -38,46 +46,102 @@ QString ShopFixture::bearer(const QString &token)
     return u"Authorization: Bearer "_s + token;
 }
 
-CurlReply ShopFixture::links(const QString &token,
-                             const QList<QPair<QString, QString>> &files) const
+CurlReply ShopFixture::get(const QString &url, const QStringList &headers,
+                           const QStringList &options) const
 {
-    QJsonArray wanted;
-    for (const auto &[pack, id] : files)
-        wanted.append(QJsonObject { { u"pack"_s, pack }, { u"id"_s, id } });
-    return m_curl.post(api(u"downloads"_s), { { u"files"_s, wanted } }, { bearer(token) });
+    QStringList arguments = options;
+    for (const QString &header : headers)
+        arguments << u"-H"_s << header;
+    return curl(arguments << url);
 }
 
-QString ShopFixture::linkTo(const QString &pack, const QString &id)
+CurlReply ShopFixture::post(const QString &url, const QJsonObject &body,
+                            const QStringList &headers) const
 {
-    const QJsonArray found =
-        links(m_shop.issueToken(), { { pack, id } }).json()[u"links"_s].toArray();
-    return found.isEmpty() ? QString() : found.first()[u"url"_s].toString();
+    return get(url, headers + QStringList { u"Content-Type: application/json"_s },
+               { u"--data-binary"_s,
+                 QString::fromUtf8(QJsonDocument(body).toJson(QJsonDocument::Compact)) });
+}
+
+CurlReply ShopFixture::curl(const QStringList &arguments) const
+{
+    const QTemporaryDir dir;
+    const QString headerFile = dir.filePath(u"headers"_s);
+    QProcess curl;
+    curl.start(u"curl"_s,
+               QStringList { u"-sS"_s, u"--cacert"_s, m_shop.caPath(), u"--max-time"_s, u"60"_s,
+                             u"-D"_s, headerFile, u"-o"_s, dir.filePath(u"body"_s), u"-w"_s,
+                             u"%{http_code}"_s }
+                   + arguments);
+    CurlReply reply;
+    if (!curl.waitForFinished(120'000))
+        return reply;
+    reply.exitCode = curl.exitCode();
+    reply.status = curl.readAllStandardOutput().toInt();
+    reply.body = readAll(dir.filePath(u"body"_s));
+    for (const QByteArray &line : readAll(headerFile).split('\n')) {
+        if (line.startsWith("HTTP/"))
+            reply.headers.clear(); // a redirect followed: keep the last response's
+        const qsizetype colon = line.indexOf(':');
+        if (colon > 0)
+            reply.headers.insert(QString::fromLatin1(line.left(colon)).toLower(),
+                                 QString::fromLatin1(line.mid(colon + 1).trimmed()));
+    }
+    return reply;
+}
+
+CurlReply ShopFixture::request(const QString &endpoint, std::optional<QString> token)
+{
+    const QString authorization = bearer(token ? *token : m_shop.issueToken());
+    if (endpoint == "device/code"_L1)
+        return post(api(endpoint), { { u"client_id"_s, u"mac-app"_s } });
+    if (endpoint == "device/token"_L1)
+        return post(api(endpoint),
+                    { { u"client_id"_s, u"mac-app"_s },
+                      { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s } });
+    if (endpoint == "sign-out"_L1)
+        return post(api(endpoint), {}, { authorization });
+    if (endpoint == "downloads"_L1)
+        return post(api(endpoint), { { u"files"_s, QJsonArray() } }, { authorization });
+    if (endpoint == "files"_L1)
+        return get(sampleLink());
+    if (endpoint == "art"_L1)
+        return get(url(u"/art/dunes/rose/light.png"_s));
+    return get(api(endpoint), { authorization });
+}
+
+QString ShopFixture::sampleLink()
+{
+    const QJsonDocument manifest = QJsonDocument::fromJson(readAll(content + u"/content.json"_s));
+    QString id;
+    for (const QJsonValue &pack : manifest[u"packs"_s].toArray())
+        for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
+            for (const QJsonValue &file : colourway[u"files"_s].toArray())
+                if (file[u"path"_s] == samplePath)
+                    id = file[u"id"_s].toString();
+    const QJsonObject wanted { { u"pack"_s, u"dunes"_s }, { u"id"_s, id } };
+    return post(api(u"downloads"_s), { { u"files"_s, QJsonArray { wanted } } },
+                { bearer(m_shop.issueToken()) })
+        .json()[u"links"_s][0][u"url"_s]
+        .toString();
+}
+
+QByteArray ShopFixture::sampleBytes()
+{
+    return readAll(content + u'/' + samplePath);
 }
 
 QJsonObject ShopFixture::requestCode(const QString &device) const
 {
-    return m_curl
-        .post(api(u"device/code"_s), { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, device } })
+    return post(api(u"device/code"_s),
+                { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, device } })
         .json();
 }
 
 CurlReply ShopFixture::poll(const QString &deviceCode) const
 {
-    return m_curl.post(api(u"device/token"_s),
-                       { { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
-                         { u"device_code"_s, deviceCode },
-                         { u"client_id"_s, u"mac-app"_s } });
-}
-
-QString sampleFileId(const QString &pack, const QString &colourway, const QString &edition)
-{
-    QFile file(u"" QUENNET_DEVSHOP_CONTENT "/content.json"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    for (const QJsonValue &p : QJsonDocument::fromJson(file.readAll())[u"packs"_s].toArray())
-        for (const QJsonValue &c : p[u"colourways"_s].toArray())
-            for (const QJsonValue &f : c[u"files"_s].toArray())
-                if (p[u"slug"_s] == pack && c[u"slug"_s] == colourway && f[u"edition"_s] == edition)
-                    return f[u"id"_s].toString();
-    return {};
+    return post(api(u"device/token"_s),
+                { { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s },
+                  { u"device_code"_s, deviceCode },
+                  { u"client_id"_s, u"mac-app"_s } });
 }

@@ -1,30 +1,53 @@
 #pragma once
 
-#include "curl.h"
 #include "dev_shop.h"
 
+#include <QHash>
+#include <QJsonObject>
+#include <QStringList>
 #include <QTemporaryDir>
+#include <optional>
 
-// A development shop on port 0 over the build's sample content, for one test case, with curl
-// pointed at it.
+// One answer as curl saw it.
+struct CurlReply {
+    int exitCode = -1; // curl's own: 0, or 18 for a short body, 28 for a time-out, …
+    int status = 0;
+    QHash<QString, QString> headers; // of the last response, names in lower case
+    QByteArray body;
+
+    [[nodiscard]] QString header(const QString &name) const
+    {
+        return headers.value(name.toLower());
+    }
+    [[nodiscard]] QJsonObject json() const;
+};
+
+// A development shop on port 0 over the build's sample content, for one test case, and the curl
+// program as an independent client of it: one that trusts the shop's authority and nothing else.
 class ShopFixture {
 public:
     explicit ShopFixture(DevShop::Options options = {});
 
-    [[nodiscard]] bool isRunning() const { return m_running; }
     [[nodiscard]] DevShop &shop() { return m_shop; }
-    [[nodiscard]] const Curl &curl() const { return m_curl; }
 
     // An address on the shop: "/_devshop/stats", or an API endpoint such as "library".
     [[nodiscard]] QString url(const QString &path) const;
     [[nodiscard]] QString api(const QString &endpoint) const;
     [[nodiscard]] static QString bearer(const QString &token);
 
-    // The reply to the links request for the given (pack, id) pairs.
-    [[nodiscard]] CurlReply links(const QString &token,
-                                  const QList<QPair<QString, QString>> &files) const;
-    // The link of one owned file, fetched with a fresh token.
-    [[nodiscard]] QString linkTo(const QString &pack, const QString &id);
+    [[nodiscard]] CurlReply get(const QString &url, const QStringList &headers = {},
+                                const QStringList &options = {}) const;
+    [[nodiscard]] CurlReply post(const QString &url, const QJsonObject &body,
+                                 const QStringList &headers = {}) const;
+    [[nodiscard]] CurlReply curl(const QStringList &arguments) const;
+
+    // One request to an endpoint as a client makes it, with the token given or a fresh one;
+    // "files" downloads the sample file below, "art" one of its pictures.
+    [[nodiscard]] CurlReply request(const QString &endpoint,
+                                    std::optional<QString> token = std::nullopt);
+    // A signed link to the sample file "files/dunes/rose-light.heic", and its bytes.
+    [[nodiscard]] QString sampleLink();
+    [[nodiscard]] static QByteArray sampleBytes();
     // The device-code sign-in as the app makes it: a code, then a poll for its token.
     [[nodiscard]] QJsonObject requestCode(const QString &device = QStringLiteral("Test Box")) const;
     CurlReply poll(const QString &deviceCode) const;
@@ -32,10 +55,4 @@ public:
 private:
     QTemporaryDir m_state;
     DevShop m_shop;
-    Curl m_curl;
-    bool m_running = false;
 };
-
-// The pack and id of one file of the sample content, picked by pack, colourway and edition.
-[[nodiscard]] QString sampleFileId(const QString &pack, const QString &colourway,
-                                   const QString &edition);

@@ -1,20 +1,17 @@
-#include "dev_shop.h"
 #include "pixels.h"
 #include "root_pixels.h"
 #include "shop_profile.h"
+#include "test_files.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRect>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrlQuery>
@@ -22,17 +19,12 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-QString run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(10'000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
 QString xdotool(const QStringList &arguments)
 {
-    return run(u"xdotool"_s, arguments);
+    QProcess process;
+    process.start(u"xdotool"_s, arguments);
+    process.waitForFinished(10'000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
 // The first visible window whose name is exactly this.
@@ -73,7 +65,6 @@ void key(const QString &window, const QStringList &keys)
     xdotool(QStringList { u"windowfocus"_s, u"--sync"_s, window });
     xdotool(QStringList { u"key"_s, u"--delay"_s, u"150"_s } + keys);
 }
-
 } // namespace
 
 // Quennet as a person meets it: under Xorg with two monitors, a tray and the development shop,
@@ -81,13 +72,11 @@ void key(const QString &window, const QStringList &keys)
 class ApplicationTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_state;
     QTemporaryDir m_bin;
-    std::unique_ptr<DevShop> m_shop;
+    SampleShop m_shop;
     QProcess m_tray;
     QProcess m_portal;
     QProcess m_quennet;
-    QString m_folder; // the application folder
 
     // The small window Quennet's icon lives in, inside the tray.
     QRect trayIcon()
@@ -103,27 +92,14 @@ class ApplicationTest : public QObject {
 
     void setScheme(const QByteArray &scheme)
     {
-        QFile file(m_bin.filePath(u"scheme"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(scheme);
-    }
-
-    bool hasLibrary() const
-    {
-        QFile file(m_folder + u"/shop-cache.json"_s);
-        return file.open(QIODevice::ReadOnly)
-            && QJsonDocument::fromJson(file.readAll())["library"_L1].isObject();
+        QVERIFY(writeFile(m_bin.filePath(u"scheme"_s), scheme));
     }
 
     std::optional<QJsonObject> placement(int display)
     {
-        QFile file(m_folder + u"/placements.json"_s);
-        if (!file.open(QIODevice::ReadOnly))
-            return std::nullopt;
         const QJsonObject placements =
-            QJsonDocument::fromJson(file.readAll())["placements"_L1].toObject();
-        if (placements.isEmpty())
-            return std::nullopt;
+            QJsonDocument::fromJson(readAll(m_shop.folder + u"/placements.json"_s))["placements"_L1]
+                .toObject();
         // The records do not say which display is which monitor: the picture shown decides.
         const QColor shown = rootPixel(960 + 1920 * display, 540);
         for (const QJsonValue &value : placements) {
@@ -136,13 +112,7 @@ class ApplicationTest : public QObject {
 private Q_SLOTS:
     void initTestCase()
     {
-        m_shop = std::make_unique<DevShop>(
-            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
-                               .stateDir = m_state.path(),
-                               .pollInterval = 1 });
-        QVERIFY(m_shop->start());
-        m_folder = pointAtShop(*m_shop);
-        QVERIFY(!m_folder.isEmpty());
+        QVERIFY(m_shop.start());
 
         QVERIFY(standInBrowser(m_bin.path()));
         qputenv("QT_QUICK_BACKEND", "software");
@@ -201,12 +171,10 @@ private Q_SLOTS:
                                  60'000);
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
-        QFile file(opened);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QUrl page(QString::fromUtf8(file.readAll()).trimmed());
-        QVERIFY(m_shop->approve(QUrlQuery(page).queryItemValue(u"user_code"_s)));
+        const QUrl page(QString::fromUtf8(readAll(opened)).trimmed());
+        QVERIFY(m_shop.shop.approve(QUrlQuery(page).queryItemValue(u"user_code"_s)));
         // The store keeps the library it loaded in its disk copy.
-        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 20'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_shop.folder), 20'000);
         // Closed, the main window leaves the desktop to be seen.
         key(main, { u"ctrl+w"_s });
         QTRY_VERIFY_WITH_TIMEOUT(windowNamed(u"Quennet"_s).isEmpty(), 10'000);

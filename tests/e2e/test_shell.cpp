@@ -1,5 +1,4 @@
-#include "dev_shop.h"
-#include "sample_store.h"
+#include "pixels.h"
 #include "shop_profile.h"
 
 #include <QDBusConnection>
@@ -122,6 +121,14 @@ QVariant busProperty(const QString &service, const QString &path, const QString 
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
+// The status items the shell's host shows.
+QStringList statusNotifierItems()
+{
+    return busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                       u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
+        .toStringList();
+}
+
 // Asks GNOME Shell, through the test's extension.
 QJsonValue shellEval(const QString &script)
 {
@@ -131,6 +138,12 @@ QJsonValue shellEval(const QString &script)
     if (!reply.isValid())
         return {};
     return QJsonDocument::fromJson("[" + reply.value().toUtf8() + "]").array().at(0);
+}
+
+QDBusMessage kwinScripting(const QString &method, const QVariantList &arguments = {})
+{
+    return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
+                   arguments);
 }
 
 // Takes what a KWin script sends back: KWin's scripts answer only through calls of their own.
@@ -162,15 +175,11 @@ QJsonValue kwinEval(const QString &expression)
                      .arg(QDBusConnection::sessionBus().baseService(), expression)
                      .toUtf8());
     script.close();
-    const auto scripting = [](const QString &method, const QVariantList &arguments) {
-        return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
-                       arguments);
-    };
     answers.received.clear();
-    scripting(u"loadScript"_s, { script.fileName(), name });
-    scripting(u"start"_s, {});
+    kwinScripting(u"loadScript"_s, { script.fileName(), name });
+    kwinScripting(u"start"_s);
     const bool answered = waitFor([] { return !answers.received.isEmpty(); }, 10'000);
-    scripting(u"unloadScript"_s, { name });
+    kwinScripting(u"unloadScript"_s, { name });
     return answered
         ? QJsonDocument::fromJson("[" + answers.received.constFirst().toUtf8() + "]").array().at(0)
         : QJsonValue();
@@ -198,14 +207,10 @@ QRect mainWindowFrame()
         workspace.clientList().forEach(maximise);
         workspace.clientAdded.connect(maximise);)");
     script.close();
-    const auto scripting = [](const QString &method, const QVariantList &arguments) {
-        return callBus(u"org.kde.KWin"_s, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method,
-                       arguments);
-    };
     const QDBusReply<int> loaded =
-        scripting(u"loadScript"_s, { script.fileName(), u"quennet-test"_s });
+        kwinScripting(u"loadScript"_s, { script.fileName(), u"quennet-test"_s });
     if (!loaded.isValid() || loaded.value() < 0
-        || scripting(u"start"_s, {}).type() != QDBusMessage::ReplyMessage)
+        || kwinScripting(u"start"_s).type() != QDBusMessage::ReplyMessage)
         return {};
     return { 0, 0, 1920, 1080 - 44 };
 }
@@ -218,10 +223,8 @@ QRect mainWindowFrame()
 class ShellTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_state;
-    std::unique_ptr<DevShop> m_shop;
+    SampleShop m_shop;
     QProcess m_quennet;
-    QString m_folder;
     // Plasma: the panel before Quennet's icon was in it, in light and in dark.
     QHash<bool, QImage> m_panelWithoutIcon;
 
@@ -277,7 +280,7 @@ class ShellTest : public QObject {
         if (screen.isNull())
             return {};
         const QColor middle = screen.pixelColor(screen.width() / 2, screen.height() / 2);
-        const QDir rendered(m_folder + u"/Rendered"_s);
+        const QDir rendered(m_shop.folder + u"/Rendered"_s);
         for (const QString &name : rendered.entryList({ u"*.png"_s }, QDir::Files)) {
             if (near(middle, middleOf(rendered.filePath(name))))
                 return name;
@@ -313,13 +316,6 @@ class ShellTest : public QObject {
     {
         return callBus(quennet, quennetPath, u"app.quennet.Quennet.Automation"_s, method,
                        arguments);
-    }
-
-    [[nodiscard]] bool hasLibrary() const
-    {
-        QFile file(m_folder + u"/shop-cache.json"_s);
-        return file.open(QIODevice::ReadOnly)
-            && QJsonDocument::fromJson(file.readAll())["library"_L1].isObject();
     }
 
     // GNOME puts a new window where it likes and tells no window of a click on the desktop: the
@@ -431,13 +427,7 @@ private Q_SLOTS:
         if (qEnvironmentVariable("QUENNET_SESSION") != "gnome"_L1
             && qEnvironmentVariable("QUENNET_SESSION") != "plasma"_L1)
             QSKIP("runs only inside tests/run-in-session gnome|plasma");
-        m_shop = std::make_unique<DevShop>(
-            DevShop::Options { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT),
-                               .stateDir = m_state.path(),
-                               .pollInterval = 1 });
-        QVERIFY(m_shop->start());
-        m_folder = pointAtShop(*m_shop);
-        QVERIFY(!m_folder.isEmpty());
+        QVERIFY(m_shop.start());
 
         if (!isGnome()) {
             // The clock would change the tray's neighbourhood between screenshots.
@@ -520,10 +510,7 @@ private Q_SLOTS:
             return;
         }
         // Plasma reads the menu over D-Bus from the path the item names, as here.
-        const QStringList items =
-            busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                        u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
-                .toStringList();
+        const QStringList items = statusNotifierItems();
         QCOMPARE(items.size(), 1);
         const QString service = items.first().section(u'/', 0, 0);
         const auto menu = qvariant_cast<QDBusObjectPath>(
@@ -563,11 +550,7 @@ private Q_SLOTS:
     void panelFromTheIcon()
     {
         // GNOME's watcher lists items as "SERVICE@PATH", Plasma's as "SERVICE/PATH".
-        const QString item =
-            busProperty(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                        u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
-                .toStringList()
-                .value(0);
+        const QString item = statusNotifierItems().value(0);
         const qsizetype split = item.contains(u'@') ? item.indexOf(u'@') : item.indexOf(u'/');
         QVERIFY2(split > 0, qPrintable(item));
         const auto click = [&item, split] {
@@ -595,12 +578,12 @@ private Q_SLOTS:
                       .toString())
                  .isEmpty(),
             10'000);
-        QVERIFY(m_shop->approve(code));
+        QVERIFY(m_shop.shop.approve(code));
         QTRY_COMPARE_WITH_TIMEOUT(sessionState(), u"signedIn"_s, 15'000);
-        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(), 15'000);
+        QTRY_VERIFY_WITH_TIMEOUT(hasLibrary(m_shop.folder), 15'000);
         QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(
             u"org.kde.kwalletd5"_s));
-        QVERIFY(!QFile::exists(m_folder + u"/secrets.json"_s));
+        QVERIFY(!QFile::exists(m_shop.folder + u"/secrets.json"_s));
     }
 
     // An automatic wallpaper shows its light picture, its dark one in dark, and light again.
@@ -711,7 +694,7 @@ private Q_SLOTS:
         };
         // The window covers the desktop now: the placements tell what was set, and when.
         const auto placements = [this] {
-            QFile file(m_folder + u"/placements.json"_s);
+            QFile file(m_shop.folder + u"/placements.json"_s);
             return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         };
         const QByteArray before = placements();

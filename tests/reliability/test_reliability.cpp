@@ -1,9 +1,7 @@
-#include "api_client.h"
 #include "download_cache.h"
 #include "download_thread.h"
 #include "file_error.h"
 #include "file_fetcher.h"
-#include "network_access_manager.h"
 #include "network_error.h"
 #include "set_rig.h"
 #include "store_rig.h"
@@ -30,11 +28,6 @@ struct Figures {
     qint64 fetchedAgain = 0; // sent by the shop beyond one copy of each file
     int lost = 0; // files saved before and damaged since, partial files that are not a prefix
 };
-
-template<typename T> QString describeFailure(const Result<T> &result)
-{
-    return result.value ? u"none"_s : failureText(result);
-}
 
 // Every file under folder, by relative path, outside the partial downloads.
 QHash<QString, QByteArray> savedFiles(const QString &folder)
@@ -76,7 +69,6 @@ private Q_SLOTS:
     void cutTransfers();
     void killedDownloads();
     void fullDisk();
-    void shopInputStaysOutside();
     void cleanupTestCase();
 
 private:
@@ -143,14 +135,14 @@ void TestReliability::cutTransfers()
         const qsizetype rangesBefore = shop.ranges(file.id).size();
 
         const auto broken = finish(fetcher.fetch(shop.publicUrl(file.id), target));
-        QVERIFY2(broken.failure<NetworkError>(), qPrintable(describeFailure(broken)));
+        QVERIFY2(broken.failure<NetworkError>(), qPrintable(failureText(broken)));
         ++figures.faults;
         const QByteArray kept = readAll(target.partial);
         if (!bytes.startsWith(kept))
             ++figures.lost;
 
         const auto resumed = finish(fetcher.fetch(shop.publicUrl(file.id), target));
-        QVERIFY2(resumed.value, qPrintable(describeFailure(resumed)));
+        QVERIFY2(resumed.value, qPrintable(failureText(resumed)));
         QCOMPARE(readAll(target.destination), bytes);
         ++figures.verified;
         const QStringList asked = shop.ranges(file.id).mid(rangesBefore);
@@ -264,7 +256,7 @@ void TestReliability::fullDisk()
         QVERIFY(rig.start());
         const auto earlier =
             finish(rig.requests().setWallpaper(u"coast"_s, u"chalk"_s, Edition::Light, rig.ids()));
-        QVERIFY2(earlier.value, qPrintable(describeFailure(earlier)));
+        QVERIFY2(earlier.value, qPrintable(failureText(earlier)));
         const auto saved = savedFiles(folder);
         QVERIFY(saved.contains(u"placements.json"_s));
         const WallpaperFile dark = rig.storeRig().file(u"coast"_s, u"chalk"_s, Edition::Dark);
@@ -329,35 +321,6 @@ void TestReliability::fullDisk()
     }
     count("Full disk", figures);
     QCOMPARE(figures.lost, 0);
-}
-
-// What the shop's side chooses never leads a write or a token elsewhere: an archive is saved
-// beside a dangling link of its name, never through it, and a shop address without TLS gets no
-// request at all.
-void TestReliability::shopInputStaysOutside()
-{
-    StoreRig rig({ { .slug = u"coast"_s,
-                     .files = { { u"chalk"_s, u"light"_s, 20'000 } },
-                     .archives = { { u"mac"_s, u"Coast (Mac).zip"_s, 40'000 } } } });
-    QVERIFY(rig.isReady());
-    QVERIFY(rig.start());
-    QTemporaryDir elsewhere;
-    const QString target = elsewhere.filePath(u"planted.zip"_s);
-    QVERIFY(QDir().mkpath(rig.downloadsFolder()));
-    QVERIFY(QFile::link(target, rig.downloadsFolder() + u"/Coast (Mac).zip"_s));
-    finish(rig.store().saveDesktopFiles(u"coast"_s));
-    QVERIFY(!QFileInfo::exists(target));
-    const auto archive = rig.shop().packs()[0].archives[0];
-    QCOMPARE(readAll(rig.downloadsFolder() + u"/Coast (Mac) 2.zip"_s),
-             rig.shop().bytes(archive.id));
-
-    QUrl plain = rig.shop().baseUrl();
-    plain.setScheme(u"http"_s);
-    NetworkAccessManager manager(rig.shop().shop().caPath(), plain);
-    const int before = rig.shop().requests(u"catalogue"_s);
-    const auto refused = finish(APIClient(&manager, plain).catalogue());
-    QCOMPARE(refused.failure<APIClient::Failure>(), std::optional(APIClient::Failure::notHTTPS()));
-    QCOMPARE(rig.shop().requests(u"catalogue"_s), before);
 }
 
 QTEST_GUILESS_MAIN(TestReliability)

@@ -28,10 +28,6 @@ private Q_SLOTS:
         QTest::newRow("set, edition before")
             << QStringList { u"set"_s, u"--edition=light"_s, u"a/b"_s }
             << Command { .action = Action::Set, .wallpaper = u"a/b"_s, .edition = u"light"_s };
-        // Quennet checks the values: it knows which there are.
-        QTest::newRow("set, any edition")
-            << QStringList { u"set"_s, u"x"_s, u"--edition"_s, u"sepia"_s }
-            << Command { .action = Action::Set, .wallpaper = u"x"_s, .edition = u"sepia"_s };
         QTest::newRow("shuffle settings")
             << QStringList { u"shuffle-settings"_s, u"--on"_s,      u"--interval"_s, u"hour"_s,
                              u"--source"_s,         u"favourites"_s }
@@ -48,8 +44,6 @@ private Q_SLOTS:
             << QStringList { u"focus-filter"_s } << Command { .action = Action::FocusFilter };
         QTest::newRow("find words") << QStringList { u"find"_s, u"dunes"_s, u"rose"_s }
                                     << Command { .action = Action::Find, .text = u"dunes rose"_s };
-        QTest::newRow("find everything")
-            << QStringList { u"find"_s } << Command { .action = Action::Find };
     }
 
     void commands()
