@@ -118,78 +118,11 @@ class DoNotDisturbDisplaysTest : public QObject {
 private Q_SLOTS:
     void init() { QVERIFY(setBanners(true)); }
 
-<<<<<<< HEAD
-void DoNotDisturbDisplaysTest::wallpaperComesAndGoesWithDoNotDisturb()
-{
-    QVERIFY(GSettingsDoNotDisturb::isAvailable(GSettingsDoNotDisturb::Family::Gnome));
-    Session session(Desktop::X11);
-    Displays &displays = session.displays;
-    SampleStore &store = session.store;
-    FocusWallpaper &focus = session.focus;
-
-    const QStringList ids = session.displays.ids();
-    QCOMPARE(ids.size(), 2);
-    awaitTask(store.setWallpaper(store.choice(u"emerald"_s), Edition::Light, { ids[0] }));
-    awaitTask(store.setWallpaper(store.choice(u"amber"_s), Edition::Light, { ids[1] }));
-    const QPoint left(960, 540);
-    const QPoint right(1920 + 960, 540);
-    const auto shown = [](QPoint at) { return rootPixel(at.x(), at.y()); };
-    const QColor emerald = middleOf(displays.placement(ids[0])->path);
-    const QColor amber = middleOf(displays.placement(ids[1])->path);
-    QVERIFY(near(shown(left), emerald) && near(shown(right), amber));
-
-    QVERIFY(setBanners(false));
-    QTRY_VERIFY_WITH_TIMEOUT(focus.isHeld(), 10000);
-    // The desktop is given the rendering of the Do Not Disturb wallpaper on both displays.
-    const QString rendering = session.rendering(u"f_violet_light"_s, 0);
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(rendering), 20000);
-    const QColor violet = middleOf(rendering);
-    QVERIFY(!near(violet, emerald) && !near(violet, amber));
-    QTRY_VERIFY_WITH_TIMEOUT(near(shown(left), violet) && near(shown(right), violet), 20000);
-
-    QVERIFY(setBanners(true));
-    QTRY_VERIFY_WITH_TIMEOUT(!focus.isHeld(), 10000);
-    QTRY_VERIFY_WITH_TIMEOUT(near(shown(left), emerald) && near(shown(right), amber), 20000);
-    // Each restore records once the desktop has the picture.
-    QTRY_COMPARE(displays.placement(ids[0])->colourway, u"emerald"_s);
-    QTRY_COMPARE(displays.placement(ids[1])->colourway, u"amber"_s);
-}
-
-void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack_data()
-{
-    QTest::addColumn<Edition>("edition");
-    QTest::newRow("light and dark") << Edition::Automatic;
-    QTest::newRow("time of day") << Edition::TimeOfDay;
-}
-
-// What GNOME is given back is what setting the wallpaper gave it: the light and dark pictures of
-// an automatic wallpaper, the timed slideshow of a time-of-day one.
-void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack()
-{
-    QFETCH(Edition, edition);
-    Session session(Desktop::Gnome);
-    SampleStore &store = session.store;
-    const QStringList ids = session.displays.ids();
-    QCOMPARE(ids.size(), 2);
-    awaitTask(store.setWallpaper(store.choice(u"emerald"_s), edition, ids));
-    const QString light = gsettings(u"picture-uri"_s);
-    const QString dark = gsettings(u"picture-uri-dark"_s);
-    if (edition == Edition::Automatic) {
-        const auto heic = HeicFile::open(SampleStore::path(u"aurora"_s, u"emerald"_s, edition));
-        const auto pixels = [](const QString &uri) {
-            return QImage(QUrl(uri).toLocalFile()).convertToFormat(QImage::Format_RGB32);
-        };
-        QCOMPARE(pixels(light), heic->picture(0).convertToFormat(QImage::Format_RGB32));
-        QCOMPARE(pixels(dark), heic->picture(1).convertToFormat(QImage::Format_RGB32));
-    } else {
-        QVERIFY2(light.endsWith(u".xml"_s), qPrintable(light));
-=======
     void gnomeGetsTheEditionBack_data()
     {
         QTest::addColumn<Edition>("edition");
         QTest::newRow("light and dark") << Edition::Automatic;
         QTest::newRow("time of day") << Edition::TimeOfDay;
->>>>>>> tests-a
     }
 
     // What GNOME is given back is what setting the wallpaper gave it: the light and dark pictures
@@ -199,7 +132,7 @@ void DoNotDisturbDisplaysTest::gnomeGetsTheEditionBack()
         QFETCH(Edition, edition);
         Session session;
         SampleStore &store = session.store;
-        const QStringList ids = session.setter.displayIds();
+        const QStringList ids = session.displays.ids();
         QCOMPARE(ids.size(), 2);
         awaitTask(store.setWallpaper(store.choices().first(), edition, ids));
         const QString light = gsettings(u"picture-uri"_s);
