@@ -51,10 +51,7 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
                 file.sha256 = writeRandom(QDir(dir).filePath(path), file.bytes);
             } else {
                 const QByteArray bytes = readAll(file.copyOf);
-                QDir().mkpath(QFileInfo(QDir(dir).filePath(path)).path());
-                QFile copy(QDir(dir).filePath(path));
-                if (bytes.isEmpty() || !copy.open(QIODevice::WriteOnly)
-                    || copy.write(bytes) != bytes.size())
+                if (bytes.isEmpty() || !writeFile(QDir(dir).filePath(path), bytes))
                     qFatal("Cannot copy %s", qPrintable(file.copyOf));
                 file.bytes = bytes.size();
                 file.sha256 = QString::fromLatin1(
@@ -111,10 +108,8 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
         { u"phases"_s, QJsonArray() },
         { u"packs"_s, packArray },
     };
-    QFile file(QDir(dir).filePath(u"content.json"_s));
-    if (!file.open(QIODevice::WriteOnly))
+    if (!writeFile(QDir(dir).filePath(u"content.json"_s), QJsonDocument(manifest).toJson()))
         qFatal("Cannot write content.json");
-    file.write(QJsonDocument(manifest).toJson());
     return packs;
 }
 
