@@ -33,8 +33,8 @@ ContentPack dunes()
 }
 } // namespace
 
-// The store's downloads and requests to set: shared transfers, retries, links, notices, the
-// Downloads folder, generations, history, updates and removal, against the development shop.
+// The store's downloads: shared transfers, retries, links, notices, the Downloads folder and
+// files the shop replaced, against the development shop.
 class TestShopDownloads : public QObject {
     Q_OBJECT
 
