@@ -74,20 +74,6 @@ private Q_SLOTS:
         QCOMPARE(ids(sampleQuery(favourites).entities(text)), found);
     }
 
-    void lookUp()
-    {
-        const WallpaperQuery query = sampleQuery({});
-        const WallpaperEntity rose { .id = u"dunes/rose"_s,
-                                     .name = u"Rose"_s,
-                                     .packName = u"Dunes"_s };
-        QCOMPARE(query.entity(u"dunes/rose"_s), rose);
-        QCOMPARE(query.entity(u"Dunes/Rose"_s), std::nullopt);
-        QCOMPARE(query.entity(u"harbour/slate"_s), std::nullopt);
-        QCOMPARE(ids(query.entities(
-                     QStringList { u"dunes/amber"_s, u"nope/nope"_s, u"aurora/violet"_s })),
-                 (QStringList { u"dunes/amber"_s, u"aurora/violet"_s }));
-    }
-
     void keys_data()
     {
         QTest::addColumn<QString>("text");

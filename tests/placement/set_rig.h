@@ -25,6 +25,9 @@ public:
     [[nodiscard]] ContentShop &shop() { return m_store->shop(); }
     [[nodiscard]] WallpaperRequests &requests() { return *m_requests; }
     [[nodiscard]] Reconciler &reconciler() { return *m_reconciler; }
+    [[nodiscard]] FakeDesktop &desktop() { return m_desktop; }
+    [[nodiscard]] Displays &displays() { return *m_displays; }
+    [[nodiscard]] WallpaperSetter &setter() { return *m_setter; }
     [[nodiscard]] QStringList ids() const { return m_displays->ids(); }
     // The local file the display shows, by what its rendering was made from; empty for none.
     [[nodiscard]] QString shownFile(const QString &displayId) const;

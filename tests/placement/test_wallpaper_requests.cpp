@@ -29,198 +29,192 @@ class TestWallpaperRequests : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
-    void whatIsRefused();
-    void overtakenRequests();
-    void goingBack();
-    void replacedFilesAreUpdated_data();
-    void replacedFilesAreUpdated();
-    void removeDownloadsKeepsWhatIsShown();
-    void damagedFilesAreMadeAgain();
+
+    void whatIsRefused()
+    {
+        SetRig rig(aurora());
+        QVERIFY(rig.start());
+        const QStringList main { rig.ids()[0] };
+        const auto refusal = [&](const QString &pack, const QString &colourway) {
+            return failureText(
+                finish(rig.requests().setWallpaper(pack, colourway, Edition::Light, main)));
+        };
+        QCOMPARE(refusal(u"harbour"_s, u"sea"_s), u"That wallpaper isn't in your packs."_s);
+        QCOMPARE(refusal(u"glacier"_s, u"ice"_s), u"It isn't available to set yet."_s);
+        QVERIFY(rig.shownFile(main[0]).isEmpty());
+    }
+
+    void overtakenRequests()
+    {
+        SetRig rig(aurora());
+        QVERIFY(rig.start());
+        const QStringList ids = rig.ids();
+        // The older request waits for a slow transfer.
+        QVERIFY(rig.shop().setFaults(slowFiles));
+        auto older = rig.set(u"violet"_s, Edition::Automatic, ids);
+        QTRY_VERIFY(!rig.store().progress().isEmpty());
+        QVERIFY(rig.shop().setFaults("{}"));
+        const auto newer = finish(rig.set(u"emerald"_s, Edition::Light, { ids[0] }));
+        QVERIFY2(newer.value, qPrintable(failureText(newer)));
+
+        const auto outcome = finish(std::move(older));
+        QCOMPARE(outcome.value, QStringList { ids[1] });
+        QCOMPARE(rig.shownFile(ids[0]), rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light));
+        QCOMPARE(rig.shownFile(ids[1]),
+                 rig.localPath(u"aurora"_s, u"violet"_s, Edition::Automatic));
+
+        // Overtaken on every display it asked for.
+        QVERIFY(rig.shop().setFaults(slowFiles));
+        auto oldest = rig.set(u"emerald"_s, Edition::Dark, { ids[1] });
+        QTRY_VERIFY(!rig.store().progress().isEmpty());
+        QVERIFY(rig.shop().setFaults("{}"));
+        QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, { ids[1] })).value);
+        QCOMPARE(failureText(finish(std::move(oldest))),
+                 u"Another wallpaper was set while this one downloaded."_s);
+        QCOMPARE(rig.shownFile(ids[1]), rig.shownFile(ids[0]));
+    }
+
+    void goingBack()
+    {
+        SetRig rig(aurora());
+        QVERIFY(rig.start());
+        const QString main = rig.ids()[0];
+        auto &requests = rig.requests();
+        const auto set = [&](Edition edition) {
+            return finish(rig.set(u"emerald"_s, edition, { main })).value.has_value();
+        };
+        QVERIFY(set(Edition::Light));
+        QVERIFY(requests.history().isEmpty()); // nothing was shown before
+        QVERIFY(set(Edition::Dark));
+        QCOMPARE(requests.history().size(), 1);
+        QCOMPARE(requests.history()[0].value(main).edition, u"light"_s);
+
+        QSignalSpy goingBack(&requests, &WallpaperRequests::goingBackChanged);
+        QVERIFY(finish(requests.goBack()).value);
+        QCOMPARE(goingBack.size(), 2);
+        QVERIFY(!requests.isGoingBack());
+        QVERIFY(requests.history().isEmpty());
+        QCOMPARE(rig.shownFile(main), rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light));
+
+        // Only the latest changes are kept.
+        for (int i = 0; i < 30; ++i)
+            QVERIFY(set(i % 2 ? Edition::Light : Edition::Dark));
+        QCOMPARE(requests.history().size(), 20);
+    }
+
+    void replacedFilesAreUpdated_data()
+    {
+        QTest::addColumn<QByteArray>("faults");
+        QTest::addColumn<bool>("updated");
+
+        QTest::newRow("new file arrives") << "{}"_ba << true;
+        QTest::newRow("new file fails")
+            << "{\"statuses\": [{\"endpoint\": \"files\", \"status\": 500}]}"_ba << false;
+    }
+
+    void replacedFilesAreUpdated()
+    {
+        QFETCH(QByteArray, faults);
+        QFETCH(bool, updated);
+        SetRig rig(aurora());
+        QVERIFY(rig.start());
+        const QStringList ids = rig.ids();
+        QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, ids)).value);
+        const QString oldPath = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
+
+        // The shop replaces the file: same colourway and edition, a new id.
+        auto packs = rig.shop().packs();
+        packs[0].files[0].id.clear();
+        QVERIFY(rig.shop().restart(packs));
+        QVERIFY(rig.shop().setFaults(faults.constData()));
+        QSignalSpy settled(&rig.reconciler(), &Reconciler::settled);
+        if (!updated)
+            QTest::ignoreMessage(
+                QtWarningMsg,
+                QRegularExpression(
+                    u"^Couldn't update aurora/emerald-light-f_.*: Couldn't download EMERALD. |The shop replied 500."_s));
+        finish(rig.store().refresh());
+        QTRY_COMPARE(settled.size(), 1);
+
+        const QString newPath = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
+        QVERIFY(newPath != oldPath);
+        const QString shown = updated ? newPath : oldPath;
+        QCOMPARE(rig.shownFile(ids[0]), shown);
+        QCOMPARE(rig.shownFile(ids[1]), shown);
+        QCOMPARE(QFile::exists(oldPath), !updated);
+        QCOMPARE(QFile::exists(newPath), updated);
+    }
+
+    void removeDownloadsKeepsWhatIsShown()
+    {
+        SetRig rig(aurora());
+        QVERIFY(rig.start());
+        Shop &store = rig.store();
+        const QString light = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
+        const QString dark = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Dark);
+        const auto violet = rig.storeRig().file(u"aurora"_s, u"violet"_s, Edition::Automatic);
+        QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, { rig.ids()[0] })).value);
+        QVERIFY(finish(rig.set(u"emerald"_s, Edition::Dark, { rig.ids() })).value);
+        QVERIFY(finish(store.localFile(violet)).value);
+        QCOMPARE(store.downloaded().size(), 3);
+
+        // Not while a download runs.
+        QVERIFY(QFile::remove(store.cache().localPath(violet)));
+        QVERIFY(rig.shop().setFaults(slowFiles));
+        auto running = store.localFile(violet);
+        QTRY_VERIFY(!store.canRemoveDownloads());
+        finish(store.removeDownloads());
+        QVERIFY(QFile::exists(light));
+        QVERIFY(finish(std::move(running)).value);
+
+        finish(store.removeDownloads());
+        QCOMPARE(store.downloaded().size(), 1);
+        QVERIFY(QFile::exists(dark));
+        QVERIFY(!QFile::exists(light));
+    }
+
+    void damagedFilesAreMadeAgain()
+    {
+        // A real picture, and random bytes true to their digest that decode to nothing.
+        SetRig rig({ { .slug = u"aurora"_s,
+                       .files = { sampleFile(u"aurora"_s, u"emerald"_s, u"light"_s),
+                                  { u"violet"_s, u"dark"_s, 20'000 } } } });
+        QVERIFY(rig.start());
+        const QString main = rig.ids()[0];
+        const auto emerald = rig.storeRig().file(u"aurora"_s, u"emerald"_s, Edition::Light);
+        const QString local = rig.store().cache().localPath(emerald);
+        const auto set = [&](const QString &colourway, Edition edition) {
+            return failureText(finish(rig.set(colourway, edition, { main })));
+        };
+        const QString rendering =
+            Renderer(rig.store().cache().renderingFolder()).renderingPath(emerald.id, 0);
+        QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
+        const QByteArray picture = readAll(rendering);
+        QVERIFY(!picture.isEmpty());
+
+        // A rendering cut short is made again from the file on disk.
+        QVERIFY(QFile::resize(rendering, picture.size() / 2));
+        QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
+        QCOMPARE(readAll(rendering), picture);
+        QCOMPARE(rig.shop().fileRequests(emerald.id), 1);
+
+        // A downloaded file that no longer decodes is downloaded again.
+        QFile junk(local);
+        QVERIFY(junk.open(QIODevice::WriteOnly | QIODevice::Truncate) && junk.write("junk") == 4);
+        junk.close();
+        QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
+        QCOMPARE(rig.shop().fileRequests(emerald.id), 2);
+        QCOMPARE(readAll(local), rig.shop().bytes(emerald.id));
+        QCOMPARE(readAll(rendering), picture);
+
+        // Once: a file that does not decode when fetched again fails the set as before.
+        const auto violet = rig.storeRig().file(u"aurora"_s, u"violet"_s, Edition::Dark);
+        QCOMPARE(set(u"violet"_s, Edition::Dark),
+                 u"This wallpaper could not be prepared for your desktop."_s);
+        QCOMPARE(rig.shop().fileRequests(violet.id), 2);
+        QCOMPARE(rig.shownFile(main), local);
+    }
 };
-
-void TestWallpaperRequests::whatIsRefused()
-{
-    SetRig rig(aurora());
-    QVERIFY(rig.start());
-    const QStringList main { rig.ids()[0] };
-    const auto refusal = [&](const QString &pack, const QString &colourway) {
-        return failureText(
-            finish(rig.requests().setWallpaper(pack, colourway, Edition::Light, main)));
-    };
-    QCOMPARE(refusal(u"harbour"_s, u"sea"_s), u"That wallpaper isn't in your packs."_s);
-    QCOMPARE(refusal(u"glacier"_s, u"ice"_s), u"It isn't available to set yet."_s);
-    QVERIFY(rig.shownFile(main[0]).isEmpty());
-}
-
-void TestWallpaperRequests::overtakenRequests()
-{
-    SetRig rig(aurora());
-    QVERIFY(rig.start());
-    const QStringList ids = rig.ids();
-    // The older request waits for a slow transfer.
-    QVERIFY(rig.shop().setFaults(slowFiles));
-    auto older = rig.set(u"violet"_s, Edition::Automatic, ids);
-    QTRY_VERIFY(!rig.store().progress().isEmpty());
-    QVERIFY(rig.shop().setFaults("{}"));
-    const auto newer = finish(rig.set(u"emerald"_s, Edition::Light, { ids[0] }));
-    QVERIFY2(newer.value, qPrintable(failureText(newer)));
-
-    const auto outcome = finish(std::move(older));
-    QCOMPARE(outcome.value, QStringList { ids[1] });
-    QCOMPARE(rig.shownFile(ids[0]), rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light));
-    QCOMPARE(rig.shownFile(ids[1]), rig.localPath(u"aurora"_s, u"violet"_s, Edition::Automatic));
-
-    // Overtaken on every display it asked for.
-    QVERIFY(rig.shop().setFaults(slowFiles));
-    auto oldest = rig.set(u"emerald"_s, Edition::Dark, { ids[1] });
-    QTRY_VERIFY(!rig.store().progress().isEmpty());
-    QVERIFY(rig.shop().setFaults("{}"));
-    QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, { ids[1] })).value);
-    QCOMPARE(failureText(finish(std::move(oldest))),
-             u"Another wallpaper was set while this one downloaded."_s);
-    QCOMPARE(rig.shownFile(ids[1]), rig.shownFile(ids[0]));
-}
-
-void TestWallpaperRequests::goingBack()
-{
-    SetRig rig(aurora());
-    QVERIFY(rig.start());
-    const QString main = rig.ids()[0];
-    auto &requests = rig.requests();
-    const auto set = [&](Edition edition) {
-        return finish(rig.set(u"emerald"_s, edition, { main })).value.has_value();
-    };
-    QVERIFY(set(Edition::Light));
-    QVERIFY(requests.history().isEmpty()); // nothing was shown before
-    QVERIFY(set(Edition::Dark));
-    QCOMPARE(requests.history().size(), 1);
-    QCOMPARE(requests.history()[0].value(main).edition, u"light"_s);
-
-    QSignalSpy goingBack(&requests, &WallpaperRequests::goingBackChanged);
-    QVERIFY(finish(requests.goBack()).value);
-    QCOMPARE(goingBack.size(), 2);
-    QVERIFY(!requests.isGoingBack());
-    QVERIFY(requests.history().isEmpty());
-    QCOMPARE(rig.shownFile(main), rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light));
-
-    // Only the latest changes are kept.
-    for (int i = 0; i < 30; ++i)
-        QVERIFY(set(i % 2 ? Edition::Light : Edition::Dark));
-    QCOMPARE(requests.history().size(), 20);
-}
-
-void TestWallpaperRequests::replacedFilesAreUpdated_data()
-{
-    QTest::addColumn<QByteArray>("faults");
-    QTest::addColumn<bool>("updated");
-
-    QTest::newRow("new file arrives") << "{}"_ba << true;
-    QTest::newRow("new file fails")
-        << "{\"statuses\": [{\"endpoint\": \"files\", \"status\": 500}]}"_ba << false;
-}
-
-void TestWallpaperRequests::replacedFilesAreUpdated()
-{
-    QFETCH(QByteArray, faults);
-    QFETCH(bool, updated);
-    SetRig rig(aurora());
-    QVERIFY(rig.start());
-    const QStringList ids = rig.ids();
-    QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, ids)).value);
-    const QString oldPath = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
-
-    // The shop replaces the file: same colourway and edition, a new id.
-    auto packs = rig.shop().packs();
-    packs[0].files[0].id.clear();
-    QVERIFY(rig.shop().restart(packs));
-    QVERIFY(rig.shop().setFaults(faults.constData()));
-    QSignalSpy settled(&rig.reconciler(), &Reconciler::settled);
-    if (!updated)
-        QTest::ignoreMessage(
-            QtWarningMsg,
-            QRegularExpression(
-                u"^Couldn't update aurora/emerald-light-f_.*: Couldn't download EMERALD. |The shop replied 500."_s));
-    finish(rig.store().refresh());
-    QTRY_COMPARE(settled.size(), 1);
-
-    const QString newPath = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
-    QVERIFY(newPath != oldPath);
-    const QString shown = updated ? newPath : oldPath;
-    QCOMPARE(rig.shownFile(ids[0]), shown);
-    QCOMPARE(rig.shownFile(ids[1]), shown);
-    QCOMPARE(QFile::exists(oldPath), !updated);
-    QCOMPARE(QFile::exists(newPath), updated);
-}
-
-void TestWallpaperRequests::removeDownloadsKeepsWhatIsShown()
-{
-    SetRig rig(aurora());
-    QVERIFY(rig.start());
-    Shop &store = rig.store();
-    const QString light = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
-    const QString dark = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Dark);
-    const auto violet = rig.storeRig().file(u"aurora"_s, u"violet"_s, Edition::Automatic);
-    QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, { rig.ids()[0] })).value);
-    QVERIFY(finish(rig.set(u"emerald"_s, Edition::Dark, { rig.ids() })).value);
-    QVERIFY(finish(store.localFile(violet)).value);
-    QCOMPARE(store.downloaded().size(), 3);
-
-    // Not while a download runs.
-    QVERIFY(QFile::remove(store.cache().localPath(violet)));
-    QVERIFY(rig.shop().setFaults(slowFiles));
-    auto running = store.localFile(violet);
-    QTRY_VERIFY(!store.canRemoveDownloads());
-    finish(store.removeDownloads());
-    QVERIFY(QFile::exists(light));
-    QVERIFY(finish(std::move(running)).value);
-
-    finish(store.removeDownloads());
-    QCOMPARE(store.downloaded().size(), 1);
-    QVERIFY(QFile::exists(dark));
-    QVERIFY(!QFile::exists(light));
-}
-
-void TestWallpaperRequests::damagedFilesAreMadeAgain()
-{
-    // A real picture, and random bytes true to their digest that decode to nothing.
-    SetRig rig({ { .slug = u"aurora"_s,
-                   .files = { sampleFile(u"aurora"_s, u"emerald"_s, u"light"_s),
-                              { u"violet"_s, u"dark"_s, 20'000 } } } });
-    QVERIFY(rig.start());
-    const QString main = rig.ids()[0];
-    const auto emerald = rig.storeRig().file(u"aurora"_s, u"emerald"_s, Edition::Light);
-    const QString local = rig.store().cache().localPath(emerald);
-    const auto set = [&](const QString &colourway, Edition edition) {
-        return failureText(finish(rig.set(colourway, edition, { main })));
-    };
-    const QString rendering =
-        Renderer(rig.store().cache().renderingFolder()).renderingPath(emerald.id, 0);
-    QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
-    const QByteArray picture = readAll(rendering);
-    QVERIFY(!picture.isEmpty());
-
-    // A rendering cut short is made again from the file on disk.
-    QVERIFY(QFile::resize(rendering, picture.size() / 2));
-    QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
-    QCOMPARE(readAll(rendering), picture);
-    QCOMPARE(rig.shop().fileRequests(emerald.id), 1);
-
-    // A downloaded file that no longer decodes is downloaded again.
-    QFile junk(local);
-    QVERIFY(junk.open(QIODevice::WriteOnly | QIODevice::Truncate) && junk.write("junk") == 4);
-    junk.close();
-    QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
-    QCOMPARE(rig.shop().fileRequests(emerald.id), 2);
-    QCOMPARE(readAll(local), rig.shop().bytes(emerald.id));
-    QCOMPARE(readAll(rendering), picture);
-
-    // Once: a file that does not decode when fetched again fails the set as before.
-    const auto violet = rig.storeRig().file(u"aurora"_s, u"violet"_s, Edition::Dark);
-    QCOMPARE(set(u"violet"_s, Edition::Dark),
-             u"This wallpaper could not be prepared for your desktop."_s);
-    QCOMPARE(rig.shop().fileRequests(violet.id), 2);
-    QCOMPARE(rig.shownFile(main), local);
-}
 
 QTEST_GUILESS_MAIN(TestWallpaperRequests)
 #include "test_wallpaper_requests.moc"

@@ -2,7 +2,6 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -16,24 +15,19 @@ QString randomId(char prefix)
         + QString::number(QRandomGenerator::global()->generate64(), 16).rightJustified(16, u'0');
 }
 
-// Random bytes of the given size at path; returns their SHA-256.
-QString writeRandom(const QString &path, qint64 bytes)
+QByteArray randomBytes(qint64 size)
 {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    QByteArray bytes(size, '\0');
+    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(bytes.data()), size / 4);
+    return bytes;
+}
+
+// Writes bytes at a path below dir; returns their SHA-256.
+QString put(const QString &dir, const QString &path, const QByteArray &bytes)
+{
+    if (bytes.isEmpty() || !writeFile(QDir(dir).filePath(path), bytes))
         qFatal("Cannot write %s", qPrintable(path));
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    QByteArray block(1024 * 1024, Qt::Uninitialized);
-    for (qint64 left = bytes; left > 0;) {
-        const qint64 size = std::min<qint64>(left, block.size());
-        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(block.data()),
-                                              block.size() / 4);
-        file.write(block.constData(), size);
-        hash.addData(QByteArrayView(block.constData(), size));
-        left -= size;
-    }
-    return QString::fromLatin1(hash.result().toHex());
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
 }
 } // namespace
 
@@ -47,19 +41,10 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
             if (file.id.isEmpty())
                 file.id = randomId('f');
             const QString path = u"files/%1/%2.heic"_s.arg(pack.slug, file.id);
-            if (file.copyOf.isEmpty()) {
-                file.sha256 = writeRandom(QDir(dir).filePath(path), file.bytes);
-            } else {
-                const QByteArray bytes = readAll(file.copyOf);
-                QDir().mkpath(QFileInfo(QDir(dir).filePath(path)).path());
-                QFile copy(QDir(dir).filePath(path));
-                if (bytes.isEmpty() || !copy.open(QIODevice::WriteOnly)
-                    || copy.write(bytes) != bytes.size())
-                    qFatal("Cannot copy %s", qPrintable(file.copyOf));
-                file.bytes = bytes.size();
-                file.sha256 = QString::fromLatin1(
-                    QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-            }
+            const QByteArray bytes =
+                file.copyOf.isEmpty() ? randomBytes(file.bytes) : readAll(file.copyOf);
+            file.bytes = bytes.size();
+            file.sha256 = put(dir, path, bytes);
             byColourway[file.colourway].append(QJsonObject {
                 { u"id"_s, file.id },
                 { u"edition"_s, file.edition },
@@ -79,7 +64,7 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
             if (archive.id.isEmpty())
                 archive.id = randomId('a');
             const QString path = u"archives/%1/%2.zip"_s.arg(pack.slug, archive.id);
-            archive.sha256 = writeRandom(QDir(dir).filePath(path), archive.bytes);
+            archive.sha256 = put(dir, path, randomBytes(archive.bytes));
             QJsonObject listed { { u"id"_s, archive.id },
                                  { u"device"_s, archive.device },
                                  { u"filename"_s, archive.filename },
@@ -111,10 +96,8 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
         { u"phases"_s, QJsonArray() },
         { u"packs"_s, packArray },
     };
-    QFile file(QDir(dir).filePath(u"content.json"_s));
-    if (!file.open(QIODevice::WriteOnly))
+    if (!writeFile(QDir(dir).filePath(u"content.json"_s), QJsonDocument(manifest).toJson()))
         qFatal("Cannot write content.json");
-    file.write(QJsonDocument(manifest).toJson());
     return packs;
 }
 

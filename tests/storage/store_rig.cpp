@@ -9,7 +9,8 @@
 using namespace Qt::Literals::StringLiterals;
 
 StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder, ShownFiles *shown)
-    : m_shop(std::move(packs))
+    // Sign-in polls each second rather than five.
+    : m_shop(std::move(packs), DevShop::Options { .pollInterval = 1 })
     , m_root(folder.isEmpty() ? m_folder.path() : std::move(folder))
     , m_clock(std::make_shared<TestClock>())
     , m_shown(shown)
@@ -30,7 +31,7 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder, Show
             return;
     }
     finish(m_account->load());
-    m_defaults = std::make_unique<Defaults>(m_config.filePath(u"defaults.ini"_s));
+    m_defaults = std::make_unique<Defaults>(defaultsPath());
     restartStore();
     m_ready = true;
 }

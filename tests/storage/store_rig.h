@@ -38,7 +38,10 @@ public:
         return m_downloads.path() + QStringLiteral("/home/Downloads");
     }
     [[nodiscard]] QString downloadsRoot() const { return m_downloads.path(); }
-    [[nodiscard]] QString folder() const { return m_root; }
+    [[nodiscard]] QString defaultsPath() const
+    {
+        return m_config.filePath(QStringLiteral("defaults.ini"));
+    }
     [[nodiscard]] APIClient api() const;
 
     // A new store over the same folders, as after a restart of the application.

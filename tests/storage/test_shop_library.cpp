@@ -1,4 +1,3 @@
-#include "cancel_token.h"
 #include "shop_cache.h"
 #include "store_rig.h"
 #include "test_support.h"
@@ -38,231 +37,199 @@ class TestShopLibrary : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
-    void refreshShowsAndKeepsTheLibrary();
-    void unchangedLibraryComesFromTheCopy();
-    void failedRefreshKeepsWhatWasThere_data();
-    void failedRefreshKeepsWhatWasThere();
-    void endedSessionTakesItsLibrary();
-    void startsFromTheCopy();
-    void signedOutKeepsNoLibrary();
-    void periodicCheck_data();
-    void periodicCheck();
-    void checkAfterWake();
-    void unreleasedPacks();
-    void seenColourways();
-};
 
-void TestShopLibrary::refreshShowsAndKeepsTheLibrary()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    auto &store = rig.store();
-    QCOMPARE(slugs(store.packs()), (QStringList { u"aurora"_s, u"dunes"_s, u"meadow"_s }));
-    QCOMPARE(store.bought().keys(), (QStringList { u"aurora"_s, u"dunes"_s, u"glacier"_s }));
-    QCOMPARE(store.freePacks().keys(), QStringList { u"meadow"_s });
-    QCOMPARE(store.owned().keys().size(), 4);
-    // Bought files come through signed links, free ones from their address on the shop.
-    QCOMPARE(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light).source, FileSource::shop());
-    QCOMPARE(rig.file(u"meadow"_s, u"dew"_s, Edition::Light).source.kind(),
-             FileSource::Kind::Public);
-    QCOMPARE(store.lastChecked(), rig.clock().now());
-    QCOMPARE(rig.account().email(), u"tess.test@example.com"_s);
-
-    const auto copy = Cache::load(store.cache().shopCachePath());
-    QVERIFY(copy && copy->library);
-    QCOMPARE(copy->library->packs.size(), 3);
-    QCOMPARE(copy->account, u"tess.test@example.com"_s);
-}
-
-void TestShopLibrary::unchangedLibraryComesFromTheCopy()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    // A copy that differs from the shop's library shows which one a 304 leads to.
-    const QString path = rig.store().cache().shopCachePath();
-    QVERIFY(Cache::update(path, [](Cache::Saved &saved) { saved.library->packs.removeFirst(); }));
-    const int before = rig.shop().requests(u"library"_s);
-
-    finish(rig.store().refresh());
-    QCOMPARE(rig.shop().requests(u"library"_s), before + 1);
-    QVERIFY(!rig.store().bought().contains(u"aurora"_s));
-
-    // A changed library arrives whole again.
-    QVERIFY(rig.shop().setFaults("{\"changeLibrary\": true}"));
-    finish(rig.store().refresh());
-    QVERIFY(rig.store().bought().contains(u"aurora"_s));
-}
-
-void TestShopLibrary::failedRefreshKeepsWhatWasThere_data()
-{
-    QTest::addColumn<QByteArray>("faults");
-    QTest::addColumn<QString>("reason");
-
-    QTest::newRow("library 503")
-        << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 503}]}"_ba
-        << u"The shop replied 503."_s;
-    // Twice the cap, refused by its length before it is read, or part-way without one.
-    const QString tooLarge =
-        u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
-            APIClient::maxReplyBytes / (1024 * 1024));
-    const QByteArray oversized = "{\"oversized\": {\"endpoint\": \"library\", \"bytes\": "
-        + QByteArray::number(2 * APIClient::maxReplyBytes);
-    QTest::newRow("library too large by its length") << oversized + "}}" << tooLarge;
-    QTest::newRow("library too large, chunked") << oversized + ", \"chunked\": true}}" << tooLarge;
-}
-
-void TestShopLibrary::failedRefreshKeepsWhatWasThere()
-{
-    QFETCH(QByteArray, faults);
-    QFETCH(QString, reason);
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    const auto owned = rig.store().owned();
-    const QByteArray copy = readAll(rig.store().cache().shopCachePath());
-    const QDateTime checked = rig.store().lastChecked();
-    QVERIFY(rig.shop().setFaults(faults.constData()));
-    rig.clock().advance(60s);
-
-    finish(rig.store().refresh());
-    QCOMPARE(rig.store().status(), Shop::Status::Ready);
-    QCOMPARE(rig.store().owned(), owned);
-    QCOMPARE(readAll(rig.store().cache().shopCachePath()), copy);
-    QCOMPARE(rig.store().lastChecked(), checked);
-    QCOMPARE(rig.store().message(),
-             std::optional(Notice::failed(u"Couldn't check for new files. "_s + reason)));
-    // The next check that succeeds takes the failure away.
-    QVERIFY(rig.shop().setFaults("{}"));
-    finish(rig.store().refresh());
-    QCOMPARE(rig.store().message(), std::nullopt);
-}
-
-// A session that ends takes its packs along at once, even when the shop cannot be reached, and
-// they stay gone after a restart.
-void TestShopLibrary::endedSessionTakesItsLibrary()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    QVERIFY(!rig.store().bought().isEmpty());
-    QVERIFY(rig.shop().setFaults("{\"statuses\": [{\"endpoint\": \"catalogue\", \"status\": 503},"
-                                 " {\"endpoint\": \"sign-out\", \"status\": 503}]}"));
-    finish(rig.account().signOut());
-    QTRY_VERIFY(rig.store().bought().isEmpty());
-    QTRY_VERIFY(!Cache::load(rig.store().cache().shopCachePath())->library);
-    rig.restartStore();
-    finish(rig.store().start());
-    QVERIFY(rig.store().bought().isEmpty());
-}
-
-void TestShopLibrary::startsFromTheCopy()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    const auto owned = rig.store().owned();
-    rig.shop().shop().stop();
-
-    rig.restartStore();
-    QSignalSpy shown(&rig.store(), &Shop::contentsChanged);
-    finish(rig.store().start());
-    QCOMPARE(shown.size(), 1);
-    QCOMPARE(rig.store().status(), Shop::Status::Ready);
-    QCOMPARE(rig.store().owned(), owned);
-    QVERIFY(rig.store().message()->message().startsWith(u"Couldn't check for new files. "_s));
-}
-
-void TestShopLibrary::signedOutKeepsNoLibrary()
-{
-    StoreRig rig(samplePacks(), false);
-    QVERIFY(rig.start());
-    QCOMPARE(rig.shop().requests(u"library"_s), 0);
-    QCOMPARE(rig.store().owned().keys(), QStringList { u"meadow"_s });
-    QVERIFY(!Cache::load(rig.store().cache().shopCachePath())->library);
-
-    // Signing out later takes the library away, in memory and on disk.
-    StoreRig signedIn(samplePacks());
-    QVERIFY(signedIn.start());
-    QVERIFY(!signedIn.store().bought().isEmpty());
-    finish(signedIn.account().signOut());
-    QTRY_VERIFY(signedIn.store().bought().isEmpty());
-    QVERIFY(!Cache::load(signedIn.store().cache().shopCachePath())->library);
-}
-
-void TestShopLibrary::periodicCheck_data()
-{
-    QTest::addColumn<std::optional<bool>>("setting");
-    QTest::addColumn<int>("checks");
-
-    QTest::newRow("setting absent") << std::optional<bool>() << 2;
-    QTest::newRow("on") << std::optional(true) << 2;
-    QTest::newRow("off") << std::optional(false) << 0;
-}
-
-void TestShopLibrary::periodicCheck()
-{
-    QFETCH(std::optional<bool>, setting);
-    QFETCH(int, checks);
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.isReady());
-    if (setting)
-        QVERIFY(rig.defaults().setChecksForNewFiles(*setting));
-    finish(rig.store().start());
-    const int before = rig.shop().requests(u"catalogue"_s);
-
-    rig.clock().advance(6h - 1s);
-    QTest::qWait(50);
-    QCOMPARE(rig.shop().requests(u"catalogue"_s), before);
-    for (int i = 0; i < 2; ++i) {
-        rig.clock().advance(6h);
-        QTest::qWait(50);
-        rig.clock().advance(1s);
+    void refreshShowsTheLibrary()
+    {
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        auto &store = rig.store();
+        QCOMPARE(slugs(store.packs()), (QStringList { u"aurora"_s, u"dunes"_s, u"meadow"_s }));
+        QCOMPARE(store.bought().keys(), (QStringList { u"aurora"_s, u"dunes"_s, u"glacier"_s }));
+        QCOMPARE(store.freePacks().keys(), QStringList { u"meadow"_s });
+        // Bought files come through signed links, free ones from their address on the shop.
+        QCOMPARE(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light).source, FileSource::shop());
+        QCOMPARE(rig.file(u"meadow"_s, u"dew"_s, Edition::Light).source.kind(),
+                 FileSource::Kind::Public);
+        QCOMPARE(store.lastChecked(), rig.clock().now());
+        QCOMPARE(rig.account().email(), u"tess.test@example.com"_s);
     }
-    if (checks == 0)
-        QTest::qWait(200);
-    QTRY_COMPARE(rig.shop().requests(u"catalogue"_s), before + checks);
-}
 
-void TestShopLibrary::checkAfterWake()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    const int before = rig.shop().requests(u"catalogue"_s);
+    void unchangedLibraryComesFromTheCopy()
+    {
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        // A copy that differs from the shop's library shows which one a 304 leads to.
+        const QString path = rig.store().cache().shopCachePath();
+        QVERIFY(
+            Cache::update(path, [](Cache::Saved &saved) { saved.library->packs.removeFirst(); }));
+        const int before = rig.shop().requests(u"library"_s);
 
-    // Asleep for seven hours: no timer ran meanwhile.
-    rig.clock().advance(7h, false);
-    QTest::qWait(50);
-    QCOMPARE(rig.shop().requests(u"catalogue"_s), before);
-    rig.store().systemWoke();
-    QTRY_COMPARE(rig.shop().requests(u"catalogue"_s), before + 1);
+        finish(rig.store().refresh());
+        QCOMPARE(rig.shop().requests(u"library"_s), before + 1);
+        QVERIFY(!rig.store().bought().contains(u"aurora"_s));
 
-    // Woken before the check is due: it stays where it was.
-    rig.clock().advance(1h, false);
-    rig.store().systemWoke();
-    QTest::qWait(50);
-    QCOMPARE(rig.shop().requests(u"catalogue"_s), before + 1);
-}
+        // A changed library arrives whole again.
+        QVERIFY(rig.shop().setFaults("{\"changeLibrary\": true}"));
+        finish(rig.store().refresh());
+        QVERIFY(rig.store().bought().contains(u"aurora"_s));
+    }
 
-void TestShopLibrary::unreleasedPacks()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    QVERIFY(!slugs(rig.store().packs()).contains(u"glacier"_s));
+    void failedRefreshKeepsWhatWasThere_data()
+    {
+        QTest::addColumn<QByteArray>("faults");
+        QTest::addColumn<QString>("reason");
 
-    rig.store().setShowsUnreleased(true);
-    QVERIFY(slugs(rig.store().packs()).contains(u"glacier"_s));
-    rig.restartStore();
-    QVERIFY(rig.store().showsUnreleased());
-}
+        QTest::newRow("library 503")
+            << "{\"statuses\": [{\"endpoint\": \"library\", \"status\": 503}]}"_ba
+            << u"The shop replied 503."_s;
+        // Twice the cap, refused by its length before it is read, or part-way without one.
+        const QString tooLarge =
+            u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
+                APIClient::maxReplyBytes / (1024 * 1024));
+        const QByteArray oversized = "{\"oversized\": {\"endpoint\": \"library\", \"bytes\": "
+            + QByteArray::number(2 * APIClient::maxReplyBytes);
+        QTest::newRow("library too large by its length") << oversized + "}}" << tooLarge;
+        QTest::newRow("library too large, chunked")
+            << oversized + ", \"chunked\": true}}" << tooLarge;
+    }
 
-void TestShopLibrary::seenColourways()
-{
-    StoreRig rig(samplePacks());
-    QVERIFY(rig.start());
-    rig.store().markSeen(u"aurora"_s);
-    const SeenColourways expected { { u"aurora"_s, { u"emerald"_s, u"violet"_s } } };
-    QCOMPARE(rig.store().seen(), expected);
+    void failedRefreshKeepsWhatWasThere()
+    {
+        QFETCH(QByteArray, faults);
+        QFETCH(QString, reason);
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        const auto owned = rig.store().owned();
+        const QByteArray copy = readAll(rig.store().cache().shopCachePath());
+        const QDateTime checked = rig.store().lastChecked();
+        QVERIFY(rig.shop().setFaults(faults.constData()));
+        rig.clock().advance(60s);
 
-    rig.restartStore();
-    QCOMPARE(rig.store().seen(), expected);
-}
+        finish(rig.store().refresh());
+        QCOMPARE(rig.store().status(), Shop::Status::Ready);
+        QCOMPARE(rig.store().owned(), owned);
+        QCOMPARE(readAll(rig.store().cache().shopCachePath()), copy);
+        QCOMPARE(rig.store().lastChecked(), checked);
+        QCOMPARE(rig.store().message(),
+                 std::optional(Notice::failed(u"Couldn't check for new files. "_s + reason)));
+        // The next check that succeeds takes the failure away.
+        QVERIFY(rig.shop().setFaults("{}"));
+        finish(rig.store().refresh());
+        QCOMPARE(rig.store().message(), std::nullopt);
+    }
+
+    // A session that ends takes its packs along at once, even when the shop cannot be reached, and
+    // they stay gone after a restart.
+    void endedSessionTakesItsLibrary()
+    {
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        QVERIFY(!rig.store().bought().isEmpty());
+        QVERIFY(
+            rig.shop().setFaults("{\"statuses\": [{\"endpoint\": \"catalogue\", \"status\": 503},"
+                                 " {\"endpoint\": \"sign-out\", \"status\": 503}]}"));
+        finish(rig.account().signOut());
+        QTRY_VERIFY(rig.store().bought().isEmpty());
+        QTRY_VERIFY(!Cache::load(rig.store().cache().shopCachePath())->library);
+        rig.restartStore();
+        finish(rig.store().start());
+        QVERIFY(rig.store().bought().isEmpty());
+    }
+
+    void startsFromTheCopy()
+    {
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        const auto owned = rig.store().owned();
+        rig.shop().shop().stop();
+
+        rig.restartStore();
+        QSignalSpy shown(&rig.store(), &Shop::contentsChanged);
+        finish(rig.store().start());
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(rig.store().status(), Shop::Status::Ready);
+        QCOMPARE(rig.store().owned(), owned);
+        QVERIFY(rig.store().message()->message().startsWith(u"Couldn't check for new files. "_s));
+    }
+
+    void signedOutKeepsNoLibrary()
+    {
+        StoreRig rig(samplePacks(), false);
+        QVERIFY(rig.start());
+        QCOMPARE(rig.shop().requests(u"library"_s), 0);
+        QCOMPARE(rig.store().owned().keys(), QStringList { u"meadow"_s });
+        QVERIFY(!Cache::load(rig.store().cache().shopCachePath())->library);
+    }
+
+    void periodicCheck_data()
+    {
+        QTest::addColumn<std::optional<bool>>("setting");
+        QTest::addColumn<int>("checks");
+
+        QTest::newRow("setting absent") << std::optional<bool>() << 2;
+        QTest::newRow("off") << std::optional(false) << 0;
+    }
+
+    void periodicCheck()
+    {
+        QFETCH(std::optional<bool>, setting);
+        QFETCH(int, checks);
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.isReady());
+        if (setting)
+            QVERIFY(rig.defaults().setChecksForNewFiles(*setting));
+        finish(rig.store().start());
+        const int before = rig.shop().requests(u"catalogue"_s);
+
+        rig.clock().advance(6h - 1s);
+        QTest::qWait(50);
+        QCOMPARE(rig.shop().requests(u"catalogue"_s), before);
+        for (int i = 0; i < 2; ++i) {
+            rig.clock().advance(6h);
+            QTest::qWait(50);
+            rig.clock().advance(1s);
+        }
+        if (checks == 0)
+            QTest::qWait(200);
+        QTRY_COMPARE(rig.shop().requests(u"catalogue"_s), before + checks);
+    }
+
+    void checkAfterWake()
+    {
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        const int before = rig.shop().requests(u"catalogue"_s);
+
+        // Asleep for seven hours: no timer ran meanwhile.
+        rig.clock().advance(7h, false);
+        QTest::qWait(50);
+        QCOMPARE(rig.shop().requests(u"catalogue"_s), before);
+        rig.store().systemWoke();
+        QTRY_COMPARE(rig.shop().requests(u"catalogue"_s), before + 1);
+
+        // Woken before the check is due: it stays where it was.
+        rig.clock().advance(1h, false);
+        rig.store().systemWoke();
+        QTest::qWait(50);
+        QCOMPARE(rig.shop().requests(u"catalogue"_s), before + 1);
+    }
+
+    void choicesSurviveARestart()
+    {
+        StoreRig rig(samplePacks());
+        QVERIFY(rig.start());
+        QVERIFY(!slugs(rig.store().packs()).contains(u"glacier"_s));
+        rig.store().setShowsUnreleased(true);
+        QVERIFY(slugs(rig.store().packs()).contains(u"glacier"_s));
+        rig.store().markSeen(u"aurora"_s);
+        const SeenColourways seen { { u"aurora"_s, { u"emerald"_s, u"violet"_s } } };
+        QCOMPARE(rig.store().seen(), seen);
+
+        rig.restartStore();
+        QVERIFY(rig.store().showsUnreleased());
+        QCOMPARE(rig.store().seen(), seen);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestShopLibrary)
 #include "test_shop_library.moc"
