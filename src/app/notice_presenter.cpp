@@ -37,10 +37,13 @@ NoticePresenter::NoticePresenter(QObject *parent)
 
 void NoticePresenter::setNotice(const std::optional<Notice> &notice)
 {
-    if (notice != m_notice) {
-        m_notice = notice;
-        Q_EMIT changed();
-    }
+    if (notice == m_notice)
+        return;
+    const bool isNew = notice && (!m_notice || notice->identifier() != m_notice->identifier());
+    m_notice = notice;
+    Q_EMIT changed();
+    if (isNew)
+        Q_EMIT arrived();
 }
 
 void NoticePresenter::showFailure(const QString &message)

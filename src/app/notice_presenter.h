@@ -47,6 +47,9 @@ public:
 
 Q_SIGNALS:
     void changed();
+    // A new notice, not an update of the one shown (downloads progressing): the view shows it
+    // coming in.
+    void arrived();
     void dismissed();
 
 private:

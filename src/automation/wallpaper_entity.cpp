@@ -65,16 +65,6 @@ std::optional<WallpaperEntity> WallpaperQuery::entity(const QString &id) const
     return std::nullopt;
 }
 
-QList<WallpaperEntity> WallpaperQuery::entities(const QStringList &ids) const
-{
-    QList<WallpaperEntity> found;
-    for (const QString &id : ids) {
-        if (auto known = entity(id))
-            found.append(std::move(*known));
-    }
-    return found;
-}
-
 QList<WallpaperEntity> WallpaperQuery::entities(const QString &matching) const
 {
     static const QRegularExpression spaces(QStringLiteral("\\s+"));

@@ -51,7 +51,6 @@ public:
 
     // Exact keys; unknown ones are left out.
     [[nodiscard]] std::optional<WallpaperEntity> entity(const QString &id) const;
-    [[nodiscard]] QList<WallpaperEntity> entities(const QStringList &ids) const;
     // The wallpapers whose colourway name, pack name or key holds every word of the text,
     // regardless of case; every one when the text has no words.
     [[nodiscard]] QList<WallpaperEntity> entities(const QString &matching) const;

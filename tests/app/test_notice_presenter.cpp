@@ -60,16 +60,21 @@ private Q_SLOTS:
         QVERIFY(presenter.percent().isEmpty());
     }
 
-    // The view redraws on every change of the notice, and only then.
+    // The view redraws on every change of the notice, and only then; progress is an update of
+    // the same notice, another failure a new one.
     void changes()
     {
         NoticePresenter presenter;
         QSignalSpy changed(&presenter, &NoticePresenter::changed);
+        QSignalSpy arrived(&presenter, &NoticePresenter::arrived);
         presenter.setNotice(Notice::downloading(2, 0.1));
         presenter.setNotice(Notice::downloading(2, 0.1));
-        presenter.setNotice(Notice::downloading(2, 0.2));
+        presenter.setNotice(Notice::downloading(3, 0.2));
+        presenter.setNotice(Notice::failed(u"a"_s));
+        presenter.setNotice(Notice::failed(u"b"_s));
         presenter.setNotice(std::nullopt);
-        QCOMPARE(changed.size(), 3);
+        QCOMPARE(changed.size(), 5);
+        QCOMPARE(arrived.size(), 3);
     }
 
     // "Show in Folder" asks the file manager to select the file, and opens the folder where

@@ -12,6 +12,20 @@ RowLayout {
     visible: notice.visible
     spacing: 8
 
+    // A new notice comes in; progress of the same downloads does not flicker.
+    Connections {
+        target: view.notice
+        function onArrived() { arrival.restart() }
+    }
+    NumberAnimation {
+        id: arrival
+        target: view
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: 180
+    }
+
     // A small ring that fills as the downloads progress.
     ProgressRing {
         visible: view.notice.kind === NoticePresenter.Downloading
