@@ -150,7 +150,7 @@ QCoro::Task<std::optional<QImage>> ArtCache::image(QUrl url, int maxPixels, bool
         const auto data = co_await std::move(fetching);
         if (!data)
             co_return std::nullopt;
-        const QByteArray bytes = *data;
+        const QByteArray &bytes = *data;
         decode = [bytes, maxPixels, dark] { return decodeData(bytes, maxPixels, dark); };
     }
     QFuture<QImage> decoding = inPool(std::move(decode));

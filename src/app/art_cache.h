@@ -44,9 +44,9 @@ public:
     void setDark(bool dark);
 
     // Bytes the cached images may take before the least recently used go.
-    static constexpr qsizetype costLimit = 96 * 1024 * 1024;
+    static constexpr qsizetype costLimit = qsizetype(96) * 1024 * 1024;
     // The largest picture fetched: well above any artwork, even a full-size wallpaper file.
-    static constexpr qint64 maxFetchBytes = 64 * 1024 * 1024;
+    static constexpr qint64 maxFetchBytes = qint64(64) * 1024 * 1024;
 
 Q_SIGNALS:
     void darkChanged();

@@ -27,13 +27,13 @@ void DesktopApplication::Activate(const QVariantMap &platformData)
     m_actions.openMain();
 }
 
-void DesktopApplication::Open(const QStringList &, const QVariantMap &platformData)
+void DesktopApplication::Open(const QStringList & /*uris*/, const QVariantMap &platformData)
 {
     // Quennet opens no files: opening is starting.
     Activate(platformData);
 }
 
-void DesktopApplication::ActivateAction(const QString &name, const QVariantList &,
+void DesktopApplication::ActivateAction(const QString &name, const QVariantList & /*parameter*/,
                                         const QVariantMap &platformData)
 {
     takeActivationToken(platformData);

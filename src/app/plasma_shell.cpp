@@ -32,7 +32,7 @@ void announced(void *data, wl_registry *registry, uint32_t name, const char *int
     }
 }
 
-void withdrawn(void *, wl_registry *, uint32_t) { }
+void withdrawn(void * /*data*/, wl_registry * /*registry*/, uint32_t /*name*/) { }
 
 constexpr wl_registry_listener registryListener { announced, withdrawn };
 

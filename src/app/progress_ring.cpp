@@ -64,7 +64,7 @@ void ProgressRing::setFraction(qreal fraction)
     update();
 }
 
-QSGNode *ProgressRing::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+QSGNode *ProgressRing::updatePaintNode(QSGNode *old, UpdatePaintNodeData * /*data*/)
 {
     auto *node = static_cast<QSGGeometryNode *>(old);
     if (!node) {

@@ -33,7 +33,7 @@ StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
                                            QVariantMap rootProperties, QObject *parent)
     : QObject(parent)
     , m_actions(std::move(actions))
-    , m_engine(engine)
+    , m_engine(std::move(engine))
     , m_rootProperties(std::move(rootProperties))
     , m_tray(new QSystemTrayIcon(icon, this))
     , m_menu(new QMenu)

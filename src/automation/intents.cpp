@@ -111,5 +111,5 @@ void Intents::favouriteCurrentWallpaper()
 WallpaperQuery Intents::query() const
 {
     const Shop *shop = m_services.shop;
-    return WallpaperQuery(shop->packs(), shop->owned(), m_services.favourites->keys());
+    return { shop->packs(), shop->owned(), m_services.favourites->keys() };
 }

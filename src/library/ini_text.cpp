@@ -107,7 +107,7 @@ QByteArray escapedText(const QString &text)
         if (ch == u';' || ch == u',' || ch == u'=')
             quoted = true;
         if (afterEscape && isHexDigit(ch)) {
-            out += "\\x"_L1 + QString::number(ch, 16);
+            out += R"(\x)"_L1 + QString::number(ch, 16);
             continue;
         }
         afterEscape = false;
@@ -115,7 +115,7 @@ QByteArray escapedText(const QString &text)
             out += u'\\';
             out += c;
         } else if (ch <= 0x1F) {
-            out += "\\x"_L1 + QString::number(ch, 16);
+            out += R"(\x)"_L1 + QString::number(ch, 16);
             afterEscape = true;
         } else {
             out += c;

@@ -46,9 +46,9 @@ PlacementFile PlacementRecords::load() const
     }
 }
 
-bool PlacementRecords::save(const PlacementFile &record) const
+bool PlacementRecords::save(const PlacementFile &file) const
 {
-    return writeAtomically(placementFilePath(), record.encode());
+    return writeAtomically(placementFilePath(), file.encode());
 }
 
 bool PlacementRecords::isReleased(const QString &displayId,

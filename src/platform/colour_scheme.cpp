@@ -19,9 +19,9 @@ const auto kdeGroup = u"org.kde.kdeglobals.General"_s;
 const auto kdeKey = u"ColorScheme"_s;
 } // namespace
 
-ColourScheme::ColourScheme(const QDBusConnection &bus, QObject *parent)
+ColourScheme::ColourScheme(QDBusConnection bus, QObject *parent)
     : QObject(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
 {
     if (!m_bus.isConnected()) {
         m_known = true;

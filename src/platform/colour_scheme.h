@@ -14,7 +14,7 @@ class ColourScheme : public QObject {
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
 
 public:
-    explicit ColourScheme(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit ColourScheme(QDBusConnection bus, QObject *parent = nullptr);
 
     [[nodiscard]] bool isDark() const { return m_dark; }
     // Whether the portal has answered, or will never be asked.

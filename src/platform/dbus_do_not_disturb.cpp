@@ -58,9 +58,9 @@ void ask(const QDBusConnection &bus, QDBusMessage message, QObject *receiver,
 }
 } // namespace
 
-NotificationsDoNotDisturb::NotificationsDoNotDisturb(const QDBusConnection &bus, QObject *parent)
+NotificationsDoNotDisturb::NotificationsDoNotDisturb(QDBusConnection bus, QObject *parent)
     : DoNotDisturb(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
 {
     if (!m_bus.isConnected()) {
         qCInfo(lcDoNotDisturb) << "No session bus: Do Not Disturb is never on";
@@ -104,9 +104,9 @@ void NotificationsDoNotDisturb::propertiesChanged(const QString &interface,
         read();
 }
 
-XfconfDoNotDisturb::XfconfDoNotDisturb(const QDBusConnection &bus, QObject *parent)
+XfconfDoNotDisturb::XfconfDoNotDisturb(QDBusConnection bus, QObject *parent)
     : DoNotDisturb(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
 {
     if (!m_bus.isConnected()) {
         qCInfo(lcDoNotDisturb) << "No session bus: Do Not Disturb is never on";

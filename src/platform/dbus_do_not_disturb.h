@@ -13,7 +13,7 @@ class NotificationsDoNotDisturb : public DoNotDisturb {
     Q_OBJECT
 
 public:
-    explicit NotificationsDoNotDisturb(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit NotificationsDoNotDisturb(QDBusConnection bus, QObject *parent = nullptr);
 
     [[nodiscard]] QString name() const override;
 
@@ -32,7 +32,7 @@ class XfconfDoNotDisturb : public DoNotDisturb {
     Q_OBJECT
 
 public:
-    explicit XfconfDoNotDisturb(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit XfconfDoNotDisturb(QDBusConnection bus, QObject *parent = nullptr);
 
     [[nodiscard]] QString name() const override;
 

@@ -28,7 +28,7 @@ QList<DesktopScreen> DesktopBackend::screens() const
     QList<DesktopScreen> result;
     QList<QScreen *> screens = QGuiApplication::screens();
     // Qt lists the primary screen first on X11 but not on every platform.
-    if (const auto primary = QGuiApplication::primaryScreen(); primary && !screens.isEmpty())
+    if (auto *const primary = QGuiApplication::primaryScreen(); primary && !screens.isEmpty())
         screens.move(screens.indexOf(primary), 0);
     for (const QScreen *screen : std::as_const(screens)) {
         if (screen->name().isEmpty())

@@ -26,10 +26,10 @@ bool isOurs(const QString &key)
 }
 } // namespace
 
-DesktopNotifications::DesktopNotifications(const QDBusConnection &bus, Channel channel,
+DesktopNotifications::DesktopNotifications(QDBusConnection bus, Channel channel,
                                            std::function<bool()> seen, QObject *parent)
     : QObject(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
     , m_channel(channel)
     , m_seen(std::move(seen))
 {
@@ -129,7 +129,7 @@ void DesktopNotifications::actionInvoked(uint id, const QString &key)
         run(topic);
 }
 
-void DesktopNotifications::closed(uint id, uint)
+void DesktopNotifications::closed(uint id, uint /*reason*/)
 {
     if (const QString topic = m_shown.key(id); !topic.isEmpty()) {
         m_shown.remove(topic);
@@ -138,7 +138,7 @@ void DesktopNotifications::closed(uint id, uint)
 }
 
 void DesktopNotifications::portalActionInvoked(const QString &topic, const QString &key,
-                                               const QVariantList &)
+                                               const QVariantList & /*parameter*/)
 {
     if (isOurs(key))
         run(topic);

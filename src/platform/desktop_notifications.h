@@ -28,7 +28,7 @@ public:
     };
 
     // seen: whether a window of Quennet shows the user what a notification would say.
-    DesktopNotifications(const QDBusConnection &bus, Channel channel, std::function<bool()> seen,
+    DesktopNotifications(QDBusConnection bus, Channel channel, std::function<bool()> seen,
                          QObject *parent = nullptr);
 
     // The portal inside a Flatpak sandbox, where the server is out of reach; else the server.
@@ -39,7 +39,8 @@ public:
 private Q_SLOTS:
     void actionInvoked(uint id, const QString &key);
     void closed(uint id, uint reason);
-    void portalActionInvoked(const QString &topic, const QString &key, const QVariantList &);
+    void portalActionInvoked(const QString &topic, const QString &key,
+                             const QVariantList &parameter);
 
 private:
     void sendToServer(Notification notification);

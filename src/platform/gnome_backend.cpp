@@ -197,7 +197,7 @@ std::optional<QString> GnomeBackend::picture(const DesktopScreen &screen) const
 
 std::optional<QString> GnomeBackend::thumbnail(const DesktopScreen &screen, bool dark) const
 {
-    const auto shown = picture(screen);
+    auto shown = picture(screen);
     if (!shown || shown != m_shown.picture(screen.connector))
         return shown;
     const QString still =

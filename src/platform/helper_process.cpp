@@ -47,9 +47,9 @@ QString HelperBus::pidFilePath()
     return folder + u'/' + QLatin1StringView(service) + u".pid"_s;
 }
 
-HelperProcess::HelperProcess(const QDBusConnection &bus, QString pidFile, QObject *parent)
+HelperProcess::HelperProcess(QDBusConnection bus, QString pidFile, QObject *parent)
     : QObject(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
     , m_pidFile(std::move(pidFile))
 {
 }

@@ -20,7 +20,7 @@ class HelperProcess : public QObject {
 
 public:
     // bus: the session bus; pidFile: HelperBus::pidFilePath() unless a test says otherwise.
-    HelperProcess(const QDBusConnection &bus, QString pidFile, QObject *parent = nullptr);
+    HelperProcess(QDBusConnection bus, QString pidFile, QObject *parent = nullptr);
 
     // The pid of the running helper: the owner of its bus name, else a live helper process
     // named in the pid file; none when it does not run.

@@ -16,7 +16,7 @@ namespace {
 QList<DesktopScreen> monitors(const QByteArray &answer)
 {
     QList<DesktopScreen> result;
-    for (const QJsonValue &value : QJsonDocument::fromJson(answer).array()) {
+    for (const QJsonValue value : QJsonDocument::fromJson(answer).array()) {
         const QJsonObject monitor = value.toObject();
         if (monitor.value("disabled"_L1).toBool())
             continue;

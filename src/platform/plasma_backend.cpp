@@ -57,9 +57,9 @@ print(JSON.stringify(shown));
 )"_s;
 } // namespace
 
-PlasmaBackend::PlasmaBackend(const QDBusConnection &bus, QObject *parent)
+PlasmaBackend::PlasmaBackend(QDBusConnection bus, QObject *parent)
     : DesktopBackend(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
 {
     followQtScreens([this] {
         Q_EMIT screensChanged();
@@ -73,7 +73,8 @@ PlasmaBackend::PlasmaBackend(const QDBusConnection &bus, QObject *parent)
                         readBack();
                 });
     }
-    readBack();
+    // Qualified: a constructor reaches only this class's own, whatever the dynamic type.
+    PlasmaBackend::readBack();
 }
 
 bool PlasmaBackend::isPlasma(const QString &currentDesktop)

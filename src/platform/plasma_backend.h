@@ -14,7 +14,7 @@ class PlasmaBackend : public DesktopBackend {
     Q_OBJECT
 
 public:
-    explicit PlasmaBackend(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit PlasmaBackend(QDBusConnection bus, QObject *parent = nullptr);
 
     [[nodiscard]] static bool isPlasma(const QString &currentDesktop);
 

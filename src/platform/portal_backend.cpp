@@ -48,7 +48,7 @@ Q_SIGNALS:
     void arrived();
 
 public Q_SLOTS:
-    void take(uint response, const QVariantMap &)
+    void take(uint response, const QVariantMap & /*results*/)
     {
         code = response;
         Q_EMIT arrived();
@@ -70,9 +70,9 @@ private:
     QString m_request;
 };
 
-PortalBackend::PortalBackend(const QDBusConnection &bus, const QString &stateFile, QObject *parent)
+PortalBackend::PortalBackend(QDBusConnection bus, const QString &stateFile, QObject *parent)
     : DesktopBackend(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
     , m_shown(stateFile)
 {
     followQtScreens();
@@ -88,12 +88,12 @@ DesktopBackend::Capabilities PortalBackend::capabilities() const
     return {};
 }
 
-std::optional<QString> PortalBackend::picture(const DesktopScreen &) const
+std::optional<QString> PortalBackend::picture(const DesktopScreen & /*screen*/) const
 {
     return m_shown.picture(everyScreen);
 }
 
-QCoro::Task<> PortalBackend::setPicture(DesktopPicture picture, QList<DesktopScreen>)
+QCoro::Task<> PortalBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> /*screens*/)
 {
     // The portal's request pattern: the request's object follows from our name and a token of
     // ours, so its Response is listened for before the call, which it may overtake.

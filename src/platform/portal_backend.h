@@ -13,7 +13,7 @@ class PortalBackend : public DesktopBackend {
     Q_OBJECT
 
 public:
-    PortalBackend(const QDBusConnection &bus, const QString &stateFile, QObject *parent = nullptr);
+    PortalBackend(QDBusConnection bus, const QString &stateFile, QObject *parent = nullptr);
 
     [[nodiscard]] QString name() const override;
     [[nodiscard]] Capabilities capabilities() const override;

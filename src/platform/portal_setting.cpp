@@ -13,10 +13,9 @@ const auto path = u"/org/freedesktop/portal/desktop"_s;
 const auto interface = u"org.freedesktop.portal.Settings"_s;
 } // namespace
 
-PortalSetting::PortalSetting(const QDBusConnection &bus, QString group, QString key,
-                             QObject *parent)
+PortalSetting::PortalSetting(QDBusConnection bus, QString group, QString key, QObject *parent)
     : QObject(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
     , m_group(std::move(group))
     , m_key(std::move(key))
 {

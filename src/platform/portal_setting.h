@@ -14,8 +14,7 @@ class PortalSetting : public QObject {
     Q_OBJECT
 
 public:
-    PortalSetting(const QDBusConnection &bus, QString group, QString key,
-                  QObject *parent = nullptr);
+    PortalSetting(QDBusConnection bus, QString group, QString key, QObject *parent = nullptr);
 
     [[nodiscard]] QVariant value() const { return m_value; }
 

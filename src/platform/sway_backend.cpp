@@ -60,7 +60,7 @@ QCoro::Task<QJsonDocument> request(QString socket, std::chrono::milliseconds tim
 QList<DesktopScreen> outputs(const QJsonDocument &reply)
 {
     QList<DesktopScreen> result;
-    for (const QJsonValue &value : reply.array()) {
+    for (const QJsonValue value : reply.array()) {
         const QJsonObject output = value.toObject();
         if (!output.value("active"_L1).toBool())
             continue;

@@ -45,9 +45,9 @@ bool tellsWhatShows(const QString &property)
 }
 } // namespace
 
-XfceBackend::XfceBackend(const QDBusConnection &bus, QObject *parent)
+XfceBackend::XfceBackend(QDBusConnection bus, QObject *parent)
     : DesktopBackend(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
     , m_root(new X11RootWindow(this))
 {
     followQtScreens();
@@ -58,7 +58,8 @@ XfceBackend::XfceBackend(const QDBusConnection &bus, QObject *parent)
                   SLOT(propertyChanged(QDBusMessage)));
     m_bus.connect(QString(), path, interface, u"PropertyRemoved"_s, this,
                   SLOT(propertyRemoved(QDBusMessage)));
-    readBack();
+    // Qualified: a constructor reaches only this class's own, whatever the dynamic type.
+    XfceBackend::readBack();
 }
 
 bool XfceBackend::isXfce(const QString &currentDesktop)

@@ -18,7 +18,7 @@ class XfceBackend : public DesktopBackend {
     Q_OBJECT
 
 public:
-    explicit XfceBackend(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit XfceBackend(QDBusConnection bus, QObject *parent = nullptr);
 
     [[nodiscard]] static bool isXfce(const QString &currentDesktop);
 

@@ -41,7 +41,7 @@ private:
     [[nodiscard]] std::optional<QString> sourceOfId(const QString &fileId) const;
     // Whether the renderings of fileId were made from source as it is now; when not, they are
     // removed and source is recorded in their place.
-    bool isCurrent(const QString &source, const QString &fileId) const;
+    [[nodiscard]] bool isCurrent(const QString &source, const QString &fileId) const;
 
     QString m_folder;
 };

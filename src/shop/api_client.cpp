@@ -45,13 +45,13 @@ QNetworkRequest makeRequest(const QUrl &url, const std::optional<QString> &token
 
 Call get(QNetworkRequest request)
 {
-    return { std::move(request), "GET", {} };
+    return { request, "GET", {} };
 }
 
 Call post(QNetworkRequest request, const QJsonObject &body)
 {
     request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_ba);
-    return { std::move(request), "POST", QJsonDocument(body).toJson(QJsonDocument::Compact) };
+    return { request, "POST", QJsonDocument(body).toJson(QJsonDocument::Compact) };
 }
 
 // Qt reports HTTP statuses as error codes too (400 as ProtocolInvalidOperationError, 404 as

@@ -94,7 +94,7 @@ public:
 
     // The largest reply read: far above any real library (a few hundred KB for hundreds of
     // packs), so that only a broken or hostile shop meets it.
-    static constexpr qint64 maxReplyBytes = 16 * 1024 * 1024;
+    static constexpr qint64 maxReplyBytes = qint64(16) * 1024 * 1024;
 
     APIClient(QNetworkAccessManager *manager, QUrl base);
 

@@ -13,8 +13,14 @@ class NoCookieJar : public QNetworkCookieJar {
 public:
     using QNetworkCookieJar::QNetworkCookieJar;
 
-    QList<QNetworkCookie> cookiesForUrl(const QUrl &) const override { return {}; }
-    bool setCookiesFromUrl(const QList<QNetworkCookie> &, const QUrl &) override { return false; }
+    [[nodiscard]] QList<QNetworkCookie> cookiesForUrl(const QUrl & /*url*/) const override
+    {
+        return {};
+    }
+    bool setCookiesFromUrl(const QList<QNetworkCookie> & /*cookies*/, const QUrl & /*url*/) override
+    {
+        return false;
+    }
 };
 } // namespace
 
@@ -45,7 +51,7 @@ std::shared_ptr<const bool> NetworkAccessManager::limitBody(QNetworkReply *reply
 {
     auto tooLarge = std::make_shared<bool>(false);
     // Room for a chunk past the limit, so that passing it is seen before the buffer fills.
-    reply->setReadBufferSize(maxBytes + 256 * 1024);
+    reply->setReadBufferSize(maxBytes + qint64(256) * 1024);
     const auto refuse = [reply, tooLarge, maxBytes](qint64 received, qint64 total) {
         if (*tooLarge || (received <= maxBytes && total <= maxBytes))
             return;

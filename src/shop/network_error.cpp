@@ -14,14 +14,14 @@ NetworkError NetworkError::fromReply(const QNetworkReply &reply)
     const auto url = reply.url();
     if (url.hasQuery())
         message.replace(url.toString(), url.toString(QUrl::RemoveQuery));
-    return NetworkError(reply.error(), message);
+    return { reply.error(), message };
 }
 
 NetworkError NetworkError::tooLarge(qint64 maxBytes)
 {
-    return NetworkError(QNetworkReply::UnknownContentError,
-                        u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
-                            maxBytes / (1024 * 1024)));
+    return { QNetworkReply::UnknownContentError,
+             u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
+                 maxBytes / (qint64(1024) * 1024)) };
 }
 
 bool NetworkError::isUnreachable() const

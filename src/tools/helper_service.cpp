@@ -15,7 +15,7 @@ void HelperService::Quit()
     QCoreApplication::quit();
 }
 
-void HelperService::PlacementsChanged(const QStringList &)
+void HelperService::PlacementsChanged(const QStringList & /*displayIds*/)
 {
     m_keeper->placementsChanged();
     m_keeper->reapply();
