@@ -3,7 +3,7 @@
 #include "cancel_token.h"
 
 #include <QCoroSignal>
-#include <time.h>
+#include <ctime>
 
 std::chrono::nanoseconds Clock::sinceBoot() const
 {

@@ -15,8 +15,8 @@ Defaults::Defaults()
 {
 }
 
-Defaults::Defaults(const QString &path)
-    : m_path(path)
+Defaults::Defaults(QString path)
+    : m_path(std::move(path))
 {
     load();
 }

@@ -28,7 +28,7 @@ public:
     // $XDG_CONFIG_HOME/app.quennet.Quennet/defaults.ini
     Defaults();
     // Tests give each case its own file.
-    explicit Defaults(const QString &path);
+    explicit Defaults(QString path);
 
     [[nodiscard]] static QString defaultPath();
     [[nodiscard]] static QUrl productionShopURL();

@@ -161,7 +161,12 @@ QDateTime parseTime(const QString &text)
     if (view.size() < 20 || view[4] != u'-' || view[7] != u'-' || view[10] != u'T'
         || view[13] != u':' || view[16] != u':')
         throw bad();
-    int year, month, day, hour, minute, second;
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
     if (!parseDigits(view.sliced(0, 4), year) || !parseDigits(view.sliced(5, 2), month)
         || !parseDigits(view.sliced(8, 2), day) || !parseDigits(view.sliced(11, 2), hour)
         || !parseDigits(view.sliced(14, 2), minute) || !parseDigits(view.sliced(17, 2), second))
@@ -183,7 +188,8 @@ QDateTime parseTime(const QString &text)
     int offsetSeconds = 0;
     const QStringView zone = view.sliced(at);
     if (zone != u"Z") {
-        int offsetHours, offsetMinutes;
+        int offsetHours = 0;
+        int offsetMinutes = 0;
         if (zone.size() != 6 || (zone[0] != u'+' && zone[0] != u'-') || zone[3] != u':'
             || !parseDigits(zone.sliced(1, 2), offsetHours)
             || !parseDigits(zone.sliced(4, 2), offsetMinutes) || offsetHours > 23

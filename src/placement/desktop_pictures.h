@@ -16,7 +16,7 @@ namespace DesktopPictures {
 class UnreadableFile : public Error {
 public:
     [[nodiscard]] QString description() const override;
-    bool operator==(const UnreadableFile &) const { return true; }
+    bool operator==(const UnreadableFile & /*other*/) const { return true; }
 };
 
 struct Request {

@@ -93,7 +93,7 @@ void Displays::refresh()
 
 std::optional<QString> Displays::current(const DesktopScreen &screen, const QString &displayId)
 {
-    const std::optional<QString> reported = m_backend->picture(screen);
+    std::optional<QString> reported = m_backend->picture(screen);
     const auto pending = m_pending.constFind(displayId);
     if (pending == m_pending.cend())
         return reported;

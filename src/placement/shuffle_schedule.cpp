@@ -12,7 +12,7 @@ using ShuffleSettings::Interval;
 using namespace std::chrono_literals;
 
 namespace {
-constexpr qint64 msecsPerDay = 24 * 60 * 60 * 1000;
+constexpr qint64 msecsPerDay = qint64(24) * 60 * 60 * 1000;
 
 QDateTime utc(qint64 msecs)
 {
@@ -56,7 +56,7 @@ QDateTime distantPast()
 
 QDateTime distantFuture()
 {
-    return QDateTime(QDate(9999, 12, 31), QTime(0, 0), QTimeZone::utc());
+    return { QDate(9999, 12, 31), QTime(0, 0), QTimeZone::utc() };
 }
 
 // The first moment the zone's clocks show this date and time: the earlier of a time shown twice,
@@ -99,7 +99,7 @@ std::optional<QDateTime> ShuffleSchedule::nextBoundary(Interval interval, const 
     for (int day = 0; day <= 9; ++day) {
         const QDate date = start.addDays(day);
         for (const QTime time : boundaries(interval, date, firstDay)) {
-            const auto moment = firstMoment(zone, date, time);
+            auto moment = firstMoment(zone, date, time);
             if (moment && *moment > anchor)
                 return moment;
         }

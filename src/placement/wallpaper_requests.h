@@ -33,7 +33,7 @@ public:
     class Overtaken : public Error {
     public:
         [[nodiscard]] QString description() const override;
-        bool operator==(const Overtaken &) const { return true; }
+        bool operator==(const Overtaken & /*other*/) const { return true; }
     };
 
     enum class Kind {

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QtConcurrent/QtConcurrentRun>
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -176,11 +177,10 @@ bool WallpaperSetter::isShown(const QString &localPath) const
 {
     if (m_setting.contains(localPath))
         return true;
-    for (const Displays::Display &display : m_displays->all()) {
-        if (display.wallpaper
+    const auto shows = [&](const Displays::Display &display) {
+        return display.wallpaper
             && (*display.wallpaper == localPath
-                || m_renderer.sourceOf(*display.wallpaper) == localPath))
-            return true;
-    }
-    return false;
+                || m_renderer.sourceOf(*display.wallpaper) == localPath);
+    };
+    return std::ranges::any_of(m_displays->all(), shows);
 }

@@ -16,8 +16,8 @@ public:
     // None when the file cannot be read or holds no picture.
     [[nodiscard]] static std::optional<HeicFile> open(const QString &path);
 
-    HeicFile(HeicFile &&) noexcept;
-    HeicFile &operator=(HeicFile &&) noexcept;
+    HeicFile(HeicFile &&other) noexcept;
+    HeicFile &operator=(HeicFile &&other) noexcept;
     ~HeicFile();
 
     [[nodiscard]] int pictureCount() const { return int(m_pictures.size()); }

@@ -27,8 +27,8 @@ QString compose(const QList<Part> &parts, const QString &folder, const QString &
     }
     if (bounds.isEmpty())
         return {};
-    const QString path = folder + u'/' + stem + u'-'
-        + QString::fromLatin1(hash.result().toHex().left(16)) + u".png"_s;
+    QString path = folder + u'/' + stem + u'-' + QString::fromLatin1(hash.result().toHex().left(16))
+        + u".png"_s;
     if (QFile::exists(path))
         return path;
 

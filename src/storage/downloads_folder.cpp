@@ -47,7 +47,7 @@ bool copyInto(const QString &source, const QString &path)
     QFile in(source);
     QString failure = in.open(QIODevice::ReadOnly) ? QString() : in.errorString();
     while (failure.isEmpty() && !in.atEnd()) {
-        const QByteArray chunk = in.read(1024 * 1024);
+        const QByteArray chunk = in.read(qint64(1024) * 1024);
         if (chunk.isEmpty() && in.error() != QFileDevice::NoError) {
             failure = in.errorString();
             break;
@@ -91,7 +91,7 @@ QString put(const QString &source, const QString &folder, const QString &name, S
     const QDir dir(folder);
     const QByteArray from = QFile::encodeName(source);
     for (int counter = 1;; ++counter) {
-        const QString path = candidate(dir, name, counter);
+        QString path = candidate(dir, name, counter);
         if (after == Source::Remove) {
             // A rename replaces nothing, a link included; across file systems it is a copy.
             if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD,

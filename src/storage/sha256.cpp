@@ -4,7 +4,7 @@
 #include <openssl/evp.h>
 
 namespace {
-constexpr qint64 chunk = 1024 * 1024;
+constexpr qint64 chunk = qint64(1024) * 1024;
 } // namespace
 
 void Sha256::Free::operator()(evp_md_ctx_st *context) const

@@ -11,8 +11,8 @@ class Sha256 {
 public:
     Sha256();
     ~Sha256();
-    Sha256(Sha256 &&) noexcept;
-    Sha256 &operator=(Sha256 &&) noexcept;
+    Sha256(Sha256 &&other) noexcept;
+    Sha256 &operator=(Sha256 &&other) noexcept;
 
     void add(const char *data, qint64 size);
     // The first `bytes` bytes of a file (all of it when negative), read in 1 MiB chunks. False

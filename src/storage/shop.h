@@ -60,14 +60,14 @@ public:
     class Unavailable : public Error {
     public:
         [[nodiscard]] QString description() const override;
-        bool operator==(const Unavailable &) const { return true; }
+        bool operator==(const Unavailable & /*other*/) const { return true; }
     };
 
     // A colourway of a pack the user does not have.
     class NotInPacks : public Error {
     public:
         [[nodiscard]] QString description() const override;
-        bool operator==(const NotInPacks &) const { return true; }
+        bool operator==(const NotInPacks & /*other*/) const { return true; }
     };
 
     // What the store works with; the composition root fills it in.

@@ -34,7 +34,9 @@ QStringList wallpaperLines(const QVariant &value)
     const auto list = value.value<QDBusArgument>();
     list.beginArray();
     while (!list.atEnd()) {
-        QString id, name, packName;
+        QString id;
+        QString name;
+        QString packName;
         list.beginStructure();
         list >> id >> name >> packName;
         list.endStructure();
@@ -96,7 +98,7 @@ bool AutomationClient::watchSession()
 }
 
 void AutomationClient::propertiesChanged(const QString &interface, const QVariantMap &changed,
-                                         const QStringList &)
+                                         const QStringList & /*invalidated*/)
 {
     if (interface != session)
         return;
