@@ -256,13 +256,12 @@ std::optional<Edition> Shop::editionFor(const QString &pack, const QString &colo
 WallpaperFile Shop::wallpaperFile(const QString &pack, const QString &colourway,
                                   Edition wanted) const
 {
-    const auto owned = m_contents.owned.constFind(pack);
-    if (owned == m_contents.owned.cend())
+    if (!m_contents.owned.contains(pack))
         throw NotInPacks();
-    const auto chosen = chooseEdition(*owned, colourway, wanted);
+    const auto chosen = editionFor(pack, colourway, wanted);
     if (!chosen)
         throw Unavailable();
-    return *owned->file(colourway, *chosen);
+    return *m_contents.owned.value(pack).file(colourway, *chosen);
 }
 
 std::optional<WallpaperFile> Shop::fileFor(const Placement &placement) const
