@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 QRect PanelRules::frame(const QRect &icon, const QRect &available, int height)
 {
@@ -21,6 +22,15 @@ QRect PanelRules::frame(const QRect &icon, const QRect &available, int height)
 bool PanelRules::resizes(double current, double reported)
 {
     return reported > 0 && std::abs(reported - current) > 0.5;
+}
+
+bool PanelRules::focusLost(const QDateTime &now)
+{
+    if (!std::exchange(m_holdsFocus, false)) {
+        return false;
+    }
+    m_lastDismissal = now;
+    return true;
 }
 
 bool PanelRules::mayOpen(const QDateTime &now) const

@@ -23,10 +23,17 @@ public:
     // and a change of half a pixel or less is not worth a resize.
     [[nodiscard]] static bool resizes(double current, double reported);
 
-    // The panel lost focus, so it closed: the click that took the focus away must not reopen it.
-    void dismissed(const QDateTime &now) { m_lastDismissal = now; }
+    // The panel took the focus, or it was hidden.
+    void focusTaken() { m_holdsFocus = true; }
+    void hidden() { m_holdsFocus = false; }
+
+    // The panel lost the focus: whether that was a click elsewhere, which closes it and must not
+    // reopen it. Only the focus taken since the panel was last shown can be lost: a window system
+    // may tell of a loss from before a hide only once the panel is shown again.
+    [[nodiscard]] bool focusLost(const QDateTime &now);
     [[nodiscard]] bool mayOpen(const QDateTime &now) const;
 
 private:
+    bool m_holdsFocus = false;
     QDateTime m_lastDismissal;
 };

@@ -42,6 +42,12 @@ void PanelWindow::keyPressEvent(QKeyEvent *event)
     QQuickView::keyPressEvent(event);
 }
 
+void PanelWindow::focusInEvent(QFocusEvent *event)
+{
+    QQuickView::focusInEvent(event);
+    Q_EMIT focusTaken();
+}
+
 void PanelWindow::focusOutEvent(QFocusEvent *event)
 {
     QQuickView::focusOutEvent(event);

@@ -2,8 +2,8 @@
 
 #include <QQuickView>
 
-// The tray panel's frameless window. It tells its controller when it loses focus or the user
-// presses Escape, and reports the height its content asks for.
+// The tray panel's frameless window. It tells its controller when it takes or loses the focus or
+// the user presses Escape, and reports the height its content asks for.
 class PanelWindow : public QQuickView {
     Q_OBJECT
 
@@ -19,12 +19,14 @@ public:
     void setOverWorkArea(bool over);
 
 Q_SIGNALS:
+    void focusTaken();
     void resignedFocus();
     void cancelled();
     void contentHeightChanged(double height);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

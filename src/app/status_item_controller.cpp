@@ -118,9 +118,9 @@ bool StatusItemController::preparePanel()
         return false;
     }
     connect(m_panel, &PanelWindow::cancelled, this, &StatusItemController::closePanel);
+    connect(m_panel, &PanelWindow::focusTaken, this, [this] { m_rules.focusTaken(); });
     connect(m_panel, &PanelWindow::resignedFocus, this, [this] {
-        if (m_shown) {
-            m_rules.dismissed(QDateTime::currentDateTimeUtc());
+        if (m_shown && m_rules.focusLost(QDateTime::currentDateTimeUtc())) {
             closePanel();
         }
     });
@@ -250,6 +250,7 @@ void StatusItemController::finishClosing()
         m_plasmaShell->closed();
     }
     m_panel->hide();
+    m_rules.hidden();
     m_fade->targetObject()->setProperty("opacity", 1.0);
 }
 

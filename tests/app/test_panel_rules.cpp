@@ -47,16 +47,21 @@ private Q_SLOTS:
     }
 
     // The click that took the focus from the panel arrives just after it closed: that click
-    // must not reopen it, a later one must.
+    // must not reopen it, a later one must. A loss told late, after the panel was hidden and shown
+    // again, is no click elsewhere.
     void dismissal()
     {
         PanelRules rules;
         const QDateTime start = QDateTime::fromString(u"2026-03-01T10:00:00Z"_s, Qt::ISODate);
+        rules.focusTaken();
+        rules.hidden();
+        QVERIFY(!rules.focusLost(start));
         QVERIFY(rules.mayOpen(start));
-        rules.dismissed(start);
-        QVERIFY(!rules.mayOpen(start));
+        rules.focusTaken();
+        QVERIFY(rules.focusLost(start));
         QVERIFY(!rules.mayOpen(start.addMSecs(250)));
         QVERIFY(rules.mayOpen(start.addMSecs(251)));
+        QVERIFY(!rules.focusLost(start.addMSecs(300)));
     }
 
     void nextShuffleWords_data()
