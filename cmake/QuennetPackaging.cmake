@@ -42,8 +42,9 @@ function(quennet_install_man page component)
     install(FILES "${compressed}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT ${component})
 endfunction()
 
-quennet_install_man("${PROJECT_SOURCE_DIR}/src/app/quennet.1" app)
+quennet_install_man("${QUENNET_DATA}/man/quennet.1" app)
 quennet_install_man("${QUENNET_DATA}/man/quennetctl.1" app)
+quennet_install_man("${QUENNET_DATA}/man/quennet-helper.1" app)
 quennet_install_man("${PROJECT_SOURCE_DIR}/devshop/quennet-devshop.1" devshop)
 
 # A call on the session bus starts Quennet when it isn't running.
@@ -52,8 +53,12 @@ install(FILES "${PROJECT_BINARY_DIR}/data/dbus/app.quennet.Quennet.service"
 install(FILES "${QUENNET_DATA}/dbus/app.quennet.Quennet.Automation.xml"
     "${QUENNET_DATA}/dbus/app.quennet.Quennet.Session.xml"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces" COMPONENT app)
-install(FILES "${QUENNET_DATA}/completion/quennetctl"
+install(FILES "${QUENNET_DATA}/completion/quennetctl.bash" RENAME quennetctl
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT app)
+install(FILES "${QUENNET_DATA}/completion/_quennetctl"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT app)
+install(FILES "${QUENNET_DATA}/completion/quennetctl.fish"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT app)
 
 install(TARGETS quennet quennet-helper quennetctl RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
 install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
