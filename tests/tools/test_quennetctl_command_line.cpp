@@ -93,15 +93,16 @@ private Q_SLOTS:
         QCOMPARE(line.error.section(u'\n', 0, 0), error);
     }
 
-    // Help for the tool and each command, on standard output; the man page and the completion
+    // Help for the tool and each command, on standard output; the man page and the completions
     // know every command.
     void helpEverywhere()
     {
-        QFile page(QStringLiteral(QUENNET_SOURCE_DIR "/data/man/quennetctl.1"));
-        QFile completion(QStringLiteral(QUENNET_SOURCE_DIR "/data/completion/quennetctl"));
-        QVERIFY(page.open(QIODevice::ReadOnly) && completion.open(QIODevice::ReadOnly));
-        const QString manual = QString::fromUtf8(page.readAll()).remove(u'\\');
-        const QString completing = QString::fromUtf8(completion.readAll());
+        const auto read = [](const char *path) {
+            QFile file(QLatin1StringView(QUENNET_SOURCE_DIR "/data/") + QLatin1StringView(path));
+            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        };
+        const QString manual = read("man/quennetctl.1").remove(u'\\');
+        QVERIFY(!manual.isEmpty());
 
         const QString help = CommandLine::parse({ u"--help"_s }).output;
         for (const QString &name : CommandLine::subcommands()) {
@@ -117,8 +118,20 @@ private Q_SLOTS:
                          || manual.contains(u".BR "_s + name),
                      qPrintable(name));
         }
-        const auto listed = QRegularExpression(u"local commands=\"([^\"]*)\""_s).match(completing);
-        QCOMPARE(listed.captured(1).split(u' '), CommandLine::subcommands());
+        const auto listed = [&read](const char *path, const QString &pattern) {
+            QStringList names;
+            for (const auto &match :
+                 QRegularExpression(pattern, QRegularExpression::MultilineOption)
+                     .globalMatch(read(path)))
+                names += match.captured(1).split(u' ');
+            return names;
+        };
+        QCOMPARE(listed("completion/quennetctl.bash", u"local commands=\"([^\"]*)\""_s),
+                 CommandLine::subcommands());
+        QCOMPARE(listed("completion/quennetctl.fish", u"^set -l commands (.*)$"_s),
+                 CommandLine::subcommands());
+        QCOMPARE(listed("completion/_quennetctl", u"^ +['\"]([a-z-]+):"_s),
+                 CommandLine::subcommands());
     }
 
     // The shop's names, sentences and codes reach the terminal as text, never as its commands.
