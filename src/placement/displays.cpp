@@ -70,6 +70,7 @@ void Displays::refresh()
 {
     const QList<DesktopScreen> screens = m_backend->screens();
     const QList<QString> ids = displayIds(screens);
+    const QList<QString> names = displayNames(screens);
     QList<Display> all;
     const QPoint origin = screens.isEmpty() ? QPoint() : screens.first().geometry.topLeft();
     for (qsizetype i = 0; i < screens.size(); ++i) {
@@ -78,7 +79,7 @@ void Displays::refresh()
         const bool reported = wallpaper && wallpaper == m_backend->picture(screens[i]);
         all.append(
             { .id = ids[i],
-              .name = displayName(screens[i]),
+              .name = names[i],
               .frame = QRectF(screens[i].geometry.translated(-origin)),
               .isMain = i == 0,
               .wallpaper = wallpaper,

@@ -2,6 +2,7 @@
 
 #include "desktop_backend.h"
 
+#include <QRegularExpression>
 #include <QUuid>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,6 +19,30 @@ QString edidText(const QString &text)
     while (result.endsWith(u'-'))
         result.chop(1);
     return result.trimmed();
+}
+
+// A company's legal form says nothing to the person looking at its monitor.
+QString maker(const QString &manufacturer)
+{
+    static const QRegularExpression legalForm(
+        uR"(,?\s+(Inc\.?|Corp\.?|Corporation|Co\.,\s*Ltd\.?|Ltd\.?|GmbH|AG|S\.A\.)$)"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    return edidText(manufacturer).remove(legalForm);
+}
+
+QString madeName(const DesktopScreen &screen)
+{
+    static const QRegularExpression builtIn(u"^(eDP|LVDS|DSI)(-|$)"_s);
+    if (builtIn.match(screen.connector).hasMatch())
+        return u"Built-in display"_s;
+    const QString make = maker(screen.manufacturer);
+    const QString model = edidText(screen.model);
+    // Monitors often repeat their maker in the model's name: "Dell" and "DELL U2720Q".
+    const QString first = make.section(u' ', 0, 0);
+    if (!first.isEmpty() && model.startsWith(first, Qt::CaseInsensitive))
+        return model;
+    const QString name = QString(make + u' ' + model).trimmed();
+    return name.isEmpty() ? screen.connector : name;
 }
 
 QString idOf(const QString &name)
@@ -59,9 +84,15 @@ QList<QString> displayIds(const QList<DesktopScreen> &screens)
     return ids;
 }
 
-QString displayName(const DesktopScreen &screen)
+QList<QString> displayNames(const QList<DesktopScreen> &screens)
 {
-    const QString name =
-        QString(edidText(screen.manufacturer) + u' ' + edidText(screen.model)).trimmed();
-    return name.isEmpty() ? screen.connector : name;
+    QList<QString> made;
+    for (const DesktopScreen &screen : screens)
+        made.append(madeName(screen));
+    QList<QString> names;
+    for (qsizetype i = 0; i < made.size(); ++i) {
+        names.append(made.count(made[i]) > 1 ? made[i] + u" ("_s + screens[i].connector + u')'
+                                             : made[i]);
+    }
+    return names;
 }

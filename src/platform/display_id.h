@@ -13,5 +13,7 @@ struct DesktopScreen;
 // without serial numbers) are told apart by their connectors.
 [[nodiscard]] QList<QString> displayIds(const QList<DesktopScreen> &screens);
 
-// What a person calls the display: its make and model, else its connector.
-[[nodiscard]] QString displayName(const DesktopScreen &screen);
+// What people call each display of a screen list: its make and model as the monitor reports them,
+// "Built-in display" for a laptop's own panel, else its connector. Displays that would share a
+// name have their connector after it.
+[[nodiscard]] QList<QString> displayNames(const QList<DesktopScreen> &screens);

@@ -66,7 +66,7 @@ private Q_SLOTS:
         const QList<Displays::Display> all = displays->all();
         QCOMPARE(all.size(), 2);
         QCOMPARE(all[0].id, displayId(left));
-        QCOMPARE(all[0].name, u"ACME View 27"_s);
+        QCOMPARE(all[0].name, u"ACME View 27 (DP-1)"_s);
         QVERIFY(all[0].isMain && !all[1].isMain);
         QCOMPARE(all[1].frame, QRectF(1920, -200, 2560, 1440));
         QCOMPARE(all[1].wallpaper, u"/theirs.png"_s);

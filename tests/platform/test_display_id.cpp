@@ -62,6 +62,28 @@ private Q_SLOTS:
         // Stable: the same list gives the same ids.
         QCOMPARE(displayIds({ left, right, screen(u"eDP-1"_s) }), ids);
     }
+
+    void names_data()
+    {
+        QTest::addColumn<QList<DesktopScreen>>("screens");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("make and model, the maker's legal form and repetition dropped")
+            << QList { screen(u"DP-1"_s, u"ACM"_s, u"View"_s),
+                       screen(u"DP-2"_s, u"Dell Inc.-"_s, u"DELL U2720Q"_s) }
+            << QStringList { u"ACM View"_s, u"DELL U2720Q"_s };
+        QTest::newRow("a laptop's own panel; no EDID")
+            << QList { screen(u"eDP-1"_s, u"BOE"_s, u"0x0BCA"_s), screen(u"DUMMY0"_s) }
+            << QStringList { u"Built-in display"_s, u"DUMMY0"_s };
+        QTest::newRow("twins") << QList { screen(u"DP-1"_s, u"ACM"_s, u"View"_s),
+                                          screen(u"HDMI-1"_s, u"ACM"_s, u"View"_s, u"2"_s) }
+                               << QStringList { u"ACM View (DP-1)"_s, u"ACM View (HDMI-1)"_s };
+    }
+
+    void names()
+    {
+        QFETCH(QList<DesktopScreen>, screens);
+        QTEST(displayNames(screens), "names");
+    }
 };
 
 QTEST_GUILESS_MAIN(DisplayIdTest)
