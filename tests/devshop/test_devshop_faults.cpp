@@ -11,7 +11,13 @@ using namespace Qt::Literals::StringLiterals;
 class TestDevshopFaults : public QObject {
     Q_OBJECT
 
+    // One shop for every case, its faults cleared before each.
+    ShopFixture fixture;
+    QString link = fixture.sampleLink();
+
 private Q_SLOTS:
+    void init() { QVERIFY(fixture.setFaults("{}")); }
+
     void statuses_data()
     {
         QTest::addColumn<QString>("endpoint");
@@ -32,7 +38,6 @@ private Q_SLOTS:
         QFETCH(QString, endpoint);
         QFETCH(int, status);
         QFETCH(int, normal);
-        ShopFixture fixture;
         QVERIFY(fixture.setFaults(
             uR"({"statuses": [{"endpoint": "%1", "status": %2, "times": 2, "error": "fault"}]})"_s
                 .arg(endpoint)
@@ -57,7 +62,6 @@ private Q_SLOTS:
     void malformed()
     {
         QFETCH(QString, endpoint);
-        ShopFixture fixture;
         const CurlReply sound = fixture.request(endpoint);
         QVERIFY(QJsonDocument::fromJson(sound.body).isObject());
         QVERIFY(fixture.setFaults(uR"({"malformed": ["%1"]})"_s.arg(endpoint).toUtf8()));
@@ -70,9 +74,7 @@ private Q_SLOTS:
 
     void cutAndIgnoreRange()
     {
-        ShopFixture fixture;
         const QByteArray bytes = ShopFixture::sampleBytes();
-        const QString link = fixture.sampleLink();
         QVERIFY(fixture.setFaults(R"({"cut": {"afterBytes": 300}, "ignoreRange": true})"));
         for (const QStringList &headers :
              { QStringList(), QStringList { u"Range: bytes=300-"_s } }) {
@@ -98,8 +100,6 @@ private Q_SLOTS:
     {
         QFETCH(QString, to);
         QFETCH(QString, host);
-        ShopFixture fixture;
-        const QString link = fixture.sampleLink();
         QVERIFY(fixture.setFaults(uR"({"redirect": {"to": "%1", "times": 2}})"_s.arg(to).toUtf8()));
 
         const CurlReply redirect = fixture.get(link);
@@ -115,8 +115,6 @@ private Q_SLOTS:
 
     void slowTransfer()
     {
-        ShopFixture fixture;
-        const QString link = fixture.sampleLink();
         QVERIFY(fixture.setFaults(R"({"bytesPerSecond": 16})"));
         // Well over a minute at that rate: curl gives up part-way.
         const CurlReply slow = fixture.get(link, {}, { u"--max-time"_s, u"1"_s });
@@ -138,7 +136,6 @@ private Q_SLOTS:
     {
         QFETCH(QString, alteration);
         QFETCH(bool, sameTag);
-        ShopFixture fixture;
         const CurlReply original = fixture.request(u"files"_s);
         QVERIFY(fixture.setFaults(uR"({"alterBytes": "%1"})"_s.arg(alteration).toUtf8()));
         const CurlReply altered = fixture.request(u"files"_s);
@@ -147,16 +144,14 @@ private Q_SLOTS:
         QCOMPARE(altered.header(u"ETag"_s) == original.header(u"ETag"_s), sameTag);
 
         // A resume under the old tag gets the rest of the new bytes, or the whole new file.
-        const CurlReply resumed =
-            fixture.get(fixture.sampleLink(),
-                        { u"Range: bytes=100-"_s, u"If-Range: "_s + original.header(u"ETag"_s) });
+        const CurlReply resumed = fixture.get(
+            link, { u"Range: bytes=100-"_s, u"If-Range: "_s + original.header(u"ETag"_s) });
         QCOMPARE(resumed.status, sameTag ? 206 : 200);
         QCOMPARE(resumed.body, sameTag ? altered.body.mid(100) : altered.body);
     }
 
     void changeLibrary()
     {
-        ShopFixture fixture;
         const QString bearer = ShopFixture::bearer(fixture.shop().issueToken());
         const CurlReply before = fixture.get(fixture.api(u"library"_s), { bearer });
         QVERIFY(fixture.setFaults(R"({"changeLibrary": true})"));
@@ -199,7 +194,6 @@ private Q_SLOTS:
         QFETCH(QString, secret);
         QFETCH(QByteArray, document);
         QFETCH(int, status);
-        ShopFixture fixture;
         QVERIFY(fixture.setFaults(R"({"statuses": [{"endpoint": "catalogue", "status": 503}]})"));
         if (secret == "right"_L1)
             secret = fixture.shop().adminSecret();
