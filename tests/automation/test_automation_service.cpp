@@ -222,11 +222,9 @@ private Q_SLOTS:
         QCOMPARE(rig.mainKey(), shown);
         QVERIFY(rig.favourites().keys().isEmpty());
         QVERIFY(!rig.shuffle().isOn());
-        QVERIFY(!rig.defaults().shuffleIsOn());
         QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Day);
         QCOMPARE(rig.shuffle().source(), source);
         QVERIFY(rig.focusFilter().wallpaper().isEmpty());
-        QVERIFY(rig.defaults().focusFilterWallpaper().isEmpty());
     }
 
     // A set on every display that the user overtook on one of them while it downloaded: the newer
