@@ -52,6 +52,7 @@ private Q_SLOTS:
     {
         PanelRules rules;
         const QDateTime start = QDateTime::fromString(u"2026-03-01T10:00:00Z"_s, Qt::ISODate);
+        QVERIFY(rules.mayOpen(start));
         rules.dismissed(start);
         QVERIFY(!rules.mayOpen(start));
         QVERIFY(!rules.mayOpen(start.addMSecs(250)));
