@@ -34,7 +34,7 @@ QList<ContentPack> samplePacks()
 }
 } // namespace
 
-AutomationRig::AutomationRig(bool startsStore)
+AutomationRig::AutomationRig(Stage stage)
     : m_set(samplePacks())
 {
     if (!m_set.storeRig().isReady())
@@ -70,8 +70,10 @@ AutomationRig::AutomationRig(bool startsStore)
     auto bus = QDBusConnection::sessionBus();
     if (!m_service.registerOn(bus) || !bus.registerService(AutomationService::serviceName))
         return;
-    m_service.attach(m_intents.get(), &m_set.storeRig().account(), &store(), m_focusFilter.get());
-    if (startsStore && !m_set.start())
+    if (stage != Stage::Unattached)
+        m_service.attach(m_intents.get(), &m_set.storeRig().account(), &store(),
+                         m_focusFilter.get());
+    if (stage == Stage::Started && !m_set.start())
         return;
     m_client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, clientName);
     m_ready = m_client.isConnected();
@@ -83,11 +85,11 @@ AutomationRig::~AutomationRig()
     QDBusConnection::sessionBus().unregisterService(AutomationService::serviceName);
 }
 
-QDBusPendingCall AutomationRig::start(const QString &method, const QVariantList &arguments)
+QDBusPendingCall AutomationRig::start(const QString &method, const QVariantList &arguments,
+                                      const QString &interface)
 {
     auto message = QDBusMessage::createMethodCall(AutomationService::serviceName,
-                                                  AutomationService::objectPath,
-                                                  AutomationService::automationInterface, method);
+                                                  AutomationService::objectPath, interface, method);
     message.setArguments(arguments);
     return m_client.asyncCall(message, 60'000);
 }
@@ -95,11 +97,8 @@ QDBusPendingCall AutomationRig::start(const QString &method, const QVariantList 
 QDBusMessage AutomationRig::call(const QString &interface, const QString &method,
                                  const QVariantList &arguments)
 {
-    auto message = QDBusMessage::createMethodCall(AutomationService::serviceName,
-                                                  AutomationService::objectPath, interface, method);
-    message.setArguments(arguments);
     // The service answers on this thread: wait in an event loop, never in a blocking call.
-    QDBusPendingCallWatcher watcher(m_client.asyncCall(message, 60'000));
+    QDBusPendingCallWatcher watcher(start(method, arguments, interface));
     QEventLoop loop;
     QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
     if (!watcher.isFinished())

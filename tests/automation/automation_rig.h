@@ -22,8 +22,11 @@
 // Quennet's name. Tests call it from a connection of their own, as another program would.
 class AutomationRig {
 public:
-    // startsStore: false leaves the store before its first load.
-    explicit AutomationRig(bool startsStore = true);
+    // How far the program has come: the service on the bus before the program hands it its
+    // objects, the store before its first load, or all the way.
+    enum class Stage { Unattached, StoreNotStarted, Started };
+
+    explicit AutomationRig(Stage stage = Stage::Started);
     ~AutomationRig();
 
     [[nodiscard]] bool isReady() const { return m_ready; }
@@ -35,7 +38,8 @@ public:
     QDBusMessage session(const QString &method);
     [[nodiscard]] QVariant sessionProperty(const QString &name);
     // Starts a call and leaves it running.
-    QDBusPendingCall start(const QString &method, const QVariantList &arguments = {});
+    QDBusPendingCall start(const QString &method, const QVariantList &arguments = {},
+                           const QString &interface = AutomationService::automationInterface);
     [[nodiscard]] QDBusConnection client() const { return m_client; }
 
     // What a display shows as the desktop tells it (0: the main one), and the key recorded for

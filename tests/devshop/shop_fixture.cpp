@@ -31,6 +31,11 @@ ShopFixture::ShopFixture(DevShop::Options options)
     m_shop.start();
 }
 
+bool ShopFixture::setFaults(const QByteArray &json)
+{
+    return m_shop.setFaults(QJsonDocument::fromJson(json).object());
+}
+
 QString ShopFixture::url(const QString &path) const
 {
     return u"https://127.0.0.1:%1%2"_s.arg(m_shop.port()).arg(path);
@@ -94,11 +99,9 @@ CurlReply ShopFixture::request(const QString &endpoint, std::optional<QString> t
 {
     const QString authorization = bearer(token ? *token : m_shop.issueToken());
     if (endpoint == "device/code"_L1)
-        return post(api(endpoint), { { u"client_id"_s, u"mac-app"_s } });
+        return requestCode();
     if (endpoint == "device/token"_L1)
-        return post(api(endpoint),
-                    { { u"client_id"_s, u"mac-app"_s },
-                      { u"grant_type"_s, u"urn:ietf:params:oauth:grant-type:device_code"_s } });
+        return poll({});
     if (endpoint == "sign-out"_L1)
         return post(api(endpoint), {}, { authorization });
     if (endpoint == "downloads"_L1)
@@ -131,11 +134,10 @@ QByteArray ShopFixture::sampleBytes()
     return readAll(content + u'/' + samplePath);
 }
 
-QJsonObject ShopFixture::requestCode(const QString &device) const
+CurlReply ShopFixture::requestCode(const QString &device) const
 {
     return post(api(u"device/code"_s),
-                { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, device } })
-        .json();
+                { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, device } });
 }
 
 CurlReply ShopFixture::poll(const QString &deviceCode) const

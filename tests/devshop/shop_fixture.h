@@ -29,6 +29,7 @@ public:
     explicit ShopFixture(DevShop::Options options = {});
 
     [[nodiscard]] DevShop &shop() { return m_shop; }
+    bool setFaults(const QByteArray &json);
 
     // An address on the shop: "/_devshop/stats", or an API endpoint such as "library".
     [[nodiscard]] QString url(const QString &path) const;
@@ -49,7 +50,7 @@ public:
     [[nodiscard]] QString sampleLink();
     [[nodiscard]] static QByteArray sampleBytes();
     // The device-code sign-in as the app makes it: a code, then a poll for its token.
-    [[nodiscard]] QJsonObject requestCode(const QString &device = QStringLiteral("Test Box")) const;
+    [[nodiscard]] CurlReply requestCode(const QString &device = QStringLiteral("Test Box")) const;
     CurlReply poll(const QString &deviceCode) const;
 
 private:

@@ -7,19 +7,17 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-QJsonObject faults(const char *json)
-{
-    return QJsonDocument::fromJson(json).object();
-}
-
-} // namespace
-
 // Every fault switch, set as a test would set it, seen from curl.
 class TestDevshopFaults : public QObject {
     Q_OBJECT
 
+    // One shop for every case, its faults cleared before each.
+    ShopFixture fixture;
+    QString link = fixture.sampleLink();
+
 private Q_SLOTS:
+    void init() { QVERIFY(fixture.setFaults("{}")); }
+
     void statuses_data()
     {
         QTest::addColumn<QString>("endpoint");
@@ -40,13 +38,11 @@ private Q_SLOTS:
         QFETCH(QString, endpoint);
         QFETCH(int, status);
         QFETCH(int, normal);
-        ShopFixture fixture;
-        QVERIFY(fixture.shop().setFaults(
-            { { u"statuses"_s,
-                QJsonArray { QJsonObject { { u"endpoint"_s, endpoint },
-                                           { u"status"_s, status },
-                                           { u"times"_s, 2 },
-                                           { u"error"_s, u"fault"_s } } } } }));
+        QVERIFY(fixture.setFaults(
+            uR"({"statuses": [{"endpoint": "%1", "status": %2, "times": 2, "error": "fault"}]})"_s
+                .arg(endpoint)
+                .arg(status)
+                .toUtf8()));
         for (int i = 0; i < 2; ++i) {
             const CurlReply faulty = fixture.request(endpoint);
             QCOMPARE(faulty.status, status);
@@ -66,10 +62,9 @@ private Q_SLOTS:
     void malformed()
     {
         QFETCH(QString, endpoint);
-        ShopFixture fixture;
         const CurlReply sound = fixture.request(endpoint);
         QVERIFY(QJsonDocument::fromJson(sound.body).isObject());
-        QVERIFY(fixture.shop().setFaults({ { u"malformed"_s, QJsonArray { endpoint } } }));
+        QVERIFY(fixture.setFaults(uR"({"malformed": ["%1"]})"_s.arg(endpoint).toUtf8()));
         const CurlReply broken = fixture.request(endpoint);
         QCOMPARE(broken.status, sound.status);
         QJsonParseError error {};
@@ -79,11 +74,8 @@ private Q_SLOTS:
 
     void cutAndIgnoreRange()
     {
-        ShopFixture fixture;
         const QByteArray bytes = ShopFixture::sampleBytes();
-        const QString link = fixture.sampleLink();
-        QVERIFY(fixture.shop().setFaults(
-            faults(R"({"cut": {"afterBytes": 300}, "ignoreRange": true})")));
+        QVERIFY(fixture.setFaults(R"({"cut": {"afterBytes": 300}, "ignoreRange": true})"));
         for (const QStringList &headers :
              { QStringList(), QStringList { u"Range: bytes=300-"_s } }) {
             const CurlReply reply = fixture.get(link, headers);
@@ -92,7 +84,7 @@ private Q_SLOTS:
             QCOMPARE(reply.body, bytes.left(300));
             QCOMPARE(reply.header(u"Accept-Ranges"_s), u"none"_s);
         }
-        QVERIFY(fixture.shop().setFaults({}));
+        QVERIFY(fixture.setFaults("{}"));
         QCOMPARE(fixture.get(link).body, bytes);
     }
 
@@ -108,10 +100,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, to);
         QFETCH(QString, host);
-        ShopFixture fixture;
-        const QString link = fixture.sampleLink();
-        QVERIFY(fixture.shop().setFaults(
-            { { u"redirect"_s, QJsonObject { { u"to"_s, to }, { u"times"_s, 2 } } } }));
+        QVERIFY(fixture.setFaults(uR"({"redirect": {"to": "%1", "times": 2}})"_s.arg(to).toUtf8()));
 
         const CurlReply redirect = fixture.get(link);
         QCOMPARE(redirect.status, 302);
@@ -126,14 +115,12 @@ private Q_SLOTS:
 
     void slowTransfer()
     {
-        ShopFixture fixture;
-        const QString link = fixture.sampleLink();
-        QVERIFY(fixture.shop().setFaults(faults(R"({"bytesPerSecond": 16})")));
+        QVERIFY(fixture.setFaults(R"({"bytesPerSecond": 16})"));
         // Well over a minute at that rate: curl gives up part-way.
         const CurlReply slow = fixture.get(link, {}, { u"--max-time"_s, u"1"_s });
         QCOMPARE(slow.exitCode, 28);
         QVERIFY(slow.body.size() < ShopFixture::sampleBytes().size());
-        QVERIFY(fixture.shop().setFaults({}));
+        QVERIFY(fixture.setFaults("{}"));
         QCOMPARE(fixture.get(link).body, ShopFixture::sampleBytes());
     }
 
@@ -149,28 +136,25 @@ private Q_SLOTS:
     {
         QFETCH(QString, alteration);
         QFETCH(bool, sameTag);
-        ShopFixture fixture;
         const CurlReply original = fixture.request(u"files"_s);
-        QVERIFY(fixture.shop().setFaults({ { u"alterBytes"_s, alteration } }));
+        QVERIFY(fixture.setFaults(uR"({"alterBytes": "%1"})"_s.arg(alteration).toUtf8()));
         const CurlReply altered = fixture.request(u"files"_s);
         QCOMPARE(altered.body.size(), original.body.size());
         QVERIFY(altered.body != original.body);
         QCOMPARE(altered.header(u"ETag"_s) == original.header(u"ETag"_s), sameTag);
 
         // A resume under the old tag gets the rest of the new bytes, or the whole new file.
-        const CurlReply resumed =
-            fixture.get(fixture.sampleLink(),
-                        { u"Range: bytes=100-"_s, u"If-Range: "_s + original.header(u"ETag"_s) });
+        const CurlReply resumed = fixture.get(
+            link, { u"Range: bytes=100-"_s, u"If-Range: "_s + original.header(u"ETag"_s) });
         QCOMPARE(resumed.status, sameTag ? 206 : 200);
         QCOMPARE(resumed.body, sameTag ? altered.body.mid(100) : altered.body);
     }
 
     void changeLibrary()
     {
-        ShopFixture fixture;
         const QString bearer = ShopFixture::bearer(fixture.shop().issueToken());
         const CurlReply before = fixture.get(fixture.api(u"library"_s), { bearer });
-        QVERIFY(fixture.shop().setFaults(faults(R"({"changeLibrary": true})")));
+        QVERIFY(fixture.setFaults(R"({"changeLibrary": true})"));
         const CurlReply after = fixture.get(
             fixture.api(u"library"_s), { bearer, u"If-None-Match: "_s + before.header(u"ETag"_s) });
         QCOMPARE(after.status, 200);
@@ -178,52 +162,48 @@ private Q_SLOTS:
         QVERIFY(after.json()[u"packs"_s][0][u"updatedAt"_s]
                 != before.json()[u"packs"_s][0][u"updatedAt"_s]);
         // Setting other faults later leaves the changed library as it is.
-        QVERIFY(fixture.shop().setFaults({}));
+        QVERIFY(fixture.setFaults("{}"));
         const CurlReply unchanged = fixture.get(
             fixture.api(u"library"_s), { bearer, u"If-None-Match: "_s + after.header(u"ETag"_s) });
         QCOMPARE(unchanged.status, 304);
     }
 
-    void badDocumentsChangeNothing_data()
+    // The fault switches over HTTP: a document is taken whole with the secret, or not at all.
+    void adminCalls_data()
     {
+        QTest::addColumn<QString>("secret"); // "right", or the one sent
         QTest::addColumn<QByteArray>("document");
-        QTest::newRow("unknown switch") << QByteArray(R"({"explode": true})");
-        QTest::newRow("unknown endpoint")
-            << QByteArray(R"({"statuses": [{"endpoint": "shop", "status": 500}]})");
-        QTest::newRow("success status")
-            << QByteArray(R"({"statuses": [{"endpoint": "library", "status": 200}]})");
-        QTest::newRow("zero times")
-            << QByteArray(R"({"statuses": [{"endpoint": "library", "status": 500, "times": 0}]})");
-        QTest::newRow("redirect nowhere") << QByteArray(R"({"redirect": {"to": "example.com"}})");
-        QTest::newRow("cut without size") << QByteArray(R"({"cut": {}})");
+        QTest::addColumn<int>("status");
+        const QByteArray fault = R"({"statuses": [{"endpoint": "catalogue", "status": 500}]})";
+        QTest::newRow("with the secret") << u"right"_s << fault << 200;
+        QTest::newRow("without the secret") << QString() << fault << 403;
+        QTest::newRow("a guessed secret") << u"guess"_s << fault << 403;
+        const auto bad = [](const char *name, const char *document) {
+            QTest::newRow(name) << u"right"_s << QByteArray(document) << 400;
+        };
+        bad("unknown switch", R"({"explode": true})");
+        bad("unknown endpoint", R"({"statuses": [{"endpoint": "shop", "status": 500}]})");
+        bad("success status", R"({"statuses": [{"endpoint": "library", "status": 200}]})");
+        bad("zero times", R"({"statuses": [{"endpoint": "library", "status": 500, "times": 0}]})");
+        bad("redirect nowhere", R"({"redirect": {"to": "example.com"}})");
+        bad("cut without size", R"({"cut": {}})");
     }
 
-    void badDocumentsChangeNothing()
+    void adminCalls()
     {
+        QFETCH(QString, secret);
         QFETCH(QByteArray, document);
-        ShopFixture fixture;
-        QVERIFY(fixture.shop().setFaults(
-            faults(R"({"statuses": [{"endpoint": "catalogue", "status": 503}]})")));
-        const CurlReply refused = fixture.curl(
-            { u"-H"_s, u"X-Devshop-Secret: "_s + fixture.shop().adminSecret(), u"--data-binary"_s,
-              QString::fromUtf8(document), fixture.url(u"/_devshop/faults"_s) });
-        QCOMPARE(refused.status, 400);
-        QVERIFY(!refused.json()[u"error"_s].toString().isEmpty());
-        QCOMPARE(fixture.request(u"catalogue"_s).status, 503);
-    }
-
-    void adminCallsNeedTheSecret()
-    {
-        ShopFixture fixture;
-        const QString url = fixture.url(u"/_devshop/faults"_s);
-        const QJsonObject document =
-            faults(R"({"statuses": [{"endpoint": "catalogue", "status": 500, "times": 1}]})");
-        QCOMPARE(fixture.post(url, document).status, 403);
-        QCOMPARE(fixture.post(url, document, { u"X-Devshop-Secret: guess"_s }).status, 403);
-        QCOMPARE(fixture.request(u"catalogue"_s).status, 200);
-        const QString secret = u"X-Devshop-Secret: "_s + fixture.shop().adminSecret();
-        QCOMPARE(fixture.post(url, document, { secret }).status, 200);
-        QCOMPARE(fixture.request(u"catalogue"_s).status, 500);
+        QFETCH(int, status);
+        QVERIFY(fixture.setFaults(R"({"statuses": [{"endpoint": "catalogue", "status": 503}]})"));
+        if (secret == "right"_L1)
+            secret = fixture.shop().adminSecret();
+        QStringList headers { u"--data-binary"_s, QString::fromUtf8(document) };
+        if (!secret.isEmpty())
+            headers << u"-H"_s << u"X-Devshop-Secret: "_s + secret;
+        const CurlReply reply = fixture.curl(headers << fixture.url(u"/_devshop/faults"_s));
+        QCOMPARE(reply.status, status);
+        QCOMPARE(reply.json()[u"error"_s].toString().isEmpty(), status == 200);
+        QCOMPARE(fixture.request(u"catalogue"_s).status, status == 200 ? 500 : 503);
     }
 };
 

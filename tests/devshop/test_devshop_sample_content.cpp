@@ -9,7 +9,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
-#include <string_view>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,17 +20,16 @@ QJsonObject manifest()
     return QJsonDocument::fromJson(readAll(content.filePath(u"content.json"_s))).object();
 }
 
-QList<QJsonObject> entries(const char *kind)
+// Every file of every colourway, and every pack's archives.
+QList<QJsonObject> entries()
 {
     QList<QJsonObject> result;
     for (const QJsonValue &pack : manifest()[u"packs"_s].toArray()) {
-        if (std::string_view(kind) == "archives")
-            for (const QJsonValue &archive : pack[u"archives"_s].toArray())
-                result.append(archive.toObject());
-        else
-            for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
-                for (const QJsonValue &file : colourway[u"files"_s].toArray())
-                    result.append(file.toObject());
+        for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
+            for (const QJsonValue &file : colourway[u"files"_s].toArray())
+                result.append(file.toObject());
+        for (const QJsonValue &archive : pack[u"archives"_s].toArray())
+            result.append(archive.toObject());
     }
     return result;
 }
@@ -60,31 +58,32 @@ private Q_SLOTS:
         }
     }
 
-    void sizesAndDigests()
+    void entries_data()
     {
-        for (const QJsonObject &entry : entries("files") + entries("archives")) {
-            const QByteArray bytes = readAll(content.filePath(entry[u"path"_s].toString()));
-            QCOMPARE(entry[u"bytes"_s].toInteger(), bytes.size());
-            QCOMPARE(entry[u"sha256"_s].toString().toLatin1(),
-                     QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-            QVERIFY(ContentRules::isValidIdentifier(entry[u"id"_s].toString()));
-        }
+        QTest::addColumn<QJsonObject>("entry");
+        for (const QJsonObject &entry : ::entries())
+            QTest::newRow(qPrintable(entry[u"path"_s].toString())) << entry;
     }
 
-    void heicFiles_data()
+    void entries()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("edition");
-        for (const QJsonObject &file : entries("files"))
-            QTest::newRow(qPrintable(file[u"path"_s].toString()))
-                << content.filePath(file[u"path"_s].toString()) << file[u"edition"_s].toString();
+        QFETCH(QJsonObject, entry);
+        const QString path = content.filePath(entry[u"path"_s].toString());
+        const QByteArray bytes = readAll(path);
+        QCOMPARE(entry[u"bytes"_s].toInteger(), bytes.size());
+        QCOMPARE(entry[u"sha256"_s].toString().toLatin1(),
+                 QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+        QVERIFY(ContentRules::isValidIdentifier(entry[u"id"_s].toString()));
+        if (entry.contains(u"device"_s))
+            archive(path, entry[u"device"_s] == u"mac"_s);
+        else
+            heicFile(path, entry[u"edition"_s].toString());
     }
 
+private:
     // Read with Quennet's own reader, which its own tests check against files made elsewhere.
-    void heicFiles()
+    static void heicFile(const QString &path, const QString &edition)
     {
-        QFETCH(QString, path);
-        QFETCH(QString, edition);
         const auto heic = HeicFile::open(path);
         QVERIFY(heic);
         static const QHash<QString, int> expected { { u"light"_s, 1 },
@@ -122,19 +121,16 @@ private Q_SLOTS:
         }
     }
 
-    void archives()
+    static void archive(const QString &path, bool mac)
     {
-        for (const QJsonObject &archive : entries("archives")) {
-            QProcess unzip;
-            unzip.start(u"unzip"_s, { u"-Z1"_s, content.filePath(archive[u"path"_s].toString()) });
-            QVERIFY(unzip.waitForFinished());
-            QCOMPARE(unzip.exitCode(), 0);
-            const QStringList members =
-                QString::fromUtf8(unzip.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
-            const bool mac = archive[u"device"_s] == u"mac"_s;
-            QCOMPARE(members.size(), mac ? 8 : 4);
-            QVERIFY(members.first().endsWith(mac ? u".heic"_s : u".png"_s));
-        }
+        QProcess unzip;
+        unzip.start(u"unzip"_s, { u"-Z1"_s, path });
+        QVERIFY(unzip.waitForFinished());
+        QCOMPARE(unzip.exitCode(), 0);
+        const QStringList members =
+            QString::fromUtf8(unzip.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+        QCOMPARE(members.size(), mac ? 8 : 4);
+        QVERIFY(members.first().endsWith(mac ? u".heic"_s : u".png"_s));
     }
 };
 

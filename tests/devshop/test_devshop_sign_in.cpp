@@ -24,7 +24,7 @@ private Q_SLOTS:
     void approvedCodeGivesOneToken()
     {
         ShopFixture fixture;
-        const QJsonObject code = fixture.requestCode(u"Robin's <Laptop>"_s);
+        const QJsonObject code = fixture.requestCode(u"Robin's <Laptop>"_s).json();
         const QString userCode = code[u"user_code"_s].toString();
         QVERIFY(QRegularExpression(u"^[B-DF-HJ-NP-TV-XZ]{4}-[B-DF-HJ-NP-TV-XZ]{4}$"_s)
                     .match(userCode)
@@ -72,7 +72,7 @@ private Q_SLOTS:
         QFETCH(QString, before);
         QFETCH(QString, error);
         ShopFixture fixture({ .pollInterval = 60 });
-        const QJsonObject code = fixture.requestCode();
+        const QJsonObject code = fixture.requestCode().json();
         QString deviceCode = code[u"device_code"_s].toString();
         const QString userCode = code[u"user_code"_s].toString();
         if (before.contains(u"poll"_s))
