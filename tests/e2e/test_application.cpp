@@ -37,21 +37,11 @@ QString windowNamed(const QString &name)
 
 QRect geometryOf(const QString &window)
 {
-    QRect rect;
+    QHash<QString, int> values;
     for (const QString &line :
-         xdotool({ u"getwindowgeometry"_s, u"--shell"_s, window }).split(u'\n')) {
-        const auto [key, value] =
-            std::pair(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
-        if (key == "X"_L1)
-            rect.moveLeft(value);
-        else if (key == "Y"_L1)
-            rect.moveTop(value);
-        else if (key == "WIDTH"_L1)
-            rect.setWidth(value);
-        else if (key == "HEIGHT"_L1)
-            rect.setHeight(value);
-    }
-    return rect;
+         xdotool({ u"getwindowgeometry"_s, u"--shell"_s, window }).split(u'\n'))
+        values.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
+    return { values[u"X"_s], values[u"Y"_s], values[u"WIDTH"_s], values[u"HEIGHT"_s] };
 }
 
 void click(QPoint point, int button = 1)
