@@ -31,7 +31,7 @@ class SwayBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    QString m_state;
+    QString m_state = m_dir.filePath(u"desktop-sway.json"_s);
     QList<QByteArray> m_commands; // that the stand-in for sway was sent
     QByteArray m_commandAnswer = R"([{"success":true}])";
 
@@ -70,11 +70,7 @@ class SwayBackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(!qEnvironmentVariableIsEmpty("SWAYSOCK"));
-        m_state = m_dir.filePath(u"desktop-sway.json"_s);
-    }
+    void initTestCase() { QVERIFY(!qEnvironmentVariableIsEmpty("SWAYSOCK")); }
 
     // A backend gone with a reading on its way leaves it to end on its own: let it, before the
     // next case or the end of the program.
