@@ -27,34 +27,32 @@ var output = "";
 function screenGeometry(i) { return screens[i]; }
 function print(text) { output += String(text); }
 function Desktop(screen) { this.screen = screen; this.wallpaperPlugin = "org.kde.color"; this.currentConfigGroup = []; this.config = {}; }
-Desktop.prototype.writeConfig = function(key, value) { this.config[this.currentConfigGroup.join("/") + "/" + key] = String(value); };
-Desktop.prototype.readConfig = function(key) { var v = this.config[this.currentConfigGroup.join("/") + "/" + key]; return v === undefined ? "" : v; };
-var all = screens.map(function(g, i) { return new Desktop(i); });
+Desktop.prototype.key = function(key) { return this.currentConfigGroup.join("/") + "/" + key; };
+Desktop.prototype.writeConfig = function(key, value) { this.config[this.key(key)] = String(value); };
+Desktop.prototype.readConfig = function(key) { return this.config[this.key(key)] || ""; };
+var all = screens.map((g, i) => new Desktop(i));
 function desktops() { return all; }
+// The stand-in's own: the desktop of the screen at x, y, and where its image is kept.
+function desktopAt(x, y) { return all.find(d => screens[d.screen].x == x && screens[d.screen].y == y); }
+var imageGroup = "Wallpaper/org.kde.image/General/";
 )"_s.arg(geometries));
     }
 
     // The image a screen's desktop shows, as Plasma keeps it.
     QString image(const QRect &screen)
     {
-        return m_engine
-            .evaluate(uR"(
-(function() { for (var i = 0; i < all.length; i++) { var g = screens[all[i].screen];
-  if (g.x == %1 && g.y == %2) return all[i].wallpaperPlugin + " " + all[i].config["Wallpaper/org.kde.image/General/Image"] + " " + all[i].config["Wallpaper/org.kde.image/General/FillMode"]; } })()
-)"_s.arg(screen.x())
-                          .arg(screen.y()))
-            .toString();
+        const auto script =
+            u"var d = desktopAt(%1, %2); [d.wallpaperPlugin, d.config[imageGroup + 'Image'], "
+            u"d.config[imageGroup + 'FillMode']].join(' ')"_s;
+        return m_engine.evaluate(script.arg(screen.x()).arg(screen.y())).toString();
     }
 
     // As Plasma's own settings would change it.
     void setImage(const QRect &screen, const QString &url)
     {
-        m_engine.evaluate(uR"(
-all.forEach(function(d) { var g = screens[d.screen];
-  if (g.x == %1 && g.y == %2) { d.wallpaperPlugin = "org.kde.image"; d.config["Wallpaper/org.kde.image/General/Image"] = "%3"; } })
-)"_s.arg(screen.x())
-                              .arg(screen.y())
-                              .arg(url));
+        const auto script = u"var d = desktopAt(%1, %2); d.wallpaperPlugin = 'org.kde.image'; "
+                            u"d.config[imageGroup + 'Image'] = '%3'"_s;
+        m_engine.evaluate(script.arg(screen.x()).arg(screen.y()).arg(url));
     }
 
     BusStandIn bus { u"org.kde.plasmashell"_s, u"/PlasmaShell"_s, [this](const QDBusMessage &call) {

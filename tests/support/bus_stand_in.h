@@ -28,9 +28,6 @@ public:
         QDBusConnection::disconnectFromBus(bus.name());
     }
 
-    BusStandIn(const BusStandIn &) = delete;
-    BusStandIn &operator=(const BusStandIn &) = delete;
-
     // Whether the object and the service's name could be taken.
     [[nodiscard]] bool start()
     {
