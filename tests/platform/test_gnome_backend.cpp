@@ -72,8 +72,6 @@ private Q_SLOTS:
     {
         QVERIFY(GnomeBackend::isAvailable(GnomeBackend::Family::Gnome));
         const auto backend = make();
-        QVERIFY(backend->capabilities().testFlags(DesktopBackend::Capability::LightDarkPair
-                                                  | DesktopBackend::Capability::ReadBack));
         const QString light = picture("light", Qt::white);
         const QString dark = picture("dark", Qt::black);
         awaitTask(backend->setPicture({ .path = light, .dark = dark }, backend->screens()));
