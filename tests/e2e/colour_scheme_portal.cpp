@@ -4,70 +4,14 @@
 // SettingChanged signal; any other setting is not found, as on a desktop that lacks it.
 //
 //   quennet-colour-scheme FILE
+#include "bus_stand_in.h"
+
 #include <QCoreApplication>
-#include <QDBusAbstractAdaptor>
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
 #include <QDBusVariant>
 #include <QFile>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
-
-class Portal
-    : public QObject
-    , protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    explicit Portal(QString file)
-        : m_file(std::move(file))
-    {
-        m_scheme = read();
-        auto *timer = new QTimer(this);
-        connect(timer, &QTimer::timeout, this, &Portal::follow);
-        timer->start(200);
-    }
-
-public Q_SLOTS:
-    // Read wraps the value in one more variant than the signal does.
-    QDBusVariant Read(const QString &space, const QString &key)
-    {
-        if (space != "org.freedesktop.appearance"_L1 || key != "color-scheme"_L1) {
-            sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
-                           u"Requested setting not found"_s);
-            return {};
-        }
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme)));
-    }
-
-private:
-    // 1 prefers dark, 2 prefers light.
-    uint read() const
-    {
-        QFile file(m_file);
-        return file.open(QIODevice::ReadOnly) && file.readAll().trimmed() == "dark" ? 1 : 2;
-    }
-
-    void follow()
-    {
-        const uint scheme = read();
-        if (scheme == m_scheme)
-            return;
-        m_scheme = scheme;
-        auto signal =
-            QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
-                                       u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
-        signal << u"org.freedesktop.appearance"_s << u"color-scheme"_s
-               << QVariant::fromValue(QDBusVariant(scheme));
-        QDBusConnection::sessionBus().send(signal);
-    }
-
-    QString m_file;
-    uint m_scheme = 0;
-};
 
 int main(int argc, char *argv[])
 {
@@ -76,15 +20,40 @@ int main(int argc, char *argv[])
         qCritical("usage: quennet-colour-scheme FILE");
         return 2;
     }
-    Portal portal(QString::fromLocal8Bit(argv[1]));
-    auto bus = QDBusConnection::sessionBus();
-    if (!bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
-                            QDBusConnection::ExportAllSlots)
-        || !bus.registerService(u"org.freedesktop.portal.Desktop"_s)) {
+    // 1 prefers dark, 2 prefers light.
+    const auto read = [file = QString::fromLocal8Bit(argv[1])] {
+        QFile scheme(file);
+        return scheme.open(QIODevice::ReadOnly) && scheme.readAll().trimmed() == "dark" ? 1u : 2u;
+    };
+    uint scheme = read();
+    BusStandIn portal(
+        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+        [&scheme](const QDBusMessage &call) {
+            const QVariantList arguments = call.arguments();
+            if (call.member() != "Read"_L1)
+                return QDBusMessage();
+            if (arguments.value(0) != u"org.freedesktop.appearance"_s
+                || arguments.value(1) != u"color-scheme"_s)
+                return call.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
+                                             u"Requested setting not found"_s);
+            // Read wraps the value in one more variant than the signal does.
+            return call.createReply(
+                QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(scheme)))));
+        });
+    if (!portal.start()) {
         qCritical("quennet-colour-scheme: the portal's name is taken");
         return 1;
     }
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        const uint now = read();
+        if (now == scheme)
+            return;
+        scheme = now;
+        portal.emitSignal(u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s,
+                          { u"org.freedesktop.appearance"_s, u"color-scheme"_s,
+                            QVariant::fromValue(QDBusVariant(scheme)) });
+    });
+    timer.start(200);
     return QCoreApplication::exec();
 }
-
-#include "colour_scheme_portal.moc"

@@ -37,21 +37,11 @@ QString windowNamed(const QString &name)
 
 QRect geometryOf(const QString &window)
 {
-    QRect rect;
+    QHash<QString, int> values;
     for (const QString &line :
-         xdotool({ u"getwindowgeometry"_s, u"--shell"_s, window }).split(u'\n')) {
-        const auto [key, value] =
-            std::pair(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
-        if (key == "X"_L1)
-            rect.moveLeft(value);
-        else if (key == "Y"_L1)
-            rect.moveTop(value);
-        else if (key == "WIDTH"_L1)
-            rect.setWidth(value);
-        else if (key == "HEIGHT"_L1)
-            rect.setHeight(value);
-    }
-    return rect;
+         xdotool({ u"getwindowgeometry"_s, u"--shell"_s, window }).split(u'\n'))
+        values.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
+    return { values[u"X"_s], values[u"Y"_s], values[u"WIDTH"_s], values[u"HEIGHT"_s] };
 }
 
 void click(QPoint point, int button = 1)
@@ -140,14 +130,12 @@ private Q_SLOTS:
 
     void cleanupTestCase()
     {
-        if (m_quennet.state() != QProcess::NotRunning) {
-            m_quennet.terminate();
-            m_quennet.waitForFinished(5000);
+        m_quennet.terminate();
+        m_quennet.waitForFinished(5000);
+        for (QProcess *helper : { &m_tray, &m_portal }) {
+            helper->kill();
+            helper->waitForFinished();
         }
-        m_tray.kill();
-        m_tray.waitForFinished();
-        m_portal.kill();
-        m_portal.waitForFinished();
     }
 
     // Return on the sign-in sheet opens the approval page; once it is approved, the library
@@ -188,10 +176,9 @@ private Q_SLOTS:
         click(icon.center());
         QString panel;
         QTRY_VERIFY_WITH_TIMEOUT(!(panel = windowNamed(u"Quennet Panel"_s)).isEmpty(), 10'000);
+        // The exact frame is test_panel_rules' to check; here, that the panel knows its icon.
         const QRect frame = geometryOf(panel);
-        QCOMPARE(frame.width(), 360);
         QCOMPARE(frame.top(), icon.bottom() + 1 + 6);
-        QVERIFY(frame.right() <= 3840 - 8);
         QVERIFY(qAbs(frame.center().x() - icon.center().x()) <= 180);
     }
 

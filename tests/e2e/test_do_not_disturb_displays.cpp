@@ -32,49 +32,51 @@ bool setBanners(bool shown)
         == 0;
 }
 
-// The sample file of each listed colourway in the edition asked for, handed straight to the
-// displays: the store's own path (links, downloads) has tests of its own.
+// The sample files of aurora's emerald and violet in the edition asked for, handed straight to
+// the displays: the store's own path (links, downloads) has tests of its own.
 class SampleStore : public ShuffleStore {
 public:
-    SampleStore(WallpaperSetter *setter, const QList<std::pair<QString, QString>> &colourways)
+    explicit SampleStore(WallpaperSetter *setter)
         : m_setter(setter)
     {
-        for (const auto &[pack, colourway] : colourways)
-            m_choices.append(
-                { .pack = { .slug = pack,
-                            .name = pack,
-                            .colourways = { { .slug = colourway, .name = colourway } } },
-                  .colourway = { .slug = colourway, .name = colourway } });
     }
 
-    [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
+    [[nodiscard]] QList<ShuffleChoice> choices() const override
+    {
+        QList<ShuffleChoice> choices;
+        for (const QString &slug : { u"emerald"_s, u"violet"_s }) {
+            const Colourway colourway { .slug = slug, .name = slug };
+            choices.append({ .pack = { .slug = u"aurora"_s, .colourways = { colourway } },
+                             .colourway = colourway });
+        }
+        return choices;
+    }
+
     [[nodiscard]] bool isDownloaded(const ShuffleChoice &, Edition) const override { return true; }
 
     QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition edition,
                                QStringList displayIds) override
     {
-        const WallpaperFile file { .id = QStringLiteral("f_") + choice.colourway.slug + u'_'
-                                       + rawValue(edition),
-                                   .pack = choice.pack.slug,
-                                   .colourway = choice.colourway.slug,
+        const QString colourway = choice.colourway.slug;
+        const WallpaperFile file { .id = u"f_"_s + colourway + u'_' + rawValue(edition),
+                                   .pack = u"aurora"_s,
+                                   .colourway = colourway,
                                    .edition = edition };
         const Placement placement { .pack = file.pack,
-                                    .colourway = file.colourway,
-                                    .edition = rawValue(file.edition),
+                                    .colourway = colourway,
+                                    .edition = rawValue(edition),
                                     .setAt = QDateTime::currentMSecsSinceEpoch() };
-        co_await m_setter->setWallpaper(
-            file, path(choice.pack.slug, choice.colourway.slug, edition), placement, displayIds);
+        co_await m_setter->setWallpaper(file, path(colourway, edition), placement, displayIds);
     }
 
-    static QString path(const QString &pack, const QString &colourway, Edition edition)
+    static QString path(const QString &colourway, Edition edition)
     {
-        return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + pack + u'/' + colourway + u'-'
+        return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/") + colourway + u'-'
             + rawValue(edition) + QStringLiteral(".heic");
     }
 
 private:
     WallpaperSetter *m_setter;
-    QList<ShuffleChoice> m_choices;
 };
 
 // Quennet's objects over GNOME, with "aurora/violet" (light) as the Do Not Disturb
@@ -97,7 +99,7 @@ struct Session {
     Displays displays;
     WallpaperSetter setter;
     DesktopShuffleDisplays view { &displays, &setter };
-    SampleStore store { &setter, { { u"aurora"_s, u"emerald"_s }, { u"aurora"_s, u"violet"_s } } };
+    SampleStore store { &setter };
     Defaults defaults { folder.filePath(u"defaults.ini"_s) };
     SleepWatcher sleep;
     FocusWallpaper focus { { .store = &store,
@@ -138,7 +140,7 @@ private Q_SLOTS:
         const QString light = gsettings(u"picture-uri"_s);
         const QString dark = gsettings(u"picture-uri-dark"_s);
         if (edition == Edition::Automatic) {
-            const auto heic = HeicFile::open(SampleStore::path(u"aurora"_s, u"emerald"_s, edition));
+            const auto heic = HeicFile::open(SampleStore::path(u"emerald"_s, edition));
             const auto pixels = [](const QString &uri) {
                 return QImage(QUrl(uri).toLocalFile()).convertToFormat(QImage::Format_RGB32);
             };

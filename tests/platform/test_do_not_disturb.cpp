@@ -1,11 +1,9 @@
+#include "bus_stand_in.h"
 #include "dbus_do_not_disturb.h"
 #include "do_not_disturb_watchers.h"
 #include "gsettings_do_not_disturb.h"
 
-#include <QDBusAbstractAdaptor>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
+#include <QDBusVariant>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
@@ -21,53 +19,28 @@ bool becomes(DoNotDisturb &watcher, bool on)
 }
 } // namespace
 
-// A notification server as Plasma's answers: its Inhibited property, announced when it changes.
-class NotificationServer : public QDBusAbstractAdaptor {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-    Q_PROPERTY(bool Inhibited READ inhibited)
-
-public:
-    NotificationServer(QObject *owner, QDBusConnection bus)
-        : QDBusAbstractAdaptor(owner)
-        , m_bus(std::move(bus))
-    {
-    }
-
-    [[nodiscard]] bool inhibited() const { return m_inhibited; }
-
-    void setInhibited(bool inhibited)
-    {
-        m_inhibited = inhibited;
-        auto signal = QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s,
-                                                 u"org.freedesktop.DBus.Properties"_s,
-                                                 u"PropertiesChanged"_s);
-        signal << u"org.freedesktop.Notifications"_s
-               << QVariantMap { { u"Inhibited"_s, inhibited } } << QStringList();
-        m_bus.send(signal);
-    }
-
-private:
-    QDBusConnection m_bus;
-    bool m_inhibited = false;
-};
-
-// A notification server that is busy at first: its first answer is an error.
-class BusyNotificationServer : public QDBusVirtualObject {
-public:
+// Plasma's notification server: its Inhibited property, announced when it changes. A busy one
+// answers its first read with an error.
+struct NotificationServer {
+    bool inhibited = false;
+    bool busyAtFirst = false;
     int asked = 0;
+    BusStandIn bus { u"org.freedesktop.Notifications"_s, u"/org/freedesktop/Notifications"_s,
+                     [this](const QDBusMessage &call) {
+                         if (call.member() != "Get"_L1)
+                             return QDBusMessage();
+                         if (++asked == 1 && busyAtFirst)
+                             return call.createErrorReply(u"org.freedesktop.DBus.Error.Failed"_s,
+                                                          u"busy"_s);
+                         return call.createReply(QVariant::fromValue(QDBusVariant(inhibited)));
+                     } };
 
-    QString introspect(const QString &) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    void setInhibited(bool on)
     {
-        if (message.member() != "Get"_L1)
-            return false;
-        connection.send(
-            ++asked == 1
-                ? message.createErrorReply(u"org.freedesktop.DBus.Error.Failed"_s, u"busy"_s)
-                : message.createReply(QVariant::fromValue(QDBusVariant(true))));
-        return true;
+        inhibited = on;
+        bus.emitSignal(u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
+                       { u"org.freedesktop.Notifications"_s, QVariantMap { { u"Inhibited"_s, on } },
+                         QStringList() });
     }
 };
 
@@ -116,28 +89,28 @@ private Q_SLOTS:
 
     void xfconf()
     {
-        const QStringList property { u"-c"_s, u"xfce4-notifyd"_s, u"-p"_s, u"/do-not-disturb"_s };
-        QProcess::execute(u"xfconf-query"_s, property);
+        const auto query = [](const QStringList &change) {
+            return QProcess::execute(
+                       u"xfconf-query"_s,
+                       QStringList { u"-c"_s, u"xfce4-notifyd"_s, u"-p"_s, u"/do-not-disturb"_s }
+                           + change)
+                == 0;
+        };
+        query({});
         XfconfDoNotDisturb watcher(QDBusConnection::sessionBus());
         // No such property yet: off.
         QVERIFY(becomes(watcher, false));
-        QCOMPARE(
-            QProcess::execute(
-                u"xfconf-query"_s,
-                property + QStringList { u"--create"_s, u"-t"_s, u"bool"_s, u"-s"_s, u"true"_s }),
-            0);
+        QVERIFY(query({ u"--create"_s, u"-t"_s, u"bool"_s, u"-s"_s, u"true"_s }));
         QVERIFY(becomes(watcher, true));
         QVERIFY(
             becomes(*std::make_unique<XfconfDoNotDisturb>(QDBusConnection::sessionBus()), true));
-        QCOMPARE(
-            QProcess::execute(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"false"_s }),
-            0);
-        QVERIFY(becomes(watcher, false));
-        QCOMPARE(
-            QProcess::execute(u"xfconf-query"_s, property + QStringList { u"-s"_s, u"true"_s }), 0);
-        QVERIFY(becomes(watcher, true));
-        QCOMPARE(QProcess::execute(u"xfconf-query"_s, property + QStringList { u"-r"_s }), 0);
-        QVERIFY(becomes(watcher, false));
+        const QList<std::pair<QStringList, bool>> changes { { { u"-s"_s, u"false"_s }, false },
+                                                            { { u"-s"_s, u"true"_s }, true },
+                                                            { { u"-r"_s }, false } };
+        for (const auto &[change, on] : changes) {
+            QVERIFY(query(change));
+            QVERIFY(becomes(watcher, on));
+        }
     }
 
     void plasma()
@@ -146,40 +119,31 @@ private Q_SLOTS:
         // No server yet: off.
         QVERIFY(becomes(watcher, false));
 
-        // The server comes up with Do Not Disturb on.
-        auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"notifications"_s);
-        QObject object;
-        auto *server = new NotificationServer(&object, bus);
-        server->setInhibited(true);
-        QVERIFY(bus.registerObject(u"/org/freedesktop/Notifications"_s, &object,
-                                   QDBusConnection::ExportAdaptors));
-        QVERIFY(bus.registerService(u"org.freedesktop.Notifications"_s));
+        // The server comes up with Do Not Disturb on, and changes it.
+        NotificationServer server;
+        server.inhibited = true;
+        QVERIFY(server.bus.start());
         QVERIFY(becomes(watcher, true));
-        server->setInhibited(false);
-        QVERIFY(becomes(watcher, false));
-        server->setInhibited(true);
-        QVERIFY(becomes(watcher, true));
+        for (const bool on : { false, true }) {
+            server.setInhibited(on);
+            QVERIFY(becomes(watcher, on));
+        }
         // It ends: nothing holds notifications back any more.
-        bus.unregisterService(u"org.freedesktop.Notifications"_s);
+        server.bus.stop();
         QVERIFY(becomes(watcher, false));
-        QDBusConnection::disconnectFromBus(u"notifications"_s);
     }
 
     // A read that fails is logged and asked again, and counts as neither on nor off meanwhile.
     void unreadable()
     {
-        auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"busy"_s);
-        BusyNotificationServer server;
-        QVERIFY(bus.registerVirtualObject(u"/org/freedesktop/Notifications"_s, &server));
-        QVERIFY(bus.registerService(u"org.freedesktop.Notifications"_s));
+        NotificationServer server { .inhibited = true, .busyAtFirst = true };
+        QVERIFY(server.bus.start());
         QTest::ignoreMessage(QtWarningMsg, "Couldn't read the Do Not Disturb filter: busy");
         NotificationsDoNotDisturb watcher(QDBusConnection::sessionBus());
         QTRY_COMPARE(server.asked, 1);
         QVERIFY(!watcher.isKnown());
         QVERIFY(becomes(watcher, true));
         QCOMPARE(server.asked, 2);
-        bus.unregisterService(u"org.freedesktop.Notifications"_s);
-        QDBusConnection::disconnectFromBus(u"busy"_s);
     }
 
     void chosenByDesktop_data()

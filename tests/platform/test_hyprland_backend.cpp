@@ -1,95 +1,51 @@
 #include "await_task.h"
 #include "desktop_backends.h"
 #include "hyprland_backend.h"
+#include "socket_stand_in.h"
 
 #include <QDir>
-#include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
-// Hyprland's and hyprpaper's sockets in an instance folder, on the test's own thread, so that a
-// backend waiting on a socket would never hear them. They answer a little later: hyprpaper's
-// requests are recorded and answered "ok" unless told otherwise, and Hyprland answers
-// "j/monitors" and sends events.
-class HyprlandStandIn : public QObject {
-    Q_OBJECT
-
-public:
-    enum class Manner { Answers, Silent, Closes };
-
-    explicit HyprlandStandIn(const QString &folder)
-    {
-        for (const char *name : { ".hyprpaper.sock", ".socket.sock", ".socket2.sock" }) {
-            auto *server = new QLocalServer(this);
-            server->listen(folder + u'/' + QString::fromLatin1(name));
-            connect(server, &QLocalServer::newConnection, this, [this, server] { accept(server); });
-        }
-    }
-
-    QStringList requests;
-    QString answer = u"ok"_s; // to "wallpaper"
-    Manner manner = Manner::Answers; // hyprpaper's
-    QByteArray monitors =
-        R"([{"name":"DP-1","make":"Dell","model":"U2720Q","serial":"ABC","x":0,"y":0,"width":3840,"height":2160,"focused":false},
-        {"name":"HDMI-A-1","make":"LG","model":"27GL","serial":"","x":3840,"y":0,"width":2560,"height":1440,"focused":true},
-        {"name":"HEADLESS-2","x":0,"y":0,"width":800,"height":600,"disabled":true}])";
-
-    void sendEvent(const QByteArray &line)
-    {
-        for (QLocalSocket *events : std::as_const(m_events))
-            events->write(line + '\n');
-    }
-
-private:
-    void accept(QLocalServer *server)
-    {
-        while (QLocalSocket *socket = server->nextPendingConnection()) {
-            if (server->serverName().endsWith(".socket2.sock"_L1)) {
-                m_events.append(socket);
-                continue;
-            }
-            const bool paper = server->serverName().endsWith(".hyprpaper.sock"_L1);
-            if (paper && manner == Manner::Closes)
-                socket->disconnectFromServer();
-            if (paper && manner != Manner::Answers)
-                continue;
-            connect(socket, &QLocalSocket::readyRead, this, [this, socket, paper] {
-                const QByteArray request = socket->readAll();
-                if (paper)
-                    requests.append(QString::fromUtf8(request));
-                const QByteArray reply = !paper       ? monitors
-                    : request.startsWith("wallpaper") ? answer.toUtf8()
-                                                      : "ok";
-                QTimer::singleShot(50, socket, [socket, reply] {
-                    socket->write(reply);
-                    socket->disconnectFromServer();
-                });
-            });
-        }
-    }
-
-    QList<QLocalSocket *> m_events;
-};
-
-// Against the stand-in: the commands that `hyprctl hyprpaper preload/wallpaper` would send.
+// Against stand-ins for Hyprland's and hyprpaper's sockets in an instance folder: the commands
+// that `hyprctl hyprpaper preload/wallpaper` would send.
 class HyprlandBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_runtime;
-    QString m_folder;
-    std::unique_ptr<HyprlandStandIn> m_standIn;
+    QString m_folder = m_runtime.filePath(u"hypr/sig_1234"_s);
+    // hyprpaper's, recorded and answered "ok" unless told otherwise.
+    QStringList m_requests;
+    QString m_answer = u"ok"_s; // to "wallpaper"
+    // Hyprland's answer to "j/monitors".
+    QByteArray m_monitors =
+        R"([{"name":"DP-1","make":"Dell","model":"U2720Q","serial":"ABC","x":0,"y":0,"width":3840,"height":2160,"focused":false},
+        {"name":"HDMI-A-1","make":"LG","model":"27GL","serial":"","x":3840,"y":0,"width":2560,"height":1440,"focused":true},
+        {"name":"HEADLESS-2","x":0,"y":0,"width":800,"height":600,"disabled":true}])";
+    std::optional<SocketStandIn> m_hyprpaper;
+    std::optional<SocketStandIn> m_hyprland;
+    std::optional<SocketStandIn> m_events;
 
 private Q_SLOTS:
     void initTestCase()
     {
-        m_folder = m_runtime.filePath(u"hypr/sig_1234"_s);
         QDir().mkpath(m_folder);
-        m_standIn = std::make_unique<HyprlandStandIn>(m_folder);
+        const auto hyprpaper = [this](QLocalSocket &socket) {
+            const QByteArray request = socket.readAll();
+            m_requests.append(QString::fromUtf8(request));
+            return std::optional(request.startsWith("wallpaper") ? m_answer.toUtf8() : "ok"_ba);
+        };
+        const auto monitors = [this](QLocalSocket &socket) {
+            socket.readAll();
+            return std::optional(m_monitors);
+        };
+        m_hyprpaper.emplace(m_folder + u"/.hyprpaper.sock"_s, hyprpaper, true);
+        m_hyprland.emplace(m_folder + u"/.socket.sock"_s, monitors, true);
+        m_events.emplace(m_folder + u"/.socket2.sock"_s, nullptr);
     }
 
     void chosenBySignature()
@@ -117,10 +73,10 @@ private Q_SLOTS:
         QCOMPARE(screens[1].geometry, QRect(0, 0, 3840, 2160));
         QCOMPARE(screens[1].serial, u"ABC"_s);
 
-        m_standIn->requests.clear();
+        m_requests.clear();
         awaitTask(backend.setPicture({ .path = u"/w/a picture.png"_s }, { screens[1] }));
         awaitTask(backend.setPicture({ .path = u"/w/b.png"_s }, screens));
-        QCOMPARE(m_standIn->requests,
+        QCOMPARE(m_requests,
                  QStringList({ u"preload /w/a picture.png"_s, u"wallpaper DP-1,/w/a picture.png"_s,
                                u"unload unused"_s, u"preload /w/b.png"_s,
                                u"wallpaper HDMI-A-1,/w/b.png"_s, u"wallpaper DP-1,/w/b.png"_s,
@@ -133,34 +89,34 @@ private Q_SLOTS:
     // so; what was set before stays the answer.
     void hyprpaperFailures_data()
     {
-        QTest::addColumn<HyprlandStandIn::Manner>("manner");
+        QTest::addColumn<SocketStandIn::Manner>("manner");
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("sentence");
         QTest::newRow("unknown command")
-            << HyprlandStandIn::Manner::Answers << u"invalid command"_s
+            << SocketStandIn::Manner::Answers << u"invalid command"_s
             << u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. "
                u"Quennet "
                "works with hyprpaper releases that accept the preload and wallpaper commands."_s;
-        QTest::newRow("silent") << HyprlandStandIn::Manner::Silent << u"ok"_s
+        QTest::newRow("silent") << SocketStandIn::Manner::Silent << u"ok"_s
                                 << u"hyprpaper did not answer within 0.3 seconds."_s;
-        QTest::newRow("closes") << HyprlandStandIn::Manner::Closes << u"ok"_s
+        QTest::newRow("closes") << SocketStandIn::Manner::Closes << u"ok"_s
                                 << u"hyprpaper closed the connection without answering."_s;
     }
 
     void hyprpaperFailures()
     {
-        QFETCH(HyprlandStandIn::Manner, manner);
+        QFETCH(SocketStandIn::Manner, manner);
         QFETCH(QString, answer);
         HyprlandBackend backend(m_folder, m_runtime.filePath(u"failures.json"_s));
         backend.setTimeout(std::chrono::milliseconds(300));
         const DesktopScreen screen { .connector = u"DP-1"_s };
         awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, { screen }));
-        m_standIn->manner = manner;
-        m_standIn->answer = answer;
+        m_hyprpaper->manner = manner;
+        m_answer = answer;
         QTEST(failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, { screen }))),
               "sentence");
-        m_standIn->manner = HyprlandStandIn::Manner::Answers;
-        m_standIn->answer = u"ok"_s;
+        m_hyprpaper->manner = SocketStandIn::Manner::Answers;
+        m_answer = u"ok"_s;
         QCOMPARE(backend.picture(screen), u"/w/a.png"_s);
     }
 
@@ -171,16 +127,16 @@ private Q_SLOTS:
         QSignalSpy workspaces(&backend, &DesktopBackend::workspaceChanged);
         QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QVERIFY(screensChanged.wait(5000));
-        m_standIn->sendEvent("activewindow>>kitty,~");
-        m_standIn->sendEvent("workspacev2>>3,3");
+        m_events->sendToAll("activewindow>>kitty,~\n");
+        m_events->sendToAll("workspacev2>>3,3\n");
         QVERIFY(workspaces.wait(5000));
         QCOMPARE(workspaces.size(), 1);
 
-        const QByteArray monitors = m_standIn->monitors;
-        m_standIn->monitors = R"([{"name":"DP-3","x":0,"y":0,"width":1920,"height":1080}])";
-        m_standIn->sendEvent("monitoraddedv2>>1,DP-3,desc");
+        const QByteArray monitors = m_monitors;
+        m_monitors = R"([{"name":"DP-3","x":0,"y":0,"width":1920,"height":1080}])";
+        m_events->sendToAll("monitoraddedv2>>1,DP-3,desc\n");
         QVERIFY(screensChanged.wait(5000));
-        m_standIn->monitors = monitors;
+        m_monitors = monitors;
         QCOMPARE(backend.screens().size(), 1);
         QCOMPARE(backend.screens()[0].connector, u"DP-3"_s);
     }

@@ -1,9 +1,7 @@
 #include "await_task.h"
+#include "bus_stand_in.h"
 #include "plasma_backend.h"
 
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
 #include <QJSEngine>
 #include <QSignalSpy>
 #include <QTest>
@@ -12,17 +10,10 @@ using namespace Qt::Literals::StringLiterals;
 
 // Answers like org.kde.PlasmaShell: runs the scripts it is sent against desktops of its own, one
 // per screen, with the parts of Plasma's scripting that backends use.
-class PlasmaShellStandIn
-    : public QObject
-    , protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.PlasmaShell")
-
+class PlasmaShellStandIn {
 public:
     explicit PlasmaShellStandIn(const QList<QRect> &screens)
     {
-        QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
-        m_engine.globalObject().setProperty(u"host"_s, m_engine.newQObject(this));
         QString geometries;
         for (const QRect &screen : screens)
             geometries += u"{x:%1,y:%2,width:%3,height:%4},"_s.arg(screen.x())
@@ -32,55 +23,53 @@ public:
         // Plasma numbers screens in its own order: here backwards.
         m_engine.evaluate(uR"(
 var screens = [%1].reverse();
+var output = "";
 function screenGeometry(i) { return screens[i]; }
-function print(text) { host.print(String(text)); }
+function print(text) { output += String(text); }
 function Desktop(screen) { this.screen = screen; this.wallpaperPlugin = "org.kde.color"; this.currentConfigGroup = []; this.config = {}; }
-Desktop.prototype.writeConfig = function(key, value) { this.config[this.currentConfigGroup.join("/") + "/" + key] = String(value); };
-Desktop.prototype.readConfig = function(key) { var v = this.config[this.currentConfigGroup.join("/") + "/" + key]; return v === undefined ? "" : v; };
-var all = screens.map(function(g, i) { return new Desktop(i); });
+Desktop.prototype.key = function(key) { return this.currentConfigGroup.join("/") + "/" + key; };
+Desktop.prototype.writeConfig = function(key, value) { this.config[this.key(key)] = String(value); };
+Desktop.prototype.readConfig = function(key) { return this.config[this.key(key)] || ""; };
+var all = screens.map((g, i) => new Desktop(i));
 function desktops() { return all; }
+// The stand-in's own: the desktop of the screen at x, y, and where its image is kept.
+function desktopAt(x, y) { return all.find(d => screens[d.screen].x == x && screens[d.screen].y == y); }
+var imageGroup = "Wallpaper/org.kde.image/General/";
 )"_s.arg(geometries));
     }
 
     // The image a screen's desktop shows, as Plasma keeps it.
     QString image(const QRect &screen)
     {
-        return m_engine
-            .evaluate(uR"(
-(function() { for (var i = 0; i < all.length; i++) { var g = screens[all[i].screen];
-  if (g.x == %1 && g.y == %2) return all[i].wallpaperPlugin + " " + all[i].config["Wallpaper/org.kde.image/General/Image"] + " " + all[i].config["Wallpaper/org.kde.image/General/FillMode"]; } })()
-)"_s.arg(screen.x())
-                          .arg(screen.y()))
-            .toString();
+        const auto script =
+            u"var d = desktopAt(%1, %2); [d.wallpaperPlugin, d.config[imageGroup + 'Image'], "
+            u"d.config[imageGroup + 'FillMode']].join(' ')"_s;
+        return m_engine.evaluate(script.arg(screen.x()).arg(screen.y())).toString();
     }
 
     // As Plasma's own settings would change it.
     void setImage(const QRect &screen, const QString &url)
     {
-        m_engine.evaluate(uR"(
-all.forEach(function(d) { var g = screens[d.screen];
-  if (g.x == %1 && g.y == %2) { d.wallpaperPlugin = "org.kde.image"; d.config["Wallpaper/org.kde.image/General/Image"] = "%3"; } })
-)"_s.arg(screen.x())
-                              .arg(screen.y())
-                              .arg(url));
+        const auto script = u"var d = desktopAt(%1, %2); d.wallpaperPlugin = 'org.kde.image'; "
+                            u"d.config[imageGroup + 'Image'] = '%3'"_s;
+        m_engine.evaluate(script.arg(screen.x()).arg(screen.y()).arg(url));
     }
 
-    Q_INVOKABLE void print(const QString &text) { m_output += text; }
-
-public Q_SLOTS:
-    QString evaluateScript(const QString &script)
-    {
-        m_output.clear();
-        const QJSValue result = m_engine.evaluate(script);
-        // Plasma answers a failed script with a D-Bus error.
-        if (result.isError())
-            sendErrorReply(QDBusError::Failed, result.toString());
-        return m_output;
-    }
+    BusStandIn bus { u"org.kde.plasmashell"_s, u"/PlasmaShell"_s, [this](const QDBusMessage &call) {
+                        if (call.member() != "evaluateScript"_L1)
+                            return QDBusMessage();
+                        m_engine.globalObject().setProperty(u"output"_s, QString());
+                        const QJSValue result =
+                            m_engine.evaluate(call.arguments().value(0).toString());
+                        // Plasma answers a failed script with a D-Bus error.
+                        if (result.isError())
+                            return call.createErrorReply(QDBusError::Failed, result.toString());
+                        return call.createReply(
+                            m_engine.globalObject().property(u"output"_s).toString());
+                    } };
 
 private:
     QJSEngine m_engine;
-    QString m_output;
 };
 
 // On a private bus, with two dummy monitors side by side. The shell answers from the test's own
@@ -88,8 +77,6 @@ private:
 class PlasmaBackendTest : public QObject {
     Q_OBJECT
 
-    QDBusConnection m_shell =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"plasmashell"_s);
     std::unique_ptr<PlasmaShellStandIn> m_standIn;
     QList<DesktopScreen> m_screens;
 
@@ -102,12 +89,8 @@ private Q_SLOTS:
             geometries.append(screen.geometry);
         QCOMPARE(geometries.size(), 2);
         m_standIn = std::make_unique<PlasmaShellStandIn>(geometries);
-        QVERIFY(m_shell.registerObject(u"/PlasmaShell"_s, m_standIn.get(),
-                                       QDBusConnection::ExportAllSlots));
-        QVERIFY(m_shell.registerService(u"org.kde.plasmashell"_s));
+        QVERIFY(m_standIn->bus.start());
     }
-
-    void cleanupTestCase() { m_shell.unregisterObject(u"/PlasmaShell"_s); }
 
     // Read back at start, and after each set.
     void eachScreenItsOwnImage()
@@ -141,11 +124,11 @@ private Q_SLOTS:
     {
         PlasmaBackend backend(
             QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s));
-        m_shell.unregisterService(u"org.kde.plasmashell"_s);
+        m_standIn->bus.stop();
         QVERIFY_THROWS_EXCEPTION(
             DesktopError,
             awaitTask(backend.setPicture({ .path = u"/x.png"_s }, backend.screens())));
-        QVERIFY(m_shell.registerService(u"org.kde.plasmashell"_s));
+        QVERIFY(m_standIn->bus.start());
     }
 };
 

@@ -1,17 +1,16 @@
 #include "await_task.h"
 #include "pixels.h"
+#include "socket_stand_in.h"
 #include "sway_backend.h"
 
 #include <QColor>
 #include <QFile>
 #include <QImage>
-#include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QtEndian>
 
 using namespace Qt::Literals::StringLiterals;
@@ -25,53 +24,6 @@ QColor pixel(int x, int y)
     QProcess::execute(u"grim"_s, { u"-g"_s, u"%1,%2 1x1"_s.arg(x).arg(y), shot });
     return QImage(shot).pixelColor(0, 0);
 }
-
-// A sway IPC socket on the test's own thread, so that a backend waiting on its socket would never
-// hear it: answers each request a little later, or never, or closes without answering.
-class SwayStandIn : public QLocalServer {
-public:
-    enum class Manner { Late, Silent, Closes };
-
-    SwayStandIn(const QString &path, Manner manner)
-    {
-        listen(path);
-        connect(this, &QLocalServer::newConnection, this, [this, manner] {
-            QLocalSocket *socket = nextPendingConnection();
-            if (manner == Manner::Closes)
-                socket->disconnectFromServer();
-            else if (manner == Manner::Late)
-                connect(socket, &QLocalSocket::readyRead, this,
-                        [this, socket] { answerLater(socket); });
-        });
-    }
-
-    QList<QByteArray> commands;
-    QByteArray commandAnswer = R"([{"success":true}])";
-
-private:
-    void answerLater(QLocalSocket *socket)
-    {
-        if (socket->bytesAvailable() < 14)
-            return;
-        const QByteArray header = socket->peek(14);
-        const auto length = qFromLittleEndian<quint32>(header.constData() + 6);
-        const auto type = qFromLittleEndian<quint32>(header.constData() + 10);
-        if (socket->bytesAvailable() < 14 + length)
-            return;
-        socket->skip(14);
-        const QByteArray payload = socket->read(length);
-        QByteArray answer = R"([{"name":"DP-2","make":"AOC","active":true,"focused":true,
-                                "rect":{"x":0,"y":0,"width":2560,"height":1440}},{"name":"OFF-1","active":false}])";
-        if (type == 0) {
-            commands.append(payload);
-            answer = commandAnswer;
-        }
-        QByteArray reply = header;
-        qToLittleEndian<quint32>(quint32(answer.size()), reply.data() + 6);
-        reply += answer;
-        QTimer::singleShot(100, socket, [socket, reply] { socket->write(reply); });
-    }
-};
 } // namespace
 
 // Against headless sway with two outputs side by side.
@@ -79,7 +31,31 @@ class SwayBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    QString m_state;
+    QString m_state = m_dir.filePath(u"desktop-sway.json"_s);
+    QList<QByteArray> m_commands; // that the stand-in for sway was sent
+    QByteArray m_commandAnswer = R"([{"success":true}])";
+
+    // Answers a whole message of sway's IPC: a command (type 0), or the outputs.
+    std::optional<QByteArray> answer(QLocalSocket &socket)
+    {
+        if (socket.bytesAvailable() < 14)
+            return std::nullopt;
+        const QByteArray header = socket.peek(14);
+        const auto length = qFromLittleEndian<quint32>(header.constData() + 6);
+        if (socket.bytesAvailable() < 14 + length)
+            return std::nullopt;
+        socket.skip(14);
+        const QByteArray payload = socket.read(length);
+        QByteArray answer = R"([{"name":"DP-2","make":"AOC","active":true,"focused":true,
+                                "rect":{"x":0,"y":0,"width":2560,"height":1440}},{"name":"OFF-1","active":false}])";
+        if (qFromLittleEndian<quint32>(header.constData() + 10) == 0) {
+            m_commands.append(payload);
+            answer = m_commandAnswer;
+        }
+        QByteArray reply = header;
+        qToLittleEndian<quint32>(quint32(answer.size()), reply.data() + 6);
+        return reply + answer;
+    }
 
     // swaybg runs as sway's user: the pictures must be readable by anyone.
     QString picture(const char *name, Qt::GlobalColor colour)
@@ -94,11 +70,7 @@ class SwayBackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(!qEnvironmentVariableIsEmpty("SWAYSOCK"));
-        m_state = m_dir.filePath(u"desktop-sway.json"_s);
-    }
+    void initTestCase() { QVERIFY(!qEnvironmentVariableIsEmpty("SWAYSOCK")); }
 
     // A backend gone with a reading on its way leaves it to end on its own: let it, before the
     // next case or the end of the program.
@@ -129,7 +101,7 @@ private Q_SLOTS:
     void standInSway()
     {
         const QString path = m_dir.filePath(u"stand-in.sock"_s);
-        SwayStandIn late(path, SwayStandIn::Manner::Late);
+        SocketStandIn late(path, [this](QLocalSocket &socket) { return answer(socket); });
         SwayBackend backend(path, m_dir.filePath(u"stand-in.json"_s));
         QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QVERIFY(screensChanged.wait(5000));
@@ -139,9 +111,9 @@ private Q_SLOTS:
         QCOMPARE(screens[0].geometry, QRect(0, 0, 2560, 1440));
 
         awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, screens));
-        QCOMPARE(late.commands, QList<QByteArray>({ R"(output "DP-2" bg "/w/a.png" fill)" }));
+        QCOMPARE(m_commands, QList<QByteArray>({ R"(output "DP-2" bg "/w/a.png" fill)" }));
         QCOMPARE(backend.picture(screens[0]), u"/w/a.png"_s);
-        late.commandAnswer = R"([{"success":false,"error":"Invalid output"}])";
+        m_commandAnswer = R"([{"success":false,"error":"Invalid output"}])";
         QCOMPARE(failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, screens))),
                  u"Invalid output"_s);
         QCOMPARE(backend.picture(screens[0]), u"/w/a.png"_s);
@@ -149,23 +121,27 @@ private Q_SLOTS:
 
     void unansweredRequestsFail_data()
     {
-        QTest::addColumn<int>("manner");
+        QTest::addColumn<std::optional<SocketStandIn::Manner>>("manner");
         QTest::addColumn<QString>("sentence");
-        QTest::newRow("silent") << int(SwayStandIn::Manner::Silent)
+        QTest::newRow("silent") << std::optional(SocketStandIn::Manner::Silent)
                                 << u"sway did not answer within 0.3 seconds."_s;
-        QTest::newRow("closes") << int(SwayStandIn::Manner::Closes)
+        QTest::newRow("closes") << std::optional(SocketStandIn::Manner::Closes)
                                 << u"sway closed the connection without answering."_s;
-        QTest::newRow("nothing listens") << -1 << u"Cannot reach sway: nothing answers at PATH."_s;
+        QTest::newRow("nothing listens") << std::optional<SocketStandIn::Manner>()
+                                         << u"Cannot reach sway: nothing answers at PATH."_s;
     }
 
     void unansweredRequestsFail()
     {
-        QFETCH(int, manner);
+        using Manner = std::optional<SocketStandIn::Manner>;
+        QFETCH(Manner, manner);
         QFETCH(QString, sentence);
         const QString path = m_dir.filePath(u"unanswered.sock"_s);
-        std::optional<SwayStandIn> standIn;
-        if (manner >= 0)
-            standIn.emplace(path, SwayStandIn::Manner(manner));
+        std::optional<SocketStandIn> standIn;
+        if (manner) {
+            standIn.emplace(path, [this](QLocalSocket &socket) { return answer(socket); });
+            standIn->manner = *manner;
+        }
         SwayBackend backend(path, m_dir.filePath(u"unanswered.json"_s));
         backend.setTimeout(std::chrono::milliseconds(300));
         const DesktopScreen screen { .connector = u"DP-2"_s };

@@ -19,7 +19,7 @@ class X11BackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    QString m_state;
+    QString m_state = m_dir.filePath(u"desktop-x11.json"_s);
 
     QString picture(const char *name, Qt::GlobalColor colour)
     {
@@ -28,11 +28,9 @@ class X11BackendTest : public QObject {
 
     static DesktopScreen screenNamed(const X11Backend &backend, const QString &connector)
     {
-        for (const DesktopScreen &screen : backend.screens()) {
-            if (screen.connector == connector)
-                return screen;
-        }
-        return {};
+        const auto screens = backend.screens();
+        const auto found = std::ranges::find(screens, connector, &DesktopScreen::connector);
+        return found == screens.end() ? DesktopScreen() : *found;
     }
 
     static bool xrandr(const QStringList &arguments)
@@ -45,7 +43,6 @@ private Q_SLOTS:
     {
         QVERIFY(X11Backend::isAvailable());
         QCOMPARE(QGuiApplication::screens().size(), 2);
-        m_state = m_dir.filePath(u"desktop-x11.json"_s);
     }
 
     void differentPicturePerMonitor()
