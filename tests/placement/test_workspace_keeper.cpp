@@ -111,7 +111,7 @@ private Q_SLOTS:
 
         record(true);
         workspaces(3, 2);
-        QVERIFY(reapplied.wait(5000));
+        QVERIFY(!reapplied.isEmpty() || reapplied.wait(5000));
         QCOMPARE(xfconf(image(2)), m_ours);
         QCOMPARE(m_backend->picture(m_backend->screens().first()), m_ours);
         QVERIFY(!QFile::exists(PlacementRecords(m_folder.path()).releasedFilePath()));
@@ -151,7 +151,7 @@ private Q_SLOTS:
         WorkspaceKeeper keeper(&backend, PlacementRecords(m_folder.path()), m_clock);
         QSignalSpy reapplied(&keeper, &WorkspaceKeeper::reapplied);
         keeper.start();
-        QVERIFY(reapplied.wait(5000));
+        QVERIFY(!reapplied.isEmpty() || reapplied.wait(5000));
         QCOMPARE(xfconf(image(2)), m_ours);
     }
 };
