@@ -1,6 +1,5 @@
 #include "shuffle_rig.h"
 
-#include "await_task.h"
 #include "cancel_token.h"
 #include "desktop_backend.h"
 
@@ -189,7 +188,7 @@ QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 }
 } // namespace
 
-ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint32 seed)
+ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, int choices, quint32 seed)
     : defaults(settingsFile(folder, settings))
     , favourites(&defaults)
     , clock(std::make_shared<SimulatedClock>(now))
@@ -202,6 +201,7 @@ ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint3
             displays.show(id, set.key, set.wanted);
     };
     displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true } });
+    store.setChoices(sampleChoices(choices));
 }
 
 Shuffle &ShuffleRig::make()
@@ -232,14 +232,4 @@ QStringList ShuffleRig::setKeys() const
     for (const auto &set : store.sets)
         keys.append(set.key);
     return keys;
-}
-
-std::optional<QString> failureOf(QCoro::Task<> task)
-{
-    try {
-        awaitTask(std::move(task));
-    } catch (const Error &error) {
-        return error.description();
-    }
-    return std::nullopt;
 }

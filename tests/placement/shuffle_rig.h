@@ -1,5 +1,6 @@
 #pragma once
 
+#include "await_task.h"
 #include "clock.h"
 #include "defaults.h"
 #include "favourites.h"
@@ -112,10 +113,12 @@ private:
                                                  const QString &pack = QStringLiteral("p"));
 
 // A shuffle and the Do Not Disturb wallpaper over fakes, their settings in a file of their own,
-// the random source seeded. It starts with one display, "one", which follows what the store sets.
+// the random source seeded. It starts with one display, "one", which follows what the store sets,
+// and `choices` colourways of sampleChoices().
 struct ShuffleRig {
     // settings: what the file holds before anything reads it.
-    explicit ShuffleRig(const QDateTime &now, const QVariantMap &settings = {}, quint32 seed = 1);
+    explicit ShuffleRig(const QDateTime &now, const QVariantMap &settings = {}, int choices = 3,
+                        quint32 seed = 1);
 
     // Builds both anew from what the settings hold now, as a relaunch does, and starts them.
     Shuffle &make();
@@ -134,4 +137,8 @@ struct ShuffleRig {
 };
 
 // Runs a task to its end; the sentence of what it threw, or none.
-[[nodiscard]] std::optional<QString> failureOf(QCoro::Task<> task);
+[[nodiscard]] inline std::optional<QString> failureOf(QCoro::Task<> task)
+{
+    const auto result = finish(std::move(task));
+    return result.error ? std::optional(failureText(result)) : std::nullopt;
+}
