@@ -38,12 +38,12 @@ class DisplaysTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    FakeDesktop *m_desktop = nullptr;
+    std::unique_ptr<FakeDesktop> m_desktop;
     std::shared_ptr<TestClock> m_clock;
 
     std::unique_ptr<Displays> make()
     {
-        return std::make_unique<Displays>(m_desktop, PlacementRecords(m_dir.path()), m_clock);
+        return std::make_unique<Displays>(m_desktop.get(), PlacementRecords(m_dir.path()), m_clock);
     }
 
 private Q_SLOTS:
@@ -51,13 +51,10 @@ private Q_SLOTS:
     {
         QVERIFY(m_dir.isValid());
         QFile::remove(m_dir.filePath(u"placements.json"_s));
-        delete m_desktop;
-        m_desktop = new FakeDesktop;
+        m_desktop = std::make_unique<FakeDesktop>();
         m_desktop->shownScreens = { left, right };
         m_clock = std::make_shared<TestClock>();
     }
-
-    void cleanupTestCase() { delete m_desktop; }
 
     void listsScreensInDesktopOrder()
     {
