@@ -40,12 +40,10 @@ QString xfconf(const QString &property, const QString &value = {},
 // The window manager's part: how many workspaces there are and which one shows.
 void workspaces(int count, int current)
 {
-    run(u"xprop"_s,
-        { u"-root"_s, u"-f"_s, u"_NET_NUMBER_OF_DESKTOPS"_s, u"32c"_s, u"-set"_s,
-          u"_NET_NUMBER_OF_DESKTOPS"_s, QString::number(count) });
-    run(u"xprop"_s,
-        { u"-root"_s, u"-f"_s, u"_NET_CURRENT_DESKTOP"_s, u"32c"_s, u"-set"_s,
-          u"_NET_CURRENT_DESKTOP"_s, QString::number(current) });
+    for (const auto &[atom, value] : { std::pair(u"_NET_NUMBER_OF_DESKTOPS"_s, count),
+                                       std::pair(u"_NET_CURRENT_DESKTOP"_s, current) })
+        run(u"xprop"_s,
+            { u"-root"_s, u"-f"_s, atom, u"32c"_s, u"-set"_s, atom, QString::number(value) });
 }
 } // namespace
 
