@@ -161,11 +161,6 @@ QDateTime utc(const char *iso)
     return QDateTime::fromString(QString::fromLatin1(iso), Qt::ISODate).toUTC();
 }
 
-QSet<QString> keySet(const QStringList &keys)
-{
-    return QSet<QString>(keys.begin(), keys.end());
-}
-
 QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
 {
     Pack sample { .slug = pack, .name = pack.toUpper() };

@@ -106,7 +106,6 @@ private:
 };
 
 [[nodiscard]] QDateTime utc(const char *iso);
-[[nodiscard]] QSet<QString> keySet(const QStringList &keys);
 
 // Colourways c1…cN of pack p, in that order.
 [[nodiscard]] QList<ShuffleChoice> sampleChoices(int count,
