@@ -221,6 +221,14 @@ Shuffle &ShuffleRig::make()
     return *shuffle;
 }
 
+QStringList ShuffleRig::sets() const
+{
+    QStringList sets;
+    for (const auto &set : store.sets)
+        sets.append(u"%1 %2 on %3"_s.arg(set.key, rawValue(set.wanted), set.displayIds.join(u' ')));
+    return sets;
+}
+
 QStringList ShuffleRig::setKeys() const
 {
     QStringList keys;

@@ -122,6 +122,8 @@ struct ShuffleRig {
     // Builds both anew from what the settings hold now, as a relaunch does, and starts them.
     Shuffle &make();
     [[nodiscard]] QStringList setKeys() const;
+    // The store's sets in full, as "p/c1 dark on one two".
+    [[nodiscard]] QStringList sets() const;
 
     QTemporaryDir folder;
     Defaults defaults;

@@ -55,9 +55,7 @@ private Q_SLOTS:
         focus.setWallpaper(u"p/c3"_s, Edition::Dark);
         QVERIFY(focus.isHeld());
         QCOMPARE(rig.shuffle->status(), u"Waiting while your Do Not Disturb wallpaper is on."_s);
-        QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
-        QCOMPARE(rig.store.sets.last().wanted, Edition::Dark);
-        QCOMPARE(rig.store.sets.last().displayIds, QStringList({ u"one"_s, u"two"_s }));
+        QCOMPARE(rig.sets(), QStringList { u"p/c3 dark on one two"_s });
         const auto record = rig.stored();
         QCOMPARE(record.wallpaper, u"p/c3"_s);
         QCOMPARE(record.entries.value(u"one"_s).previous.placement->colourway, u"c1"_s);
@@ -73,9 +71,8 @@ private Q_SLOTS:
         QCOMPARE(rig.shuffle->status(),
                  u"Paused while you use a wallpaper chosen in your desktop settings."_s);
         // c1's file is not on disk: back through the store, on its display only, in its edition.
-        QCOMPARE(rig.setKeys(), QStringList({ u"p/c3"_s, u"p/c1"_s }));
-        QCOMPARE(rig.store.sets.last().displayIds, QStringList { u"one"_s });
-        QCOMPARE(rig.store.sets.last().wanted, Edition::Automatic);
+        QCOMPARE(rig.sets().last(), u"p/c1 appearance on one"_s);
+        QCOMPARE(rig.store.sets.size(), 2);
         // The picture of its own is on disk: straight back.
         QCOMPARE(rig.displays.restores,
                  (QList<std::pair<QString, QString>> { { u"two"_s, rig.own } }));
@@ -91,9 +88,7 @@ private Q_SLOTS:
         focus.setWallpaper(u"p/c3"_s);
         rig.clock->advance(1min);
         focus.setWallpaper(std::nullopt);
-        QCOMPARE(rig.setKeys().last(), u"p/c2"_s);
-        QCOMPARE(rig.store.sets.last().displayIds, QStringList({ u"one"_s, u"two"_s }));
-        QCOMPARE(rig.store.sets.last().wanted, Edition::TimeOfDay);
+        QCOMPARE(rig.sets().last(), u"p/c2 time-of-day on one two"_s);
         QVERIFY(focus.pendingRestores().isEmpty());
     }
 
