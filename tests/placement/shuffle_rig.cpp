@@ -11,18 +11,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-SimulatedClock::SimulatedClock(QDateTime now, QObject *parent)
-    : QObject(parent)
-    , m_now(now)
-    , m_boot(now)
-{
-}
-
-std::chrono::nanoseconds SimulatedClock::sinceBoot() const
-{
-    return std::chrono::milliseconds(m_boot.msecsTo(m_now));
-}
-
 QCoro::Task<bool> SimulatedClock::sleep(std::shared_ptr<CancelToken> token,
                                         std::chrono::milliseconds duration)
 {
@@ -30,7 +18,7 @@ QCoro::Task<bool> SimulatedClock::sleep(std::shared_ptr<CancelToken> token,
         co_return false;
     const auto wake = std::make_shared<CancelToken>();
     m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
-    connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
+    QObject::connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
     co_await qCoro(wake.get(), &CancelToken::cancelled);
     m_sleepers.removeIf([&](const Sleeper &sleeper) { return sleeper.wake == wake; });
     co_return !token->isCancelled();

@@ -16,16 +16,19 @@
 
 // A clock for schedules: nothing moves until the test moves it, and then each sleeper wakes at
 // its own deadline, in order, as a real one would.
-class SimulatedClock
-    : public QObject
-    , public Clock {
-    Q_OBJECT
-
+class SimulatedClock : public Clock {
 public:
-    explicit SimulatedClock(QDateTime now, QObject *parent = nullptr);
+    explicit SimulatedClock(const QDateTime &now)
+        : m_now(now)
+        , m_boot(now)
+    {
+    }
 
     [[nodiscard]] QDateTime now() const override { return m_now; }
-    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override;
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override
+    {
+        return std::chrono::milliseconds(m_boot.msecsTo(m_now));
+    }
     QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
                             std::chrono::milliseconds duration) override;
 
