@@ -111,8 +111,7 @@ private:
 [[nodiscard]] QDateTime utc(const char *iso);
 
 // Colourways c1…cN of pack p, in that order.
-[[nodiscard]] QList<ShuffleChoice> sampleChoices(int count,
-                                                 const QString &pack = QStringLiteral("p"));
+[[nodiscard]] QList<ShuffleChoice> sampleChoices(int count);
 
 // A shuffle and the Do Not Disturb wallpaper over fakes, their settings in a file of their own,
 // the random source seeded. It starts with one display, "one", which follows what the store sets,
