@@ -94,10 +94,8 @@ private Q_SLOTS:
         qint64 worst = 0;
         for (int transfer = 0; transfer < transfers; ++transfer) {
             QTemporaryDir folder;
-            const FileFetcher::Target target { .destination =
-                                                   folder.filePath(u"Quennet/coast.heic"_s),
-                                               .partial =
-                                                   folder.filePath(u"Partial/coast.partial"_s),
+            const FileFetcher::Target target { .destination = folder.filePath(u"coast.heic"_s),
+                                               .partial = folder.filePath(u"coast.partial"_s),
                                                .size = file.bytes,
                                                .sha256 = file.sha256 };
             const qint64 cut = m_random.bounded(qint64(1), file.bytes);
