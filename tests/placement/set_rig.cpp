@@ -27,13 +27,6 @@ SetRig::SetRig(QList<ContentPack> packs, QString folder)
                                                             .thread = &m_store->downloads() });
 }
 
-SetRig::~SetRig()
-{
-    m_reconciler.reset();
-    m_requests.reset();
-    m_store.reset();
-}
-
 QString SetRig::shownFile(const QString &displayId) const
 {
     const auto placement = m_displays->placement(displayId);

@@ -16,7 +16,6 @@ class SetRig {
 public:
     // folder: the application folder, when not a temporary one of the rig's own.
     explicit SetRig(QList<ContentPack> packs, QString folder = {});
-    ~SetRig();
 
     [[nodiscard]] bool start() { return m_store->start(); }
     [[nodiscard]] StoreRig &storeRig() { return *m_store; }
