@@ -1,6 +1,7 @@
 #include "display_id.h"
 #include "placement_records.h"
 #include "shuffle_rig.h"
+#include "test_files.h"
 #include "workspace_keeper.h"
 #include "xfce_backend.h"
 
@@ -71,8 +72,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_ours = m_folder.filePath(u"ours.png"_s);
-        QFile file(m_ours);
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(writeFile(m_ours, {}));
         m_placement = { .pack = u"p"_s,
                         .colourway = u"c"_s,
                         .edition = u"light"_s,

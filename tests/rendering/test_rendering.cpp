@@ -1,6 +1,7 @@
 #include "heic_file.h"
 #include "picture_choice.h"
 #include "renderer.h"
+#include "test_files.h"
 
 #include <QFile>
 #include <QImage>
@@ -17,10 +18,7 @@ QString sample(const QString &name)
 
 HeicMetadata metadata(const QString &name)
 {
-    QFile file(QStringLiteral(QUENNET_TEST_DATA "/storage/") + name);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("missing fixture");
-    return HeicMetadata::fromXmp(file.readAll());
+    return HeicMetadata::fromXmp(readAll(QStringLiteral(QUENNET_TEST_DATA "/storage/") + name));
 }
 
 // Equal pictures decode to equal pixels; PNG keeps them exactly.
