@@ -71,8 +71,8 @@ private Q_SLOTS:
         QCOMPARE(rig.shuffle->status(),
                  u"Paused while you use a wallpaper chosen in your desktop settings."_s);
         // c1's file is not on disk: back through the store, on its display only, in its edition.
-        QCOMPARE(rig.sets().last(), u"p/c1 appearance on one"_s);
-        QCOMPARE(rig.store.sets.size(), 2);
+        QCOMPARE(rig.sets(),
+                 QStringList({ u"p/c3 dark on one two"_s, u"p/c1 appearance on one"_s }));
         // The picture of its own is on disk: straight back.
         QCOMPARE(rig.displays.restores,
                  (QList<std::pair<QString, QString>> { { u"two"_s, rig.own } }));
