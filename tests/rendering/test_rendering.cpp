@@ -112,6 +112,7 @@ private Q_SLOTS:
         QVERIFY(!HeicFile::open(QStringLiteral(QUENNET_TEST_DATA "/storage/apr.xmp")));
         const auto file = HeicFile::open(sample(u"aurora/emerald-appearance.heic"_s));
         QVERIFY(file);
+        QCOMPARE(file->primaryIndex(), 0);
         QVERIFY(file->picture(2).isNull());
         const QImage light = file->picture(0);
         const QImage dark = file->picture(1);
