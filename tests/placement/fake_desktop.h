@@ -4,14 +4,21 @@
 
 #include <QHash>
 
-// A desktop whose screens and pictures the test decides; set requests are recorded.
+// A desktop whose screens and pictures the test decides, two side by side unless it says;
+// set requests are recorded.
 class FakeDesktop : public DesktopBackend {
     Q_OBJECT
 
 public:
-    using DesktopBackend::DesktopBackend;
+    explicit FakeDesktop(QHash<QString, QString> shown = {})
+        : shown(std::move(shown))
+    {
+    }
 
-    QList<DesktopScreen> shownScreens;
+    QList<DesktopScreen> shownScreens {
+        { .connector = QStringLiteral("A"), .geometry = QRect(0, 0, 1920, 1080) },
+        { .connector = QStringLiteral("B"), .geometry = QRect(1920, 0, 1920, 1080) }
+    };
     QHash<QString, QString> shown; // connector -> picture the desktop reports
     bool reportsAtOnce = true; // whether a set shows up in picture() straight away
     std::optional<QString> refusal; // set fails with this

@@ -10,8 +10,6 @@ SetRig::SetRig(QList<ContentPack> packs, QString folder)
     : m_root(folder.isEmpty() ? m_folder.path() : std::move(folder))
     , m_clock(std::make_shared<Clock>())
 {
-    m_desktop.shownScreens = { { .connector = u"A"_s, .geometry = QRect(0, 0, 1920, 1080) },
-                               { .connector = u"B"_s, .geometry = QRect(1920, 0, 1920, 1080) } };
     m_displays = std::make_unique<Displays>(&m_desktop, PlacementRecords(m_root), m_clock);
     m_setter = std::make_unique<WallpaperSetter>(
         m_displays.get(), Renderer(DownloadCache(m_root).renderingFolder()), nullptr, m_clock);
@@ -27,13 +25,6 @@ SetRig::SetRig(QList<ContentPack> packs, QString folder)
                                                             .setter = m_setter.get(),
                                                             .requests = m_requests.get(),
                                                             .thread = &m_store->downloads() });
-}
-
-SetRig::~SetRig()
-{
-    m_reconciler.reset();
-    m_requests.reset();
-    m_store.reset();
 }
 
 QString SetRig::shownFile(const QString &displayId) const

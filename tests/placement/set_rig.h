@@ -10,14 +10,12 @@
 #include <QTemporaryDir>
 #include <memory>
 
-// The road of a set request as the program builds it, over the store rig: two displays on a
-// desktop that shows what it is given, the setter and its renderings, the requests and the
-// reconciler.
+// The road of a set request as the program builds it, over the store rig: the fake desktop's two
+// displays, the setter and its renderings, the requests and the reconciler.
 class SetRig {
 public:
     // folder: the application folder, when not a temporary one of the rig's own.
     explicit SetRig(QList<ContentPack> packs, QString folder = {});
-    ~SetRig();
 
     [[nodiscard]] bool start() { return m_store->start(); }
     [[nodiscard]] StoreRig &storeRig() { return *m_store; }

@@ -1,6 +1,5 @@
 #include "shuffle_rig.h"
 
-#include "await_task.h"
 #include "cancel_token.h"
 #include "desktop_backend.h"
 
@@ -12,18 +11,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-SimulatedClock::SimulatedClock(QDateTime now, QObject *parent)
-    : QObject(parent)
-    , m_now(now)
-    , m_boot(now)
-{
-}
-
-std::chrono::nanoseconds SimulatedClock::sinceBoot() const
-{
-    return std::chrono::milliseconds(m_boot.msecsTo(m_now));
-}
-
 QCoro::Task<bool> SimulatedClock::sleep(std::shared_ptr<CancelToken> token,
                                         std::chrono::milliseconds duration)
 {
@@ -31,7 +18,7 @@ QCoro::Task<bool> SimulatedClock::sleep(std::shared_ptr<CancelToken> token,
         co_return false;
     const auto wake = std::make_shared<CancelToken>();
     m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
-    connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
+    QObject::connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
     co_await qCoro(wake.get(), &CancelToken::cancelled);
     m_sleepers.removeIf([&](const Sleeper &sleeper) { return sleeper.wake == wake; });
     co_return !token->isCancelled();
@@ -162,14 +149,9 @@ QDateTime utc(const char *iso)
     return QDateTime::fromString(QString::fromLatin1(iso), Qt::ISODate).toUTC();
 }
 
-QSet<QString> keySet(const QStringList &keys)
+QList<ShuffleChoice> sampleChoices(int count)
 {
-    return QSet<QString>(keys.begin(), keys.end());
-}
-
-QList<ShuffleChoice> sampleChoices(int count, const QString &pack)
-{
-    Pack sample { .slug = pack, .name = pack.toUpper() };
+    Pack sample { .slug = u"p"_s, .name = u"P"_s };
     for (int i = 1; i <= count; ++i)
         sample.colourways.append({ .slug = u"c%1"_s.arg(i), .name = u"C%1"_s.arg(i) });
     QList<ShuffleChoice> choices;
@@ -189,7 +171,7 @@ QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 }
 } // namespace
 
-ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint32 seed)
+ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, int choices, quint32 seed)
     : defaults(settingsFile(folder, settings))
     , favourites(&defaults)
     , clock(std::make_shared<SimulatedClock>(now))
@@ -202,6 +184,7 @@ ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, quint3
             displays.show(id, set.key, set.wanted);
     };
     displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true } });
+    store.setChoices(sampleChoices(choices));
 }
 
 Shuffle &ShuffleRig::make()
@@ -226,20 +209,18 @@ Shuffle &ShuffleRig::make()
     return *shuffle;
 }
 
+QStringList ShuffleRig::sets() const
+{
+    QStringList sets;
+    for (const auto &set : store.sets)
+        sets.append(u"%1 %2 on %3"_s.arg(set.key, rawValue(set.wanted), set.displayIds.join(u' ')));
+    return sets;
+}
+
 QStringList ShuffleRig::setKeys() const
 {
     QStringList keys;
     for (const auto &set : store.sets)
         keys.append(set.key);
     return keys;
-}
-
-std::optional<QString> failureOf(QCoro::Task<> task)
-{
-    try {
-        awaitTask(std::move(task));
-    } catch (const Error &error) {
-        return error.description();
-    }
-    return std::nullopt;
 }

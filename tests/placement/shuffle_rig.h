@@ -1,5 +1,6 @@
 #pragma once
 
+#include "await_task.h"
 #include "clock.h"
 #include "defaults.h"
 #include "favourites.h"
@@ -15,16 +16,19 @@
 
 // A clock for schedules: nothing moves until the test moves it, and then each sleeper wakes at
 // its own deadline, in order, as a real one would.
-class SimulatedClock
-    : public QObject
-    , public Clock {
-    Q_OBJECT
-
+class SimulatedClock : public Clock {
 public:
-    explicit SimulatedClock(QDateTime now, QObject *parent = nullptr);
+    explicit SimulatedClock(const QDateTime &now)
+        : m_now(now)
+        , m_boot(now)
+    {
+    }
 
     [[nodiscard]] QDateTime now() const override { return m_now; }
-    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override;
+    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override
+    {
+        return std::chrono::milliseconds(m_boot.msecsTo(m_now));
+    }
     QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
                             std::chrono::milliseconds duration) override;
 
@@ -105,21 +109,23 @@ private:
 };
 
 [[nodiscard]] QDateTime utc(const char *iso);
-[[nodiscard]] QSet<QString> keySet(const QStringList &keys);
 
 // Colourways c1…cN of pack p, in that order.
-[[nodiscard]] QList<ShuffleChoice> sampleChoices(int count,
-                                                 const QString &pack = QStringLiteral("p"));
+[[nodiscard]] QList<ShuffleChoice> sampleChoices(int count);
 
 // A shuffle and the Do Not Disturb wallpaper over fakes, their settings in a file of their own,
-// the random source seeded. It starts with one display, "one", which follows what the store sets.
+// the random source seeded. It starts with one display, "one", which follows what the store sets,
+// and `choices` colourways of sampleChoices().
 struct ShuffleRig {
     // settings: what the file holds before anything reads it.
-    explicit ShuffleRig(const QDateTime &now, const QVariantMap &settings = {}, quint32 seed = 1);
+    explicit ShuffleRig(const QDateTime &now, const QVariantMap &settings = {}, int choices = 3,
+                        quint32 seed = 1);
 
     // Builds both anew from what the settings hold now, as a relaunch does, and starts them.
     Shuffle &make();
     [[nodiscard]] QStringList setKeys() const;
+    // The store's sets in full, as "p/c1 dark on one two".
+    [[nodiscard]] QStringList sets() const;
 
     QTemporaryDir folder;
     Defaults defaults;
@@ -134,4 +140,8 @@ struct ShuffleRig {
 };
 
 // Runs a task to its end; the sentence of what it threw, or none.
-[[nodiscard]] std::optional<QString> failureOf(QCoro::Task<> task);
+[[nodiscard]] inline std::optional<QString> failureOf(QCoro::Task<> task)
+{
+    const auto result = finish(std::move(task));
+    return result.error ? std::optional(failureText(result)) : std::nullopt;
+}

@@ -24,13 +24,13 @@ const DesktopScreen right { .connector = u"DP-2"_s,
                             .serial = u"B2"_s,
                             .geometry = QRect(1920, -200, 2560, 1440) };
 
-Placement placementFor(const QString &colourway)
+// Sets a picture on the displays with the ids, recorded as a colourway of meadow.
+void set(Displays &displays, const QString &path, const QString &colourway, const QStringList &ids)
 {
-    return { .pack = u"meadow"_s,
-             .colourway = colourway,
-             .edition = u"light"_s,
-             .path = u"/ignored"_s,
-             .setAt = 1 };
+    const Placement placement {
+        .pack = u"meadow"_s, .colourway = colourway, .edition = u"light"_s, .setAt = 1
+    };
+    awaitTask(displays.set({ .path = path }, placement, ids));
 }
 } // namespace
 
@@ -38,12 +38,12 @@ class DisplaysTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    FakeDesktop *m_desktop = nullptr;
+    std::unique_ptr<FakeDesktop> m_desktop;
     std::shared_ptr<TestClock> m_clock;
 
     std::unique_ptr<Displays> make()
     {
-        return std::make_unique<Displays>(m_desktop, PlacementRecords(m_dir.path()), m_clock);
+        return std::make_unique<Displays>(m_desktop.get(), PlacementRecords(m_dir.path()), m_clock);
     }
 
 private Q_SLOTS:
@@ -51,13 +51,10 @@ private Q_SLOTS:
     {
         QVERIFY(m_dir.isValid());
         QFile::remove(m_dir.filePath(u"placements.json"_s));
-        delete m_desktop;
-        m_desktop = new FakeDesktop;
+        m_desktop = std::make_unique<FakeDesktop>();
         m_desktop->shownScreens = { left, right };
         m_clock = std::make_shared<TestClock>();
     }
-
-    void cleanupTestCase() { delete m_desktop; }
 
     void listsScreensInDesktopOrder()
     {
@@ -84,11 +81,9 @@ private Q_SLOTS:
     {
         const auto displays = make();
         // A display that is not attached is left alone.
-        awaitTask(displays->set({ .path = u"/p.png"_s }, placementFor(u"dawn"_s),
-                                { u"no-such-display"_s }));
+        set(*displays, u"/p.png"_s, u"dawn"_s, { u"no-such-display"_s });
         QVERIFY(m_desktop->requests.isEmpty());
-        awaitTask(displays->set({ .path = u"/r/f_1-0.png"_s }, placementFor(u"dawn"_s),
-                                { displayId(right) }));
+        set(*displays, u"/r/f_1-0.png"_s, u"dawn"_s, { displayId(right) });
         QCOMPARE(m_desktop->requests.size(), 1);
         QCOMPARE(m_desktop->requests[0].second, QStringList { u"DP-2"_s });
         const auto recorded = displays->placement(displayId(right));
@@ -126,8 +121,7 @@ private Q_SLOTS:
         m_desktop->shown.insert(u"DP-1"_s, u"/before.png"_s);
         m_clock->allowed = 0;
         const auto displays = make();
-        awaitTask(
-            displays->set({ .path = u"/new.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
+        set(*displays, u"/new.png"_s, u"dawn"_s, { displayId(left) });
         QCOMPARE(displays->all()[0].wallpaper, u"/new.png"_s);
         QVERIFY(displays->showsOwnWallpaper(displays->all()[0]));
         if (confirmed)
@@ -140,21 +134,18 @@ private Q_SLOTS:
     void refusalKeepsEarlierRecordsAndReports()
     {
         const auto displays = make();
-        awaitTask(
-            displays->set({ .path = u"/a.png"_s }, placementFor(u"dawn"_s), { displayId(left) }));
+        set(*displays, u"/a.png"_s, u"dawn"_s, { displayId(left) });
         m_desktop->refusal = u"No."_s;
         QVERIFY_THROWS_EXCEPTION(
             DesktopError,
-            awaitTask(displays->set({ .path = u"/b.png"_s }, placementFor(u"dusk"_s),
-                                    { displayId(left), displayId(right) })));
+            set(*displays, u"/b.png"_s, u"dusk"_s, { displayId(left), displayId(right) }));
         QCOMPARE(displays->placement(displayId(left))->colourway, u"dawn"_s);
         QCOMPARE(make()->placement(displayId(left))->colourway, u"dawn"_s);
         // The desktop took the picture on the first screen before it refused the second.
         m_desktop->changesBeforeRefusal = 1;
         QVERIFY_THROWS_EXCEPTION(
             DesktopError,
-            awaitTask(displays->set({ .path = u"/c.png"_s }, placementFor(u"noon"_s),
-                                    { displayId(left), displayId(right) })));
+            set(*displays, u"/c.png"_s, u"noon"_s, { displayId(left), displayId(right) }));
         QCOMPARE(make()->placement(displayId(left))->colourway, u"noon"_s);
         QVERIFY(!make()->placement(displayId(right)));
     }

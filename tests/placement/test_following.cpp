@@ -28,40 +28,28 @@ const Placement timeOfDayPlacement {
 struct Rig {
     Rig(const QString &folder, std::shared_ptr<TestClock> clock, QHash<QString, QString> shown = {})
         : clock(std::move(clock))
-        , desktop(screens(std::move(shown)))
-        , displays(desktop.get(), PlacementRecords(folder), this->clock)
+        , desktop(std::move(shown))
+        , displays(&desktop, PlacementRecords(folder), this->clock)
         , renderer(folder + u"/Rendered"_s)
         , setter(&displays, renderer, nullptr, this->clock)
-        , following({ .setter = &setter,
-                      .backend = desktop.get(),
-                      .sleep = &sleep,
-                      .clock = this->clock })
+        , following(
+              { .setter = &setter, .backend = &desktop, .sleep = &sleep, .clock = this->clock })
     {
-    }
-
-    static std::unique_ptr<FakeDesktop> screens(QHash<QString, QString> shown)
-    {
-        auto desktop = std::make_unique<FakeDesktop>();
-        desktop->shownScreens = { { .connector = u"DP-1"_s, .geometry = QRect(0, 0, 1920, 1080) },
-                                  { .connector = u"DP-2"_s,
-                                    .geometry = QRect(1920, 0, 1920, 1080) } };
-        desktop->shown = std::move(shown);
-        return desktop;
     }
 
     [[nodiscard]] QString rendering(int index) const
     {
         return renderer.renderingPath(u"f_td"_s, index);
     }
-    [[nodiscard]] QString onFirst(int index) const { return rendering(index) + u" on DP-1"_s; }
+    [[nodiscard]] QString onFirst(int index) const { return rendering(index) + u" on A"_s; }
     [[nodiscard]] QString last() const
     {
-        return desktop->requests.last().first.path + u" on "_s
-            + desktop->requests.last().second.join(u' ');
+        return desktop.requests.last().first.path + u" on "_s
+            + desktop.requests.last().second.join(u' ');
     }
 
     std::shared_ptr<TestClock> clock;
-    std::unique_ptr<FakeDesktop> desktop;
+    FakeDesktop desktop;
     Displays displays;
     Renderer renderer;
     WallpaperSetter setter;
@@ -117,7 +105,7 @@ private Q_SLOTS:
 
         // The settle loop's one look, then the wait for 18:00.
         rig.clock->allowed = 2;
-        QTRY_COMPARE(rig.desktop->requests.size(), 3);
+        QTRY_COMPARE(rig.desktop.requests.size(), 3);
         QCOMPARE(rig.clock->now().time().hour(), 18);
         QCOMPARE(rig.last(), rig.onFirst(2));
         const auto recorded = rig.displays.placement(ids[0]);
@@ -162,36 +150,36 @@ private Q_SLOTS:
             awaitTask(before.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement,
                                                  { before.displays.ids()[0] }));
             QCOMPARE(before.last(), before.onFirst(1));
-            shown = before.desktop->shown;
+            shown = before.desktop.shown;
         }
 
         {
             Rig rig(folder.path(), clockAt(QTime(12, 0)), shown);
-            QVERIFY(rig.desktop->requests.isEmpty());
+            QVERIFY(rig.desktop.requests.isEmpty());
             rig.following.start();
-            QTRY_COMPARE(rig.desktop->requests.size(), 1);
+            QTRY_COMPARE(rig.desktop.requests.size(), 1);
             QCOMPARE(rig.last(), rig.onFirst(0));
 
             // Qt's timers stood still while the computer slept: only the wake says time has passed.
             rig.clock->setNow(QDateTime(rig.clock->now().date(), QTime(19, 30), Qt::UTC));
             Q_EMIT rig.sleep.woke();
-            QTRY_COMPARE(rig.desktop->requests.size(), 2);
+            QTRY_COMPARE(rig.desktop.requests.size(), 2);
             QCOMPARE(rig.last(), rig.onFirst(2));
             QCOMPARE(rig.clock->sleeps().size(), 0);
             // And the wait for night counts from now.
             rig.clock->allowed = 10;
             QTRY_COMPARE(rig.last(), rig.onFirst(3));
             QCOMPARE(rig.clock->now().time().hour(), 21);
-            shown = rig.desktop->shown;
+            shown = rig.desktop.shown;
         }
 
         // A desktop that tells what it shows only after the start (Plasma, XFCE read it back):
         // followed from its answer.
         Rig late(folder.path(), clockAt(QTime(12, 0)));
         late.following.start();
-        late.desktop->shown = shown;
-        Q_EMIT late.desktop->picturesChanged();
-        QTRY_COMPARE(late.desktop->requests.size(), 1);
+        late.desktop.shown = shown;
+        Q_EMIT late.desktop.picturesChanged();
+        QTRY_COMPARE(late.desktop.requests.size(), 1);
         QCOMPARE(late.last(), late.onFirst(0));
     }
 };

@@ -28,351 +28,324 @@ class ShuffleTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
-    void unreadableSettings();
-    void switchingOnAndChangingRestart();
-    void aRoundOfFiveThenANewRound();
-    void neverRepeatsWhatADisplayShows();
-    void oneFavouriteOnTwoDisplays();
-    void editionOfTheFirstTarget_data();
-    void editionOfTheFirstTarget();
-    void fallsBackToADownloadedWallpaper();
-    void failedDownloadWithNothingOnDisk();
-    void wakingPastABoundary();
-    void aBoundaryMissedBeforeStart();
-    void hourlyInAHalfHourZone();
-    void nothingToShuffle_data();
-    void nothingToShuffle();
-    void ticksThatWait_data();
-    void ticksThatWait();
-};
-
-void ShuffleTest::initTestCase()
-{
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom)); // weeks from Monday
-    cleanup();
-}
-
-void ShuffleTest::cleanup()
-{
-    qputenv("TZ", "UTC");
-    tzset();
-}
-
-void ShuffleTest::unreadableSettings()
-{
-    ShuffleRig rig(wednesday,
-                   { { u"shuffleIsOn"_s, u"yes"_s },
-                     { u"shuffleInterval"_s, u"fortnight"_s },
-                     { u"shuffleSource"_s, u"Favourites"_s },
-                     { u"shuffleAnchor"_s, u"yesterday"_s } });
-    const auto &shuffle = rig.make();
-    QVERIFY(!shuffle.isOn());
-    QCOMPARE(shuffle.interval(), Interval::Day);
-    QCOMPARE(shuffle.source(), Source::All);
-    // An anchor that could not be read is replaced by the present moment for good.
-    QCOMPARE(rig.defaults.shuffleAnchor(), wednesday);
-}
-
-void ShuffleTest::switchingOnAndChangingRestart()
-{
-    ShuffleRig rig(wednesday);
-    rig.store.setChoices(sampleChoices(3));
-    auto &shuffle = rig.make();
-    rig.clock->advance(1h);
-    shuffle.setOn(true);
-    QCOMPARE(rig.defaults.shuffleAnchor(), utc("2024-05-01T11:00:00Z"));
-    QCOMPARE(shuffle.nextDate(), thursday);
-    QCOMPARE(shuffle.upNext().keys(), QStringList { u"one"_s });
-
-    shuffle.setInterval(Interval::SixHours);
-    QCOMPARE(shuffle.nextDate(), utc("2024-05-01T12:00:00Z"));
-    rig.clock->advanceTo(shuffle.nextDate());
-    QCOMPARE(rig.store.sets.size(), 1);
-    QCOMPARE(shuffle.nextDate(), utc("2024-05-01T18:00:00Z"));
-
-    // The daily and six-hourly schedules end with the change: nothing more before Monday.
-    shuffle.setInterval(Interval::Week);
-    QCOMPARE(shuffle.nextDate(), utc("2024-05-06T00:00:00Z"));
-    rig.clock->advanceTo(utc("2024-05-05T23:59:59Z"));
-    QCOMPARE(rig.store.sets.size(), 1);
-
-    shuffle.setOn(false);
-    QVERIFY(!shuffle.nextDate().isValid());
-    QVERIFY(shuffle.upNext().isEmpty());
-    rig.clock->advance(14 * 24h);
-    QCOMPARE(rig.store.sets.size(), 1);
-}
-
-void ShuffleTest::aRoundOfFiveThenANewRound()
-{
-    ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true } });
-    rig.store.setChoices(sampleChoices(5));
-    auto &shuffle = rig.make();
-
-    for (int i = 0; i < 6; ++i) {
-        const auto next = shuffle.upNext().value(u"one"_s).key();
-        QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
-        QCOMPARE(rig.store.sets.last().key, next);
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom)); // weeks from Monday
+        cleanup();
     }
-    const auto keys = rig.setKeys();
-    QCOMPARE(keySet(keys.first(5)).size(), 5);
-    // A new round, which does not start with what the display showed.
-    QVERIFY(keys[5] != keys[4]);
-    QCOMPARE(rig.defaults.shufflePlayed(), QStringList { keys[5] });
-}
 
-void ShuffleTest::neverRepeatsWhatADisplayShows()
-{
-    // Everything played; "one" shows c1, "two" a picture of the desktop's over its old c2.
-    QSet<QString> picked;
-    for (quint32 seed = 1; seed <= 40; ++seed) {
+    void cleanup()
+    {
+        qputenv("TZ", "UTC");
+        tzset();
+    }
+
+    void unreadableSettings()
+    {
         ShuffleRig rig(wednesday,
-                       { { u"shufflePlayed"_s, QStringList { u"p/c1"_s, u"p/c2"_s, u"p/c3"_s } } },
-                       seed);
-        rig.store.setChoices(sampleChoices(3));
-        rig.store.onSet = nullptr;
-        rig.displays.setScreens({ { .id = u"one"_s,
-                                    .placement = showing(u"c1"_s, u"light"_s),
-                                    .showsOwnWallpaper = true },
-                                  { .id = u"two"_s, .placement = showing(u"c2"_s, u"light"_s) } });
+                       { { u"shuffleIsOn"_s, u"yes"_s },
+                         { u"shuffleInterval"_s, u"fortnight"_s },
+                         { u"shuffleSource"_s, u"Favourites"_s },
+                         { u"shuffleAnchor"_s, u"yesterday"_s } });
+        const auto &shuffle = rig.make();
+        QVERIFY(!shuffle.isOn());
+        QCOMPARE(shuffle.interval(), Interval::Day);
+        QCOMPARE(shuffle.source(), Source::All);
+        // An anchor that could not be read is replaced by the present moment for good.
+        QCOMPARE(rig.defaults.shuffleAnchor(), wednesday);
+    }
+
+    void switchingOnAndChangingRestart()
+    {
+        ShuffleRig rig(wednesday);
+        auto &shuffle = rig.make();
+        rig.clock->advance(1h);
+        shuffle.setOn(true);
+        QCOMPARE(rig.defaults.shuffleAnchor(), utc("2024-05-01T11:00:00Z"));
+        QCOMPARE(shuffle.nextDate(), thursday);
+        QCOMPARE(shuffle.upNext().keys(), QStringList { u"one"_s });
+
+        shuffle.setInterval(Interval::SixHours);
+        QCOMPARE(shuffle.nextDate(), utc("2024-05-01T12:00:00Z"));
+        rig.clock->advanceTo(shuffle.nextDate());
+        QCOMPARE(rig.store.sets.size(), 1);
+        QCOMPARE(shuffle.nextDate(), utc("2024-05-01T18:00:00Z"));
+
+        // The daily and six-hourly schedules end with the change: nothing more before Monday.
+        shuffle.setInterval(Interval::Week);
+        QCOMPARE(shuffle.nextDate(), utc("2024-05-06T00:00:00Z"));
+        rig.clock->advanceTo(utc("2024-05-05T23:59:59Z"));
+        QCOMPARE(rig.store.sets.size(), 1);
+
+        shuffle.setOn(false);
+        QVERIFY(!shuffle.nextDate().isValid());
+        QVERIFY(shuffle.upNext().isEmpty());
+        rig.clock->advance(14 * 24h);
+        QCOMPARE(rig.store.sets.size(), 1);
+    }
+
+    void aRoundOfFiveThenANewRound()
+    {
+        ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true } }, 5);
+        auto &shuffle = rig.make();
+
+        for (int i = 0; i < 6; ++i) {
+            const auto next = shuffle.upNext().value(u"one"_s).key();
+            QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
+            QCOMPARE(rig.store.sets.last().key, next);
+        }
+        const auto keys = rig.setKeys();
+        const auto round = keys.first(5);
+        QCOMPARE(QSet<QString>(round.begin(), round.end()).size(), 5);
+        // A new round, which does not start with what the display showed.
+        QVERIFY(keys[5] != keys[4]);
+        QCOMPARE(rig.defaults.shufflePlayed(), QStringList { keys[5] });
+    }
+
+    void neverRepeatsWhatADisplayShows()
+    {
+        // Everything played; "one" shows c1, "two" a picture of the desktop's over its old c2.
+        QSet<QString> picked;
+        for (quint32 seed = 1; seed <= 40; ++seed) {
+            ShuffleRig rig(
+                wednesday,
+                { { u"shufflePlayed"_s, QStringList { u"p/c1"_s, u"p/c2"_s, u"p/c3"_s } } }, 3,
+                seed);
+            rig.store.onSet = nullptr;
+            rig.displays.setScreens(
+                { { .id = u"one"_s,
+                    .placement = showing(u"c1"_s, u"light"_s),
+                    .showsOwnWallpaper = true },
+                  { .id = u"two"_s, .placement = showing(u"c2"_s, u"light"_s) } });
+            auto &shuffle = rig.make();
+            QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
+            QCOMPARE(rig.store.sets.size(), 1);
+            QCOMPARE(rig.store.sets[0].displayIds, (QStringList { u"one"_s, u"two"_s }));
+            picked.insert(rig.store.sets[0].key);
+            QCOMPARE(rig.defaults.shufflePlayed(), QStringList { rig.store.sets[0].key });
+        }
+        QCOMPARE(picked, (QSet<QString> { u"p/c2"_s, u"p/c3"_s }));
+    }
+
+    void oneFavouriteOnTwoDisplays()
+    {
+        ShuffleRig rig(wednesday,
+                       { { u"shuffleSource"_s, u"favourites"_s },
+                         { u"shuffleDifferentOnEachDisplay"_s, true } });
+        rig.favourites.setKeys({ u"gone/x"_s, u"p/c2"_s });
+        rig.displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true },
+                                  { .id = u"two"_s, .showsOwnWallpaper = true } });
         auto &shuffle = rig.make();
         QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
+        QCOMPARE(rig.sets(),
+                 QStringList({ u"p/c2 appearance on one"_s, u"p/c2 appearance on two"_s }));
+    }
+
+    void editionOfTheFirstTarget_data()
+    {
+        QTest::addColumn<bool>("different");
+        QTest::addColumn<std::optional<Placement>>("first");
+        QTest::addColumn<std::optional<Placement>>("second");
+        QTest::addColumn<QList<Edition>>("wanted");
+
+        const auto dark = std::optional(showing(u"c1"_s, u"dark"_s));
+        const auto light = std::optional(showing(u"c2"_s, u"light"_s));
+        QTest::newRow("one pick: the first display's")
+            << false << dark << light << QList<Edition> { Edition::Dark };
+        QTest::newRow("a pick each: each display's")
+            << true << dark << light << QList<Edition> { Edition::Dark, Edition::Light };
+        QTest::newRow("not an edition")
+            << true << std::optional(showing(u"c1"_s, u"sepia"_s))
+            << std::optional(showing(u"c2"_s, u"time-of-day"_s))
+            << QList<Edition> { Edition::Automatic, Edition::TimeOfDay };
+    }
+
+    void editionOfTheFirstTarget()
+    {
+        QFETCH(bool, different);
+        QFETCH(std::optional<Placement>, first);
+        QFETCH(std::optional<Placement>, second);
+        QFETCH(QList<Edition>, wanted);
+
+        ShuffleRig rig(wednesday, { { u"shuffleDifferentOnEachDisplay"_s, different } }, 4);
+        rig.displays.setScreens(
+            { { .id = u"one"_s, .placement = first, .showsOwnWallpaper = true },
+              { .id = u"two"_s, .placement = second, .showsOwnWallpaper = true } });
+        auto &shuffle = rig.make();
+        QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
+        QList<Edition> asked;
+        for (const auto &set : rig.store.sets)
+            asked.append(set.wanted);
+        QCOMPARE(asked, wanted);
+    }
+
+    void fallsBackToADownloadedWallpaper()
+    {
+        // Only c3 is on disk, and it was played: the pick is another, whose download fails.
+        ShuffleRig rig(wednesday, { { u"shufflePlayed"_s, u"p/c3"_s } }, 4);
+        rig.store.downloaded = { u"p/c3"_s };
+        rig.store.downloadsFail = true;
+        auto &shuffle = rig.make();
+        QTest::ignoreMessage(
+            QtInfoMsg, "Using a downloaded wallpaper instead: The network connection was lost.");
+        QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
+        QCOMPARE(rig.store.attempts, 2);
+        QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
+        QCOMPARE(rig.defaults.shufflePlayed(), QStringList { u"p/c3"_s });
+    }
+
+    void failedDownloadWithNothingOnDisk()
+    {
+        ShuffleRig rig(utc("2024-05-01T23:00:00Z"), { { u"shuffleIsOn"_s, true } }, 2);
+        rig.store.downloadsFail = true;
+        auto &shuffle = rig.make();
+        QCOMPARE(failureOf(shuffle.shuffleNow()), QString::fromLatin1(network));
+
+        QTest::ignoreMessage(QtCriticalMsg,
+                             "Scheduled shuffle failed: The network connection was lost.");
+        rig.clock->advanceTo(thursday);
+        QCOMPARE(rig.store.attempts, 2);
+        QCOMPARE(shuffle.nextDate(), thursday.addSecs(900));
+        QVERIFY(rig.defaults.shufflePlayed().isEmpty());
+
+        rig.clock->advanceTo(thursday.addSecs(899));
+        QCOMPARE(rig.store.attempts, 2);
+        rig.store.downloadsFail = false;
+        rig.clock->advanceTo(thursday.addSecs(900));
         QCOMPARE(rig.store.sets.size(), 1);
-        QCOMPARE(rig.store.sets[0].displayIds, (QStringList { u"one"_s, u"two"_s }));
-        picked.insert(rig.store.sets[0].key);
-        QCOMPARE(rig.defaults.shufflePlayed(), QStringList { rig.store.sets[0].key });
+        QCOMPARE(rig.store.sets[0].at, thursday.addSecs(900));
+        QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
     }
-    QCOMPARE(picked, (QSet<QString> { u"p/c2"_s, u"p/c3"_s }));
-}
 
-void ShuffleTest::oneFavouriteOnTwoDisplays()
-{
-    ShuffleRig rig(
-        wednesday,
-        { { u"shuffleSource"_s, u"favourites"_s }, { u"shuffleDifferentOnEachDisplay"_s, true } });
-    rig.store.setChoices(sampleChoices(3));
-    rig.favourites.setKeys({ u"gone/x"_s, u"p/c2"_s });
-    rig.displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true },
-                              { .id = u"two"_s, .showsOwnWallpaper = true } });
-    auto &shuffle = rig.make();
-    QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
-    QCOMPARE(rig.store.sets.size(), 2);
-    for (int i = 0; i < 2; ++i) {
-        QCOMPARE(rig.store.sets[i].key, u"p/c2"_s);
-        QCOMPARE(rig.store.sets[i].displayIds, QStringList { i == 0 ? u"one"_s : u"two"_s });
+    void wakingPastABoundary()
+    {
+        ShuffleRig rig(utc("2024-05-01T22:00:00Z"), { { u"shuffleIsOn"_s, true } });
+        auto &shuffle = rig.make();
+
+        rig.clock->advance(1h);
+        Q_EMIT rig.sleep.aboutToSleep();
+        rig.clock->suspend(9h);
+        Q_EMIT rig.sleep.woke();
+        const auto woke = utc("2024-05-02T08:00:00Z");
+        QCOMPARE(shuffle.nextDate(), woke.addSecs(10));
+
+        rig.clock->advance(9999ms);
+        QVERIFY(rig.store.sets.isEmpty());
+        rig.clock->advance(1ms);
+        QCOMPARE(rig.store.sets.size(), 1);
+        QCOMPARE(rig.store.sets[0].at, woke.addSecs(10));
+        QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
     }
-}
 
-void ShuffleTest::editionOfTheFirstTarget_data()
-{
-    QTest::addColumn<bool>("different");
-    QTest::addColumn<std::optional<Placement>>("first");
-    QTest::addColumn<std::optional<Placement>>("second");
-    QTest::addColumn<QList<Edition>>("wanted");
+    void aBoundaryMissedBeforeStart()
+    {
+        ShuffleRig rig(
+            wednesday,
+            { { u"shuffleIsOn"_s, true }, { u"shuffleAnchor"_s, u"2024-04-27T09:00:00Z"_s } });
+        auto &shuffle = rig.make();
+        QCOMPARE(shuffle.nextDate(), utc("2024-04-28T00:00:00Z"));
+        rig.clock->advance(0ms);
+        QCOMPARE(rig.store.sets.size(), 1);
+        QCOMPARE(shuffle.anchor(), wednesday);
+        QCOMPARE(shuffle.nextDate(), thursday);
+    }
 
-    const auto dark = std::optional(showing(u"c1"_s, u"dark"_s));
-    const auto light = std::optional(showing(u"c2"_s, u"light"_s));
-    QTest::newRow("one pick: the first display's")
-        << false << dark << light << QList<Edition> { Edition::Dark };
-    QTest::newRow("a pick each: each display's")
-        << true << dark << light << QList<Edition> { Edition::Dark, Edition::Light };
-    QTest::newRow("not an edition") << true << std::optional(showing(u"c1"_s, u"sepia"_s))
-                                    << std::optional(showing(u"c2"_s, u"time-of-day"_s))
-                                    << QList<Edition> { Edition::Automatic, Edition::TimeOfDay };
-}
+    void hourlyInAHalfHourZone()
+    {
+        // Half an hour off UTC: the boundaries are the user's hours, not UTC's.
+        qputenv("TZ", "Asia/Kolkata");
+        tzset();
+        ShuffleRig rig(wednesday,
+                       { { u"shuffleIsOn"_s, true }, { u"shuffleInterval"_s, u"hour"_s } }, 6);
+        rig.make();
 
-void ShuffleTest::editionOfTheFirstTarget()
-{
-    QFETCH(bool, different);
-    QFETCH(std::optional<Placement>, first);
-    QFETCH(std::optional<Placement>, second);
-    QFETCH(QList<Edition>, wanted);
+        rig.clock->advance(3h);
+        QCOMPARE(rig.store.sets.size(), 3);
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(rig.store.sets[i].at, wednesday.addSecs(30 * 60 + i * 3600));
+    }
 
-    ShuffleRig rig(wednesday, { { u"shuffleDifferentOnEachDisplay"_s, different } });
-    rig.store.setChoices(sampleChoices(4));
-    rig.displays.setScreens({ { .id = u"one"_s, .placement = first, .showsOwnWallpaper = true },
-                              { .id = u"two"_s, .placement = second, .showsOwnWallpaper = true } });
-    auto &shuffle = rig.make();
-    QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
-    QList<Edition> asked;
-    for (const auto &set : rig.store.sets)
-        asked.append(set.wanted);
-    QCOMPARE(asked, wanted);
-}
+    void nothingToShuffle_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QStringList>("favourites");
+        QTest::addColumn<int>("choices");
+        QTest::addColumn<QString>("failure");
+        QTest::addColumn<QString>("status");
 
-void ShuffleTest::fallsBackToADownloadedWallpaper()
-{
-    // Only c3 is on disk, and it was played: the pick is another, whose download fails.
-    ShuffleRig rig(wednesday, { { u"shufflePlayed"_s, u"p/c3"_s } });
-    rig.store.setChoices(sampleChoices(4));
-    rig.store.downloaded = { u"p/c3"_s };
-    rig.store.downloadsFail = true;
-    auto &shuffle = rig.make();
-    QTest::ignoreMessage(QtInfoMsg,
-                         "Using a downloaded wallpaper instead: The network connection was lost.");
-    QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
-    QCOMPARE(rig.store.attempts, 2);
-    QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
-    QCOMPARE(rig.defaults.shufflePlayed(), QStringList { u"p/c3"_s });
-}
+        const auto addFavourites = u"Add favourites to shuffle from them."_s;
+        const auto heart = u"Add favourites with the heart on a colourway to shuffle from them."_s;
+        QTest::newRow("no favourites")
+            << u"favourites"_s << QStringList() << 3 << addFavourites << heart;
+        QTest::newRow("favourites of packs no longer owned")
+            << u"favourites"_s << QStringList { u"gone/c1"_s } << 3 << addFavourites << heart;
+        QTest::newRow("no packs") << u"all"_s << QStringList() << 0
+                                  << u"There's nothing of yours to shuffle yet."_s << QString();
+    }
 
-void ShuffleTest::failedDownloadWithNothingOnDisk()
-{
-    ShuffleRig rig(utc("2024-05-01T23:00:00Z"), { { u"shuffleIsOn"_s, true } });
-    rig.store.setChoices(sampleChoices(2));
-    rig.store.downloadsFail = true;
-    auto &shuffle = rig.make();
-    QCOMPARE(failureOf(shuffle.shuffleNow()), QString::fromLatin1(network));
+    void nothingToShuffle()
+    {
+        QFETCH(QString, source);
+        QFETCH(QStringList, favourites);
+        QFETCH(int, choices);
+        QFETCH(QString, failure);
+        QFETCH(QString, status);
 
-    QTest::ignoreMessage(QtCriticalMsg,
-                         "Scheduled shuffle failed: The network connection was lost.");
-    rig.clock->advanceTo(thursday);
-    QCOMPARE(rig.store.attempts, 2);
-    QCOMPARE(shuffle.nextDate(), thursday.addSecs(900));
-    QVERIFY(rig.defaults.shufflePlayed().isEmpty());
+        ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true }, { u"shuffleSource"_s, source } },
+                       choices);
+        rig.favourites.setKeys(favourites);
+        auto &shuffle = rig.make();
+        QCOMPARE(shuffle.status(), status);
+        QVERIFY(shuffle.upNext().isEmpty());
+        QCOMPARE(failureOf(shuffle.shuffleNow()), failure);
+        QVERIFY(rig.store.sets.isEmpty());
 
-    rig.clock->advanceTo(thursday.addSecs(899));
-    QCOMPARE(rig.store.attempts, 2);
-    rig.store.downloadsFail = false;
-    rig.clock->advanceTo(thursday.addSecs(900));
-    QCOMPARE(rig.store.sets.size(), 1);
-    QCOMPARE(rig.store.sets[0].at, thursday.addSecs(900));
-    QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
-}
+        // A favourite that can be had ends the wait.
+        rig.favourites.setKeys({ u"p/c1"_s });
+        rig.store.setChoices(sampleChoices(1));
+        QCOMPARE(shuffle.status(), QString());
+        QCOMPARE(shuffle.upNext().value(u"one"_s).key(), u"p/c1"_s);
+    }
 
-void ShuffleTest::wakingPastABoundary()
-{
-    ShuffleRig rig(utc("2024-05-01T22:00:00Z"), { { u"shuffleIsOn"_s, true } });
-    rig.store.setChoices(sampleChoices(3));
-    auto &shuffle = rig.make();
+    void ticksThatWait_data()
+    {
+        QTest::addColumn<bool>("desktopPicture");
+        QTest::addColumn<QByteArray>("focus");
+        QTest::addColumn<QString>("status");
 
-    rig.clock->advance(1h);
-    Q_EMIT rig.sleep.aboutToSleep();
-    rig.clock->suspend(9h);
-    Q_EMIT rig.sleep.woke();
-    const auto woke = utc("2024-05-02T08:00:00Z");
-    QCOMPARE(shuffle.nextDate(), woke.addSecs(10));
+        const auto focus = QJsonDocument(QJsonObject { { u"wallpaper"_s, u"p/c1"_s } }).toJson();
+        QTest::newRow("nothing in the way") << false << QByteArray() << QString();
+        QTest::newRow("a picture from the desktop settings")
+            << true << QByteArray()
+            << u"Paused while you use a wallpaper chosen in your desktop settings."_s;
+        QTest::newRow("a Do Not Disturb wallpaper")
+            << false << focus << u"Waiting while your Do Not Disturb wallpaper is on."_s;
+    }
 
-    rig.clock->advance(9999ms);
-    QVERIFY(rig.store.sets.isEmpty());
-    rig.clock->advance(1ms);
-    QCOMPARE(rig.store.sets.size(), 1);
-    QCOMPARE(rig.store.sets[0].at, woke.addSecs(10));
-    QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
-}
+    void ticksThatWait()
+    {
+        QFETCH(bool, desktopPicture);
+        QFETCH(QByteArray, focus);
+        QFETCH(QString, status);
 
-void ShuffleTest::aBoundaryMissedBeforeStart()
-{
-    ShuffleRig rig(
-        wednesday,
-        { { u"shuffleIsOn"_s, true }, { u"shuffleAnchor"_s, u"2024-04-27T09:00:00Z"_s } });
-    rig.store.setChoices(sampleChoices(3));
-    auto &shuffle = rig.make();
-    QCOMPARE(shuffle.nextDate(), utc("2024-04-28T00:00:00Z"));
-    rig.clock->advance(0ms);
-    QCOMPARE(rig.store.sets.size(), 1);
-    QCOMPARE(shuffle.anchor(), wednesday);
-    QCOMPARE(shuffle.nextDate(), thursday);
-}
+        ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true }, { u"focusWallpaper"_s, focus } });
+        rig.displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true },
+                                  { .id = u"two"_s, .showsOwnWallpaper = !desktopPicture } });
+        auto &shuffle = rig.make();
+        QCOMPARE(shuffle.status(), status);
 
-void ShuffleTest::hourlyInAHalfHourZone()
-{
-    // Half an hour off UTC: the boundaries are the user's hours, not UTC's.
-    qputenv("TZ", "Asia/Kolkata");
-    tzset();
-    ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true }, { u"shuffleInterval"_s, u"hour"_s } });
-    rig.store.setChoices(sampleChoices(6));
-    rig.make();
+        rig.clock->advanceTo(thursday);
+        QCOMPARE(rig.store.sets.size(), status.isEmpty() ? 1 : 0);
+        // Waiting only for the next boundary, not catching up later.
+        QCOMPARE(shuffle.anchor(), thursday);
+        QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
 
-    rig.clock->advance(3h);
-    QCOMPARE(rig.store.sets.size(), 3);
-    for (int i = 0; i < 3; ++i)
-        QCOMPARE(rig.store.sets[i].at, wednesday.addSecs(30 * 60 + i * 3600));
-}
-
-void ShuffleTest::nothingToShuffle_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QStringList>("favourites");
-    QTest::addColumn<int>("choices");
-    QTest::addColumn<QString>("failure");
-    QTest::addColumn<QString>("status");
-
-    const auto addFavourites = u"Add favourites to shuffle from them."_s;
-    const auto heart = u"Add favourites with the heart on a colourway to shuffle from them."_s;
-    QTest::newRow("no favourites")
-        << u"favourites"_s << QStringList() << 3 << addFavourites << heart;
-    QTest::newRow("favourites of packs no longer owned")
-        << u"favourites"_s << QStringList { u"gone/c1"_s } << 3 << addFavourites << heart;
-    QTest::newRow("no packs") << u"all"_s << QStringList() << 0
-                              << u"There's nothing of yours to shuffle yet."_s << QString();
-}
-
-void ShuffleTest::nothingToShuffle()
-{
-    QFETCH(QString, source);
-    QFETCH(QStringList, favourites);
-    QFETCH(int, choices);
-    QFETCH(QString, failure);
-    QFETCH(QString, status);
-
-    ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true }, { u"shuffleSource"_s, source } });
-    rig.store.setChoices(sampleChoices(choices));
-    rig.favourites.setKeys(favourites);
-    auto &shuffle = rig.make();
-    QCOMPARE(shuffle.status(), status);
-    QVERIFY(shuffle.upNext().isEmpty());
-    QCOMPARE(failureOf(shuffle.shuffleNow()), failure);
-    QVERIFY(rig.store.sets.isEmpty());
-
-    // A favourite that can be had ends the wait.
-    rig.favourites.setKeys({ u"p/c1"_s });
-    rig.store.setChoices(sampleChoices(1));
-    QCOMPARE(shuffle.status(), QString());
-    QCOMPARE(shuffle.upNext().value(u"one"_s).key(), u"p/c1"_s);
-}
-
-void ShuffleTest::ticksThatWait_data()
-{
-    QTest::addColumn<bool>("desktopPicture");
-    QTest::addColumn<QByteArray>("focus");
-    QTest::addColumn<QString>("status");
-
-    const auto focus = QJsonDocument(QJsonObject { { u"wallpaper"_s, u"p/c1"_s } }).toJson();
-    QTest::newRow("nothing in the way") << false << QByteArray() << QString();
-    QTest::newRow("a picture from the desktop settings")
-        << true << QByteArray()
-        << u"Paused while you use a wallpaper chosen in your desktop settings."_s;
-    QTest::newRow("a Do Not Disturb wallpaper")
-        << false << focus << u"Waiting while your Do Not Disturb wallpaper is on."_s;
-}
-
-void ShuffleTest::ticksThatWait()
-{
-    QFETCH(bool, desktopPicture);
-    QFETCH(QByteArray, focus);
-    QFETCH(QString, status);
-
-    ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true }, { u"focusWallpaper"_s, focus } });
-    rig.store.setChoices(sampleChoices(3));
-    rig.displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true },
-                              { .id = u"two"_s, .showsOwnWallpaper = !desktopPicture } });
-    auto &shuffle = rig.make();
-    QCOMPARE(shuffle.status(), status);
-
-    rig.clock->advanceTo(thursday);
-    QCOMPARE(rig.store.sets.size(), status.isEmpty() ? 1 : 0);
-    // Waiting only for the next boundary, not catching up later.
-    QCOMPARE(shuffle.anchor(), thursday);
-    QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
-
-    // Shuffle now is not held back.
-    rig.store.sets.clear();
-    QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
-    QCOMPARE(rig.store.sets.size(), 1);
-}
+        // Shuffle now is not held back.
+        rig.store.sets.clear();
+        QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
+        QCOMPARE(rig.store.sets.size(), 1);
+    }
+};
 
 QTEST_GUILESS_MAIN(ShuffleTest)
 #include "test_shuffle.moc"

@@ -24,18 +24,6 @@ bool helperOwnsItsName()
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(
         QLatin1StringView(HelperBus::service));
 }
-
-// A quennet-helper that cannot reach the session bus.
-std::unique_ptr<QProcess> startHelperWithoutBus()
-{
-    auto process = std::make_unique<QProcess>();
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"XFCE"_s);
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
-    process->setProcessEnvironment(environment);
-    process->start(helperProgram, {});
-    return process;
-}
 } // namespace
 
 // The helper's autostart entry and the running helper, on a private session bus, with the real
@@ -160,13 +148,18 @@ private Q_SLOTS:
 
     void aHelperWithoutABusIsEndedByItsPidFile()
     {
-        auto stray = startHelperWithoutBus();
+        // A quennet-helper that cannot reach the session bus.
+        QProcess stray;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+        stray.setProcessEnvironment(environment);
+        stray.start(helperProgram, {});
         QTRY_VERIFY(QFile::exists(HelperBus::pidFilePath()));
         HelperProcess process(QDBusConnection::sessionBus(), HelperBus::pidFilePath());
-        QCOMPARE(process.pid().value_or(0), stray->processId());
+        QCOMPARE(process.pid().value_or(0), stray.processId());
         QCoro::waitFor(process.end());
-        QTRY_COMPARE(stray->state(), QProcess::NotRunning);
-        QCOMPARE(stray->exitStatus(), QProcess::CrashExit);
+        QTRY_COMPARE(stray.state(), QProcess::NotRunning);
+        QCOMPARE(stray.exitStatus(), QProcess::CrashExit);
 
         // A pid file naming some other process ends nothing.
         QProcess other;

@@ -9,15 +9,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-QList<ContentPack> aurora()
-{
-    return { { .slug = u"aurora"_s,
-               .files = { sampleFile(u"aurora"_s, u"emerald"_s, u"light"_s),
-                          sampleFile(u"aurora"_s, u"emerald"_s, u"dark"_s),
-                          sampleFile(u"aurora"_s, u"violet"_s, u"appearance"_s) } },
-             { .slug = u"glacier"_s, .released = false } };
-}
-
 // Slow enough that a request can overtake a download of a sample file.
 constexpr auto slowFiles = "{\"bytesPerSecond\": 2000}";
 } // namespace
@@ -27,13 +18,29 @@ constexpr auto slowFiles = "{\"bytesPerSecond\": 2000}";
 class TestWallpaperRequests : public QObject {
     Q_OBJECT
 
+    std::unique_ptr<SetRig> m_rig;
+
 private Q_SLOTS:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
 
+    // Besides the sample files, random bytes true to their digest that decode to nothing.
+    void init()
+    {
+        m_rig = std::make_unique<SetRig>(
+            QList<ContentPack> { { .slug = u"aurora"_s,
+                                   .files = { sampleFile(u"aurora"_s, u"emerald"_s, u"light"_s),
+                                              sampleFile(u"aurora"_s, u"emerald"_s, u"dark"_s),
+                                              sampleFile(u"aurora"_s, u"violet"_s, u"appearance"_s),
+                                              { u"violet"_s, u"dark"_s, 20'000 } } },
+                                 { .slug = u"glacier"_s, .released = false } });
+        QVERIFY(m_rig->start());
+    }
+
+    void cleanup() { m_rig.reset(); }
+
     void whatIsRefused()
     {
-        SetRig rig(aurora());
-        QVERIFY(rig.start());
+        SetRig &rig = *m_rig;
         const QStringList main { rig.ids()[0] };
         const auto refusal = [&](const QString &pack, const QString &colourway) {
             return failureText(
@@ -46,8 +53,7 @@ private Q_SLOTS:
 
     void overtakenRequests()
     {
-        SetRig rig(aurora());
-        QVERIFY(rig.start());
+        SetRig &rig = *m_rig;
         const QStringList ids = rig.ids();
         // The older request waits for a slow transfer.
         QVERIFY(rig.shop().setFaults(slowFiles));
@@ -76,8 +82,7 @@ private Q_SLOTS:
 
     void goingBack()
     {
-        SetRig rig(aurora());
-        QVERIFY(rig.start());
+        SetRig &rig = *m_rig;
         const QString main = rig.ids()[0];
         auto &requests = rig.requests();
         const auto set = [&](Edition edition) {
@@ -116,8 +121,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, faults);
         QFETCH(bool, updated);
-        SetRig rig(aurora());
-        QVERIFY(rig.start());
+        SetRig &rig = *m_rig;
         const QStringList ids = rig.ids();
         QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, ids)).value);
         const QString oldPath = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
@@ -147,8 +151,7 @@ private Q_SLOTS:
 
     void removeDownloadsKeepsWhatIsShown()
     {
-        SetRig rig(aurora());
-        QVERIFY(rig.start());
+        SetRig &rig = *m_rig;
         Shop &store = rig.store();
         const QString light = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light);
         const QString dark = rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Dark);
@@ -175,11 +178,7 @@ private Q_SLOTS:
 
     void damagedFilesAreMadeAgain()
     {
-        // A real picture, and random bytes true to their digest that decode to nothing.
-        SetRig rig({ { .slug = u"aurora"_s,
-                       .files = { sampleFile(u"aurora"_s, u"emerald"_s, u"light"_s),
-                                  { u"violet"_s, u"dark"_s, 20'000 } } } });
-        QVERIFY(rig.start());
+        SetRig &rig = *m_rig;
         const QString main = rig.ids()[0];
         const auto emerald = rig.storeRig().file(u"aurora"_s, u"emerald"_s, Edition::Light);
         const QString local = rig.store().cache().localPath(emerald);

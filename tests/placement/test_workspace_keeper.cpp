@@ -1,6 +1,7 @@
 #include "display_id.h"
 #include "placement_records.h"
 #include "shuffle_rig.h"
+#include "test_files.h"
 #include "workspace_keeper.h"
 #include "xfce_backend.h"
 
@@ -40,12 +41,10 @@ QString xfconf(const QString &property, const QString &value = {},
 // The window manager's part: how many workspaces there are and which one shows.
 void workspaces(int count, int current)
 {
-    run(u"xprop"_s,
-        { u"-root"_s, u"-f"_s, u"_NET_NUMBER_OF_DESKTOPS"_s, u"32c"_s, u"-set"_s,
-          u"_NET_NUMBER_OF_DESKTOPS"_s, QString::number(count) });
-    run(u"xprop"_s,
-        { u"-root"_s, u"-f"_s, u"_NET_CURRENT_DESKTOP"_s, u"32c"_s, u"-set"_s,
-          u"_NET_CURRENT_DESKTOP"_s, QString::number(current) });
+    for (const auto &[atom, value] : { std::pair(u"_NET_NUMBER_OF_DESKTOPS"_s, count),
+                                       std::pair(u"_NET_CURRENT_DESKTOP"_s, current) })
+        run(u"xprop"_s,
+            { u"-root"_s, u"-f"_s, atom, u"32c"_s, u"-set"_s, atom, QString::number(value) });
 }
 } // namespace
 
@@ -73,8 +72,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_ours = m_folder.filePath(u"ours.png"_s);
-        QFile file(m_ours);
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(writeFile(m_ours, {}));
         m_placement = { .pack = u"p"_s,
                         .colourway = u"c"_s,
                         .edition = u"light"_s,
