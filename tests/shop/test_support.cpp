@@ -55,6 +55,14 @@ QJsonObject statusFault(const char *endpoint, int status, const char *error, int
     return { { u"statuses"_s, QJsonArray { fault } } };
 }
 
+QUrl withClosedPort(QUrl url)
+{
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost);
+    url.setPort(closed.serverPort());
+    return url;
+}
+
 bool lockSecretStore()
 {
     auto lock =

@@ -41,6 +41,9 @@ void recordToken(const QString &token);
 [[nodiscard]] QJsonObject statusFault(const char *endpoint, int status, const char *error = nullptr,
                                       int times = 1);
 
+// The address on a loopback port nobody listens on.
+[[nodiscard]] QUrl withClosedPort(QUrl url);
+
 // Locks the secret service's login collection, as a screen lock would.
 bool lockSecretStore();
 
