@@ -145,21 +145,10 @@ private Q_SLOTS:
         const QString path = folder.filePath(u"defaults.ini"_s);
         QVERIFY(QFile::copy(earlier, path));
 
+        // Read through QSettings like every file; these are the forms this build doesn't write.
         Defaults defaults(path);
-        QCOMPARE(defaults.shopBaseURL(), QUrl(u"https://127.0.0.1:8443/api/app/v1"_s));
-        QVERIFY(defaults.shuffleIsOn());
-        QCOMPARE(defaults.shuffleInterval(), u"hour"_s);
-        QCOMPARE(defaults.shuffleSource(), u"favourites"_s);
-        QCOMPARE(defaults.shuffleAnchor(), QDateTime(QDate(2026, 3, 1), QTime(8, 0), Qt::UTC));
-        QCOMPARE(defaults.shufflePlayed(), QStringList { u"aurora/emerald"_s });
-        QCOMPARE(defaults.favouriteColourways(),
-                 (QStringList { u"dunes/amber"_s, u"aurora/violet"_s }));
         QCOMPARE(defaults.focusWallpaper(),
                  QByteArray("{\"key\":\"aurora/violet\",\"name\":\"Z\xc3\xbcrich, \\\"x\\\"\"}"));
-        QCOMPARE(defaults.focusFilterWallpaper(), u"aurora/violet"_s);
-        QCOMPARE(defaults.helperStartedByBuild(), u"0.1.0"_s);
-        QVERIFY(!defaults.checksForNewFiles());
-        QVERIFY(defaults.showsUnreleasedPacks());
         QCOMPARE(defaults.seenColourways(),
                  (QMap<QString, QStringList> { { u"aurora"_s, { u"emerald"_s } },
                                                { u"dunes"_s, { u"amber"_s, u"rose"_s } } }));
