@@ -252,7 +252,7 @@ private Q_SLOTS:
         QVERIFY(harbour.onSale);
         QVERIFY(!harbour.isFree);
         QVERIFY(harbour.hasTimeOfDay());
-        QCOMPARE(harbour.colourways.size(), 2);
+        QCOMPARE(harbour.colourways.size(), 3);
 
         const Colourway &mist = harbour.colourways[0];
         QCOMPARE(mist.thumbnails[Appearance::Light],
@@ -263,6 +263,13 @@ private Q_SLOTS:
                      { Appearance::Light,
                        QUrl(u"https://shop.example/api/app/art/mist-desktop-light.jpg"_s) } }));
         QCOMPARE(mist.phases[u"night"_s], QUrl(u"https://shop.example/art/mist-night.jpg"_s));
+        // The picture shown: full size before thumbnail, the own appearance's thumbnail before the
+        // other's full size, and that before the other's thumbnail.
+        QCOMPARE(mist.artwork(Appearance::Light).value_or(QUrl()), mist.desktop[Appearance::Light]);
+        QCOMPARE(mist.artwork(Appearance::Dark).value_or(QUrl()),
+                 mist.thumbnails[Appearance::Dark]);
+        const Colourway &reef = harbour.colourways[2];
+        QCOMPARE(reef.artwork(Appearance::Light).value_or(QUrl()), reef.desktop[Appearance::Dark]);
 
         QVERIFY(packs[1].isFree);
         QVERIFY(!packs[1].hasTimeOfDay());
@@ -291,41 +298,6 @@ private Q_SLOTS:
         QCOMPARE(meadow.archives.size(), 1);
         QCOMPARE(meadow.archives[0].source,
                  FileSource::publicUrl(QUrl(u"https://shop.example/archives/meadow-mac.zip"_s)));
-    }
-
-    void artworkChoice_data()
-    {
-        QTest::addColumn<QStringList>("desktop"); // light, dark; empty text = none
-        QTest::addColumn<QStringList>("thumbnails");
-        QTest::addColumn<QString>("light");
-        QTest::addColumn<QString>("dark");
-
-        QTest::newRow("full size before thumbnail")
-            << QStringList { u"dl"_s, u"dd"_s } << QStringList { u"tl"_s, u"td"_s } << u"dl"_s
-            << u"dd"_s;
-        QTest::newRow("own thumbnail before other desktop")
-            << QStringList { u"dl"_s, {} } << QStringList { {}, u"td"_s } << u"dl"_s << u"td"_s;
-        QTest::newRow("other desktop before other thumbnail")
-            << QStringList { {}, u"dd"_s } << QStringList { {}, u"td"_s } << u"dd"_s << u"dd"_s;
-    }
-
-    void artworkChoice()
-    {
-        QFETCH(QStringList, desktop);
-        QFETCH(QStringList, thumbnails);
-        QFETCH(QString, light);
-        QFETCH(QString, dark);
-
-        Colourway colourway;
-        for (const Appearance appearance : allAppearances) {
-            const int i = static_cast<int>(appearance);
-            if (!desktop[i].isEmpty())
-                colourway.desktop.insert(appearance, QUrl(desktop[i]));
-            if (!thumbnails[i].isEmpty())
-                colourway.thumbnails.insert(appearance, QUrl(thumbnails[i]));
-        }
-        QCOMPARE(colourway.artwork(Appearance::Light).value_or(QUrl()), QUrl(light));
-        QCOMPARE(colourway.artwork(Appearance::Dark).value_or(QUrl()), QUrl(dark));
     }
 };
 
