@@ -14,13 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 using Failure = APIClient::Failure;
 using Poll = APIClient::TokenPoll::Outcome;
 
-namespace {
-QJsonObject malformed(const char *endpoint)
-{
-    return { { u"malformed"_s, QJsonArray { QLatin1StringView(endpoint) } } };
-}
-} // namespace
-
 // The shop's HTTP client against the development shop, and against a stand-in server for the
 // replies the shop cannot produce.
 class APIClientTest : public QObject {
@@ -109,7 +102,8 @@ private Q_SLOTS:
         QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
                              << u"The shop is busy. Try again in a minute."_s;
         QTest::newRow("a bad 200 body")
-            << malformed("catalogue") << u"The shop sent something the app didn't understand."_s;
+            << QJsonObject { { u"malformed"_s, QJsonArray { u"catalogue"_s } } }
+            << u"The shop sent something the app didn't understand."_s;
     }
 
     void failures()

@@ -145,24 +145,29 @@ int ContentShop::requests(const QString &endpoint) const
     return counts.value(m_shop->baseUrl().path() + u'/' + endpoint).toInt();
 }
 
+QJsonArray ContentShop::fileStats(QLatin1StringView kind, const QString &id) const
+{
+    const auto stats = m_shop->stats().value(kind).toObject();
+    return { stats.value(u"/files/"_s + id), stats.value(u"/public/"_s + id) };
+}
+
 int ContentShop::fileRequests(const QString &id) const
 {
-    const auto counts = m_shop->stats().value("requests"_L1).toObject();
-    return counts.value(u"/files/"_s + id).toInt() + counts.value(u"/public/"_s + id).toInt();
+    const auto counts = fileStats("requests"_L1, id);
+    return counts[0].toInt() + counts[1].toInt();
 }
 
 qint64 ContentShop::sent(const QString &id) const
 {
-    const auto sent = m_shop->stats().value("sent"_L1).toObject();
-    return sent.value(u"/files/"_s + id).toInteger() + sent.value(u"/public/"_s + id).toInteger();
+    const auto sent = fileStats("sent"_L1, id);
+    return sent[0].toInteger() + sent[1].toInteger();
 }
 
 QStringList ContentShop::ranges(const QString &id) const
 {
-    const auto ranges = m_shop->stats().value("ranges"_L1).toObject();
     QStringList result;
-    for (const QString &path : QStringList { u"/files/"_s + id, u"/public/"_s + id })
-        for (const auto &range : ranges.value(path).toArray())
+    for (const auto &path : fileStats("ranges"_L1, id))
+        for (const auto &range : path.toArray())
             result.append(range.toString());
     return result;
 }

@@ -3,6 +3,7 @@
 #include "dev_shop.h"
 #include "test_files.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QList>
 #include <QTemporaryDir>
@@ -68,6 +69,9 @@ public:
     bool setFaults(const char *json);
 
 private:
+    // One kind of the shop's statistics for a file's signed and public address.
+    [[nodiscard]] QJsonArray fileStats(QLatin1StringView kind, const QString &id) const;
+
     QTemporaryDir m_content;
     QTemporaryDir m_state;
     DevShop::Options m_options;
