@@ -80,7 +80,7 @@ private Q_SLOTS:
         QCOMPARE(m_signOuts, 1);
         QCOMPARE(stored(Keychain::sessionToken), std::nullopt);
         QCOMPARE(stored(Keychain::pendingRevocation), std::nullopt);
-        const APIClient client(m_manager.get(), m_shop->base());
+        const APIClient client(m_manager.get(), m_shop->baseUrl());
         QCOMPARE(finish(client.library(token, std::nullopt)).failure<Failure>(),
                  Failure::signedOut());
     }
@@ -226,7 +226,7 @@ private Q_SLOTS:
         QCOMPARE(stored(Keychain::sessionToken), std::nullopt);
 
         // Nobody took the first code's token: the replaced attempt stopped polling.
-        const APIClient client(m_manager.get(), m_shop->base());
+        const APIClient client(m_manager.get(), m_shop->baseUrl());
         const auto leftOver = finish(client.pollToken(first.deviceCode)).value.value();
         QCOMPARE(leftOver.outcome, APIClient::TokenPoll::Outcome::Token);
         recordToken(leftOver.token);
@@ -237,7 +237,7 @@ private Q_SLOTS:
     {
         const auto first = m_shop->issueToken();
         const auto second = m_shop->issueToken();
-        QUrl base = withClosedPort(m_shop->base());
+        QUrl base = withClosedPort(m_shop->baseUrl());
         for (const auto &token : { first, second }) {
             store(token, Keychain::sessionToken);
             const auto account = makeAccount([&] { return base; });
@@ -252,7 +252,7 @@ private Q_SLOTS:
         // The next launch, with the shop back: the first revocation fails, the second still
         // goes, and only the first stays. Blank lines, as an edited item may have, are skipped.
         store(first + u"\n\n"_s + second + u"\n"_s, Keychain::pendingRevocation);
-        base = m_shop->base();
+        base = m_shop->baseUrl();
         QVERIFY(m_shop->shop().setFaults(statusFault("sign-out", 503)));
         QTest::ignoreMessage(QtInfoMsg, notConfirmed);
         finish(makeAccount([&] { return base; })->revokePending());
@@ -269,7 +269,7 @@ private Q_SLOTS:
     void sessionKeptOrDropped()
     {
         // Until the store has answered, the account is neither signed in nor out.
-        Account unread([this] { return APIClient(m_manager.get(), m_shop->base()); },
+        Account unread([this] { return APIClient(m_manager.get(), m_shop->baseUrl()); },
                        m_keychain.get());
         QVERIFY(!unread.isKnown());
         finish(unread.load());
@@ -338,16 +338,17 @@ private:
         cleanup();
         // Connections kept alive would hold the old shop's threads until they time out.
         m_manager.reset();
-        m_shop.emplace(options, m_shopState.path());
+        m_shop.emplace(QList<ContentPack>(), options, m_shopState.path());
         QVERIFY(m_shop->isRunning());
-        m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->base());
+        m_manager =
+            std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->baseUrl());
     }
 
     // An account over the test's keychain folder; api() talks to base().
     std::unique_ptr<Account> makeAccount(std::function<QUrl()> base = {})
     {
         if (!base)
-            base = [this] { return m_shop->base(); };
+            base = [this] { return m_shop->baseUrl(); };
         auto account = std::make_unique<Account>(
             [this, base] { return APIClient(m_manager.get(), base()); }, m_keychain.get());
         account->setClock(m_clock);
@@ -387,7 +388,7 @@ private:
     }
 
     QTemporaryDir m_shopState; // one certificate authority for every shop of the run
-    std::optional<TestShop> m_shop;
+    std::optional<ContentShop> m_shop;
     std::unique_ptr<NetworkAccessManager> m_manager;
     std::optional<QTemporaryDir> m_folder;
     std::unique_ptr<Keychain> m_keychain;

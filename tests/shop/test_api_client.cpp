@@ -25,7 +25,8 @@ private Q_SLOTS:
         QStandardPaths::setTestModeEnabled(true);
         m_shop.emplace();
         QVERIFY(m_shop->isRunning());
-        m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->base());
+        m_manager =
+            std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->baseUrl());
     }
 
     void init() { QVERIFY(m_shop->shop().setFaults({})); }
@@ -111,7 +112,7 @@ private Q_SLOTS:
         QFETCH(QJsonObject, faults);
         QFETCH(QString, sentence);
         QVERIFY(m_shop->shop().setFaults(faults));
-        const auto failure = finish(client(m_shop->base()).catalogue()).failure<Failure>();
+        const auto failure = finish(client(m_shop->baseUrl()).catalogue()).failure<Failure>();
         QVERIFY(failure);
         QCOMPARE(failure->description(), sentence);
     }
@@ -163,7 +164,7 @@ private Q_SLOTS:
     void tokenPoll()
     {
         QFETCH(QJsonObject, faults);
-        const auto shop = client(m_shop->base());
+        const auto shop = client(m_shop->baseUrl());
         const auto code = finish(shop.requestDeviceCode(u"Computer"_s)).value.value();
         QVERIFY(m_shop->shop().setFaults(faults));
         QTEST(finish(shop.pollToken(code.deviceCode)).value.value().outcome, "expected");
@@ -188,16 +189,16 @@ private Q_SLOTS:
     void transportAndTrust()
     {
         const auto refused =
-            finish(client(withClosedPort(m_shop->base())).catalogue()).failure<NetworkError>();
+            finish(client(withClosedPort(m_shop->baseUrl())).catalogue()).failure<NetworkError>();
         QCOMPARE(refused->code(), QNetworkReply::ConnectionRefusedError);
 
         // The shop's authority is trusted only through "shopCertificates", and only for the shop's
         // host: the same server under its other name is another site.
-        NetworkAccessManager untrusting(std::nullopt, m_shop->base());
+        NetworkAccessManager untrusting(std::nullopt, m_shop->baseUrl());
         const auto untrusted =
-            finish(APIClient(&untrusting, m_shop->base()).catalogue()).failure<NetworkError>();
+            finish(APIClient(&untrusting, m_shop->baseUrl()).catalogue()).failure<NetworkError>();
         QCOMPARE(untrusted->code(), QNetworkReply::SslHandshakeFailedError);
-        auto otherName = m_shop->base();
+        auto otherName = m_shop->baseUrl();
         otherName.setHost(u"localhost"_s);
         const auto elsewhere = finish(client(otherName).catalogue()).failure<NetworkError>();
         QCOMPARE(elsewhere->code(), QNetworkReply::SslHandshakeFailedError);
@@ -221,7 +222,7 @@ private Q_SLOTS:
         const auto standIn = client(server.base());
 
         // The shop under its other name is another host: the token does not go there.
-        auto elsewhere = m_shop->base().resolved(QUrl(u"library"_s));
+        auto elsewhere = m_shop->baseUrl().resolved(QUrl(u"library"_s));
         elsewhere.setHost(u"localhost"_s);
         server.enqueue({ .status = 302, .headers = { { "Location", elsewhere.toEncoded() } } });
         const int seenByShop = m_shop->requests(u"library"_s);
@@ -254,7 +255,7 @@ private Q_SLOTS:
 private:
     [[nodiscard]] APIClient client(const QUrl &base) const { return { m_manager.get(), base }; }
 
-    std::optional<TestShop> m_shop;
+    std::optional<ContentShop> m_shop;
     std::unique_ptr<NetworkAccessManager> m_manager;
 };
 

@@ -1,5 +1,7 @@
 #include "shop_content.h"
 
+#include "test_support.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QJsonArray>
@@ -33,6 +35,8 @@ QString put(const QString &dir, const QString &path, const QByteArray &bytes)
 
 QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
 {
+    if (packs.isEmpty()) // the shop serves no content without a pack
+        packs = { { .slug = u"aurora"_s, .files = { { u"emerald"_s, u"light"_s, 1000 } } } };
     QJsonArray packArray;
     QJsonArray owned;
     for (ContentPack &pack : packs) {
@@ -101,12 +105,15 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
     return packs;
 }
 
-ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options)
-    : m_options(std::move(options))
+ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options,
+                         const QString &stateDir)
+    : m_ownState(stateDir.isEmpty() ? std::optional<QTemporaryDir>(std::in_place) : std::nullopt)
+    , m_stateDir(m_ownState ? m_ownState->path() : stateDir)
+    , m_options(std::move(options))
     , m_packs(writeContent(m_content.path(), std::move(packs)))
 {
     m_options.contentDir = m_content.path();
-    m_options.stateDir = m_state.path();
+    m_options.stateDir = m_stateDir;
     m_shop.emplace(m_options);
     m_running = m_shop->start();
 }
@@ -119,6 +126,13 @@ bool ContentShop::restart(QList<ContentPack> packs)
     m_shop.emplace(m_options);
     m_running = m_shop->start();
     return m_running;
+}
+
+QString ContentShop::issueToken()
+{
+    const auto token = m_shop->issueToken();
+    recordToken(token);
+    return token;
 }
 
 QByteArray ContentShop::bytes(const QString &id) const
