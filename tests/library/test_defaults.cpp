@@ -145,7 +145,8 @@ private Q_SLOTS:
         const QString path = folder.filePath(u"defaults.ini"_s);
         QVERIFY(QFile::copy(earlier, path));
 
-        // Read through QSettings like every file; these are the forms this build doesn't write.
+        // Read through QSettings as every file is (everyValueReadsBack); the quoted and binary
+        // forms of an earlier build are the ones worth a look.
         Defaults defaults(path);
         QCOMPARE(defaults.focusWallpaper(),
                  QByteArray("{\"key\":\"aurora/violet\",\"name\":\"Z\xc3\xbcrich, \\\"x\\\"\"}"));
