@@ -26,171 +26,157 @@ class DefaultsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void shopKeys_data();
-    void shopKeys();
-    void everyValueReadsBack();
-    void anEarlierFileReadsAndKeepsWhatItHolds();
-    void twoObjectsOnOneFileKeepEachOthersChanges();
-};
+    void shopKeys_data()
+    {
+        QTest::addColumn<QByteArray>("ini");
+        QTest::addColumn<QUrl>("base");
+        QTest::addColumn<std::optional<QString>>("certificates");
 
-void DefaultsTest::shopKeys_data()
-{
-    QTest::addColumn<QByteArray>("ini");
-    QTest::addColumn<QUrl>("base");
-    QTest::addColumn<std::optional<QString>>("certificates");
-
-    const auto production = Defaults::productionShopURL();
-    const std::optional<QString> none;
-    QTest::newRow("nothing set") << QByteArray() << production << none;
-    QTest::newRow("a development shop")
-        << QByteArray("shopBaseURL=https://127.0.0.1:8443/api/app/v1\nshopCertificates=/ca.pem")
-        << QUrl(u"https://127.0.0.1:8443/api/app/v1"_s) << std::optional(u"/ca.pem"_s);
-    QTest::newRow("empty") << QByteArray("shopBaseURL=\nshopCertificates=") << production << none;
-    QTest::newRow("not a URL") << QByteArray("shopBaseURL=shop.example") << production << none;
-    QTest::newRow("another scheme")
-        << QByteArray("shopBaseURL=ftp://shop.example/") << production << none;
-    // INI reads an unquoted comma as a list.
-    QTest::newRow("a list") << QByteArray("shopBaseURL=https://a.example,b") << production << none;
-}
-
-void DefaultsTest::shopKeys()
-{
-    QFETCH(QByteArray, ini);
-    QFETCH(QUrl, base);
-    QFETCH(std::optional<QString>, certificates);
-
-    QTemporaryDir folder;
-    const QString path = folder.filePath(u"defaults.ini"_s);
-    QVERIFY(writeFile(path, "[General]\n" + ini + '\n'));
-    const Defaults defaults(path);
-    QCOMPARE(defaults.shopBaseURL(), base);
-    QCOMPARE(defaults.shopCertificates(), certificates);
-}
-
-void DefaultsTest::everyValueReadsBack()
-{
-    // Text that INI would split at commas, cut at ';', trim, unescape or take for a typed value;
-    // a hex digit right after a control character; text beyond Latin-1.
-    const QString awkward = u"@home; \"a, b\" = c\\d\t\x01"
-                            u"F \u00e9 \U0001F304 "_s;
-    const QStringList keys { u"a/1, b"_s, u"@c/2"_s, u" d/3 "_s };
-    QByteArray bytes;
-    for (int i = 0; i < 256; ++i)
-        bytes += char(i);
-    const QDateTime anchor(QDate(2026, 3, 1), QTime(8, 0, 0, 250), Qt::UTC);
-    const QMap<QString, QStringList> seen { { u"aurora"_s, { u"emerald"_s } },
-                                            { u"dunes, rose"_s, { u"amber"_s, u"@x"_s } } };
-
-    QTemporaryDir folder;
-    const QString path = folder.filePath(u"new/defaults.ini"_s);
-    Defaults defaults(path);
-    QVERIFY(defaults.setShuffleIsOn(true));
-    QVERIFY(defaults.setShuffleInterval(awkward));
-    QVERIFY(defaults.setShuffleSource(QString()));
-    QVERIFY(defaults.setShuffleDifferentOnEachDisplay(false));
-    QVERIFY(defaults.setShuffleAnchor(anchor));
-    QVERIFY(defaults.setShufflePlayed({ u"p/one"_s }));
-    QVERIFY(defaults.setFavouriteColourways(keys));
-    QVERIFY(defaults.setFocusWallpaper(bytes));
-    QVERIFY(defaults.setFocusRestores("[]"));
-    QVERIFY(defaults.setFocusRestores({}));
-    QVERIFY(defaults.setFocusFilter(u"aurora/violet"_s, u"dark"_s));
-    QVERIFY(defaults.setHelperStartedByBuild(u"0.2.0"_s));
-    QVERIFY(defaults.setChecksForNewFiles(false));
-    QVERIFY(defaults.setShowsUnreleasedPacks(true));
-    QVERIFY(defaults.setSeenColourways(seen));
-
-    const Defaults fresh(path);
-    for (const Defaults *read : std::initializer_list<const Defaults *> { &defaults, &fresh }) {
-        QVERIFY(read->shuffleIsOn());
-        QCOMPARE(read->shuffleInterval(), awkward);
-        QCOMPARE(read->shuffleSource(), QString());
-        QVERIFY(!read->shuffleDifferentOnEachDisplay());
-        QCOMPARE(read->shuffleAnchor(), anchor);
-        QCOMPARE(read->shufflePlayed(), QStringList { u"p/one"_s });
-        QCOMPARE(read->favouriteColourways(), keys);
-        QCOMPARE(read->focusWallpaper(), bytes);
-        QCOMPARE(read->focusRestores(), QByteArray());
-        QCOMPARE(read->focusFilterWallpaper(), u"aurora/violet"_s);
-        QCOMPARE(read->focusFilterEdition(), u"dark"_s);
-        QCOMPARE(read->helperStartedByBuild(), u"0.2.0"_s);
-        QVERIFY(!read->checksForNewFiles());
-        QVERIFY(read->showsUnreleasedPacks());
-        QCOMPARE(read->seenColourways(), seen);
+        const auto production = Defaults::productionShopURL();
+        const std::optional<QString> none;
+        QTest::newRow("nothing set") << QByteArray() << production << none;
+        QTest::newRow("a development shop")
+            << QByteArray("shopBaseURL=https://127.0.0.1:8443/api/app/v1\nshopCertificates=/ca.pem")
+            << QUrl(u"https://127.0.0.1:8443/api/app/v1"_s) << std::optional(u"/ca.pem"_s);
+        QTest::newRow("empty") << QByteArray("shopBaseURL=\nshopCertificates=") << production
+                               << none;
+        QTest::newRow("not a URL") << QByteArray("shopBaseURL=shop.example") << production << none;
+        QTest::newRow("another scheme")
+            << QByteArray("shopBaseURL=ftp://shop.example/") << production << none;
+        // INI reads an unquoted comma as a list.
+        QTest::newRow("a list") << QByteArray("shopBaseURL=https://a.example,b") << production
+                                << none;
     }
 
-    // As earlier builds wrote them; a list of one is plain text in INI.
-    QVariantMap seenMap;
-    for (auto it = seen.cbegin(); it != seen.cend(); ++it)
-        seenMap.insert(it.key(), it.value());
-    const QVariantMap expected {
-        { u"shuffleIsOn"_s, u"true"_s },
-        { u"shuffleInterval"_s, awkward },
-        { u"shuffleSource"_s, QString() },
-        { u"shuffleDifferentOnEachDisplay"_s, u"false"_s },
-        { u"shuffleAnchor"_s, u"2026-03-01T08:00:00.250Z"_s },
-        { u"shufflePlayed"_s, u"p/one"_s },
-        { u"favouriteColourways"_s, keys },
-        { u"focusWallpaper"_s, bytes },
-        { u"focusFilterWallpaper"_s, u"aurora/violet"_s },
-        { u"focusFilterEdition"_s, u"dark"_s },
-        { u"helperStartedByBuild"_s, u"0.2.0"_s },
-        { u"checksForNewFiles"_s, u"false"_s },
-        { u"showsUnreleasedPacks"_s, u"true"_s },
-        { u"seenColourways"_s, seenMap },
-    };
-    QCOMPARE(asQSettingsReadsIt(path), expected);
-}
+    void shopKeys()
+    {
+        QFETCH(QByteArray, ini);
+        QFETCH(QUrl, base);
+        QFETCH(std::optional<QString>, certificates);
 
-void DefaultsTest::anEarlierFileReadsAndKeepsWhatItHolds()
-{
-    // Written by QSettings in an earlier build, with keys no build reads.
-    const QString earlier = QStringLiteral(QUENNET_TEST_DATA "/library/earlier-defaults.ini");
-    QTemporaryDir folder;
-    const QString path = folder.filePath(u"defaults.ini"_s);
-    QVERIFY(QFile::copy(earlier, path));
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"defaults.ini"_s);
+        QVERIFY(writeFile(path, "[General]\n" + ini + '\n'));
+        const Defaults defaults(path);
+        QCOMPARE(defaults.shopBaseURL(), base);
+        QCOMPARE(defaults.shopCertificates(), certificates);
+    }
 
-    Defaults defaults(path);
-    QCOMPARE(defaults.shopBaseURL(), QUrl(u"https://127.0.0.1:8443/api/app/v1"_s));
-    QVERIFY(defaults.shuffleIsOn());
-    QCOMPARE(defaults.shuffleInterval(), u"hour"_s);
-    QCOMPARE(defaults.shuffleSource(), u"favourites"_s);
-    QCOMPARE(defaults.shuffleAnchor(), QDateTime(QDate(2026, 3, 1), QTime(8, 0), Qt::UTC));
-    QCOMPARE(defaults.shufflePlayed(), QStringList { u"aurora/emerald"_s });
-    QCOMPARE(defaults.favouriteColourways(),
-             (QStringList { u"dunes/amber"_s, u"aurora/violet"_s }));
-    QCOMPARE(defaults.focusWallpaper(),
-             QByteArray("{\"key\":\"aurora/violet\",\"name\":\"Z\xc3\xbcrich, \\\"x\\\"\"}"));
-    QCOMPARE(defaults.focusFilterWallpaper(), u"aurora/violet"_s);
-    QCOMPARE(defaults.helperStartedByBuild(), u"0.1.0"_s);
-    QVERIFY(!defaults.checksForNewFiles());
-    QVERIFY(defaults.showsUnreleasedPacks());
-    QCOMPARE(defaults.seenColourways(),
-             (QMap<QString, QStringList> { { u"aurora"_s, { u"emerald"_s } },
-                                           { u"dunes"_s, { u"amber"_s, u"rose"_s } } }));
+    void everyValueReadsBack()
+    {
+        // Text that INI would split at commas, cut at ';', trim, unescape or take for a typed
+        // value; a hex digit right after a control character; text beyond Latin-1.
+        const QString awkward = u"@home; \"a, b\" = c\\d\t\x01"
+                                u"F \u00e9 \U0001F304 "_s;
+        const QStringList keys { u"a/1, b"_s, u"@c/2"_s, u" d/3 "_s };
+        QByteArray bytes;
+        for (int i = 0; i < 256; ++i)
+            bytes += char(i);
+        const QDateTime anchor(QDate(2026, 3, 1), QTime(8, 0, 0, 250), Qt::UTC);
+        const QMap<QString, QStringList> seen { { u"aurora"_s, { u"emerald"_s } },
+                                                { u"dunes, rose"_s, { u"amber"_s, u"@x"_s } } };
 
-    // One change rewrites the file; everything else in it reads as before.
-    QVERIFY(defaults.setShuffleIsOn(false));
-    QVariantMap expected = asQSettingsReadsIt(earlier);
-    expected.insert(u"shuffleIsOn"_s, u"false"_s);
-    QCOMPARE(asQSettingsReadsIt(path), expected);
-}
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"new/defaults.ini"_s);
+        Defaults defaults(path);
+        QVERIFY(defaults.setShuffleIsOn(true));
+        QVERIFY(defaults.setShuffleInterval(awkward));
+        QVERIFY(defaults.setShuffleSource(QString()));
+        QVERIFY(defaults.setShuffleDifferentOnEachDisplay(false));
+        QVERIFY(defaults.setShuffleAnchor(anchor));
+        QVERIFY(defaults.setShufflePlayed({ u"p/one"_s }));
+        QVERIFY(defaults.setFavouriteColourways(keys));
+        QVERIFY(defaults.setFocusWallpaper(bytes));
+        QVERIFY(defaults.setFocusRestores("[]"));
+        QVERIFY(defaults.setFocusRestores({}));
+        QVERIFY(defaults.setFocusFilter(u"aurora/violet"_s, u"dark"_s));
+        QVERIFY(defaults.setHelperStartedByBuild(u"0.2.0"_s));
+        QVERIFY(defaults.setChecksForNewFiles(false));
+        QVERIFY(defaults.setShowsUnreleasedPacks(true));
+        QVERIFY(defaults.setSeenColourways(seen));
 
-void DefaultsTest::twoObjectsOnOneFileKeepEachOthersChanges()
-{
-    QTemporaryDir folder;
-    const QString path = folder.filePath(u"defaults.ini"_s);
-    Defaults first(path);
-    Defaults second(path);
-    QVERIFY(first.setFavouriteColourways({ u"a/1"_s, u"b/2"_s }));
-    QVERIFY(second.setShuffleIsOn(true));
-    QVERIFY(first.setShowsUnreleasedPacks(true));
+        const Defaults fresh(path);
+        for (const Defaults *read : std::initializer_list<const Defaults *> { &defaults, &fresh }) {
+            QVERIFY(read->shuffleIsOn());
+            QCOMPARE(read->shuffleInterval(), awkward);
+            QCOMPARE(read->shuffleSource(), QString());
+            QVERIFY(!read->shuffleDifferentOnEachDisplay());
+            QCOMPARE(read->shuffleAnchor(), anchor);
+            QCOMPARE(read->shufflePlayed(), QStringList { u"p/one"_s });
+            QCOMPARE(read->favouriteColourways(), keys);
+            QCOMPARE(read->focusWallpaper(), bytes);
+            QCOMPARE(read->focusRestores(), QByteArray());
+            QCOMPARE(read->focusFilterWallpaper(), u"aurora/violet"_s);
+            QCOMPARE(read->focusFilterEdition(), u"dark"_s);
+            QCOMPARE(read->helperStartedByBuild(), u"0.2.0"_s);
+            QVERIFY(!read->checksForNewFiles());
+            QVERIFY(read->showsUnreleasedPacks());
+            QCOMPARE(read->seenColourways(), seen);
+        }
 
-    const Defaults read(path);
-    QCOMPARE(read.favouriteColourways(), (QStringList { u"a/1"_s, u"b/2"_s }));
-    QVERIFY(read.shuffleIsOn());
-    QVERIFY(read.showsUnreleasedPacks());
-}
+        // As earlier builds wrote them; a list of one is plain text in INI.
+        QVariantMap seenMap;
+        for (auto it = seen.cbegin(); it != seen.cend(); ++it)
+            seenMap.insert(it.key(), it.value());
+        const QVariantMap expected {
+            { u"shuffleIsOn"_s, u"true"_s },
+            { u"shuffleInterval"_s, awkward },
+            { u"shuffleSource"_s, QString() },
+            { u"shuffleDifferentOnEachDisplay"_s, u"false"_s },
+            { u"shuffleAnchor"_s, u"2026-03-01T08:00:00.250Z"_s },
+            { u"shufflePlayed"_s, u"p/one"_s },
+            { u"favouriteColourways"_s, keys },
+            { u"focusWallpaper"_s, bytes },
+            { u"focusFilterWallpaper"_s, u"aurora/violet"_s },
+            { u"focusFilterEdition"_s, u"dark"_s },
+            { u"helperStartedByBuild"_s, u"0.2.0"_s },
+            { u"checksForNewFiles"_s, u"false"_s },
+            { u"showsUnreleasedPacks"_s, u"true"_s },
+            { u"seenColourways"_s, seenMap },
+        };
+        QCOMPARE(asQSettingsReadsIt(path), expected);
+    }
+
+    void anEarlierFileReadsAndKeepsWhatItHolds()
+    {
+        // Written by QSettings in an earlier build, with keys no build reads.
+        const QString earlier = QStringLiteral(QUENNET_TEST_DATA "/library/earlier-defaults.ini");
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"defaults.ini"_s);
+        QVERIFY(QFile::copy(earlier, path));
+
+        // Read through QSettings as every file is (everyValueReadsBack); the quoted and binary
+        // forms of an earlier build are the ones worth a look.
+        Defaults defaults(path);
+        QCOMPARE(defaults.focusWallpaper(),
+                 QByteArray("{\"key\":\"aurora/violet\",\"name\":\"Z\xc3\xbcrich, \\\"x\\\"\"}"));
+        QCOMPARE(defaults.seenColourways(),
+                 (QMap<QString, QStringList> { { u"aurora"_s, { u"emerald"_s } },
+                                               { u"dunes"_s, { u"amber"_s, u"rose"_s } } }));
+
+        // One change rewrites the file; everything else in it reads as before.
+        QVERIFY(defaults.setShuffleIsOn(false));
+        QVariantMap expected = asQSettingsReadsIt(earlier);
+        expected.insert(u"shuffleIsOn"_s, u"false"_s);
+        QCOMPARE(asQSettingsReadsIt(path), expected);
+    }
+
+    void twoObjectsOnOneFileKeepEachOthersChanges()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"defaults.ini"_s);
+        Defaults first(path);
+        Defaults second(path);
+        QVERIFY(first.setFavouriteColourways({ u"a/1"_s, u"b/2"_s }));
+        QVERIFY(second.setShuffleIsOn(true));
+        QVERIFY(first.setShowsUnreleasedPacks(true));
+
+        const Defaults read(path);
+        QCOMPARE(read.favouriteColourways(), (QStringList { u"a/1"_s, u"b/2"_s }));
+        QVERIFY(read.shuffleIsOn());
+        QVERIFY(read.showsUnreleasedPacks());
+    }
+};
 
 QTEST_GUILESS_MAIN(DefaultsTest)
 #include "test_defaults.moc"

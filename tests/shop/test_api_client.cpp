@@ -14,306 +14,250 @@ using namespace Qt::Literals::StringLiterals;
 using Failure = APIClient::Failure;
 using Poll = APIClient::TokenPoll::Outcome;
 
-namespace {
-QJsonObject malformed(const char *endpoint)
-{
-    return { { u"malformed"_s, QJsonArray { QLatin1StringView(endpoint) } } };
-}
-} // namespace
-
 // The shop's HTTP client against the development shop, and against a stand-in server for the
 // replies the shop cannot produce.
 class APIClientTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void isShopPage_data();
-    void isShopPage();
-    void requestsAsSent();
-    void failures_data();
-    void failures();
-    void deviceCodeReplies_data();
-    void deviceCodeReplies();
-    void tokenPoll_data();
-    void tokenPoll();
-    void libraryAndLinks();
-    void transportAndTrust();
-    void redirects();
-    void cancellationAbortsTheRequest();
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        m_shop.emplace();
+        QVERIFY(m_shop->isRunning());
+        m_manager =
+            std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->baseUrl());
+    }
+
+    void init() { QVERIFY(m_shop->shop().setFaults({})); }
+
+    void isShopPage_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<bool>("expected");
+
+        QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate?c=AB"_s << true;
+        QTest::newRow("the shop's port") << u"https://shop.quennet.app:443/activate"_s << true;
+        QTest::newRow("another port") << u"https://shop.quennet.app:8443/activate"_s << false;
+        QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << false;
+        QTest::newRow("another host") << u"https://example.com/activate"_s << false;
+        QTest::newRow("a longer name") << u"https://shop.quennet.app.evil.com/"_s << false;
+        QTest::newRow("the shop as user info") << u"https://shop.quennet.app@evil.com/"_s << false;
+    }
+
+    void isShopPage()
+    {
+        QFETCH(QString, page);
+        QFETCH(bool, expected);
+        QCOMPARE(client(Defaults::productionShopURL()).isShopPage(QUrl(page)), expected);
+    }
+
+    void requestsAsSent()
+    {
+        StandInServer server(m_shop->stateDir());
+        for (int i = 0; i < 4; ++i)
+            server.enqueue(
+                { .status = 204, .headers = { { "Set-Cookie", "session=crumbs; Path=/" } } });
+        const auto standIn = client(server.base());
+        finish(standIn.signOut(u"token-one"_s));
+        finish(standIn.pollToken(u"device-one"_s));
+        finish(standIn.library(u"token-two"_s, u"W/\"a, b\""_s));
+        finish(standIn.links(u"token-three"_s, { { u"pack-a"_s, u"f_0123456789ab"_s } }));
+
+        const auto &sent = server.requests();
+        QCOMPARE(sent.size(), 4);
+        QVERIFY(sent[0].head.startsWith("POST /api/app/v1/sign-out "));
+        QVERIFY(sent[1].head.startsWith("POST /api/app/v1/device/token "));
+        QVERIFY(sent[2].head.startsWith("GET /api/app/v1/library "));
+        QVERIFY(sent[3].head.startsWith("POST /api/app/v1/downloads "));
+        for (const auto &request : sent) {
+            QCOMPARE(request.header("Accept"), "application/json");
+            QCOMPARE(request.header("User-Agent"), "Quennet/" QUENNET_VERSION);
+            QCOMPARE(request.header("Cookie"), std::nullopt); // each reply set one
+        }
+        QCOMPARE(sent[0].header("Authorization"), "Bearer token-one");
+        QCOMPARE(sent[1].header("Authorization"), std::nullopt);
+        QCOMPARE(sent[2].header("If-None-Match"), R"(W/"a, b")");
+        QCOMPARE(sent[2].header("Content-Type"), std::nullopt);
+        QCOMPARE(sent[3].header("Content-Type"), "application/json");
+
+        // The shop itself checks the bodies of the token poll and the links.
+        QCOMPARE(sent[0].body, "{}");
+
+        // Without an entity tag, no If-None-Match.
+        finish(standIn.library(u"token-two"_s, std::nullopt));
+        QCOMPARE(sent.last().header("If-None-Match"), std::nullopt);
+    }
+
+    void failures_data()
+    {
+        QTest::addColumn<QJsonObject>("faults");
+        QTest::addColumn<QString>("sentence");
+
+        QTest::newRow("418 with a detail")
+            << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
+        QTest::newRow("418 without JSON")
+            << statusFault("catalogue", 418) << u"The shop replied 418."_s;
+        QTest::newRow("401 with a body")
+            << statusFault("catalogue", 401, "invalid_token") << u"You've been signed out."_s;
+        QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
+                             << u"The shop is busy. Try again in a minute."_s;
+        QTest::newRow("a bad 200 body")
+            << QJsonObject { { u"malformed"_s, QJsonArray { u"catalogue"_s } } }
+            << u"The shop sent something the app didn't understand."_s;
+    }
+
+    void failures()
+    {
+        QFETCH(QJsonObject, faults);
+        QFETCH(QString, sentence);
+        QVERIFY(m_shop->shop().setFaults(faults));
+        const auto failure = finish(client(m_shop->baseUrl()).catalogue()).failure<Failure>();
+        QVERIFY(failure);
+        QCOMPARE(failure->description(), sentence);
+    }
+
+    // Replies the shop never sends: a code without an expiry, or whose page is no URL.
+    void deviceCodeReplies_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QJsonValue>("value"); // undefined: the field left out
+
+        QTest::newRow("no expiry") << u"expires_in"_s << QJsonValue(QJsonValue::Undefined);
+        QTest::newRow("not a URL") << u"verification_uri"_s << QJsonValue(u"https://[::1"_s);
+    }
+
+    void deviceCodeReplies()
+    {
+        QFETCH(QString, field);
+        QFETCH(QJsonValue, value);
+        QJsonObject reply { { u"device_code"_s, u"dc"_s },
+                            { u"user_code"_s, u"ABCD-EFGH"_s },
+                            { u"verification_uri"_s, u"https://shop.quennet.app/activate"_s },
+                            { u"expires_in"_s, 900 } };
+        reply.insert(field, value);
+
+        StandInServer server(m_shop->stateDir());
+        server.enqueue({ .body = QJsonDocument(reply).toJson() });
+        const auto result = finish(client(server.base()).requestDeviceCode(u"Computer"_s));
+        QCOMPARE(result.failure<Failure>(), Failure::invalidReply());
+        QCOMPARE(
+            QJsonDocument::fromJson(server.requests().value(0).body).object(),
+            (QJsonObject { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Computer"_s } }));
+    }
+
+    // The sign-in tests see pending, a token and a slow-down as the shop sends them.
+    void tokenPoll_data()
+    {
+        QTest::addColumn<QJsonObject>("faults");
+        QTest::addColumn<Poll>("expected");
+
+        QTest::newRow("pending in capitals")
+            << statusFault("device/token", 400, "AUTHORIZATION_PENDING") << Poll::Unknown;
+        QTest::newRow("any status with an error body")
+            << statusFault("device/token", 403, "access_denied") << Poll::Denied;
+        QTest::newRow("429 whatever it says")
+            << statusFault("device/token", 429, "access_denied") << Poll::SlowDown;
+        QTest::newRow("500 without a body") << statusFault("device/token", 500) << Poll::Unknown;
+    }
+
+    void tokenPoll()
+    {
+        QFETCH(QJsonObject, faults);
+        const auto shop = client(m_shop->baseUrl());
+        const auto code = finish(shop.requestDeviceCode(u"Computer"_s)).value.value();
+        QVERIFY(m_shop->shop().setFaults(faults));
+        QTEST(finish(shop.pollToken(code.deviceCode)).value.value().outcome, "expected");
+    }
+
+    // 304 means not modified, whatever comes with it; a link in clear text would hand the
+    // file's right to anyone on the way.
+    void notModifiedAndClearLinks()
+    {
+        StandInServer server(m_shop->stateDir());
+        const auto standIn = client(server.base());
+        server.enqueue({ .status = 304, .body = "not json" });
+        const auto notModified = finish(standIn.library(u"token"_s, u"\"x\""_s)).value;
+        QVERIFY(notModified && !*notModified);
+
+        server.enqueue({ .body = "{\"links\": [{\"pack\": \"aurora\", \"id\": \"f_0123456789ab\", "
+                                 "\"url\": \"http://127.0.0.1:9/f\"}]}" });
+        const APIClient::WantedFile file { u"aurora"_s, u"f_0123456789ab"_s };
+        QVERIFY(finish(standIn.links(u"token"_s, { file })).failure<Failure>());
+    }
+
+    void transportAndTrust()
+    {
+        const auto refused =
+            finish(client(withClosedPort(m_shop->baseUrl())).catalogue()).failure<NetworkError>();
+        QCOMPARE(refused->code(), QNetworkReply::ConnectionRefusedError);
+
+        // The shop's authority is trusted only through "shopCertificates", and only for the shop's
+        // host: the same server under its other name is another site.
+        NetworkAccessManager untrusting(std::nullopt, m_shop->baseUrl());
+        const auto untrusted =
+            finish(APIClient(&untrusting, m_shop->baseUrl()).catalogue()).failure<NetworkError>();
+        QCOMPARE(untrusted->code(), QNetworkReply::SslHandshakeFailedError);
+        auto otherName = m_shop->baseUrl();
+        otherName.setHost(u"localhost"_s);
+        const auto elsewhere = finish(client(otherName).catalogue()).failure<NetworkError>();
+        QCOMPARE(elsewhere->code(), QNetworkReply::SslHandshakeFailedError);
+        NetworkAccessManager forOtherName(m_shop->shop().caPath(), otherName);
+        QVERIFY(finish(APIClient(&forOtherName, otherName).catalogue()).value);
+
+        // Nothing at all goes to a shop whose address isn't HTTPS, least of all a token.
+        StandInServer plain;
+        plain.enqueue({ .status = 204 });
+        QCOMPARE(finish(client(plain.base()).signOut(u"token"_s)).failure<Failure>(),
+                 Failure::notHTTPS());
+        QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
+                 Failure::notHTTPS());
+        QVERIFY(plain.requests().isEmpty());
+    }
+
+    void redirects()
+    {
+        const auto token = m_shop->issueToken();
+        StandInServer server(m_shop->stateDir());
+        const auto standIn = client(server.base());
+
+        // The shop under its other name is another host: the token does not go there.
+        auto elsewhere = m_shop->baseUrl().resolved(QUrl(u"library"_s));
+        elsewhere.setHost(u"localhost"_s);
+        server.enqueue({ .status = 302, .headers = { { "Location", elsewhere.toEncoded() } } });
+        const int seenByShop = m_shop->requests(u"library"_s);
+        QCOMPARE(finish(standIn.library(token, std::nullopt)).failure<Failure>(),
+                 Failure::status(302));
+        QCOMPARE(m_shop->requests(u"library"_s), seenByShop);
+
+        // On the same scheme, host and port it is followed, token and all.
+        server.enqueue(
+            { .status = 307, .headers = { { "Location", "/api/app/v1/library?moved=1" } } });
+        server.enqueue({ .body = R"({"email": "moved@example.com", "packs": []})" });
+        const auto moved = finish(standIn.library(token, std::nullopt)).value.value();
+        QCOMPARE(moved->reply.email, u"moved@example.com"_s);
+        QVERIFY(server.requests().last().head.startsWith("GET /api/app/v1/library?moved=1 "));
+        QCOMPARE(server.requests().last().header("Authorization"), "Bearer " + token.toUtf8());
+    }
+
+    void cancellationAbortsTheRequest()
+    {
+        StandInServer server(m_shop->stateDir());
+        server.enqueue({ .hold = true });
+        CancelToken cancel;
+        auto task = client(server.base()).catalogue(&cancel);
+        QTRY_COMPARE(server.requests().size(), 1);
+        cancel.cancel();
+        const auto aborted = finish(std::move(task)).failure<NetworkError>();
+        QCOMPARE(aborted->code(), QNetworkReply::OperationCanceledError);
+    }
 
 private:
     [[nodiscard]] APIClient client(const QUrl &base) const { return { m_manager.get(), base }; }
 
-    std::optional<TestShop> m_shop;
+    std::optional<ContentShop> m_shop;
     std::unique_ptr<NetworkAccessManager> m_manager;
 };
-
-void APIClientTest::initTestCase()
-{
-    QStandardPaths::setTestModeEnabled(true);
-    m_shop.emplace();
-    QVERIFY(m_shop->isRunning());
-    m_manager = std::make_unique<NetworkAccessManager>(m_shop->shop().caPath(), m_shop->base());
-}
-
-void APIClientTest::init()
-{
-    QVERIFY(m_shop->shop().setFaults({}));
-}
-
-void APIClientTest::isShopPage_data()
-{
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<bool>("expected");
-
-    QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate?c=AB"_s << true;
-    QTest::newRow("the shop's port") << u"https://shop.quennet.app:443/activate"_s << true;
-    QTest::newRow("another port") << u"https://shop.quennet.app:8443/activate"_s << false;
-    QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << false;
-    QTest::newRow("another host") << u"https://example.com/activate"_s << false;
-    QTest::newRow("a longer name") << u"https://shop.quennet.app.evil.com/"_s << false;
-    QTest::newRow("the shop as user info") << u"https://shop.quennet.app@evil.com/"_s << false;
-}
-
-void APIClientTest::isShopPage()
-{
-    QFETCH(QString, page);
-    QFETCH(bool, expected);
-    QCOMPARE(client(Defaults::productionShopURL()).isShopPage(QUrl(page)), expected);
-}
-
-void APIClientTest::requestsAsSent()
-{
-    StandInServer server(m_shop->stateDir());
-    for (int i = 0; i < 4; ++i)
-        server.enqueue(
-            { .status = 204, .headers = { { "Set-Cookie", "session=crumbs; Path=/" } } });
-    const auto standIn = client(server.base());
-    finish(standIn.signOut(u"token-one"_s));
-    finish(standIn.pollToken(u"device-one"_s));
-    finish(standIn.library(u"token-two"_s, uR"(W/"a, b")"_s));
-    finish(standIn.links(u"token-three"_s, { { u"pack-a"_s, u"f_0123456789ab"_s } }));
-
-    const auto &sent = server.requests();
-    QCOMPARE(sent.size(), 4);
-    QVERIFY(sent[0].head.startsWith("POST /api/app/v1/sign-out "));
-    QVERIFY(sent[1].head.startsWith("POST /api/app/v1/device/token "));
-    QVERIFY(sent[2].head.startsWith("GET /api/app/v1/library "));
-    QVERIFY(sent[3].head.startsWith("POST /api/app/v1/downloads "));
-    for (const auto &request : sent) {
-        QCOMPARE(request.header("Accept"), "application/json");
-        QCOMPARE(request.header("User-Agent"), "Quennet/" QUENNET_VERSION);
-        QCOMPARE(request.header("Cookie"), std::nullopt); // each reply set one
-    }
-    QCOMPARE(sent[0].header("Authorization"), "Bearer token-one");
-    QCOMPARE(sent[1].header("Authorization"), std::nullopt);
-    QCOMPARE(sent[2].header("If-None-Match"), R"(W/"a, b")");
-    QCOMPARE(sent[2].header("Content-Type"), std::nullopt);
-    QCOMPARE(sent[3].header("Content-Type"), "application/json");
-
-    // The shop itself checks the bodies of the token poll and the links.
-    QCOMPARE(sent[0].body, "{}");
-
-    // Without an entity tag, no If-None-Match.
-    finish(standIn.library(u"token-two"_s, std::nullopt));
-    QCOMPARE(sent.last().header("If-None-Match"), std::nullopt);
-}
-
-void APIClientTest::failures_data()
-{
-    QTest::addColumn<QJsonObject>("faults");
-    QTest::addColumn<QString>("sentence");
-
-    QTest::newRow("418 with a detail")
-        << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
-    QTest::newRow("418 without JSON")
-        << statusFault("catalogue", 418) << u"The shop replied 418."_s;
-    QTest::newRow("401 with a body")
-        << statusFault("catalogue", 401, "invalid_token") << u"You've been signed out."_s;
-    QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
-                         << u"The shop is busy. Try again in a minute."_s;
-    QTest::newRow("a bad 200 body")
-        << malformed("catalogue") << u"The shop sent something the app didn't understand."_s;
-}
-
-void APIClientTest::failures()
-{
-    QFETCH(QJsonObject, faults);
-    QFETCH(QString, sentence);
-    QVERIFY(m_shop->shop().setFaults(faults));
-    const auto failure = finish(client(m_shop->base()).catalogue()).failure<Failure>();
-    QVERIFY(failure);
-    QCOMPARE(failure->description(), sentence);
-}
-
-void APIClientTest::deviceCodeReplies_data()
-{
-    QTest::addColumn<QJsonObject>("reply");
-    QTest::addColumn<std::optional<APIClient::DeviceCode>>("expected"); // none: invalidReply
-
-    const QJsonObject full { { u"device_code"_s, u"dc"_s },
-                             { u"user_code"_s, u"ABCD-EFGH"_s },
-                             { u"verification_uri"_s, u"https://shop.quennet.app/activate"_s },
-                             { u"verification_uri_complete"_s, QJsonValue::Null },
-                             { u"expires_in"_s, 900 },
-                             { u"unknown"_s, u"ignored"_s } };
-    const APIClient::DeviceCode code { .deviceCode = u"dc"_s,
-                                       .userCode = u"ABCD-EFGH"_s,
-                                       .verificationURI =
-                                           QUrl(u"https://shop.quennet.app/activate"_s),
-                                       .expiresIn = 900 };
-    const auto with = [&](const char *key, const QJsonValue &value) {
-        auto reply = full;
-        reply.insert(QLatin1StringView(key), value);
-        return reply;
-    };
-
-    // Both optional fields, as the shop sends them, are in the sign-in tests.
-    QTest::newRow("no complete URI, no interval") << full << std::optional(code);
-    QTest::newRow("no expiry") << with("expires_in", QJsonValue::Undefined)
-                               << std::optional<APIClient::DeviceCode>();
-    QTest::newRow("not a URL") << with("verification_uri", u"https://[::1"_s)
-                               << std::optional<APIClient::DeviceCode>();
-}
-
-void APIClientTest::deviceCodeReplies()
-{
-    QFETCH(QJsonObject, reply);
-    QFETCH(std::optional<APIClient::DeviceCode>, expected);
-
-    // The shop always sends every field.
-    StandInServer server(m_shop->stateDir());
-    server.enqueue({ .body = QJsonDocument(reply).toJson() });
-    const auto result = finish(client(server.base()).requestDeviceCode(u"Computer"_s));
-    if (expected)
-        QCOMPARE(result.value, expected);
-    else
-        QCOMPARE(result.failure<Failure>(), Failure::invalidReply());
-    QCOMPARE(QJsonDocument::fromJson(server.requests().value(0).body).object(),
-             (QJsonObject { { u"client_id"_s, u"mac-app"_s }, { u"device"_s, u"Computer"_s } }));
-}
-
-// The sign-in tests see pending, a token and a slow-down as the shop sends them.
-void APIClientTest::tokenPoll_data()
-{
-    QTest::addColumn<QJsonObject>("faults");
-    QTest::addColumn<Poll>("expected");
-
-    QTest::newRow("pending in capitals")
-        << statusFault("device/token", 400, "AUTHORIZATION_PENDING") << Poll::Unknown;
-    QTest::newRow("any status with an error body")
-        << statusFault("device/token", 403, "access_denied") << Poll::Denied;
-    QTest::newRow("429 whatever it says")
-        << statusFault("device/token", 429, "access_denied") << Poll::SlowDown;
-    QTest::newRow("500 without a body") << statusFault("device/token", 500) << Poll::Unknown;
-}
-
-void APIClientTest::tokenPoll()
-{
-    QFETCH(QJsonObject, faults);
-    const auto shop = client(m_shop->base());
-    const auto code = finish(shop.requestDeviceCode(u"Computer"_s)).value.value();
-    QVERIFY(m_shop->shop().setFaults(faults));
-    QTEST(finish(shop.pollToken(code.deviceCode)).value.value().outcome, "expected");
-}
-
-void APIClientTest::libraryAndLinks()
-{
-    const auto shop = client(m_shop->base());
-    const auto token = m_shop->issueToken();
-    const auto library = finish(shop.library(token, std::nullopt)).value.value();
-    QVERIFY(library && library->etag && !library->reply.packs.isEmpty());
-
-    const auto unchanged = finish(shop.library(token, library->etag)).value;
-    QVERIFY(unchanged && !*unchanged);
-    // 304 means not modified, whatever comes with it.
-    StandInServer server(m_shop->stateDir());
-    server.enqueue({ .status = 304, .body = "not json" });
-    const auto notModified = finish(client(server.base()).library(token, u"\"x\""_s)).value;
-    QVERIFY(notModified && !*notModified);
-
-    const auto &pack = library->reply.packs.first();
-    const APIClient::WantedFile file { pack.slug, pack.colourways.first().files.first().id };
-    const auto links = finish(shop.links(token, { file })).value.value();
-    QCOMPARE(links.size(), 1);
-    QCOMPARE(links[0].pack, file.pack);
-    QCOMPARE(links[0].id, file.id);
-    QVERIFY(links[0].url.isValid() && links[0].expiresAt);
-    // A link in clear text would hand the file's right to anyone on the way.
-    server.enqueue({ .status = 200, .body = R"({"links": [{"pack": "aurora", "id": "f_0123456789ab",
-                                           "url": "http://127.0.0.1:9/f"}]})" });
-    QVERIFY(finish(client(server.base()).links(token, { file })).failure<Failure>());
-}
-
-void APIClientTest::transportAndTrust()
-{
-    QTcpServer closed;
-    QVERIFY(closed.listen(QHostAddress::LocalHost));
-    QUrl base = m_shop->base();
-    base.setPort(closed.serverPort());
-    closed.close();
-    const auto refused = finish(client(base).catalogue()).failure<NetworkError>();
-    QCOMPARE(refused->code(), QNetworkReply::ConnectionRefusedError);
-
-    // The shop's authority is trusted only through "shopCertificates", and only for the shop's
-    // host: the same server under its other name is another site.
-    NetworkAccessManager untrusting(std::nullopt, m_shop->base());
-    const auto untrusted =
-        finish(APIClient(&untrusting, m_shop->base()).catalogue()).failure<NetworkError>();
-    QCOMPARE(untrusted->code(), QNetworkReply::SslHandshakeFailedError);
-    auto otherName = m_shop->base();
-    otherName.setHost(u"localhost"_s);
-    const auto elsewhere = finish(client(otherName).catalogue()).failure<NetworkError>();
-    QCOMPARE(elsewhere->code(), QNetworkReply::SslHandshakeFailedError);
-    NetworkAccessManager forOtherName(m_shop->shop().caPath(), otherName);
-    QVERIFY(finish(APIClient(&forOtherName, otherName).catalogue()).value);
-
-    // Nothing at all goes to a shop whose address isn't HTTPS, least of all a token.
-    StandInServer plain;
-    plain.enqueue({ .status = 204 });
-    QCOMPARE(finish(client(plain.base()).signOut(u"token"_s)).failure<Failure>(),
-             Failure::notHTTPS());
-    QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
-             Failure::notHTTPS());
-    QVERIFY(plain.requests().isEmpty());
-}
-
-void APIClientTest::redirects()
-{
-    const auto token = m_shop->issueToken();
-    StandInServer server(m_shop->stateDir());
-    const auto standIn = client(server.base());
-
-    // The shop under its other name is another host: the token does not go there.
-    auto elsewhere = m_shop->base().resolved(QUrl(u"library"_s));
-    elsewhere.setHost(u"localhost"_s);
-    server.enqueue({ .status = 302, .headers = { { "Location", elsewhere.toEncoded() } } });
-    const int seenByShop = m_shop->requests(u"library"_s);
-    QCOMPARE(finish(standIn.library(token, std::nullopt)).failure<Failure>(), Failure::status(302));
-    QCOMPARE(m_shop->requests(u"library"_s), seenByShop);
-
-    // On the same scheme, host and port it is followed, token and all.
-    server.enqueue({ .status = 307, .headers = { { "Location", "/api/app/v1/library?moved=1" } } });
-    server.enqueue({ .body = R"({"email": "moved@example.com", "packs": []})" });
-    const auto moved = finish(standIn.library(token, std::nullopt)).value.value();
-    QCOMPARE(moved->reply.email, u"moved@example.com"_s);
-    QVERIFY(server.requests().last().head.startsWith("GET /api/app/v1/library?moved=1 "));
-    QCOMPARE(server.requests().last().header("Authorization"), "Bearer " + token.toUtf8());
-}
-
-void APIClientTest::cancellationAbortsTheRequest()
-{
-    StandInServer server(m_shop->stateDir());
-    server.enqueue({ .hold = true });
-    CancelToken cancel;
-    auto task = client(server.base()).catalogue(&cancel);
-    QTRY_COMPARE(server.requests().size(), 1);
-    cancel.cancel();
-    const auto aborted = finish(std::move(task)).failure<NetworkError>();
-    QCOMPARE(aborted->code(), QNetworkReply::OperationCanceledError);
-}
 
 QTEST_GUILESS_MAIN(APIClientTest)
 #include "test_api_client.moc"

@@ -7,36 +7,10 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSslKey>
-#include <QSslSocket>
 #include <QTcpSocket>
 
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
-
-TestShop::TestShop(DevShop::Options options, const QString &stateDir)
-    : m_ownState(stateDir.isEmpty() ? std::optional<QTemporaryDir>(std::in_place) : std::nullopt)
-    , m_stateDir(m_ownState ? m_ownState->path() : stateDir)
-    , m_shop([&] {
-        options.contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT);
-        options.stateDir = m_stateDir;
-        return options;
-    }())
-{
-    m_running = m_shop.start();
-}
-
-int TestShop::requests(const QString &endpoint) const
-{
-    const auto counts = m_shop.stats().value("requests"_L1).toObject();
-    return counts.value(base().path() + u'/' + endpoint).toInt();
-}
-
-QString TestShop::issueToken()
-{
-    const auto token = m_shop.issueToken();
-    recordToken(token);
-    return token;
-}
 
 void recordToken(const QString &token)
 {
@@ -53,6 +27,14 @@ QJsonObject statusFault(const char *endpoint, int status, const char *error, int
     if (error)
         fault.insert(u"error"_s, QLatin1StringView(error));
     return { { u"statuses"_s, QJsonArray { fault } } };
+}
+
+QUrl withClosedPort(QUrl url)
+{
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost);
+    url.setPort(closed.serverPort());
+    return url;
 }
 
 bool lockSecretStore()

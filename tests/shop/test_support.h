@@ -1,38 +1,14 @@
 #pragma once
 
 #include "await_task.h"
-#include "dev_shop.h"
 #include "error.h"
+#include "shop_content.h"
 #include "test_clock.h"
 
 #include <QJsonObject>
 #include <QSslServer>
 #include <QTcpServer>
-#include <QTemporaryDir>
 #include <optional>
-
-// A development shop in-process on port 0. Shops given one state folder share its certificate
-// authority, which is slow to make.
-class TestShop {
-public:
-    explicit TestShop(DevShop::Options options = {}, const QString &stateDir = {});
-
-    [[nodiscard]] bool isRunning() const { return m_running; }
-    [[nodiscard]] DevShop &shop() { return m_shop; }
-    [[nodiscard]] QUrl base() const { return m_shop.baseUrl(); }
-    // Where its certificates are, for a StandInServer.
-    [[nodiscard]] QString stateDir() const { return m_stateDir; }
-    // Requests the shop has seen at an API endpoint ("library").
-    [[nodiscard]] int requests(const QString &endpoint) const;
-    // A token of the sample account, listed for the token check.
-    [[nodiscard]] QString issueToken();
-
-private:
-    std::optional<QTemporaryDir> m_ownState;
-    QString m_stateDir;
-    DevShop m_shop;
-    bool m_running = false;
-};
 
 // Lists a token for the token check, which looks for it in every test's output.
 void recordToken(const QString &token);
@@ -40,6 +16,9 @@ void recordToken(const QString &token);
 // The development shop's faults: `times` replies of this status, with this error, at an endpoint.
 [[nodiscard]] QJsonObject statusFault(const char *endpoint, int status, const char *error = nullptr,
                                       int times = 1);
+
+// The address on a loopback port nobody listens on.
+[[nodiscard]] QUrl withClosedPort(QUrl url);
 
 // Locks the secret service's login collection, as a screen lock would.
 bool lockSecretStore();

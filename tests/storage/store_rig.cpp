@@ -1,9 +1,7 @@
 #include "store_rig.h"
 
-#include "cancel_token.h"
 #include "test_support.h"
 
-#include <QCoroSignal>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -25,8 +23,7 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder, Show
     m_keychain = std::make_unique<Keychain>(m_root);
     m_account = std::make_unique<Account>([this] { return api(); }, m_keychain.get());
     if (signedIn) {
-        const QString token = m_shop.shop().issueToken();
-        recordToken(token);
+        const QString token = m_shop.issueToken();
         if (!finish(m_keychain->save(token, QString(Keychain::sessionToken))).value.value_or(false))
             return;
     }

@@ -17,6 +17,18 @@ using Failure = FileFetcher::Failure;
 
 namespace {
 constexpr qint64 MiB = 1024 * 1024;
+const QString mismatch = u"The download didn't match the shop's copy. Try again."_s;
+
+// A fetch of the large file over what an earlier attempt left.
+struct Fetch {
+    QByteArray faults = "{}";
+    QByteArray partial; // "stale": not the file's bytes; "resumable"
+    QByteArray validator;
+    QString target; // the file as the caller gives it: "upper", "longer"...
+    QString failure; // empty: the file arrives
+    int requests = 1;
+    int ranges = 1;
+};
 } // namespace
 
 // The file fetcher against the development shop's fault switches, and a stand-in server for the
@@ -69,25 +81,13 @@ private Q_SLOTS:
 
     void fetches_data()
     {
-        QTest::addColumn<QByteArray>("faults");
-        QTest::addColumn<QByteArray>("partial"); // "stale": not the file's bytes; "resumable"
-        QTest::addColumn<QByteArray>("validator");
-        QTest::addColumn<QString>(
-            "target"); // the file as the caller gives it: "upper", "longer"...
-        QTest::addColumn<QString>("failure"); // empty: the file arrives
-        QTest::addColumn<int>("requests");
-        QTest::addColumn<int>("ranges");
+        QTest::addColumn<Fetch>("row");
 
         // Prepending stale bytes would show as a mismatch.
-        QTest::newRow("range ignored") << "{\"ignoreRange\": true}"_ba
-                                       << "stale"_ba
-                                       << "\"stale\""_ba << QString() << QString() << 1 << 1;
-        QTest::newRow("validator changed") << "{}"_ba
-                                           << "stale"_ba
-                                           << "\"changed\""_ba << QString() << QString() << 1 << 1;
-        QTest::newRow("no validator")
-            << "{}"_ba
-            << "stale"_ba << QByteArray() << QString() << QString() << 1 << 0;
+        const QByteArray stale = "stale";
+        QTest::newRow("range ignored") << Fetch { R"({"ignoreRange": true})", stale, "\"stale\"" };
+        QTest::newRow("validator changed") << Fetch { "{}", stale, "\"changed\"" };
+        QTest::newRow("no validator") << Fetch { "{}", stale, {}, {}, {}, 1, 0 };
 
         const auto status = [](int code, int times) {
             return u"{\"statuses\": [{\"endpoint\": \"files\", \"status\": %1, \"times\": %2}]}"_s
@@ -95,69 +95,61 @@ private Q_SLOTS:
                 .arg(times)
                 .toUtf8();
         };
+        const auto redirect = [](const char *to) -> QByteArray {
+            return "{\"redirect\": {\"to\": \"" + QByteArray(to) + "\", \"times\": 1}}";
+        };
+        const auto replied = [](int code) { return u"The shop replied %1."_s.arg(code); };
         const QByteArray resumable = "resumable";
         const QByteArray validator = "\"whatever\"";
         const QString expired = u"The download link had expired."_s;
-        QTest::newRow("416 once") << status(416, 1) << resumable << validator << QString()
-                                  << QString() << 2 << 1;
-        QTest::newRow("416 twice") << status(416, 2) << resumable << validator << QString()
-                                   << u"The shop replied 416."_s << 2 << 1;
-        QTest::newRow("403") << status(403, 1) << resumable << validator << QString() << expired
-                             << 1 << 1;
-        QTest::newRow("410") << status(410, 1) << resumable << validator << QString() << expired
-                             << 1 << 1;
-        QTest::newRow("500") << status(500, 1) << resumable << validator << QString()
-                             << u"The shop replied 500."_s << 1 << 1;
+        QTest::newRow("416 once") << Fetch { status(416, 1), resumable, validator, {}, {}, 2 };
+        QTest::newRow("416 twice")
+            << Fetch { status(416, 2), resumable, validator, {}, replied(416), 2 };
+        QTest::newRow("403") << Fetch { status(403, 1), resumable, validator, {}, expired };
+        QTest::newRow("410") << Fetch { status(410, 1), resumable, validator, {}, expired };
+        QTest::newRow("500") << Fetch { status(500, 1), resumable, validator, {}, replied(500) };
         QTest::newRow("redirect, same host")
-            << "{\"redirect\": {\"to\": \"same-host\", \"times\": 1}}"_ba << resumable << validator
-            << QString() << QString() << 2 << 2;
+            << Fetch { redirect("same-host"), resumable, validator, {}, {}, 2, 2 };
         QTest::newRow("redirect, other host")
-            << "{\"redirect\": {\"to\": \"other-host\", \"times\": 1}}"_ba << resumable << validator
-            << QString() << u"The shop replied 302."_s << 1 << 1;
+            << Fetch { redirect("other-host"), resumable, validator, {}, replied(302) };
 
-        const QString mismatch = u"The download didn't match the shop's copy. Try again."_s;
         QTest::newRow("the shop's digest in capitals")
-            << "{}"_ba << QByteArray() << QByteArray() << u"upper"_s << QString() << 1 << 0;
-        QTest::newRow("bytes altered") << "{\"alterBytes\": \"same-etag\"}"_ba << QByteArray()
-                                       << QByteArray() << QString() << mismatch << 1 << 0;
+            << Fetch { .target = u"upper"_s, .ranges = 0 };
+        const QByteArray altered = R"({"alterBytes": "same-etag"})";
+        QTest::newRow("bytes altered")
+            << Fetch { .faults = altered, .failure = mismatch, .ranges = 0 };
         QTest::newRow("one byte short")
-            << "{}"_ba << QByteArray() << QByteArray() << u"longer"_s << mismatch << 1 << 0;
+            << Fetch { .target = u"longer"_s, .failure = mismatch, .ranges = 0 };
         QTest::newRow("one byte long")
-            << "{}"_ba << QByteArray() << QByteArray() << u"shorter"_s << mismatch << 1 << 0;
+            << Fetch { .target = u"shorter"_s, .failure = mismatch, .ranges = 0 };
         QTest::newRow("another digest")
-            << "{}"_ba << QByteArray() << QByteArray() << u"other"_s << mismatch << 1 << 0;
+            << Fetch { .target = u"other"_s, .failure = mismatch, .ranges = 0 };
     }
 
     void fetches()
     {
-        QFETCH(QByteArray, faults);
-        QFETCH(QByteArray, partial);
-        QFETCH(QByteArray, validator);
-        QFETCH(QString, target);
-        QFETCH(QString, failure);
-        QFETCH(int, requests);
-        QFETCH(int, ranges);
+        QFETCH(Fetch, row);
         const QByteArray bytes = m_shop->bytes(m_large.id);
-        auto file = this->target(m_large);
-        if (target == "upper"_L1)
+        auto file = target(m_large);
+        if (row.target == "upper"_L1)
             file.sha256 = m_large.sha256.toUpper();
-        else if (target == "other"_L1)
+        else if (row.target == "other"_L1)
             file.sha256 = QString(64, u'0');
-        file.size += target == "longer"_L1 ? 1 : target == "shorter"_L1 ? -1 : 0;
-        if (!partial.isEmpty())
-            leavePartial(file, partial == "stale" ? QByteArray(1000, 'x') : bytes.left(1000),
-                         validator);
+        file.size += row.target == "longer"_L1 ? 1 : row.target == "shorter"_L1 ? -1 : 0;
+        if (!row.partial.isEmpty())
+            leavePartial(file, row.partial == "stale" ? QByteArray(1000, 'x') : bytes.left(1000),
+                         row.validator);
         const int requestsBefore = m_shop->fileRequests(m_large.id);
         const qsizetype rangesBefore = m_shop->ranges(m_large.id).size();
-        QVERIFY(m_shop->setFaults(faults.constData()));
+        QVERIFY(m_shop->setFaults(row.faults.constData()));
 
         const auto outcome = fetch(m_shop->publicUrl(m_large.id), file);
-        QCOMPARE(failureText(outcome), failure.isEmpty() ? u"no failure"_s : failure);
-        QCOMPARE(readAll(file.destination), failure.isEmpty() ? bytes : QByteArray());
-        QCOMPARE(m_shop->fileRequests(m_large.id) - requestsBefore, requests);
-        QCOMPARE(m_shop->ranges(m_large.id).size() - rangesBefore, ranges);
+        QCOMPARE(failureText(outcome), row.failure.isEmpty() ? u"no failure"_s : row.failure);
+        QCOMPARE(readAll(file.destination), row.failure.isEmpty() ? bytes : QByteArray());
+        QCOMPARE(m_shop->fileRequests(m_large.id) - requestsBefore, row.requests);
+        QCOMPARE(m_shop->ranges(m_large.id).size() - rangesBefore, row.ranges);
         // Bytes that are not the file's are not kept to resume from.
-        if (failure.startsWith(u"The download didn't match"_s)) {
+        if (row.failure == mismatch) {
             QVERIFY(!QFile::exists(file.partial));
             QVERIFY(!QFile::exists(DownloadCache::validatorPath(file.partial)));
         }
@@ -261,13 +253,28 @@ private Q_SLOTS:
     }
 
 private:
-    [[nodiscard]] FileFetcher::Target target(const ContentFile &file) const;
+    [[nodiscard]] FileFetcher::Target target(const ContentFile &file) const
+    {
+        return { .destination = m_dir->filePath(u"Quennet/test/"_s + file.id + u".heic"_s),
+                 .partial = m_dir->filePath(u"Partial/"_s + file.id + u".partial"_s),
+                 .size = file.bytes,
+                 .sha256 = file.sha256 };
+    }
+
     Result<bool> fetch(const QUrl &source, const FileFetcher::Target &target,
-                       FileFetcher::Progress progress = {},
-                       std::shared_ptr<CancelToken> cancel = {});
+                       FileFetcher::Progress progress = {})
+    {
+        return finish(FileFetcher(m_thread.get()).fetch(source, target, std::move(progress), {}));
+    }
+
     // Bytes and a validator left by an earlier, interrupted attempt.
     void leavePartial(const FileFetcher::Target &target, const QByteArray &bytes,
-                      const QByteArray &validator);
+                      const QByteArray &validator)
+    {
+        QVERIFY(writeFile(target.partial, bytes));
+        if (!validator.isEmpty())
+            QVERIFY(writeFile(DownloadCache::validatorPath(target.partial), validator));
+    }
 
     std::optional<ContentShop> m_shop;
     std::unique_ptr<DownloadThread> m_thread;
@@ -275,30 +282,6 @@ private:
     ContentFile m_small; // well below one write block
     ContentFile m_large; // several blocks, not a whole number of them
 };
-
-FileFetcher::Target TestFileFetcher::target(const ContentFile &file) const
-{
-    return { .destination = m_dir->filePath(u"Quennet/test/"_s + file.id + u".heic"_s),
-             .partial = m_dir->filePath(u"Partial/"_s + file.id + u".partial"_s),
-             .size = file.bytes,
-             .sha256 = file.sha256 };
-}
-
-Result<bool> TestFileFetcher::fetch(const QUrl &source, const FileFetcher::Target &target,
-                                    FileFetcher::Progress progress,
-                                    std::shared_ptr<CancelToken> cancel)
-{
-    return finish(
-        FileFetcher(m_thread.get()).fetch(source, target, std::move(progress), std::move(cancel)));
-}
-
-void TestFileFetcher::leavePartial(const FileFetcher::Target &target, const QByteArray &bytes,
-                                   const QByteArray &validator)
-{
-    QVERIFY(writeFile(target.partial, bytes));
-    if (!validator.isEmpty())
-        QVERIFY(writeFile(DownloadCache::validatorPath(target.partial), validator));
-}
 
 QTEST_GUILESS_MAIN(TestFileFetcher)
 #include "test_file_fetcher.moc"

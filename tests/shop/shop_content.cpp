@@ -1,5 +1,7 @@
 #include "shop_content.h"
 
+#include "test_support.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QJsonArray>
@@ -33,6 +35,8 @@ QString put(const QString &dir, const QString &path, const QByteArray &bytes)
 
 QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
 {
+    if (packs.isEmpty()) // the shop serves no content without a pack
+        packs = { { .slug = u"aurora"_s, .files = { { u"emerald"_s, u"light"_s, 1000 } } } };
     QJsonArray packArray;
     QJsonArray owned;
     for (ContentPack &pack : packs) {
@@ -101,12 +105,15 @@ QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs)
     return packs;
 }
 
-ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options)
-    : m_options(std::move(options))
+ContentShop::ContentShop(QList<ContentPack> packs, DevShop::Options options,
+                         const QString &stateDir)
+    : m_ownState(stateDir.isEmpty() ? std::optional<QTemporaryDir>(std::in_place) : std::nullopt)
+    , m_stateDir(m_ownState ? m_ownState->path() : stateDir)
+    , m_options(std::move(options))
     , m_packs(writeContent(m_content.path(), std::move(packs)))
 {
     m_options.contentDir = m_content.path();
-    m_options.stateDir = m_state.path();
+    m_options.stateDir = m_stateDir;
     m_shop.emplace(m_options);
     m_running = m_shop->start();
 }
@@ -119,6 +126,13 @@ bool ContentShop::restart(QList<ContentPack> packs)
     m_shop.emplace(m_options);
     m_running = m_shop->start();
     return m_running;
+}
+
+QString ContentShop::issueToken()
+{
+    const auto token = m_shop->issueToken();
+    recordToken(token);
+    return token;
 }
 
 QByteArray ContentShop::bytes(const QString &id) const
@@ -145,24 +159,29 @@ int ContentShop::requests(const QString &endpoint) const
     return counts.value(m_shop->baseUrl().path() + u'/' + endpoint).toInt();
 }
 
+QJsonArray ContentShop::fileStats(QLatin1StringView kind, const QString &id) const
+{
+    const auto stats = m_shop->stats().value(kind).toObject();
+    return { stats.value(u"/files/"_s + id), stats.value(u"/public/"_s + id) };
+}
+
 int ContentShop::fileRequests(const QString &id) const
 {
-    const auto counts = m_shop->stats().value("requests"_L1).toObject();
-    return counts.value(u"/files/"_s + id).toInt() + counts.value(u"/public/"_s + id).toInt();
+    const auto counts = fileStats("requests"_L1, id);
+    return counts[0].toInt() + counts[1].toInt();
 }
 
 qint64 ContentShop::sent(const QString &id) const
 {
-    const auto sent = m_shop->stats().value("sent"_L1).toObject();
-    return sent.value(u"/files/"_s + id).toInteger() + sent.value(u"/public/"_s + id).toInteger();
+    const auto sent = fileStats("sent"_L1, id);
+    return sent[0].toInteger() + sent[1].toInteger();
 }
 
 QStringList ContentShop::ranges(const QString &id) const
 {
-    const auto ranges = m_shop->stats().value("ranges"_L1).toObject();
     QStringList result;
-    for (const QString &path : QStringList { u"/files/"_s + id, u"/public/"_s + id })
-        for (const auto &range : ranges.value(path).toArray())
+    for (const auto &path : fileStats("ranges"_L1, id))
+        for (const auto &range : path.toArray())
             result.append(range.toString());
     return result;
 }

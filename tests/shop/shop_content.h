@@ -3,6 +3,7 @@
 #include "dev_shop.h"
 #include "test_files.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QList>
 #include <QTemporaryDir>
@@ -38,16 +39,23 @@ struct ContentPack {
 };
 
 // Writes the packs' files and "content.json" into dir; returns the packs with ids and digests.
+// No packs is one small one.
 QList<ContentPack> writeContent(const QString &dir, QList<ContentPack> packs);
 
-// A development shop on port 0 over made-to-measure content, for one test case.
+// A development shop on port 0 over made-to-measure content, for one test case. Shops given one
+// state folder share its certificate authority, which is slow to make.
 class ContentShop {
 public:
-    explicit ContentShop(QList<ContentPack> packs, DevShop::Options options = {});
+    explicit ContentShop(QList<ContentPack> packs = {}, DevShop::Options options = {},
+                         const QString &stateDir = {});
 
     [[nodiscard]] bool isRunning() const { return m_running; }
     [[nodiscard]] DevShop &shop() { return *m_shop; }
     [[nodiscard]] QUrl baseUrl() const { return m_shop->baseUrl(); }
+    // Where its certificates are, for a StandInServer.
+    [[nodiscard]] QString stateDir() const { return m_stateDir; }
+    // A token of the shop's account, listed for the token check.
+    [[nodiscard]] QString issueToken();
     // The shop changes its content: stopped, given the new packs, and started again on the same
     // port with the same state, so that tokens stay valid.
     bool restart(QList<ContentPack> packs);
@@ -68,8 +76,12 @@ public:
     bool setFaults(const char *json);
 
 private:
+    // One kind of the shop's statistics for a file's signed and public address.
+    [[nodiscard]] QJsonArray fileStats(QLatin1StringView kind, const QString &id) const;
+
     QTemporaryDir m_content;
-    QTemporaryDir m_state;
+    std::optional<QTemporaryDir> m_ownState;
+    QString m_stateDir;
     DevShop::Options m_options;
     QList<ContentPack> m_packs;
     std::optional<DevShop> m_shop;
