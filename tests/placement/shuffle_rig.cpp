@@ -11,49 +11,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-QCoro::Task<bool> SimulatedClock::sleep(std::shared_ptr<CancelToken> token,
-                                        std::chrono::milliseconds duration)
-{
-    if (token->isCancelled())
-        co_return false;
-    const auto wake = std::make_shared<CancelToken>();
-    m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
-    QObject::connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
-    co_await qCoro(wake.get(), &CancelToken::cancelled);
-    m_sleepers.removeIf([&](const Sleeper &sleeper) { return sleeper.wake == wake; });
-    co_return !token->isCancelled();
-}
-
-void SimulatedClock::advance(std::chrono::milliseconds by)
-{
-    advanceTo(m_now.addMSecs(by.count()));
-}
-
-void SimulatedClock::advanceTo(const QDateTime &moment)
-{
-    while (true) {
-        const auto next = std::min_element(
-            m_sleepers.begin(), m_sleepers.end(),
-            [](const Sleeper &a, const Sleeper &b) { return a.deadline < b.deadline; });
-        if (next == m_sleepers.end() || next->deadline > moment)
-            break;
-        m_now = std::max(m_now, next->deadline);
-        const auto wake = next->wake;
-        m_sleepers.erase(next);
-        wake->cancel();
-        // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
-        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
-    }
-    m_now = std::max(m_now, moment);
-}
-
-void SimulatedClock::suspend(std::chrono::milliseconds by)
-{
-    m_now = m_now.addMSecs(by.count());
-    for (auto &sleeper : m_sleepers)
-        sleeper.deadline = sleeper.deadline.addMSecs(by.count());
-}
-
 void FakeStore::setChoices(const QList<ShuffleChoice> &choices)
 {
     m_choices = choices;
@@ -174,7 +131,7 @@ QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, int choices, quint32 seed)
     : defaults(settingsFile(folder, settings))
     , favourites(&defaults)
-    , clock(std::make_shared<SimulatedClock>(now))
+    , clock(std::make_shared<TestClock>(now, true))
     , random(seed)
 {
     store.now = [clock = clock] { return clock->now(); };

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "await_task.h"
-#include "clock.h"
 #include "defaults.h"
 #include "favourites.h"
 #include "focus_wallpaper.h"
@@ -9,45 +8,11 @@
 #include "shuffle_displays.h"
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
+#include "test_clock.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <functional>
-
-// A clock for schedules: nothing moves until the test moves it, and then each sleeper wakes at
-// its own deadline, in order, as a real one would.
-class SimulatedClock : public Clock {
-public:
-    explicit SimulatedClock(const QDateTime &now)
-        : m_now(now)
-        , m_boot(now)
-    {
-    }
-
-    [[nodiscard]] QDateTime now() const override { return m_now; }
-    [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override
-    {
-        return std::chrono::milliseconds(m_boot.msecsTo(m_now));
-    }
-    QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
-                            std::chrono::milliseconds duration) override;
-
-    // Moves time on, waking every sleeper whose deadline comes; advance(0ms) runs what is due.
-    void advance(std::chrono::milliseconds by);
-    void advanceTo(const QDateTime &moment);
-    // The computer sleeps: wall time moves but sleepers' timers stand still, as Qt's do.
-    void suspend(std::chrono::milliseconds by);
-
-private:
-    struct Sleeper {
-        QDateTime deadline;
-        std::shared_ptr<CancelToken> wake;
-    };
-
-    QDateTime m_now;
-    QDateTime m_boot;
-    QList<Sleeper> m_sleepers;
-};
 
 // The library store as the shuffle sees it: choices, files on disk, and the sets it was asked for.
 class FakeStore : public ShuffleStore {
@@ -133,7 +98,7 @@ struct ShuffleRig {
     FakeDisplays displays;
     Favourites favourites;
     SleepWatcher sleep;
-    std::shared_ptr<SimulatedClock> clock;
+    std::shared_ptr<TestClock> clock;
     QRandomGenerator random;
     std::unique_ptr<FocusWallpaper> focus;
     std::unique_ptr<Shuffle> shuffle;

@@ -1,7 +1,7 @@
 #include "defaults.h"
 #include "helper_process.h"
-#include "shuffle_rig.h"
 #include "spaces_helper.h"
+#include "test_clock.h"
 #include "test_files.h"
 
 #include <QDBusConnection>
@@ -37,7 +37,7 @@ class SpacesHelperTest : public QObject {
         explicit Rig(const QString &folder, const QString &build = u"0.1.0"_s)
             : defaults(folder + u"/defaults.ini"_s)
             , process(QDBusConnection::sessionBus(), HelperBus::pidFilePath())
-            , clock(std::make_shared<SimulatedClock>(QDateTime::currentDateTimeUtc()))
+            , clock(std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true))
             , helper({ .defaults = &defaults,
                        .process = &process,
                        .clock = clock,
@@ -49,7 +49,7 @@ class SpacesHelperTest : public QObject {
 
         Defaults defaults;
         HelperProcess process;
-        std::shared_ptr<SimulatedClock> clock;
+        std::shared_ptr<TestClock> clock;
         SpacesHelper helper;
     };
 

@@ -1,6 +1,6 @@
 #include "display_id.h"
 #include "placement_records.h"
-#include "shuffle_rig.h"
+#include "test_clock.h"
 #include "test_files.h"
 #include "workspace_keeper.h"
 #include "xfce_backend.h"
@@ -56,7 +56,7 @@ class WorkspaceKeeperTest : public QObject {
     QTemporaryDir m_folder;
     QString m_ours;
     std::unique_ptr<XfceBackend> m_backend;
-    std::shared_ptr<SimulatedClock> m_clock;
+    std::shared_ptr<TestClock> m_clock;
     std::unique_ptr<WorkspaceKeeper> m_keeper;
     Placement m_placement;
 
@@ -79,7 +79,7 @@ private Q_SLOTS:
                         .path = m_ours,
                         .setAt = 1700000000000 };
         m_backend = std::make_unique<XfceBackend>(QDBusConnection::sessionBus());
-        m_clock = std::make_shared<SimulatedClock>(QDateTime::currentDateTimeUtc());
+        m_clock = std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true);
         m_keeper = std::make_unique<WorkspaceKeeper>(m_backend.get(),
                                                      PlacementRecords(m_folder.path()), m_clock);
         // Quennet set the wallpaper on the two workspaces there were.

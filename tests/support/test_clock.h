@@ -3,26 +3,39 @@
 #include "cancel_token.h"
 #include "clock.h"
 
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
 #include <QCoroSignal>
 #include <QCoroTimer>
 #include <QDateTime>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
 
 // Time that moves only when a test moves it. A sleep moves it on by its own length at once while
-// `allowed` lasts, and waits for more after that; a held sleep waits instead for advance() to
-// pass its deadline, as a schedule's would.
+// `allowed` lasts, and waits for more after that. A held sleep waits instead for advance() to
+// reach its deadline, and held sleepers wake one at a time in the order of their deadlines, as a
+// schedule's would.
 class TestClock : public Clock {
 public:
+    TestClock() = default;
+    TestClock(const QDateTime &now, bool hold)
+        : holdSleeps(hold)
+        , m_now(now)
+    {
+    }
+
     [[nodiscard]] QDateTime now() const override { return m_now; }
     [[nodiscard]] std::chrono::nanoseconds sinceBoot() const override { return m_sinceBoot; }
     QCoro::Task<bool> sleep(std::shared_ptr<CancelToken> token,
                             std::chrono::milliseconds duration) override;
 
     void setNow(const QDateTime &now) { m_now = now; }
-    // Moves time on and wakes the held sleepers it passes, unless it moves as a suspend would,
-    // with the timers stopped.
-    void advance(std::chrono::milliseconds by, bool wakeSleepers = true);
+    // Moves time on, waking each held sleeper whose deadline comes; advance(0ms) runs what is due.
+    void advance(std::chrono::milliseconds by) { advanceTo(m_now.addMSecs(by.count())); }
+    void advanceTo(const QDateTime &moment);
+    // The computer sleeps: wall time moves but sleepers' timers stand still, as Qt's do.
+    void suspend(std::chrono::milliseconds by);
     // Sleeps that ended, in order.
     [[nodiscard]] const QList<std::chrono::milliseconds> &sleeps() const { return m_sleeps; }
 
@@ -36,6 +49,8 @@ private:
         QDateTime deadline;
         std::shared_ptr<CancelToken> wake;
     };
+
+    void moveTo(const QDateTime &moment);
 
     QDateTime m_now = QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
     std::chrono::nanoseconds m_sinceBoot = std::chrono::hours(1);
@@ -53,6 +68,7 @@ inline QCoro::Task<bool> TestClock::sleep(std::shared_ptr<CancelToken> token,
         QObject::connect(token.get(), &CancelToken::cancelled, wake.get(), &CancelToken::cancel);
         m_sleepers.append({ m_now.addMSecs(duration.count()), wake });
         co_await qCoro(wake.get(), &CancelToken::cancelled);
+        m_sleepers.removeIf([&wake](const Sleeper &sleeper) { return sleeper.wake == wake; });
         co_return !token->isCancelled();
     }
     while (allowed <= 0 && !token->isCancelled()) {
@@ -65,28 +81,41 @@ inline QCoro::Task<bool> TestClock::sleep(std::shared_ptr<CancelToken> token,
         co_return false;
     --allowed;
     m_sleeps.append(duration);
-    m_now = m_now.addMSecs(duration.count());
-    m_sinceBoot += duration;
+    moveTo(m_now.addMSecs(duration.count()));
     if (onSleep)
         onSleep(duration);
     co_return true;
 }
 
-inline void TestClock::advance(std::chrono::milliseconds by, bool wakeSleepers)
+inline void TestClock::moveTo(const QDateTime &moment)
 {
-    m_now = m_now.addMSecs(by.count());
-    if (!wakeSleepers)
+    if (moment <= m_now)
         return;
-    // Woken sleepers may sleep again at once: only those due now are taken.
-    QList<Sleeper> due;
-    m_sleepers.removeIf([&](const Sleeper &sleeper) {
-        if (sleeper.wake->isCancelled())
-            return true;
-        if (sleeper.deadline > m_now)
-            return false;
-        due.append(sleeper);
-        return true;
-    });
-    for (const auto &sleeper : std::as_const(due))
-        sleeper.wake->cancel();
+    m_sinceBoot += std::chrono::milliseconds(m_now.msecsTo(moment));
+    m_now = moment;
+}
+
+inline void TestClock::advanceTo(const QDateTime &moment)
+{
+    while (true) {
+        const auto next = std::min_element(
+            m_sleepers.begin(), m_sleepers.end(),
+            [](const Sleeper &a, const Sleeper &b) { return a.deadline < b.deadline; });
+        if (next == m_sleepers.end() || next->deadline > moment)
+            break;
+        moveTo(next->deadline);
+        const auto wake = next->wake;
+        m_sleepers.erase(next);
+        wake->cancel();
+        // A woken sleeper resumes through a queued call; so may whatever it wakes in turn.
+        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
+    }
+    moveTo(moment);
+}
+
+inline void TestClock::suspend(std::chrono::milliseconds by)
+{
+    moveTo(m_now.addMSecs(by.count()));
+    for (auto &sleeper : m_sleepers)
+        sleeper.deadline = sleeper.deadline.addMSecs(by.count());
 }
