@@ -46,6 +46,6 @@ struct CommandLine {
     // The help of the whole tool.
     [[nodiscard]] static QString help();
     // The help of one subcommand; empty for an unknown one.
-    [[nodiscard]] static QString help(const QString &subcommand);
+    [[nodiscard]] static QString help(const QString &name);
     [[nodiscard]] static QStringList subcommands();
 };
