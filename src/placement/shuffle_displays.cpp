@@ -7,7 +7,8 @@ ShuffleDisplays::ShuffleDisplays(QObject *parent)
 {
 }
 
-bool ShuffleDisplays::canRestore(const QString &path, const std::optional<Placement> &) const
+bool ShuffleDisplays::canRestore(const QString &path,
+                                 const std::optional<Placement> & /*placement*/) const
 {
     return !path.isEmpty() && QFileInfo::exists(path);
 }

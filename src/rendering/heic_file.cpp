@@ -34,10 +34,13 @@ QImage decode(const heif_image_handle *handle)
         heif_image_release(image);
         return {};
     }
-    return QImage(
-        data, heif_image_get_primary_width(image), heif_image_get_primary_height(image), stride,
-        alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888,
-        [](void *image) { heif_image_release(static_cast<heif_image *>(image)); }, image);
+    return { data,
+             heif_image_get_primary_width(image),
+             heif_image_get_primary_height(image),
+             stride,
+             alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888,
+             [](void *image) { heif_image_release(static_cast<heif_image *>(image)); },
+             image };
 }
 } // namespace
 
