@@ -36,7 +36,7 @@ QString madeName(const DesktopScreen &screen)
     if (builtIn.match(screen.connector).hasMatch())
         return u"Built-in display"_s;
     const QString make = maker(screen.manufacturer);
-    const QString model = edidText(screen.model);
+    QString model = edidText(screen.model);
     // Monitors often repeat their maker in the model's name: "Dell" and "DELL U2720Q".
     const QString first = make.section(u' ', 0, 0);
     if (!first.isEmpty() && model.startsWith(first, Qt::CaseInsensitive))
@@ -53,7 +53,7 @@ QString idOf(const QString &name)
 QString edidName(const DesktopScreen &screen)
 {
     const QString manufacturer = edidText(screen.manufacturer);
-    const QString model = edidText(screen.model);
+    QString model = edidText(screen.model);
     const QString serial = edidText(screen.serial);
     if (manufacturer.isEmpty() && model.isEmpty() && serial.isEmpty())
         return {};

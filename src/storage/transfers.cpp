@@ -46,7 +46,7 @@ TryFailure examine(const std::exception_ptr &error)
 
 NetworkError cancelled()
 {
-    return NetworkError(QNetworkReply::OperationCanceledError, u"Operation canceled"_s);
+    return { QNetworkReply::OperationCanceledError, u"Operation canceled"_s };
 }
 } // namespace
 
