@@ -1,5 +1,6 @@
 #include "art_cache.h"
 #include "artwork_urls.h"
+#include "await_task.h"
 #include "dev_shop.h"
 #include "heic_file.h"
 #include "network_access_manager.h"
@@ -25,7 +26,7 @@ QColor middle(const QImage &image)
 
 std::optional<QImage> imageOf(ArtCache &cache, const QUrl &url, int maxPixels, bool dark)
 {
-    return QCoro::waitFor(cache.image(url, maxPixels, dark));
+    return finish(cache.image(url, maxPixels, dark)).value.value_or(std::nullopt);
 }
 } // namespace
 

@@ -1,3 +1,4 @@
+#include "await_task.h"
 #include "defaults.h"
 #include "helper_process.h"
 #include "spaces_helper.h"
@@ -64,7 +65,7 @@ private Q_SLOTS:
     {
         if (helperOwnsItsName()) {
             HelperProcess process(QDBusConnection::sessionBus(), HelperBus::pidFilePath());
-            QCoro::waitFor(process.end());
+            awaitTask(process.end());
         }
         QFile::remove(m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s));
         QFile::remove(m_folder.filePath(u"defaults.ini"_s));
@@ -140,9 +141,9 @@ private Q_SLOTS:
 
         // Once per launch; and the same build is left running.
         const auto newPid = rig.process.pid();
-        QCoro::waitFor(rig.helper.checkRunning());
+        awaitTask(rig.helper.checkRunning());
         Rig next(m_folder.path());
-        QCoro::waitFor(next.helper.checkRunning());
+        awaitTask(next.helper.checkRunning());
         QCOMPARE(next.process.pid(), newPid);
     }
 
@@ -157,7 +158,7 @@ private Q_SLOTS:
         QTRY_VERIFY(QFile::exists(HelperBus::pidFilePath()));
         HelperProcess process(QDBusConnection::sessionBus(), HelperBus::pidFilePath());
         QCOMPARE(process.pid().value_or(0), stray.processId());
-        QCoro::waitFor(process.end());
+        awaitTask(process.end());
         QTRY_COMPARE(stray.state(), QProcess::NotRunning);
         QCOMPARE(stray.exitStatus(), QProcess::CrashExit);
 
@@ -167,7 +168,7 @@ private Q_SLOTS:
         QVERIFY(other.waitForStarted());
         QVERIFY(writeFile(HelperBus::pidFilePath(), QByteArray::number(other.processId())));
         QCOMPARE(process.pid(), std::nullopt);
-        QCoro::waitFor(process.end());
+        awaitTask(process.end());
         QVERIFY(!other.waitForFinished(300));
         other.kill();
         other.waitForFinished();
