@@ -19,9 +19,9 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-constexpr qint64 readChunk = Q_INT64_C(64) * 1024;
-constexpr qint64 writeBlock = Q_INT64_C(1024) * 1024;
-constexpr qint64 progressStep = Q_INT64_C(512) * 1024;
+constexpr qint64 readChunk = qint64(64) * 1024;
+constexpr qint64 writeBlock = qint64(1024) * 1024;
+constexpr qint64 progressStep = qint64(512) * 1024;
 constexpr int maxRedirects = 5;
 
 // Resumes the awaiting coroutine at the reply's next sign of life: its headers, more bytes, or

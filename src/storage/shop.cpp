@@ -256,12 +256,13 @@ std::optional<Edition> Shop::editionFor(const QString &pack, const QString &colo
 WallpaperFile Shop::wallpaperFile(const QString &pack, const QString &colourway,
                                   Edition wanted) const
 {
-    if (!m_contents.owned.contains(pack))
+    const auto owned = m_contents.owned.constFind(pack);
+    if (owned == m_contents.owned.cend())
         throw NotInPacks();
-    const auto chosen = editionFor(pack, colourway, wanted);
+    const auto chosen = chooseEdition(*owned, colourway, wanted);
     if (!chosen)
         throw Unavailable();
-    return *m_contents.owned.value(pack).file(colourway, *chosen);
+    return *owned->file(colourway, *chosen);
 }
 
 std::optional<WallpaperFile> Shop::fileFor(const Placement &placement) const
