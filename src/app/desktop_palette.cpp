@@ -5,10 +5,7 @@
 #include <QApplication>
 #include <QPlatformSurfaceEvent>
 #include <QQuickWindow>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QWindow>
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -79,9 +76,48 @@ QPalette DesktopPalette::dark()
 
 QPalette DesktopPalette::light()
 {
-    // The palette of the Fusion style the views use.
-    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(u"Fusion"_s));
-    return fusion ? fusion->standardPalette() : QPalette(QColor(0xef, 0xef, 0xef));
+    // Near Adwaita's light window, views and text; Fusion's own greys look foreign on every
+    // desktop.
+    const QColor window(0xfa, 0xfa, 0xfa);
+    const QColor text(0x30, 0x30, 0x30);
+    const QColor button(0xeb, 0xeb, 0xeb);
+    const QColor accent(0x35, 0x84, 0xe4);
+    QPalette palette;
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::AlternateBase, QColor(0xf4, 0xf4, 0xf4));
+    palette.setColor(QPalette::ToolTipBase, QColor(0x30, 0x30, 0x30));
+    palette.setColor(QPalette::ToolTipText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0x80, 0x80));
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, button);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Light, Qt::white);
+    palette.setColor(QPalette::Midlight, QColor(0xf2, 0xf2, 0xf2));
+    palette.setColor(QPalette::Mid, QColor(0xc0, 0xc0, 0xc0));
+    palette.setColor(QPalette::Dark, QColor(0x9a, 0x9a, 0x9a));
+    palette.setColor(QPalette::Shadow, QColor(0x60, 0x60, 0x60));
+    palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, accent.darker(115));
+    palette.setColor(QPalette::LinkVisited, accent.darker(135));
+    for (const auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText }) {
+        palette.setColor(QPalette::Disabled, role, QColor(0x9a, 0x9a, 0x9a));
+    }
+    palette.setColor(QPalette::Disabled, QPalette::Button, window);
+    return palette;
+}
+
+void DesktopPalette::takeAccent(QPalette &palette, const QColor &accent)
+{
+    palette.setColor(QPalette::Highlight, accent);
+    // White on the accent unless the accent is too light to carry it.
+    palette.setColor(QPalette::HighlightedText, accent.lightness() > 170 ? Qt::black : Qt::white);
+    const QColor link = isDark(palette) ? accent.lighter(125) : accent.darker(115);
+    palette.setColor(QPalette::Link, link);
+    palette.setColor(QPalette::LinkVisited, isDark(palette) ? link.darker(115) : link.darker(120));
 }
 
 void DesktopPalette::apply()
@@ -90,17 +126,22 @@ void DesktopPalette::apply()
     // The desktop's own colours, read afresh, are right even before the portal has answered.
     std::optional<QPalette> chosen = m_desktopColours ? m_desktopColours() : std::nullopt;
     if (!chosen) {
-        // A palette with no role of its own resolves to the Qt theme's as it is now; a fresh one,
-        // so that Qt cannot take it for the application's own.
-        QPalette theme(Qt::black);
-        theme.setResolveMask(0);
-        QApplication::setPalette(theme);
         const bool wantsDark = m_scheme && m_scheme->isDark();
-        if (isDark(QApplication::palette()) != wantsDark)
-            chosen = wantsDark ? dark() : light();
+        chosen = wantsDark ? dark() : light();
+        if (qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME")) {
+            // A Qt theme the user chose (qt6ct and the like) wins while it matches the scheme. A
+            // palette with no role of its own resolves to the theme's as it is now; a fresh one,
+            // so that Qt cannot take it for the application's own.
+            QPalette theme(Qt::black);
+            theme.setResolveMask(0);
+            QApplication::setPalette(theme);
+            if (isDark(QApplication::palette()) == wantsDark)
+                chosen = QApplication::palette();
+        }
+        if (m_scheme && m_scheme->accent().isValid())
+            takeAccent(*chosen, m_scheme->accent());
     }
-    if (chosen)
-        QApplication::setPalette(*chosen);
+    QApplication::setPalette(*chosen);
     if (QApplication::palette() != before)
         remakeTitleBars();
 }

@@ -12,12 +12,13 @@ class ColourScheme;
 // while windows are open.
 //
 // Qt 6.4 follows neither way by itself. Its KDE theme reads kdeglobals at start, and on a change
-// sometimes before Plasma has written the new colours; its GNOME and generic themes have a light
-// palette only. So at every change the palette is chosen again: the desktop's own colours where it
-// has them (KDE's, read afresh), else the Qt theme's if it matches the scheme, else one of
-// Quennet's. Windows need telling too: a new Qt Quick window starts from the palette Qt Quick took
-// at start, and the title bars Qt draws on Wayland where the compositor draws none (GNOME) take
-// the palette once, when made, so they are made again.
+// sometimes before Plasma has written the new colours; its GNOME and generic themes have Fusion's
+// light greys only. So at every change the palette is chosen again: the desktop's own colours where
+// it has them (KDE's, read afresh, accent included), else the Qt theme the user chose if it matches
+// the scheme, else Quennet's light or dark one near Adwaita's; both take the accent colour the
+// portal reports. Windows need telling too: a new Qt Quick window starts from the palette Qt Quick
+// took at start, and the title bars Qt draws on Wayland where the compositor draws none (GNOME)
+// take the palette once, when made, so they are made again.
 class DesktopPalette : public QObject {
     Q_OBJECT
 
@@ -28,14 +29,14 @@ public:
     explicit DesktopPalette(ColourScheme *scheme, DesktopColours desktopColours = {},
                             QObject *parent = nullptr);
 
-    [[nodiscard]] static QPalette dark();
-    [[nodiscard]] static QPalette light();
-    [[nodiscard]] static bool isDark(const QPalette &palette);
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    [[nodiscard]] static QPalette dark();
+    [[nodiscard]] static QPalette light();
+    [[nodiscard]] static bool isDark(const QPalette &palette);
+    static void takeAccent(QPalette &palette, const QColor &accent);
     void apply();
     static void remakeTitleBars();
 

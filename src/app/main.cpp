@@ -18,7 +18,10 @@ int main(int argc, char *argv[])
     QApplication::setDesktopFileName(u"app.quennet.Quennet"_s);
     // A tray application: closing its windows leaves it running.
     QApplication::setQuitOnLastWindowClosed(false);
-    QQuickStyle::setStyle(u"Fusion"_s);
+    // Debian's Qt has neither Breeze nor Adwaita for Qt Quick; Fusion in the desktop's palette
+    // comes closest. A style the user chose wins.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_CONTROLS_STYLE"))
+        QQuickStyle::setStyle(u"Fusion"_s);
 
     QCommandLineParser parser;
     parser.addHelpOption();

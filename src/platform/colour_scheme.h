@@ -1,14 +1,16 @@
 #pragma once
 
+#include <QColor>
 #include <QDBusConnection>
 #include <QObject>
 
 class QDBusMessage;
 
-// Whether the desktop prefers dark, from the desktop portal's appearance setting
-// (org.freedesktop.appearance color-scheme). Light until the portal says otherwise. It also tells
-// when KDE's colour scheme is replaced, since its colours can change while dark stays dark.
-// changed() comes once when the first answer is in, whatever it is, and at every change after.
+// Whether the desktop prefers dark, and the accent colour the user chose, from the desktop portal's
+// appearance settings (org.freedesktop.appearance color-scheme and accent-color). Light, with no
+// accent, until the portal says otherwise. It also tells when KDE's colour scheme is replaced,
+// since its colours can change while dark stays dark. changed() comes once when the first answer
+// is in, whatever it is, and at every change after; coloursChanged() when the colours change.
 class ColourScheme : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
@@ -17,6 +19,8 @@ public:
     explicit ColourScheme(QDBusConnection bus, QObject *parent = nullptr);
 
     [[nodiscard]] bool isDark() const { return m_dark; }
+    // Invalid while the desktop has no accent colour or the portal cannot tell.
+    [[nodiscard]] QColor accent() const { return m_accent; }
     // Whether the portal has answered, or will never be asked.
     [[nodiscard]] bool isKnown() const { return m_known; }
 
@@ -28,9 +32,12 @@ private Q_SLOTS:
     void settingChanged(const QDBusMessage &message);
 
 private:
+    void read(const QString &name, void (ColourScheme::*adopt)(const QVariant &));
     void take(const QVariant &value);
+    void takeAccent(const QVariant &value);
 
     QDBusConnection m_bus;
     bool m_dark = false;
     bool m_known = false;
+    QColor m_accent;
 };

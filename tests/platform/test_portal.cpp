@@ -19,6 +19,7 @@ class PortalTest : public QObject {
     Q_OBJECT
 
     uint m_scheme = 1; // prefers dark
+    QVariant m_accent = accent(0.2, 0.4, 0.8);
     uint m_answer = 0; // what the user says to a new wallpaper: 0 yes, 1 no
     // As the portal has done since the handle token: the request's object is the caller's name
     // and its token, and the answer may come before the call's reply. Else an object of its own
@@ -38,6 +39,7 @@ class PortalTest : public QObject {
             const QString key = arguments.value(1).toString();
             const QVariant value = key == "enable-animations"_L1 ? QVariant(false)
                 : key == "color-scheme"_L1                       ? QVariant(m_scheme)
+                : key == "accent-color"_L1                       ? m_accent
                                                                  : QVariant();
             if (!value.isValid())
                 return call.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
@@ -76,6 +78,15 @@ class PortalTest : public QObject {
                             { group, key, QVariant::fromValue(QDBusVariant(value)) });
     }
 
+    static QVariant accent(double red, double green, double blue)
+    {
+        QDBusArgument colour;
+        colour.beginStructure();
+        colour << red << green << blue;
+        colour.endStructure();
+        return QVariant::fromValue(colour);
+    }
+
     void changeScheme(uint scheme)
     {
         m_scheme = scheme;
@@ -107,6 +118,21 @@ private Q_SLOTS:
         QVERIFY(colours.wait(5000));
         QVERIFY(scheme.isDark());
         QCOMPARE(changed.size(), 2);
+
+        // The accent colour, as read at start and as changed; out of range or malformed is none.
+        QCOMPARE(scheme.accent(), QColor::fromRgbF(0.2F, 0.4F, 0.8F));
+        const auto changeAccent = [&](const QVariant &value) {
+            changeSetting(u"org.freedesktop.appearance"_s, u"accent-color"_s, value);
+            return colours.wait(5000);
+        };
+        QVERIFY(changeAccent(accent(1, 0.5, 0)));
+        QCOMPARE(scheme.accent(), QColor::fromRgbF(1, 0.5F, 0));
+        QVERIFY(changeAccent(accent(-1, -1, -1)));
+        QVERIFY(!scheme.accent().isValid());
+        QVERIFY(changeAccent(accent(0, 0.5, 0.5)));
+        QVERIFY(changeAccent(u"blue"_s));
+        QVERIFY(!scheme.accent().isValid());
+        QVERIFY(scheme.isDark());
     }
 
     void wallpaperRequests_data()
