@@ -14,17 +14,19 @@ struct Section {
 
 QList<Section> sections(const QString &changelog)
 {
-    static const QRegularExpression heading(u"^##\\s+\\[([^\\]]+)\\]"_s);
+    static const QRegularExpression heading(u"^##\\s+\\[([^\\]]+)\\](.*)$"_s);
     // Link definitions at the bottom ("[1.2.0]: https://…") belong to no section.
     static const QRegularExpression link(u"^\\[[^\\]]+\\]:\\s"_s);
     QList<Section> found;
     for (const QString &line : changelog.split(u'\n')) {
         const auto match = heading.match(line);
-        if (match.hasMatch())
-            found.append({ match.captured(1).trimmed(), {} });
-        else if (found.isEmpty() || link.match(line).hasMatch())
-            continue;
-        found.last().text += line + u'\n';
+        if (match.hasMatch()) {
+            // Shown without the brackets, which only make the heading a link on the web.
+            const QString name = match.captured(1).trimmed();
+            found.append({ name, u"## "_s + name + match.captured(2) + u'\n' });
+        } else if (!found.isEmpty() && !link.match(line).hasMatch()) {
+            found.last().text += line + u'\n';
+        }
     }
     return found;
 }
