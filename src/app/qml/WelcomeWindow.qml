@@ -12,9 +12,9 @@ ApplicationWindow {
 
     title: qsTr("Welcome to Quennet")
     width: 480
-    height: 400
+    height: 330
     minimumWidth: 420
-    minimumHeight: 360
+    minimumHeight: 300
 
     Shortcut {
         sequences: [StandardKey.Close, "Escape"]
