@@ -336,19 +336,6 @@ ApplicationWindow {
         Explanation {
             text: "The wallpaper packs you bought in the Quennet shop, on every display."
         }
-        RowLayout {
-            Layout.topMargin: 6
-            Button {
-                text: qsTr("What's New")
-                Accessible.name: text
-                onClicked: aboutPane.app.openChangelog()
-            }
-            Button {
-                text: qsTr("Show Welcome")
-                Accessible.name: text
-                onClicked: aboutPane.app.openWelcome()
-            }
-        }
         SectionTitle { text: "Acknowledgements" }
         ListView {
             Layout.fillWidth: true
@@ -362,6 +349,19 @@ ApplicationWindow {
                 Label { text: modelData.name; Layout.preferredWidth: 110 }
                 Label { text: modelData.licence; Layout.preferredWidth: 110; color: palette.placeholderText }
                 Label { text: modelData.use; Layout.fillWidth: true; elide: Text.ElideRight; color: palette.placeholderText }
+            }
+        }
+        RowLayout {
+            Layout.topMargin: 10
+            Button {
+                text: qsTr("What's New")
+                Accessible.name: text
+                onClicked: aboutPane.app.openChangelog()
+            }
+            Button {
+                text: qsTr("Show Welcome")
+                Accessible.name: text
+                onClicked: aboutPane.app.openWelcome()
             }
         }
     }
