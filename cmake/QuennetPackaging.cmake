@@ -93,6 +93,8 @@ packs, for developing and testing Quennet without the real shop.")
 # Loaded at run time, so no shared-library scan finds them: the views need their QML modules.
 set(CPACK_DEBIAN_APP_PACKAGE_DEPENDS
     "qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, qml6-module-qtqml-workerscript, qml6-module-qtquick-dialogs, qt6-qpa-plugins")
-set(CPACK_DEBIAN_APP_PACKAGE_RECOMMENDS "gnome-keyring | kwalletmanager | keepassxc, xwallpaper")
+# The event sounds reach PulseAudio or PipeWire through its plugin, from the freedesktop theme.
+set(CPACK_DEBIAN_APP_PACKAGE_RECOMMENDS
+    "gnome-keyring | kwalletmanager | keepassxc, xwallpaper, libcanberra-pulse, sound-theme-freedesktop")
 set(CPACK_DEBIAN_APP_PACKAGE_SUGGESTS "heif-gdk-pixbuf")
 include(CPack)

@@ -15,10 +15,13 @@
 #include "displays.h"
 #include "do_not_disturb_watchers.h"
 #include "download_thread.h"
+#include "event_sounds.h"
 #include "favourites.h"
+#include "feedback_sounds.h"
 #include "focus_filter.h"
 #include "focus_wallpaper.h"
 #include "following.h"
+#include "greeting.h"
 #include "helper_process.h"
 #include "intents.h"
 #include "kde_colours.h"
@@ -44,6 +47,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFile>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -87,6 +91,8 @@ AppDelegate::~AppDelegate()
     // Windows go before the engine that made them, and the panel with its controller.
     delete m_main;
     delete m_settings;
+    delete m_welcome;
+    delete m_whatsNew;
     delete m_statusItem;
 }
 
@@ -108,6 +114,7 @@ void AppDelegate::start()
 
     m_loginItem = new LoginItem(m_options.program, {}, this);
     startViews();
+    startGreetingAndSounds();
 
     // One engine for every view, made with the first of them.
     const QVariantMap roots { { u"app"_s, QVariant::fromValue(this) } };
@@ -296,6 +303,36 @@ void AppDelegate::startNotifications()
     });
 }
 
+void AppDelegate::startGreetingAndSounds()
+{
+    QFile changelog(u":/CHANGELOG.md"_s);
+    if (!changelog.open(QIODevice::ReadOnly))
+        qCWarning(lcApp) << "No changelog in the program";
+    m_greeting = new Greeting(m_defaults.get(),
+                              { .version = version(),
+                                .development = QUENNET_DEVELOPMENT_BUILD,
+                                .changelog = QString::fromUtf8(changelog.readAll()) },
+                              this);
+    m_sounds = new FeedbackSounds(
+        m_defaults.get(), std::make_unique<CanberraSoundPlayer>(),
+        [] { return EventSounds::desktopPlays(qEnvironmentVariable("XDG_CURRENT_DESKTOP")); },
+        this);
+    const auto notSaved = [this] { m_notice->showFailure(Defaults::NotSaved().description()); };
+    connect(m_greeting, &Greeting::notSaved, m_notice, notSaved);
+    connect(m_sounds, &FeedbackSounds::notSaved, m_notice, notSaved);
+    connect(m_actions, &WallpaperActions::wallpaperSet, m_sounds,
+            [this] { m_sounds->play(FeedbackSounds::Moment::WallpaperSet); });
+    connect(m_actions, &WallpaperActions::setFailed, m_sounds,
+            [this] { m_sounds->play(FeedbackSounds::Moment::Failed); });
+    // Signed in by the user, not a session read back at start.
+    connect(m_account, &Account::stateChanged, m_sounds, [this, waiting = false]() mutable {
+        const Account::Status status = m_account->status();
+        if (waiting && status == Account::Status::SignedIn)
+            m_sounds->play(FeedbackSounds::Moment::SignedIn);
+        waiting = status == Account::Status::Waiting;
+    });
+}
+
 void AppDelegate::sayIfNoTray()
 {
     // Without a tray host (GNOME without its tray extension) the icon shows nowhere, and a start
@@ -357,14 +394,17 @@ QVariantList AppDelegate::acknowledgements()
         return QVariantMap { { u"name"_s, name }, { u"licence"_s, licence }, { u"use"_s, use } };
     };
     return {
-        entry(u"Qt 6"_s, u"LGPL-3.0"_s, u"windows, views, networking and D-Bus"_s),
-        entry(u"QCoro"_s, u"MIT"_s, u"coroutines over Qt"_s),
-        entry(u"libsecret"_s, u"LGPL-2.1"_s, u"the desktop's secret store"_s),
-        entry(u"libheif"_s, u"LGPL-3.0"_s, u"reading HEIC wallpapers"_s),
-        entry(u"libde265"_s, u"LGPL-3.0"_s, u"decoding HEVC pictures"_s),
-        entry(u"libplist"_s, u"LGPL-2.1"_s, u"wallpaper metadata"_s),
-        entry(u"OpenSSL"_s, u"Apache-2.0"_s, u"checking downloads (SHA-256)"_s),
-        entry(u"GLib"_s, u"LGPL-2.1"_s, u"desktop settings (GSettings)"_s),
+        entry(u"Qt 6"_s, u"LGPL-3.0"_s, tr("windows, views, networking and D-Bus")),
+        entry(u"QCoro"_s, u"MIT"_s, tr("coroutines over Qt")),
+        entry(u"libsecret"_s, u"LGPL-2.1"_s, tr("the desktop's secret store")),
+        entry(u"libheif"_s, u"LGPL-3.0"_s, tr("reading HEIC wallpapers")),
+        entry(u"libde265"_s, u"LGPL-3.0"_s, tr("decoding HEVC pictures")),
+        entry(u"libplist"_s, u"LGPL-2.1"_s, tr("wallpaper metadata")),
+        entry(u"OpenSSL"_s, u"Apache-2.0"_s, tr("checking downloads (SHA-256)")),
+        entry(u"GLib"_s, u"LGPL-2.1"_s, tr("desktop settings (GSettings)")),
+        entry(u"libcanberra"_s, u"LGPL-2.1"_s, tr("the desktop's event sounds")),
+        entry(u"Wayland"_s, u"MIT"_s, tr("the panel on Wayland desktops")),
+        entry(u"libxcb"_s, u"MIT"_s, tr("the desktop picture on X11")),
     };
 }
 
@@ -401,13 +441,41 @@ QQmlEngine *AppDelegate::engine()
     return m_engine;
 }
 
+void AppDelegate::present(QPointer<QQuickWindow> &slot, const QString &view)
+{
+    if (QQuickWindow *shown = window(slot, view)) {
+        shown->show();
+        shown->raise();
+        shown->requestActivate();
+    }
+}
+
 void AppDelegate::openMain()
 {
-    if (QQuickWindow *main = window(m_main, u"MainWindow"_s)) {
-        main->show();
-        main->raise();
-        main->requestActivate();
+    const Greeting::Kind due = m_greeting->greet();
+    if (due == Greeting::Kind::Welcome) {
+        openWelcome();
+        return;
     }
+    present(m_main, u"MainWindow"_s);
+    if (due == Greeting::Kind::WhatsNew)
+        openWhatsNew();
+}
+
+void AppDelegate::openWelcome()
+{
+    present(m_welcome, u"WelcomeWindow"_s);
+}
+
+void AppDelegate::openChangelog()
+{
+    m_greeting->showChangelog();
+    openWhatsNew();
+}
+
+void AppDelegate::openWhatsNew()
+{
+    present(m_whatsNew, u"WhatsNewWindow"_s);
 }
 
 void AppDelegate::openSettings(const QString &pane)
@@ -415,11 +483,7 @@ void AppDelegate::openSettings(const QString &pane)
     if (!pane.isEmpty()) {
         setSettingsPane(pane);
     }
-    if (QQuickWindow *settings = window(m_settings, u"SettingsWindow"_s)) {
-        settings->show();
-        settings->raise();
-        settings->requestActivate();
-    }
+    present(m_settings, u"SettingsWindow"_s);
 }
 
 void AppDelegate::closePanel()
@@ -435,8 +499,10 @@ void AppDelegate::quit()
 bool AppDelegate::selfTest()
 {
     bool loaded = m_statusItem->preparePanel();
-    for (const auto &[slot, view] : { std::pair { &m_main, u"MainWindow"_s },
-                                      std::pair { &m_settings, u"SettingsWindow"_s } }) {
+    for (const auto &[slot, view] :
+         { std::pair { &m_main, u"MainWindow"_s }, std::pair { &m_settings, u"SettingsWindow"_s },
+           std::pair { &m_welcome, u"WelcomeWindow"_s },
+           std::pair { &m_whatsNew, u"WhatsNewWindow"_s } }) {
         loaded = window(*slot, view) && loaded;
     }
     return loaded;

@@ -21,8 +21,10 @@ class DesktopNotifications;
 class Displays;
 class DownloadThread;
 class Favourites;
+class FeedbackSounds;
 class FocusFilter;
 class FocusWallpaper;
+class Greeting;
 class Intents;
 class Keychain;
 class LibraryStatus;
@@ -54,6 +56,8 @@ class AppDelegate : public QObject {
     Q_MOC_INCLUDE("library_status.h")
     Q_MOC_INCLUDE("session_actions.h")
     Q_MOC_INCLUDE("favourites.h")
+    Q_MOC_INCLUDE("feedback_sounds.h")
+    Q_MOC_INCLUDE("greeting.h")
     Q_MOC_INCLUDE("shop.h")
     Q_MOC_INCLUDE("shuffle.h")
     Q_MOC_INCLUDE("spaces_helper.h")
@@ -75,6 +79,8 @@ class AppDelegate : public QObject {
     Q_PROPERTY(LibraryStatus *library READ library CONSTANT)
     Q_PROPERTY(ArtCache *artCache READ artCache CONSTANT)
     Q_PROPERTY(SessionActions *session READ session CONSTANT)
+    Q_PROPERTY(Greeting *greeting READ greeting CONSTANT)
+    Q_PROPERTY(FeedbackSounds *sounds READ sounds CONSTANT)
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QVariantList acknowledgements READ acknowledgements CONSTANT)
     Q_PROPERTY(
@@ -113,12 +119,18 @@ public:
     [[nodiscard]] bool isDark() const;
     [[nodiscard]] LibraryStatus *library() const { return m_library; }
     [[nodiscard]] SessionActions *session() const { return m_session; }
+    [[nodiscard]] Greeting *greeting() const { return m_greeting; }
+    [[nodiscard]] FeedbackSounds *sounds() const { return m_sounds; }
     [[nodiscard]] static QString version();
     [[nodiscard]] static QVariantList acknowledgements();
     [[nodiscard]] QString settingsPane() const { return m_settingsPane; }
     void setSettingsPane(const QString &pane);
 
+    // The main window, after the welcome or what's new when either is due.
     Q_INVOKABLE void openMain();
+    Q_INVOKABLE void openWelcome();
+    // The whole changelog in the what's-new window.
+    Q_INVOKABLE void openChangelog();
     Q_INVOKABLE void openSettings(const QString &pane = {});
     Q_INVOKABLE void closePanel();
     Q_INVOKABLE void quit();
@@ -135,9 +147,13 @@ private:
     void startFocusFilter();
     void startViews();
     void startNotifications();
+    void startGreetingAndSounds();
+    void openWhatsNew();
     void sayIfNoTray();
     void startAutomation();
     [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
+    // Made on first use, then shown in front.
+    void present(QPointer<QQuickWindow> &slot, const QString &view);
     // The tray's icon for the desktop's panel in the current scheme.
     [[nodiscard]] QIcon trayIcon() const;
     // The views' engine, made on first use.
@@ -174,7 +190,11 @@ private:
     QQmlEngine *m_engine = nullptr;
     StatusItemController *m_statusItem = nullptr;
     DesktopNotifications *m_notifications = nullptr;
+    Greeting *m_greeting = nullptr;
+    FeedbackSounds *m_sounds = nullptr;
     QPointer<QQuickWindow> m_main;
     QPointer<QQuickWindow> m_settings;
+    QPointer<QQuickWindow> m_welcome;
+    QPointer<QQuickWindow> m_whatsNew;
     QString m_settingsPane = QStringLiteral("general");
 };

@@ -101,12 +101,16 @@ QCoro::Task<> WallpaperActions::set(QPointer<WallpaperActions> self, QString pac
     const OptionalNotice before = self->m_shop->message();
     try {
         co_await self->m_requests->setWallpaper(pack, colourway, wanted, displayIds);
+        if (self)
+            Q_EMIT self->wallpaperSet();
     } catch (const WallpaperRequests::Overtaken &) {
         // The user chose again meanwhile: the later choice stands, and that is no failure.
     } catch (const std::exception &error) {
         // A failed download is worded by the store already ("Couldn't download …").
         if (self && (!self->m_shop || self->m_shop->message() == before))
             self->failed(error, "Setting a wallpaper");
+        if (self)
+            Q_EMIT self->setFailed();
     }
     if (!self)
         co_return;

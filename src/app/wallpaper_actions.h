@@ -71,6 +71,9 @@ Q_SIGNALS:
     void settingChanged();
     void downloadsChanged();
     void usesOnAllWorkspacesChanged();
+    // A set asked for in a view reached its displays, or failed (its download included).
+    void wallpaperSet();
+    void setFailed();
 
 private:
     static QCoro::Task<> set(QPointer<WallpaperActions> self, QString pack, QString colourway,

@@ -264,6 +264,46 @@ bool Defaults::setShowsUnreleasedPacks(bool on)
     return save(u"showsUnreleasedPacks"_s, on);
 }
 
+bool Defaults::hasLaunchedBefore() const
+{
+    return boolean(u"hasLaunchedBefore"_s, false);
+}
+
+bool Defaults::setHasLaunchedBefore(bool launched)
+{
+    return save(u"hasLaunchedBefore"_s, launched);
+}
+
+std::optional<QString> Defaults::lastOpenedVersion() const
+{
+    return string(u"lastOpenedVersion"_s);
+}
+
+bool Defaults::setLastOpenedVersion(const QString &version)
+{
+    return save(u"lastOpenedVersion"_s, version);
+}
+
+bool Defaults::showsWhatsNew() const
+{
+    return boolean(u"showsWhatsNew"_s, true);
+}
+
+bool Defaults::setShowsWhatsNew(bool on)
+{
+    return save(u"showsWhatsNew"_s, on);
+}
+
+bool Defaults::playsFeedbackSounds() const
+{
+    return boolean(u"playsFeedbackSounds"_s, true);
+}
+
+bool Defaults::setPlaysFeedbackSounds(bool on)
+{
+    return save(u"playsFeedbackSounds"_s, on);
+}
+
 QMap<QString, QStringList> Defaults::seenColourways() const
 {
     QMap<QString, QStringList> seen;

@@ -90,6 +90,19 @@ public:
     [[nodiscard]] bool showsUnreleasedPacks() const;
     [[nodiscard]] bool setShowsUnreleasedPacks(bool on);
 
+    // "hasLaunchedBefore": whether the user has opened Quennet and been welcomed; off when absent.
+    [[nodiscard]] bool hasLaunchedBefore() const;
+    [[nodiscard]] bool setHasLaunchedBefore(bool launched);
+    // "lastOpenedVersion": the version the user last opened; none when absent.
+    [[nodiscard]] std::optional<QString> lastOpenedVersion() const;
+    [[nodiscard]] bool setLastOpenedVersion(const QString &version);
+    // "showsWhatsNew": whether the changes come up after an update; on when absent.
+    [[nodiscard]] bool showsWhatsNew() const;
+    [[nodiscard]] bool setShowsWhatsNew(bool on);
+    // "playsFeedbackSounds": whether a set, a failure or a sign-in is heard; on when absent.
+    [[nodiscard]] bool playsFeedbackSounds() const;
+    [[nodiscard]] bool setPlaysFeedbackSounds(bool on);
+
     // "seenColourways": pack slug to the colourway slugs the user has been shown.
     [[nodiscard]] QMap<QString, QStringList> seenColourways() const;
     [[nodiscard]] bool setSeenColourways(const QMap<QString, QStringList> &seen);

@@ -22,6 +22,7 @@ Q_LOGGING_CATEGORY(lcXfce, "app.quennet.Quennet.Desktop.Xfce")
 Q_LOGGING_CATEGORY(lcDoNotDisturb, "app.quennet.Quennet.DoNotDisturb")
 Q_LOGGING_CATEGORY(lcNotifications, "app.quennet.Quennet.Notifications")
 Q_LOGGING_CATEGORY(lcSleep, "app.quennet.Quennet.Sleep")
+Q_LOGGING_CATEGORY(lcSounds, "app.quennet.Quennet.Sounds")
 Q_LOGGING_CATEGORY(lcSpacesProcess, "app.quennet.Quennet.Spaces.Process")
 
 Q_LOGGING_CATEGORY(lcDisplays, "app.quennet.Quennet.Displays")

@@ -28,8 +28,9 @@ inline bool hasLibrary(const QString &folder)
 // The development shop over the sample content, answering polls every second, with the Quennet
 // that a test starts pointed at it.
 struct SampleShop {
-    // Points Quennet at the shop through the settings in the test's home. False when the shop
-    // does not start or the settings cannot be written.
+    // Points Quennet at the shop through the settings in the test's home, welcomed already and
+    // with this version's changes seen. False when the shop does not start or the settings
+    // cannot be written.
     bool start()
     {
         folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
@@ -37,8 +38,10 @@ struct SampleShop {
         return shop.start()
             && writeFile(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                              + QStringLiteral("/app.quennet.Quennet/defaults.ini"),
-                         QStringLiteral("[General]\nshopBaseURL=%1\nshopCertificates=%2\n")
-                             .arg(shop.baseUrl().toString(), shop.caPath())
+                         QStringLiteral("[General]\nshopBaseURL=%1\nshopCertificates=%2\n"
+                                        "hasLaunchedBefore=true\nlastOpenedVersion=%3\n")
+                             .arg(shop.baseUrl().toString(), shop.caPath(),
+                                  QStringLiteral(QUENNET_VERSION))
                              .toUtf8());
     }
 

@@ -135,6 +135,19 @@ ApplicationWindow {
             Explanation {
                 text: "Starts in the tray, so Shuffle and Do Not Disturb wallpapers keep working."
             }
+            SettingSwitch {
+                text: qsTr("Show what's new after updates")
+                checked: generalPane.app.greeting.showsWhatsNew
+                onToggled: checked => generalPane.app.greeting.showsWhatsNew = checked
+            }
+            SettingSwitch {
+                text: qsTr("Play feedback sounds")
+                checked: generalPane.app.sounds.on
+                onToggled: checked => generalPane.app.sounds.on = checked
+            }
+            Explanation {
+                text: qsTr("A sound when a wallpaper is set, when setting one fails and when you sign in, if your desktop's event sounds are on.")
+            }
 
             SectionTitle { text: "Shuffle" }
             SettingSwitch {
@@ -336,6 +349,19 @@ ApplicationWindow {
                 Label { text: modelData.name; Layout.preferredWidth: 110 }
                 Label { text: modelData.licence; Layout.preferredWidth: 110; color: palette.placeholderText }
                 Label { text: modelData.use; Layout.fillWidth: true; elide: Text.ElideRight; color: palette.placeholderText }
+            }
+        }
+        RowLayout {
+            Layout.topMargin: 10
+            Button {
+                text: qsTr("What's New")
+                Accessible.name: text
+                onClicked: aboutPane.app.openChangelog()
+            }
+            Button {
+                text: qsTr("Show Welcome")
+                Accessible.name: text
+                onClicked: aboutPane.app.openWelcome()
             }
         }
     }

@@ -1,0 +1,102 @@
+#include "event_sounds.h"
+
+#include "gnome_backend.h"
+#include "logging.h"
+
+#include <canberra.h>
+#include <gio/gio.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+// Lives on the player's thread, with the libcanberra context it opens at the first sound.
+class CanberraWorker : public QObject {
+public:
+    ~CanberraWorker() override
+    {
+        if (m_context)
+            ca_context_destroy(m_context);
+    }
+
+    void play(const QByteArray &eventId)
+    {
+        if (m_unavailable || !open())
+            return;
+        const int result = ca_context_play(m_context, 0, CA_PROP_EVENT_ID, eventId.constData(),
+                                           CA_PROP_CANBERRA_CACHE_CONTROL, "volatile", nullptr);
+        if (result != CA_SUCCESS && !m_failedOnce) {
+            // Once is enough: the next sound would fail the same way.
+            m_failedOnce = true;
+            qCInfo(lcSounds) << "Couldn't play an event sound:" << ca_strerror(result);
+        }
+    }
+
+private:
+    bool open()
+    {
+        if (m_context)
+            return true;
+        int result = ca_context_create(&m_context);
+        if (result == CA_SUCCESS) {
+            ca_context_change_props(m_context, CA_PROP_APPLICATION_NAME, "Quennet",
+                                    CA_PROP_APPLICATION_ID, "app.quennet.Quennet",
+                                    CA_PROP_APPLICATION_ICON_NAME, "app.quennet.Quennet", nullptr);
+            result = ca_context_open(m_context);
+        }
+        if (result == CA_SUCCESS)
+            return true;
+        m_unavailable = true;
+        qCInfo(lcSounds) << "No event sounds:" << ca_strerror(result);
+        if (m_context)
+            ca_context_destroy(m_context);
+        m_context = nullptr;
+        return false;
+    }
+
+    ca_context *m_context = nullptr;
+    bool m_unavailable = false;
+    bool m_failedOnce = false;
+};
+
+CanberraSoundPlayer::CanberraSoundPlayer()
+    : m_worker(new CanberraWorker)
+{
+    m_worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.setObjectName(u"Event sounds"_s);
+    m_thread.start(QThread::LowPriority);
+}
+
+CanberraSoundPlayer::~CanberraSoundPlayer()
+{
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void CanberraSoundPlayer::play(const QString &eventId)
+{
+    QMetaObject::invokeMethod(
+        m_worker, [worker = m_worker, id = eventId.toUtf8()] { worker->play(id); },
+        Qt::QueuedConnection);
+}
+
+namespace EventSounds {
+bool desktopPlays(const QString &currentDesktop)
+{
+    if (!GnomeBackend::familyOf(currentDesktop))
+        return true;
+    // A schema that is missing would abort the process in g_settings_new.
+    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
+    GSettingsSchema *schema =
+        source ? g_settings_schema_source_lookup(source, "org.gnome.desktop.sound", TRUE) : nullptr;
+    if (!schema)
+        return true;
+    bool on = true;
+    if (g_settings_schema_has_key(schema, "event-sounds")) {
+        GSettings *settings = g_settings_new_full(schema, nullptr, nullptr);
+        on = g_settings_get_boolean(settings, "event-sounds");
+        g_object_unref(settings);
+    }
+    g_settings_schema_unref(schema);
+    return on;
+}
+} // namespace EventSounds
