@@ -274,24 +274,24 @@ void AppDelegate::startNotifications()
     connect(m_shuffle, &Shuffle::scheduledShuffleFailed, m_notifications,
             [this](const QString &reason) {
                 m_notifications->notify({ .topic = u"shuffle"_s,
-                                          .title = u"Shuffle couldn't change your wallpaper"_s,
+                                          .title = tr("Shuffle couldn't change your wallpaper"),
                                           .body = reason,
-                                          .actionLabel = u"Shuffle Settings"_s,
+                                          .actionLabel = tr("Shuffle Settings"),
                                           .action = [this] { openSettings(u"general"_s); } });
             });
     connect(m_focusWallpaper, &FocusWallpaper::focusWallpaperFailed, m_notifications,
             [this](const QString &reason) {
                 m_notifications->notify({ .topic = u"focus"_s,
-                                          .title = u"Couldn't set the Do Not Disturb wallpaper"_s,
+                                          .title = tr("Couldn't set the Do Not Disturb wallpaper"),
                                           .body = reason,
-                                          .actionLabel = u"Settings"_s,
+                                          .actionLabel = tr("Settings"),
                                           .action = [this] { openSettings(u"general"_s); } });
             });
     connect(m_account, &Account::endedByShop, m_notifications, [this] {
         m_notifications->notify({ .topic = u"session"_s,
-                                  .title = u"You've been signed out"_s,
-                                  .body = u"Sign in again to use your packs."_s,
-                                  .actionLabel = u"Sign In"_s,
+                                  .title = tr("You've been signed out"),
+                                  .body = tr("Sign in again to use your packs."),
+                                  .actionLabel = tr("Sign In"),
                                   .action = [this] { openMain(); } });
     });
 }
@@ -305,10 +305,10 @@ void AppDelegate::sayIfNoTray()
     qCInfo(lcApp) << "No tray host: saying so";
     m_notifications->notify(
         { .topic = u"tray"_s,
-          .title = u"Quennet is running"_s,
+          .title = tr("Quennet is running"),
           .body =
-              u"This desktop has no tray for its icon. Open Quennet from your apps to use it."_s,
-          .actionLabel = u"Open Quennet"_s,
+              tr("This desktop has no tray for its icon. Open Quennet from your apps to use it."),
+          .actionLabel = tr("Open Quennet"),
           .action = [this] { openMain(); } });
 }
 
@@ -357,14 +357,14 @@ QVariantList AppDelegate::acknowledgements()
         return QVariantMap { { u"name"_s, name }, { u"licence"_s, licence }, { u"use"_s, use } };
     };
     return {
-        entry(u"Qt 6"_s, u"LGPL-3.0"_s, u"windows, views, networking and D-Bus"_s),
-        entry(u"QCoro"_s, u"MIT"_s, u"coroutines over Qt"_s),
-        entry(u"libsecret"_s, u"LGPL-2.1"_s, u"the desktop's secret store"_s),
-        entry(u"libheif"_s, u"LGPL-3.0"_s, u"reading HEIC wallpapers"_s),
-        entry(u"libde265"_s, u"LGPL-3.0"_s, u"decoding HEVC pictures"_s),
-        entry(u"libplist"_s, u"LGPL-2.1"_s, u"wallpaper metadata"_s),
-        entry(u"OpenSSL"_s, u"Apache-2.0"_s, u"checking downloads (SHA-256)"_s),
-        entry(u"GLib"_s, u"LGPL-2.1"_s, u"desktop settings (GSettings)"_s),
+        entry(u"Qt 6"_s, u"LGPL-3.0"_s, tr("windows, views, networking and D-Bus")),
+        entry(u"QCoro"_s, u"MIT"_s, tr("coroutines over Qt")),
+        entry(u"libsecret"_s, u"LGPL-2.1"_s, tr("the desktop's secret store")),
+        entry(u"libheif"_s, u"LGPL-3.0"_s, tr("reading HEIC wallpapers")),
+        entry(u"libde265"_s, u"LGPL-3.0"_s, tr("decoding HEVC pictures")),
+        entry(u"libplist"_s, u"LGPL-2.1"_s, tr("wallpaper metadata")),
+        entry(u"OpenSSL"_s, u"Apache-2.0"_s, tr("checking downloads (SHA-256)")),
+        entry(u"GLib"_s, u"LGPL-2.1"_s, tr("desktop settings (GSettings)")),
     };
 }
 
