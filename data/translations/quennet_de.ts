@@ -161,7 +161,7 @@
     </message>
     <message>
         <source>Check the code there matches this one. Waiting for approval…</source>
-        <translation>Prüfen Sie, ob der Code dort mit diesem übereinstimmt. Warten auf Bestätigung …</translation>
+        <translation>Prüfen Sie, ob der Code dort mit diesem übereinstimmt. Warten auf Bestätigung&#xa0;…</translation>
     </message>
     <message>
         <source>Signed in.</source>
@@ -649,7 +649,7 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Settings…</source>
-        <translation>Einstellungen …</translation>
+        <translation>Einstellungen&#xa0;…</translation>
     </message>
     <message>
         <source>Check for New Files</source>
@@ -669,7 +669,7 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Loading your packs…</source>
-        <translation>Ihre Pakete werden geladen …</translation>
+        <translation>Ihre Pakete werden geladen&#xa0;…</translation>
     </message>
     <message>
         <source>Can&apos;t reach the shop</source>
@@ -700,8 +700,8 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
         <translation>Desktop-Dateien unter Downloads speichern</translation>
     </message>
     <message>
-        <source>A click on a colourway sets it on %1</source>
-        <translation>Ein Klick auf eine Farbvariante setzt sie auf %1</translation>
+        <source>A click on a colourway sets it on %1. Choose another display above.</source>
+        <translation>Ein Klick auf eine Farbvariante setzt sie auf %1. Wählen Sie oben einen anderen Bildschirm.</translation>
     </message>
     <message>
         <source>Set on All Displays</source>
@@ -877,7 +877,7 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Loading your packs…</source>
-        <translation>Ihre Pakete werden geladen …</translation>
+        <translation>Ihre Pakete werden geladen&#xa0;…</translation>
     </message>
     <message>
         <source>Sign in to use your packs</source>
@@ -925,7 +925,7 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Settings…</source>
-        <translation>Einstellungen …</translation>
+        <translation>Einstellungen&#xa0;…</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -1141,7 +1141,7 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Shuffling…</source>
-        <translation>Wird gewechselt …</translation>
+        <translation>Wird gewechselt&#xa0;…</translation>
     </message>
     <message>
         <source>Up next: %1</source>
@@ -1223,11 +1223,11 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Waiting for approval…</source>
-        <translation>Warten auf Bestätigung …</translation>
+        <translation>Warten auf Bestätigung&#xa0;…</translation>
     </message>
     <message>
         <source>Sign In…</source>
-        <translation>Anmelden …</translation>
+        <translation>Anmelden&#xa0;…</translation>
     </message>
     <message>
         <source>Open Browser Again</source>
@@ -1261,7 +1261,7 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
     <message>
         <source>Settings…</source>
-        <translation>Einstellungen …</translation>
+        <translation>Einstellungen&#xa0;…</translation>
     </message>
     <message>
         <source>Quit Quennet</source>

@@ -699,8 +699,8 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
         <translation>Enregistrer les fichiers de bureau dans Téléchargements</translation>
     </message>
     <message>
-        <source>A click on a colourway sets it on %1</source>
-        <translation>Un clic sur un coloris l&apos;applique sur %1</translation>
+        <source>A click on a colourway sets it on %1. Choose another display above.</source>
+        <translation>Un clic sur un coloris l&apos;applique sur %1. Choisissez un autre écran ci-dessus.</translation>
     </message>
     <message>
         <source>Set on All Displays</source>

@@ -274,8 +274,8 @@ ApplicationWindow {
                             // Keeps "Back" at the right end when there is one display.
                             opacity: displayList.count > 1 ? 1 : 0
                             textFormat: Text.PlainText
-                            text: qsTr("A click on a colourway sets it on %1").arg(displayList.current.name ?? "")
-                                  + ". Choose another display above."
+                            text: qsTr("A click on a colourway sets it on %1. Choose another display above.")
+                                  .arg(displayList.current.name ?? "")
                             color: palette.placeholderText
                             font.pixelSize: 12
                             elide: Text.ElideRight
