@@ -12,7 +12,6 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTest>
@@ -33,21 +32,17 @@ public:
     [[nodiscard]] QString translate(const char *, const char *source, const char *,
                                     int) const override
     {
-        static const QRegularExpression placeholder(u"%L?(?:n|\\d+)"_s);
         static const QString plain = u"aceinouyAEIOU"_s;
         static const QString accented = u"áçéîñöüÿÅÉÎÖÜ"_s;
         const QString text = QString::fromUtf8(source);
         QString result;
-        qsizetype done = 0;
-        for (auto it = placeholder.globalMatch(text); it.hasNext();) {
-            const auto match = it.next();
-            for (const QChar c : QStringView(text).sliced(done, match.capturedStart() - done))
-                result += plain.contains(c) ? accented.at(plain.indexOf(c)) : c;
-            result += match.captured();
-            done = match.capturedEnd();
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            // The n of "%n" and "%Ln" stays a placeholder.
+            const bool count = text.at(i) == u'n'
+                && (text.left(i).endsWith(u'%') || text.left(i).endsWith(u"%L"_s));
+            const qsizetype at = plain.indexOf(text.at(i));
+            result += at >= 0 && !count ? accented.at(at) : text.at(i);
         }
-        for (const QChar c : QStringView(text).sliced(done))
-            result += plain.contains(c) ? accented.at(plain.indexOf(c)) : c;
         // Padding in short words, as a long translation has them: it may wrap between them.
         while (result.size() < text.size() * 7 / 5)
             result += u" ŵŵŵ"_s;
