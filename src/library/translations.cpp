@@ -19,13 +19,11 @@ void installIfFound(QCoreApplication &application, const QLocale &locale, const 
 }
 } // namespace
 
-void Translations::install(QCoreApplication &application)
+void Translations::install(QCoreApplication &application, const QLocale &locale)
 {
     // English first, under the others: it holds only the plural forms that the source text
     // cannot, for every language Quennet has no translation of.
     installIfFound(application, QLocale(QLocale::English), u"quennet"_s, u":/i18n"_s);
-    // QLocale::system() follows LANGUAGE, LC_ALL, LC_MESSAGES and LANG.
-    const QLocale locale = QLocale::system();
     installIfFound(application, locale, u"qtbase"_s,
                    QLibraryInfo::path(QLibraryInfo::TranslationsPath));
     installIfFound(application, locale, u"quennet"_s, u":/i18n"_s);

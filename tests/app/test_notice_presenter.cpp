@@ -42,9 +42,8 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLocale::setDefault(QLocale::c());
-        // English as the application speaks it, with the plural forms of its translation (every
-        // test runs with LANGUAGE=en).
-        Translations::install(*QCoreApplication::instance());
+        // A language Quennet has no translation of: English, with its plural forms.
+        Translations::install(*QCoreApplication::instance(), QLocale(QLocale::Spanish));
         QDesktopServices::setUrlHandler(u"file"_s, this, "open");
     }
 
