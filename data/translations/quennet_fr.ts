@@ -818,7 +818,7 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
     </message>
     <message>
         <source>Shuffle From</source>
-        <translation>Source</translation>
+        <translation>Alterner parmi</translation>
     </message>
     <message>
         <source>All your packs</source>
@@ -1140,7 +1140,7 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
     </message>
     <message>
         <source>Shuffling…</source>
-        <translation>Changement…</translation>
+        <translation>Changement en cours…</translation>
     </message>
     <message>
         <source>Up next: %1</source>
