@@ -281,24 +281,24 @@ void AppDelegate::startNotifications()
     connect(m_shuffle, &Shuffle::scheduledShuffleFailed, m_notifications,
             [this](const QString &reason) {
                 m_notifications->notify({ .topic = u"shuffle"_s,
-                                          .title = u"Shuffle couldn't change your wallpaper"_s,
+                                          .title = tr("Shuffle couldn't change your wallpaper"),
                                           .body = reason,
-                                          .actionLabel = u"Shuffle Settings"_s,
+                                          .actionLabel = tr("Shuffle Settings"),
                                           .action = [this] { openSettings(u"general"_s); } });
             });
     connect(m_focusWallpaper, &FocusWallpaper::focusWallpaperFailed, m_notifications,
             [this](const QString &reason) {
                 m_notifications->notify({ .topic = u"focus"_s,
-                                          .title = u"Couldn't set the Do Not Disturb wallpaper"_s,
+                                          .title = tr("Couldn't set the Do Not Disturb wallpaper"),
                                           .body = reason,
-                                          .actionLabel = u"Settings"_s,
+                                          .actionLabel = tr("Settings"),
                                           .action = [this] { openSettings(u"general"_s); } });
             });
     connect(m_account, &Account::endedByShop, m_notifications, [this] {
         m_notifications->notify({ .topic = u"session"_s,
-                                  .title = u"You've been signed out"_s,
-                                  .body = u"Sign in again to use your packs."_s,
-                                  .actionLabel = u"Sign In"_s,
+                                  .title = tr("You've been signed out"),
+                                  .body = tr("Sign in again to use your packs."),
+                                  .actionLabel = tr("Sign In"),
                                   .action = [this] { openMain(); } });
     });
 }
@@ -342,10 +342,10 @@ void AppDelegate::sayIfNoTray()
     qCInfo(lcApp) << "No tray host: saying so";
     m_notifications->notify(
         { .topic = u"tray"_s,
-          .title = u"Quennet is running"_s,
+          .title = tr("Quennet is running"),
           .body =
-              u"This desktop has no tray for its icon. Open Quennet from your apps to use it."_s,
-          .actionLabel = u"Open Quennet"_s,
+              tr("This desktop has no tray for its icon. Open Quennet from your apps to use it."),
+          .actionLabel = tr("Open Quennet"),
           .action = [this] { openMain(); } });
 }
 

@@ -83,9 +83,10 @@ void DisplayListModel::reload()
                         row.artworkDark = ArtworkUrls::thumbnail(colourway, Appearance::Dark);
                     }
                 }
-                row.detail += u" · "_s + EditionLabels::edition(placement->edition);
+                row.detail =
+                    tr("%1 · %2").arg(row.detail, EditionLabels::edition(placement->edition));
             } else {
-                row.caption = u"Not from your packs"_s;
+                row.caption = tr("Not from your packs");
             }
             rows.append(std::move(row));
         }

@@ -26,13 +26,13 @@ void LoginItem::setOn(bool on)
 {
     if (on == isOn())
         return;
-    const QString error = on ? m_entry.write({ .title = u"Quennet"_s,
-                                               .comment = u"Wallpaper packs from the shop, on "
-                                                          "every display"_s,
-                                               .program = m_program,
-                                               .arguments = { u"--at-login"_s },
-                                               .listed = true })
-                             : m_entry.remove();
+    const QString error = on
+        ? m_entry.write({ .title = u"Quennet"_s,
+                          .comment = tr("Wallpaper packs from the shop, on every display"),
+                          .program = m_program,
+                          .arguments = { u"--at-login"_s },
+                          .listed = true })
+        : m_entry.remove();
     if (!error.isEmpty())
         qCCritical(lcLoginItem).noquote() << "Couldn't change the login item:" << error;
     Q_EMIT changed();

@@ -1,5 +1,6 @@
 #include "app_delegate.h"
 #include "single_instance.h"
+#include "translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -13,6 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    Translations::install(application);
     QApplication::setApplicationName(u"Quennet"_s);
     QApplication::setApplicationVersion(AppDelegate::version());
     QApplication::setDesktopFileName(u"app.quennet.Quennet"_s);
@@ -26,11 +28,16 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption atLogin(u"at-login"_s, u"Started at login: stay in the tray."_s);
+    const QCommandLineOption atLogin(
+        u"at-login"_s, QCoreApplication::translate("main", "Started at login: stay in the tray."));
     const QCommandLineOption dbusActivated(
-        u"dbus-activated"_s, u"Started by a call on the session bus: stay in the tray."_s);
-    const QCommandLineOption selfTest(u"self-test"_s, u"Load every view hidden, then quit."_s);
-    const QCommandLineOption settings(u"settings"_s, u"Open the settings."_s);
+        u"dbus-activated"_s,
+        QCoreApplication::translate("main",
+                                    "Started by a call on the session bus: stay in the tray."));
+    const QCommandLineOption selfTest(
+        u"self-test"_s, QCoreApplication::translate("main", "Load every view hidden, then quit."));
+    const QCommandLineOption settings(u"settings"_s,
+                                      QCoreApplication::translate("main", "Open the settings."));
     parser.addOptions({ atLogin, dbusActivated, selfTest, settings });
     parser.process(application);
 

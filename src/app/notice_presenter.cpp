@@ -80,10 +80,10 @@ QString NoticePresenter::text() const
     switch (m_notice->kind()) {
     case Notice::Kind::Downloading:
         return m_notice->count() == 1
-            ? u"Downloading"_s
-            : u"Downloading %1 files"_s.arg(QLocale().toString(m_notice->count()));
+            ? tr("Downloading")
+            : tr("Downloading %Ln files", nullptr, int(m_notice->count()));
     case Notice::Kind::Saved:
-        return u"Saved %1 to Downloads"_s.arg(m_notice->url().fileName());
+        return tr("Saved %1 to Downloads").arg(m_notice->url().fileName());
     case Notice::Kind::Failed:
         return m_notice->message();
     }

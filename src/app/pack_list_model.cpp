@@ -116,7 +116,7 @@ QVariant PackListModel::data(const QModelIndex &index, int role) const
     case OnSaleRole:
         return row.onSale;
     case SectionRole:
-        return row.owned ? u"Your Packs"_s : u"In the Shop"_s;
+        return row.owned ? tr("Your Packs") : tr("In the Shop");
     case ColourwayCountRole:
         return row.colourways;
     case NewCountRole:

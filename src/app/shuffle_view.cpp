@@ -30,12 +30,12 @@ QString ShuffleView::describeNext(const QDateTime &next, const QDateTime &now,
     const QString time = locale.toString(local.time(), QLocale::ShortFormat);
     const qint64 days = now.toLocalTime().date().daysTo(local.date());
     if (days <= 0)
-        return u"today at "_s + time;
+        return tr("today at %1").arg(time);
     if (days == 1)
-        return u"tomorrow at "_s + time;
+        return tr("tomorrow at %1").arg(time);
     if (days < 7)
-        return locale.dayName(local.date().dayOfWeek()) + u" at "_s + time;
-    return locale.toString(local.date(), QLocale::ShortFormat) + u" at "_s + time;
+        return tr("%1 at %2").arg(locale.dayName(local.date().dayOfWeek()), time);
+    return tr("%1 at %2").arg(locale.toString(local.date(), QLocale::ShortFormat), time);
 }
 
 bool ShuffleView::isOn() const
@@ -94,13 +94,13 @@ void ShuffleView::saved(bool saved)
 QStringList ShuffleView::intervals()
 {
     // In the order of Shuffle::Interval.
-    return { u"Every hour"_s, u"Every 6 hours"_s, u"Every day"_s, u"Every week"_s };
+    return { tr("Every hour"), tr("Every 6 hours"), tr("Every day"), tr("Every week") };
 }
 
 QStringList ShuffleView::sources()
 {
     // In the order of Shuffle::Source.
-    return { u"All your packs"_s, u"Favourites"_s };
+    return { tr("All your packs"), tr("Favourites") };
 }
 
 QString ShuffleView::status() const
@@ -115,14 +115,14 @@ QString ShuffleView::next() const
     const QDateTime next = m_shuffle->nextDate();
     if (!next.isValid())
         return {};
-    return u"Next shuffle "_s + describeNext(next, QDateTime::currentDateTime());
+    return tr("Next shuffle %1").arg(describeNext(next, QDateTime::currentDateTime()));
 }
 
 QString ShuffleView::summary() const
 {
-    const QString from = source() == int(Shuffle::Source::Favourites) ? u"from your favourites"_s
-                                                                      : u"from all your packs"_s;
-    return intervals().value(interval()) + u' ' + from;
+    const QString every = intervals().value(interval());
+    return source() == int(Shuffle::Source::Favourites) ? tr("%1 from your favourites").arg(every)
+                                                        : tr("%1 from all your packs").arg(every);
 }
 
 QVariantList ShuffleView::upNext() const

@@ -51,11 +51,11 @@ StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
     m_tray->setToolTip(u"Quennet"_s);
     // Handed to the tray, so that the shell draws it where the icon is: hosts that speak
     // StatusNotifierItem read it over D-Bus, and no window of ours has to be placed.
-    m_menu->addAction(u"Open Quennet"_s, this, [this] { m_actions.openMain(); });
-    m_menu->addAction(u"Settings…"_s, QKeySequence(u"Ctrl+,"_s), this,
+    m_menu->addAction(tr("Open Quennet"), this, [this] { m_actions.openMain(); });
+    m_menu->addAction(tr("Settings…"), QKeySequence(u"Ctrl+,"_s), this,
                       [this] { m_actions.openSettings(); });
     m_menu->addSeparator();
-    m_menu->addAction(u"Quit Quennet"_s, QKeySequence::Quit, this, [this] { m_actions.quit(); });
+    m_menu->addAction(tr("Quit Quennet"), QKeySequence::Quit, this, [this] { m_actions.quit(); });
     connect(m_menu, &QMenu::aboutToShow, this, &StatusItemController::closePanel);
     m_tray->setContextMenu(m_menu);
     connect(m_tray, &QSystemTrayIcon::activated, this,
@@ -110,7 +110,7 @@ bool StatusItemController::preparePanel()
     }
     m_panel = new PanelWindow(m_engine());
     m_panel->setOverWorkArea(m_overWorkArea);
-    m_panel->setTitle(u"Quennet Panel"_s);
+    m_panel->setTitle(tr("Quennet Panel"));
     m_panel->setInitialProperties(m_rootProperties);
     m_panel->setSource(QUrl(u"qrc:/qt/qml/Quennet/qml/Panel.qml"_s));
     if (m_panel->status() != QQuickView::Ready) {

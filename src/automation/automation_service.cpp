@@ -11,6 +11,7 @@
 #include "shop.h"
 #include "shuffle.h"
 
+#include <QCoreApplication>
 #include <QDBusMetaType>
 
 using namespace Qt::Literals::StringLiterals;
@@ -41,37 +42,46 @@ QString orList(const QStringList &values)
 {
     return values.size() < 2
         ? values.join(QString())
-        : values.first(values.size() - 1).join(u", "_s) + u" or "_s + values.last();
+        : QCoreApplication::translate("AutomationService", "%1 or %2")
+              .arg(values.first(values.size() - 1).join(u", "_s), values.last());
 }
 
-template<typename Option> Option argument(const QString &raw, const QString &what)
+// refusal: a sentence marked with QT_TRANSLATE_NOOP, "%1" the raw value and "%2" the choices.
+template<typename Option> Option argument(const QString &raw, const char *refusal)
 {
     const auto option = optionFromRawValue<Option>(raw);
     if (!option)
-        throw InvalidArgument(
-            u"\"%1\" isn't %2. Use %3."_s.arg(raw, what, orList(optionRawValues<Option>())));
+        throw InvalidArgument(QCoreApplication::translate("AutomationService", refusal)
+                                  .arg(raw, orList(optionRawValues<Option>())));
     return *option;
 }
 
 // "" is the automatic edition.
 EditionOption editionArgument(const QString &raw)
 {
-    return raw.isEmpty() ? EditionOption::Automatic : argument<EditionOption>(raw, u"an edition"_s);
+    return raw.isEmpty()
+        ? EditionOption::Automatic
+        : argument<EditionOption>(
+            raw, QT_TRANSLATE_NOOP("AutomationService", "\"%1\" isn't an edition. Use %2."));
 }
 
 // "" leaves the setting as it is.
 template<typename Option>
-std::optional<Option> settingArgument(const QString &raw, const QString &what)
+std::optional<Option> settingArgument(const QString &raw, const char *refusal)
 {
-    return raw.isEmpty() ? std::nullopt : std::optional(argument<Option>(raw, what));
+    return raw.isEmpty() ? std::nullopt : std::optional(argument<Option>(raw, refusal));
 }
 
 QString wallpaperArgument(const QString &raw)
 {
     if (raw.isEmpty())
-        throw InvalidArgument(u"Name a wallpaper as pack/colourway."_s);
+        throw InvalidArgument(QCoreApplication::translate("AutomationService",
+                                                          "Name a wallpaper as pack/colourway."));
     if (!ColourwayKey::parse(raw))
-        throw InvalidArgument(u"\"%1\" isn't a wallpaper. Name one as pack/colourway."_s.arg(raw));
+        throw InvalidArgument(
+            QCoreApplication::translate("AutomationService",
+                                        "\"%1\" isn't a wallpaper. Name one as pack/colourway.")
+                .arg(raw));
     return raw;
 }
 
@@ -227,9 +237,12 @@ QString AutomationService::GetWallpaper(QString &name, QString &packName)
 void AutomationService::SetShuffle(bool isOn, const QString &interval, const QString &source)
 {
     try {
-        const auto every =
-            settingArgument<ShuffleIntervalOption>(interval, u"a shuffle interval"_s);
-        const auto from = settingArgument<ShuffleSourceOption>(source, u"a shuffle source"_s);
+        const auto every = settingArgument<ShuffleIntervalOption>(
+            interval,
+            QT_TRANSLATE_NOOP("AutomationService", "\"%1\" isn't a shuffle interval. Use %2."));
+        const auto from = settingArgument<ShuffleSourceOption>(
+            source,
+            QT_TRANSLATE_NOOP("AutomationService", "\"%1\" isn't a shuffle source. Use %2."));
         intents()->setShuffle(isOn, every, from);
     } catch (...) {
         fail();

@@ -7,21 +7,25 @@
 #include "shuffle.h"
 #include "wallpaper_requests.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::Literals::StringLiterals;
 
 QString Intents::Failure::description() const
 {
     switch (m_case) {
     case Case::NotReady:
-        return u"Still starting. Try again in a moment."_s;
+        return QCoreApplication::translate("Intents", "Still starting. Try again in a moment.");
     case Case::NotFound:
-        return u"That wallpaper isn't in your packs."_s;
+        return QCoreApplication::translate("Intents", "That wallpaper isn't in your packs.");
     case Case::NoWallpaper:
-        return u"The main display isn't showing one of your wallpapers."_s;
+        return QCoreApplication::translate(
+            "Intents", "The main display isn't showing one of your wallpapers.");
     case Case::Overtaken:
         break;
     }
-    return u"Another wallpaper was set while this one downloaded."_s;
+    return QCoreApplication::translate("Intents",
+                                       "Another wallpaper was set while this one downloaded.");
 }
 
 Intents::Intents(Services services, QObject *parent)

@@ -4,6 +4,7 @@
 #include "atomic_file.h"
 #include "ini_text.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
@@ -23,7 +24,8 @@ Defaults::Defaults(QString path)
 
 QString Defaults::NotSaved::description() const
 {
-    return u"Couldn't save your settings. Check that your disk has room and try again."_s;
+    return QCoreApplication::translate(
+        "Defaults", "Couldn't save your settings. Check that your disk has room and try again.");
 }
 
 void Defaults::load()

@@ -9,14 +9,16 @@
 enum class EditionOption { Automatic, TimeOfDay, Light, Dark };
 
 template<> struct OptionTraits<EditionOption> {
-    static constexpr QLatin1StringView typeLabel { "Edition" };
+    static constexpr QLatin1StringView typeLabel { QT_TRANSLATE_NOOP("Option", "Edition") };
     static constexpr std::array<OptionCase<EditionOption>, 4> cases { {
         { EditionOption::Automatic, QLatin1StringView("automatic"),
-          QLatin1StringView("Automatic") },
+          QLatin1StringView(QT_TRANSLATE_NOOP("Option", "Automatic")) },
         { EditionOption::TimeOfDay, QLatin1StringView("timeOfDay"),
-          QLatin1StringView("Time of day") },
-        { EditionOption::Light, QLatin1StringView("light"), QLatin1StringView("Light") },
-        { EditionOption::Dark, QLatin1StringView("dark"), QLatin1StringView("Dark") },
+          QLatin1StringView(QT_TRANSLATE_NOOP("Option", "Time of day")) },
+        { EditionOption::Light, QLatin1StringView("light"),
+          QLatin1StringView(QT_TRANSLATE_NOOP("Option", "Light")) },
+        { EditionOption::Dark, QLatin1StringView("dark"),
+          QLatin1StringView(QT_TRANSLATE_NOOP("Option", "Dark")) },
     } };
 };
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QLatin1StringView>
 #include <QStringList>
 #include <array>
 #include <optional>
 
 // One case of an option: its value, raw value and label. Stored and wire texts leave the label
-// out: only the choices offered to people have one.
+// out: only the choices offered to people have one, marked for translation in context "Option".
 template<typename Option> struct OptionCase {
     Option value;
     QLatin1StringView rawValue;
@@ -30,14 +31,14 @@ template<typename Option> [[nodiscard]] QString optionLabel(Option option)
 {
     for (const auto &entry : OptionTraits<Option>::cases) {
         if (entry.value == option)
-            return entry.label;
+            return QCoreApplication::translate("Option", entry.label.data());
     }
     return {};
 }
 
 template<typename Option> [[nodiscard]] QString optionTypeLabel()
 {
-    return OptionTraits<Option>::typeLabel;
+    return QCoreApplication::translate("Option", OptionTraits<Option>::typeLabel.data());
 }
 
 // Exact raw values only: a stored value is never guessed at.

@@ -6,12 +6,15 @@
 #include "picture_choice.h"
 #include "renderer.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace DesktopPictures {
 QString UnreadableFile::description() const
 {
-    return u"This wallpaper could not be prepared for your desktop."_s;
+    return QCoreApplication::translate("DesktopPictures",
+                                       "This wallpaper could not be prepared for your desktop.");
 }
 
 namespace {
@@ -22,7 +25,8 @@ QString rendered(const Renderer &renderer, const Request &request, int index)
     if (!path && undecodable)
         throw UnreadableFile();
     if (!path)
-        throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopPictures", "This wallpaper could not be prepared for your desktop."));
     return *path;
 }
 
@@ -37,7 +41,8 @@ std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request 
         entries.append({ change.dayFraction, rendered(renderer, request, change.index) });
     const QString path = renderer.companionPath(request.fileId, u"xml"_s);
     if (!writeAtomically(path, GnomeSlideshow::xml(entries)))
-        throw DesktopError(u"This wallpaper could not be prepared for your desktop."_s);
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopPictures", "This wallpaper could not be prepared for your desktop."));
     const int now =
         PictureChoice::pictureFor(pictures, Edition::TimeOfDay, request.dark, request.time);
     return DesktopPicture { .path = path, .still = rendered(renderer, request, now) };

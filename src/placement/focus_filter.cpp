@@ -101,7 +101,7 @@ void FocusFilter::apply()
 QString FocusFilter::summary() const
 {
     if (m_wallpaper.isEmpty())
-        return u"No wallpaper"_s;
+        return tr("No wallpaper");
     QString text = m_wallpaper;
     const auto choices = m_store ? m_store->choices() : QList<ShuffleChoice>();
     for (const auto &choice : choices) {

@@ -137,7 +137,7 @@ QCoro::Task<> FocusWallpaper::change(QPointer<FocusWallpaper> self, quint64 gene
             // The library is not loaded yet.
             self->m_awaitsChoices = true;
         } else {
-            const QString reason = u"That wallpaper isn't in your packs."_s;
+            const QString reason = tr("That wallpaper isn't in your packs.");
             qCCritical(lcDoNotDisturb, "Couldn't set the Do Not Disturb wallpaper: %s",
                        qUtf8Printable(reason));
             Q_EMIT self->focusWallpaperFailed(reason);
@@ -352,7 +352,7 @@ QCoro::Task<> FocusWallpaper::restoreOne(QPointer<FocusWallpaper> self, QStringL
         const auto choice =
             self->choiceFor(previous.placement->pack + u'/' + previous.placement->colourway);
         if (!choice)
-            throw FocusRecord::CannotRestore(u"That wallpaper isn't in your packs."_s);
+            throw FocusRecord::CannotRestore(tr("That wallpaper isn't in your packs."));
         const Edition edition =
             editionFromRawValue(previous.placement->edition).value_or(Edition::Automatic);
         co_await self->m_services.store->setWallpaper(*choice, edition, displayIds);
@@ -360,7 +360,7 @@ QCoro::Task<> FocusWallpaper::restoreOne(QPointer<FocusWallpaper> self, QStringL
     }
     if (!path.isEmpty())
         throw FocusRecord::CannotRestore(
-            u"The picture \u201c%1\u201d is no longer there."_s.arg(path));
+            tr("The picture \u201c%1\u201d is no longer there.").arg(path));
     // Nothing is known to put back: the entry simply goes.
 }
 

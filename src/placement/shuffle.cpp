@@ -10,6 +10,7 @@
 #include "shuffle_store.h"
 #include "sleep_watcher.h"
 
+#include <QCoreApplication>
 #include <QRandomGenerator>
 #include <QScopeGuard>
 
@@ -22,8 +23,9 @@ Shuffle::NothingToShuffle::NothingToShuffle(Source source)
 
 QString Shuffle::NothingToShuffle::description() const
 {
-    return m_source == Source::Favourites ? u"Add favourites to shuffle from them."_s
-                                          : u"There's nothing of yours to shuffle yet."_s;
+    return m_source == Source::Favourites
+        ? QCoreApplication::translate("Shuffle", "Add favourites to shuffle from them.")
+        : QCoreApplication::translate("Shuffle", "There's nothing of yours to shuffle yet.");
 }
 
 Shuffle::Shuffle(Services services, QObject *parent)
@@ -326,11 +328,11 @@ QString Shuffle::currentStatus() const
     if (!m_isOn)
         return {};
     if (showsDesktopPicture())
-        return u"Paused while you use a wallpaper chosen in your desktop settings."_s;
+        return tr("Paused while you use a wallpaper chosen in your desktop settings.");
     if (m_services.turn->isHeld())
-        return u"Waiting while your Do Not Disturb wallpaper is on."_s;
+        return tr("Waiting while your Do Not Disturb wallpaper is on.");
     if (m_source == Source::Favourites && candidates().isEmpty())
-        return u"Add favourites with the heart on a colourway to shuffle from them."_s;
+        return tr("Add favourites with the heart on a colourway to shuffle from them.");
     return {};
 }
 

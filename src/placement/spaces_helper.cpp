@@ -72,8 +72,8 @@ void SpacesHelper::setWanted(bool on)
 void SpacesHelper::registerHelper()
 {
     const QString error =
-        m_entry.write({ .title = u"Quennet workspace helper"_s,
-                        .comment = u"Keeps the wallpaper you set in Quennet on every workspace"_s,
+        m_entry.write({ .title = tr("Quennet workspace helper"),
+                        .comment = tr("Keeps the wallpaper you set in Quennet on every workspace"),
                         .program = m_services.program });
     if (!error.isEmpty()) {
         qCCritical(lcSpaces, "Login item not changed: %s", qUtf8Printable(error));

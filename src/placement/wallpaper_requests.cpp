@@ -8,13 +8,15 @@
 #include "spaces_helper.h"
 #include "wallpaper_setter.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 using namespace Qt::Literals::StringLiterals;
 
 QString WallpaperRequests::Overtaken::description() const
 {
-    return u"Another wallpaper was set while this one downloaded."_s;
+    return QCoreApplication::translate("Intents",
+                                       "Another wallpaper was set while this one downloaded.");
 }
 
 WallpaperRequests::WallpaperRequests(Services services, QObject *parent)

@@ -2,6 +2,7 @@
 
 #include "atomic_file.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -111,7 +112,7 @@ QString AutostartEntry::write(const Contents &contents) const
         entry += u"NoDisplay=true\n"_s;
     QDir().mkpath(QFileInfo(m_path).absolutePath());
     if (!writeAtomically(m_path, entry.toUtf8()))
-        return u"Could not write %1."_s.arg(m_path);
+        return QCoreApplication::translate("AutostartEntry", "Could not write %1.").arg(m_path);
     return {};
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop_backend.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QUuid>
 
@@ -34,7 +35,7 @@ QString madeName(const DesktopScreen &screen)
 {
     static const QRegularExpression builtIn(u"^(eDP|LVDS|DSI)(-|$)"_s);
     if (builtIn.match(screen.connector).hasMatch())
-        return u"Built-in display"_s;
+        return QCoreApplication::translate("DisplayId", "Built-in display");
     const QString make = maker(screen.manufacturer);
     QString model = edidText(screen.model);
     // Monitors often repeat their maker in the model's name: "Dell" and "DELL U2720Q".

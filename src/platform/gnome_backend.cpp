@@ -3,6 +3,7 @@
 #include "logging.h"
 #include "spanned_picture.h"
 
+#include <QCoreApplication>
 #include <QCoroFuture>
 #include <QJsonObject>
 #include <QPointer>
@@ -210,7 +211,8 @@ std::optional<QString> GnomeBackend::thumbnail(const DesktopScreen &screen, bool
 QCoro::Task<> GnomeBackend::setPicture(DesktopPicture picture, QList<DesktopScreen> screens)
 {
     if (!m_settings->settings)
-        throw DesktopError(u"Your desktop settings have no wallpaper settings."_s);
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopError", "Your desktop settings have no wallpaper settings."));
     const QList<DesktopScreen> all = this->screens();
     bool everyScreen = true;
     for (const DesktopScreen &screen : all)
@@ -275,7 +277,8 @@ QCoro::Task<> GnomeBackend::span()
     const QString lightPath = made.value(0);
     const QString darkPath = made.value(1);
     if (lightPath.isEmpty())
-        throw DesktopError(u"The picture for all displays could not be written."_s);
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopError", "The picture for all displays could not be written."));
     m_shown.setExtra(spannedKey, lightPath);
     m_shown.save();
     write(lightPath, darkPath.isEmpty() ? std::nullopt : std::optional(darkPath), true);
@@ -295,5 +298,6 @@ void GnomeBackend::write(const QString &path, const std::optional<QString> &dark
     g_settings_sync();
     if (desktopPicture() != path
         || (s.hasDark && s.fromSetting(s.string(s.keys.dark)) != dark.value_or(path)))
-        throw DesktopError(u"Your desktop settings did not keep the picture."_s);
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopError", "Your desktop settings did not keep the picture."));
 }

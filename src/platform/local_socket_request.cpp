@@ -2,6 +2,7 @@
 
 #include "desktop_backend.h"
 
+#include <QCoreApplication>
 #include <QCoroLocalSocket>
 #include <QDeadlineTimer>
 #include <QLocalSocket>
@@ -31,7 +32,9 @@ QCoro::Task<QByteArray> localSocketRequest(QString socket, QByteArray request, Q
     // A local connection fails at once when nothing listens; QCoro would wait out the timeout
     // for a failure that has already happened.
     if (connection.state() == QLocalSocket::UnconnectedState)
-        throw DesktopError(u"Cannot reach %1: nothing answers at %2."_s.arg(who, socket));
+        throw DesktopError(
+            QCoreApplication::translate("DesktopError", "Cannot reach %1: nothing answers at %2.")
+                .arg(who, socket));
     if (!co_await qCoro(connection).waitForConnected(remaining(deadline)))
         throw timedOut(who, timeout);
     connection.write(request);

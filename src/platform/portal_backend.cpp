@@ -2,6 +2,7 @@
 
 #include "logging.h"
 
+#include <QCoreApplication>
 #include <QCoroDBusPendingCall>
 #include <QCoroSignal>
 #include <QDBusMessage>
@@ -114,8 +115,10 @@ QCoro::Task<> PortalBackend::setPicture(DesktopPicture picture, QList<DesktopScr
     if (!self)
         co_return;
     if (reply.type() == QDBusMessage::ErrorMessage)
-        throw DesktopError(u"The desktop portal refused the picture: %1"_s.arg(
-            reply.errorMessage().isEmpty() ? reply.errorName() : reply.errorMessage()));
+        throw DesktopError(
+            QCoreApplication::translate("DesktopError",
+                                        "The desktop portal refused the picture: %1")
+                .arg(reply.errorMessage().isEmpty() ? reply.errorName() : reply.errorMessage()));
     // Portals older than the token pattern choose the object themselves.
     response.follow(reply.arguments().value(0).value<QDBusObjectPath>().path());
     if (!response.code) {
@@ -125,9 +128,11 @@ QCoro::Task<> PortalBackend::setPicture(DesktopPicture picture, QList<DesktopScr
             co_return;
     }
     if (!response.code)
-        throw DesktopError(u"Your desktop did not answer about the picture."_s);
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopError", "Your desktop did not answer about the picture."));
     if (*response.code != 0)
-        throw DesktopError(u"Your desktop did not take the picture."_s);
+        throw DesktopError(
+            QCoreApplication::translate("DesktopError", "Your desktop did not take the picture."));
     qCDebug(lcPortal) << "The desktop took" << picture.path;
     m_shown.setPicture(everyScreen, picture.path);
     m_shown.save();

@@ -8,6 +8,7 @@
 #include "keychain.h"
 #include "logging.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -57,8 +58,9 @@ QStringList pendingTokens(const std::optional<QString> &stored)
 
 QString Account::SignOutFailure::description() const
 {
-    return u"Couldn't sign out: the desktop's secret store is locked or refused access. Unlock "
-           u"it and try again."_s;
+    return QCoreApplication::translate("Account",
+                                       "Couldn't sign out: the desktop's secret store is locked or "
+                                       "refused access. Unlock it and try again.");
 }
 
 Account::Account(std::function<APIClient()> api, Keychain *keychain, QObject *parent)
@@ -207,20 +209,20 @@ QCoro::Task<> Account::poll(Attempt attempt)
                 pace.slowDown();
                 continue;
             case Outcome::Denied:
-                self->setState(failed(u"Sign-in was cancelled in the browser."_s));
+                self->setState(failed(tr("Sign-in was cancelled in the browser.")));
                 co_return;
             case Outcome::Expired:
-                self->setState(failed(u"That code expired."_s));
+                self->setState(failed(tr("That code expired.")));
                 co_return;
             case Outcome::Unknown:
-                self->setState(failed(u"That code didn't work. Start again."_s));
+                self->setState(failed(tr("That code didn't work. Start again.")));
                 co_return;
             case Outcome::Token:
                 co_await adopt(attempt, outcome->token);
                 co_return;
             }
         }
-        self->setState(failed(u"That code expired."_s));
+        self->setState(failed(tr("That code expired.")));
     } catch (const std::exception &e) {
         qCWarning(lcAccount) << "Sign-in stopped:" << describe(e);
     }
@@ -246,7 +248,7 @@ QCoro::Task<std::optional<APIClient::DeviceCode>> Account::requestCode(Attempt a
     qCWarning(lcAccount, "Sign-in failed: %s", qUtf8Printable(error));
     // Trying again won't help that one.
     attempt.account->setState(failed(
-        notHTTPS ? error : u"Couldn't reach the shop. Check your connection and try again."_s));
+        notHTTPS ? error : tr("Couldn't reach the shop. Check your connection and try again.")));
     co_return std::nullopt;
 }
 
@@ -286,7 +288,7 @@ QCoro::Task<> Account::adopt(Attempt attempt, QString token)
         co_return;
     }
     if (!saved) {
-        self->setState(failed(u"Couldn't save your sign-in on this computer. Try again."_s));
+        self->setState(failed(tr("Couldn't save your sign-in on this computer. Try again.")));
         co_return;
     }
     self->m_generation = QUuid::createUuid();

@@ -6,6 +6,7 @@
 #include "network_access_manager.h"
 #include "network_error.h"
 
+#include <QCoreApplication>
 #include <QCoroNetworkReply>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
@@ -181,19 +182,24 @@ QString APIClient::Failure::description() const
     switch (m_kind) {
     case Kind::Status:
         if (m_detail)
-            return u"The shop replied %1 (%2)."_s.arg(m_code).arg(*m_detail);
-        return u"The shop replied %1."_s.arg(m_code);
+            return QCoreApplication::translate("APIClient", "The shop replied %1 (%2).")
+                .arg(m_code)
+                .arg(*m_detail);
+        return QCoreApplication::translate("APIClient", "The shop replied %1.").arg(m_code);
     case Kind::SignedOut:
-        return u"You've been signed out."_s;
+        return QCoreApplication::translate("APIClient", "You've been signed out.");
     case Kind::SlowDown:
-        return u"The shop is busy. Try again in a minute."_s;
+        return QCoreApplication::translate("APIClient", "The shop is busy. Try again in a minute.");
     case Kind::NotHTTPS:
-        return u"The shop's address doesn't start with https://, so Quennet won't send it "
-               u"anything. Check the shopBaseURL setting."_s;
+        return QCoreApplication::translate(
+            "APIClient",
+            "The shop's address doesn't start with https://, so Quennet won't send it anything. "
+            "Check the shopBaseURL setting.");
     case Kind::InvalidReply:
         break;
     }
-    return u"The shop sent something the app didn't understand."_s;
+    return QCoreApplication::translate("APIClient",
+                                       "The shop sent something the app didn't understand.");
 }
 
 bool APIClient::Failure::operator==(const Failure &other) const

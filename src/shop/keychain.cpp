@@ -4,6 +4,7 @@
 #include "atomic_file.h"
 #include "logging.h"
 
+#include <QCoreApplication>
 #include <QCoroDBusPendingCall>
 #include <QCoroSignal>
 #include <QDBusArgument>
@@ -300,7 +301,8 @@ void removeFromFile(const QString &path, const QString &item)
 
 QString Keychain::Failure::description() const
 {
-    return u"The desktop's secret store is locked or refused access."_s;
+    return QCoreApplication::translate("Keychain",
+                                       "The desktop's secret store is locked or refused access.");
 }
 
 Keychain::Keychain(QString folder, QObject *parent)

@@ -1,5 +1,7 @@
 #include "network_error.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::Literals::StringLiterals;
 
 NetworkError::NetworkError(QNetworkReply::NetworkError code, QString message)
@@ -20,8 +22,10 @@ NetworkError NetworkError::fromReply(const QNetworkReply &reply)
 NetworkError NetworkError::tooLarge(qint64 maxBytes)
 {
     return { QNetworkReply::UnknownContentError,
-             u"The shop sent more than %1 MB at once, more than Quennet reads."_s.arg(
-                 maxBytes / (qint64(1024) * 1024)) };
+             QCoreApplication::translate("NetworkError",
+                                         "The shop sent more than %1 MB at once, more than "
+                                         "Quennet reads.")
+                 .arg(maxBytes / (qint64(1024) * 1024)) };
 }
 
 bool NetworkError::isUnreachable() const

@@ -6,6 +6,7 @@
 #include "file_error.h"
 #include "transfers.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
@@ -22,7 +23,9 @@ ArchiveSaver::ArchiveSaver(Transfers *transfers, DownloadThread *thread, QString
 
 QString ArchiveSaver::Unverifiable::description() const
 {
-    return u"The shop sent this archive without a checksum, so it wasn't saved. Try again later."_s;
+    return QCoreApplication::translate(
+        "ArchiveSaver",
+        "The shop sent this archive without a checksum, so it wasn't saved. Try again later.");
 }
 
 QString ArchiveSaver::fileName(const Archive &archive)

@@ -2,6 +2,7 @@
 
 #include "file_error.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <cerrno>
@@ -87,7 +88,8 @@ std::optional<QString> safeName(const QString &shopName)
 QString put(const QString &source, const QString &folder, const QString &name, Source after)
 {
     if (!QDir().mkpath(folder))
-        throw FileError(folder, u"The folder could not be created."_s);
+        throw FileError(
+            folder, QCoreApplication::translate("FileError", "The folder could not be created."));
     const QDir dir(folder);
     const QByteArray from = QFile::encodeName(source);
     for (int counter = 1;; ++counter) {

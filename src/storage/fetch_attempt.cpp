@@ -9,6 +9,7 @@
 #include "network_error.h"
 #include "worker_reply.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QNetworkAccessManager>
@@ -127,7 +128,8 @@ QCoro::Task<> FetchAttempt::fetch()
 {
     const QString folder = QFileInfo(m_target.partial).path();
     if (!QDir().mkpath(folder))
-        throw FileError(folder, u"The folder could not be created."_s);
+        throw FileError(
+            folder, QCoreApplication::translate("FileError", "The folder could not be created."));
 
     // A partial file that is already complete needs no request.
     const QFileInfo partial(m_target.partial);
@@ -306,7 +308,7 @@ void FetchAttempt::writeValidator(const QByteArray &etag) const
 {
     const QString path = DownloadCache::validatorPath(m_target.partial);
     if (!writeAtomically(path, etag))
-        throw FileError(path, u"It could not be written."_s);
+        throw FileError(path, QCoreApplication::translate("FileError", "It could not be written."));
 }
 
 void FetchAttempt::write(QByteArray &buffer, qint64 &written)
@@ -331,6 +333,8 @@ void FetchAttempt::throwTransportError(const QNetworkReply &reply) const
 {
     // Qt reports its transfer time-out as a cancellation too.
     if (reply.error() == QNetworkReply::OperationCanceledError && !m_cancelled)
-        throw NetworkError(QNetworkReply::TimeoutError, u"Nothing arrived for 60 seconds."_s);
+        throw NetworkError(
+            QNetworkReply::TimeoutError,
+            QCoreApplication::translate("FetchAttempt", "Nothing arrived for 60 seconds."));
     throw NetworkError::fromReply(reply);
 }

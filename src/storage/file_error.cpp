@@ -1,5 +1,7 @@
 #include "file_error.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::Literals::StringLiterals;
 
 FileError::FileError(QString path, QString reason)
@@ -10,5 +12,5 @@ FileError::FileError(QString path, QString reason)
 
 QString FileError::description() const
 {
-    return u"Couldn't write %1: %2"_s.arg(m_path, m_reason);
+    return QCoreApplication::translate("FileError", "Couldn't write %1: %2").arg(m_path, m_reason);
 }

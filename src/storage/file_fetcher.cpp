@@ -8,6 +8,7 @@
 #include "sha256.h"
 #include "worker_reply.h"
 
+#include <QCoreApplication>
 #include <QCoroSignal>
 #include <QDir>
 #include <QFile>
@@ -21,7 +22,8 @@ void ensureFolder(const QString &path)
 {
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
-        throw FileError(folder, u"The folder could not be created."_s);
+        throw FileError(
+            folder, QCoreApplication::translate("FileError", "The folder could not be created."));
 }
 } // namespace
 
@@ -29,13 +31,14 @@ QString FileFetcher::Failure::description() const
 {
     switch (m_kind) {
     case Kind::Status:
-        return u"The shop replied %1."_s.arg(m_code);
+        return QCoreApplication::translate("FileFetcher", "The shop replied %1.").arg(m_code);
     case Kind::LinkRejected:
-        return u"The download link had expired."_s;
+        return QCoreApplication::translate("FileFetcher", "The download link had expired.");
     case Kind::Mismatch:
         break;
     }
-    return u"The download didn't match the shop's copy. Try again."_s;
+    return QCoreApplication::translate("FileFetcher",
+                                       "The download didn't match the shop's copy. Try again.");
 }
 
 FileFetcher::FileFetcher(DownloadThread *thread)

@@ -17,18 +17,19 @@
 #include "shown_files.h"
 #include "transfers.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
 QString Shop::Unavailable::description() const
 {
-    return u"It isn't available to set yet."_s;
+    return QCoreApplication::translate("Shop", "It isn't available to set yet.");
 }
 
 QString Shop::NotInPacks::description() const
 {
-    return u"That wallpaper isn't in your packs."_s;
+    return QCoreApplication::translate("Shop", "That wallpaper isn't in your packs.");
 }
 
 Shop::Shop(Services services, QObject *parent)
@@ -122,7 +123,7 @@ QCoro::Task<std::optional<QString>> Shop::refresh(QPointer<Shop> self,
             co_return std::nullopt;
         const QString reason = describe(error);
         qCWarning(lcShop, "Refresh failed: %s", qUtf8Printable(reason));
-        const QString message = u"Couldn't check for new files. "_s + reason;
+        const QString message = tr("Couldn't check for new files. %1").arg(reason);
         // What is shown already stays; with nothing to show the state says why.
         const auto *transport = dynamic_cast<const NetworkError *>(&error);
         self->m_unreachable = transport && transport->isUnreachable();
@@ -310,7 +311,7 @@ QCoro::Task<> Shop::saveDesktopFiles(QPointer<Shop> self, QString pack)
                   qUtf8Printable(describe(error)));
         if (self)
             self->setMessage(
-                Notice::failed(u"Couldn't save %1 to Downloads. %2"_s.arg(pack, describe(error))));
+                Notice::failed(tr("Couldn't save %1 to Downloads. %2").arg(pack, describe(error))));
     }
 }
 

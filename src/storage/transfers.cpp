@@ -131,7 +131,8 @@ QCoro::Task<> Transfers::run(QPointer<Transfers> self, Download download, Renew 
             qCWarning(lcDownloads, "Download of %s failed: %s", qUtf8Printable(download.name),
                       qUtf8Printable(tried.reason));
             if (self)
-                Q_EMIT self->failed(u"Couldn't download %1. %2"_s.arg(download.name, tried.reason));
+                Q_EMIT self->failed(
+                    tr("Couldn't download %1. %2").arg(download.name, tried.reason));
             failure = error;
             break;
         }

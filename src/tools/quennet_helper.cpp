@@ -10,6 +10,7 @@
 #include "helper_service.h"
 #include "logging.h"
 #include "placement_records.h"
+#include "translations.h"
 #include "workspace_keeper.h"
 #include "xfce_backend.h"
 
@@ -23,6 +24,7 @@ using namespace Qt::Literals::StringLiterals;
 int main(int argc, char *argv[])
 {
     QGuiApplication application(argc, argv);
+    Translations::install(application);
     QGuiApplication::setApplicationName(u"quennet-helper"_s);
 
     // Only XFCE keeps a picture per workspace, and only without its single-workspace mode,

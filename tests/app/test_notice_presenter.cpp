@@ -1,4 +1,5 @@
 #include "notice_presenter.h"
+#include "translations.h"
 
 #include <QDBusConnection>
 #include <QDesktopServices>
@@ -41,6 +42,8 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLocale::setDefault(QLocale::c());
+        // A language Quennet has no translation of: English, with its plural forms.
+        Translations::install(*QCoreApplication::instance(), QLocale(QLocale::Spanish));
         QDesktopServices::setUrlHandler(u"file"_s, this, "open");
     }
 
@@ -54,6 +57,10 @@ private Q_SLOTS:
         presenter.setNotice(Notice::downloading(2, 0.996));
         QCOMPARE(presenter.kind(), NoticePresenter::Kind::Downloading);
         QCOMPARE(presenter.text(), u"Downloading 2 files"_s);
+        QCOMPARE(QCoreApplication::translate("MainWindow", "%n colourway(s)", nullptr, 1),
+                 u"1 colourway"_s);
+        QCOMPARE(QCoreApplication::translate("MainWindow", "%n colourway(s)", nullptr, 2),
+                 u"2 colourways"_s);
         QCOMPARE(presenter.percent(), u"100%"_s);
         presenter.setNotice(Notice::saved(QUrl(u"file:///home/sam/Downloads/pack.zip"_s)));
         QCOMPARE(presenter.text(), u"Saved pack.zip to Downloads"_s);

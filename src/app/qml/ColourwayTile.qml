@@ -102,7 +102,7 @@ Item {
             Label {
                 id: newLabel
                 anchors.centerIn: parent
-                text: "New"
+                text: qsTr("New")
                 font.pixelSize: 10
                 font.weight: Font.DemiBold
                 color: palette.highlightedText
@@ -134,7 +134,7 @@ Item {
             anchors { right: art.right; top: art.top; margins: 5 }
             width: 22
             height: 22
-            Accessible.name: tile.favourite ? "Remove from Favourites" : "Add to Favourites"
+            Accessible.name: tile.favourite ? qsTr("Remove from Favourites") : qsTr("Add to Favourites")
             background: Rectangle { radius: 11; color: Qt.rgba(0, 0, 0, heart.hovered ? 0.5 : 0.35) }
             contentItem: Glyph {
                 name: tile.favourite ? "heart-filled" : "heart"

@@ -10,13 +10,13 @@ ComboBox {
 
     textRole: "label"
     model: [
-        { raw: "appearance", label: "Automatic" },
-        { raw: "time-of-day", label: "Time of day" },
-        { raw: "light", label: "Light" },
-        { raw: "dark", label: "Dark" }
+        { raw: "appearance", label: qsTr("Automatic") },
+        { raw: "time-of-day", label: qsTr("Time of day") },
+        { raw: "light", label: qsTr("Light") },
+        { raw: "dark", label: qsTr("Dark") }
     ]
-    Accessible.name: "Edition"
+    Accessible.name: qsTr("Edition")
     ToolTip.visible: hovered
     ToolTip.delay: 800
-    ToolTip.text: "Edition"
+    ToolTip.text: qsTr("Edition")
 }

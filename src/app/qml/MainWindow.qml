@@ -55,36 +55,36 @@ ApplicationWindow {
 
     menuBar: MenuBar {
         Menu {
-            title: "&Quennet"
+            title: qsTr("&Quennet")
             Action {
-                text: "About Quennet"
+                text: qsTr("About Quennet")
                 onTriggered: window.app.openSettings("about")
             }
             MenuSeparator {}
             Action {
-                text: "Settings…"
+                text: qsTr("Settings…")
                 shortcut: "Ctrl+,"
                 onTriggered: window.app.openSettings()
             }
             Action {
-                text: "Check for New Files"
+                text: qsTr("Check for New Files")
                 shortcut: "Ctrl+R"
                 onTriggered: window.app.session.checkForNewFiles()
             }
             MenuItem {
                 visible: window.app.session.signedIn
                 height: visible ? implicitHeight : 0
-                text: "Sign Out"
+                text: qsTr("Sign Out")
                 onTriggered: window.app.session.signOut()
             }
             MenuSeparator {}
             Action {
-                text: "Close Window"
+                text: qsTr("Close Window")
                 shortcut: StandardKey.Close
                 onTriggered: window.close()
             }
             Action {
-                text: "Quit Quennet"
+                text: qsTr("Quit Quennet")
                 shortcut: StandardKey.Quit
                 onTriggered: window.app.quit()
             }
@@ -118,16 +118,16 @@ ApplicationWindow {
         width: Math.min(parent.width - 48, 420)
         visible: window.app.library.state === LibraryStatus.Loading
         busy: true
-        title: "Loading your packs…"
+        title: qsTr("Loading your packs…")
     }
     StateMessage {
         anchors.centerIn: parent
         width: Math.min(parent.width - 48, 420)
         visible: window.app.library.state === LibraryStatus.Unreachable
         symbol: "offline"
-        title: "Can't reach the shop"
-        detail: "Check your connection and try again."
-        actionText: "Try Again"
+        title: qsTr("Can't reach the shop")
+        detail: qsTr("Check your connection and try again.")
+        actionText: qsTr("Try Again")
         onAction: window.app.session.checkForNewFiles()
     }
     StateMessage {
@@ -136,7 +136,7 @@ ApplicationWindow {
         visible: window.app.library.state === LibraryStatus.Failed
         symbol: "warning"
         title: window.app.library.message
-        actionText: "Try Again"
+        actionText: qsTr("Try Again")
         onAction: window.app.session.checkForNewFiles()
     }
 
@@ -160,7 +160,7 @@ ApplicationWindow {
                 boundsBehavior: Flickable.StopAtBounds
                 header: SidebarRow {
                     width: ListView.view.width
-                    title: "Favourites"
+                    title: qsTr("Favourites")
                     glyph: "heart"
                     selected: window.browsing === ""
                     onClicked: window.browsing = ""
@@ -212,7 +212,7 @@ ApplicationWindow {
                     Label {
                         Layout.fillWidth: true
                         textFormat: Text.PlainText
-                        text: window.browsing === "" ? "Favourites" : (packs.current.name ?? "")
+                        text: window.browsing === "" ? qsTr("Favourites") : (packs.current.name ?? "")
                         font.pixelSize: 22
                         font.weight: Font.DemiBold
                         elide: Text.ElideRight
@@ -220,7 +220,7 @@ ApplicationWindow {
                     Label {
                         Layout.fillWidth: true
                         textFormat: Text.PlainText
-                        text: window.browsing === "" ? "The colourways with a heart, for you and for Shuffle."
+                        text: window.browsing === "" ? qsTr("The colourways with a heart, for you and for Shuffle.")
                                                      : (packs.current.line ?? "")
                         color: palette.placeholderText
                         elide: Text.ElideRight
@@ -234,14 +234,14 @@ ApplicationWindow {
                 }
                 Button {
                     visible: !window.browsingOwned
-                    text: "View in Shop"
+                    text: qsTr("View in Shop")
                     highlighted: true
                     onClicked: window.app.actions.openPage(packs.current.url)
                 }
                 Button {
                     visible: window.browsing !== "" && window.browsingOwned
                              && packs.current.hasDesktopFiles === true
-                    text: "Save Desktop Files to Downloads"
+                    text: qsTr("Save Desktop Files to Downloads")
                     onClicked: window.app.actions.saveDesktopFiles(window.browsing)
                 }
             }
@@ -274,8 +274,8 @@ ApplicationWindow {
                             // Keeps "Back" at the right end when there is one display.
                             opacity: displayList.count > 1 ? 1 : 0
                             textFormat: Text.PlainText
-                            text: "A click on a colourway sets it on " + (displayList.current.name ?? "")
-                                  + ". Choose another display above."
+                            text: qsTr("A click on a colourway sets it on %1. Choose another display above.")
+                                  .arg(displayList.current.name ?? "")
                             color: palette.placeholderText
                             font.pixelSize: 12
                             elide: Text.ElideRight
@@ -283,7 +283,7 @@ ApplicationWindow {
                         Button {
                             flat: true
                             visible: displayList.count > 1
-                            text: "Set on All Displays"
+                            text: qsTr("Set on All Displays")
                             enabled: displayList.current.own === true
                             onClicked: window.app.actions.setOnAllDisplays(window.target)
                         }
@@ -291,7 +291,7 @@ ApplicationWindow {
                             flat: true
                             visible: window.app.actions.canGoBack
                             enabled: !window.app.actions.isGoingBack
-                            text: "Back"
+                            text: qsTr("Back")
                             onClicked: window.app.actions.goBack()
                         }
                     }
@@ -309,7 +309,7 @@ ApplicationWindow {
                 visible: window.browsingOwned
                 spacing: 10
                 Label {
-                    text: "Edition"
+                    text: qsTr("Edition")
                     color: palette.placeholderText
                 }
                 Segmented {
@@ -317,7 +317,7 @@ ApplicationWindow {
                 }
                 Item { Layout.fillWidth: true }
                 Label {
-                    text: colourways.count === 1 ? "1 colourway" : colourways.count + " colourways"
+                    text: qsTr("%n colourway(s)", "", colourways.count)
                     color: palette.placeholderText
                     font.pixelSize: 12
                 }
@@ -365,8 +365,8 @@ ApplicationWindow {
                     anchors.centerIn: parent
                     visible: grid.count === 0
                     color: palette.placeholderText
-                    text: window.browsing === "" ? "Add favourites with the heart on a colourway."
-                                                 : "This pack has no colourways yet."
+                    text: window.browsing === "" ? qsTr("Add favourites with the heart on a colourway.")
+                                                 : qsTr("This pack has no colourways yet.")
                 }
             }
 
@@ -380,7 +380,7 @@ ApplicationWindow {
                 spacing: 6
                 Label {
                     textFormat: Text.PlainText
-                    text: "Through the day: " + (colourways.current.name ?? "")
+                    text: qsTr("Through the day: %1").arg(colourways.current.name ?? "")
                     font.weight: Font.DemiBold
                 }
                 RowLayout {
@@ -425,12 +425,12 @@ ApplicationWindow {
         property string slug
         property bool favourite
         MenuItem {
-            text: "Set on All Displays"
+            text: qsTr("Set on All Displays")
             onTriggered: window.app.actions.setWallpaper(tileMenu.pack, tileMenu.slug, edition.edition, [])
         }
         MenuSeparator {}
         MenuItem {
-            text: tileMenu.favourite ? "Remove from Favourites" : "Add to Favourites"
+            text: tileMenu.favourite ? qsTr("Remove from Favourites") : qsTr("Add to Favourites")
             onTriggered: window.app.actions.toggleFavourite(tileMenu.pack, tileMenu.slug)
         }
     }
@@ -506,10 +506,10 @@ ApplicationWindow {
         id: segmented
         property string edition: "appearance"
         readonly property var editions: [
-            { raw: "appearance", label: "Automatic" },
-            { raw: "time-of-day", label: "Time of day" },
-            { raw: "light", label: "Light" },
-            { raw: "dark", label: "Dark" }
+            { raw: "appearance", label: qsTr("Automatic") },
+            { raw: "time-of-day", label: qsTr("Time of day") },
+            { raw: "light", label: qsTr("Light") },
+            { raw: "dark", label: qsTr("Dark") }
         ]
         implicitWidth: segments.implicitWidth + 4
         implicitHeight: 28

@@ -68,7 +68,7 @@ RowLayout {
     }
     Button {
         visible: view.notice.kind === NoticePresenter.Saved
-        text: "Show in Folder"
+        text: qsTr("Show in Folder")
         flat: true
         onClicked: view.notice.showInFolder()
     }
@@ -76,7 +76,7 @@ RowLayout {
         visible: view.notice.kind === NoticePresenter.Saved || view.notice.kind === NoticePresenter.Failed
         implicitWidth: 24
         implicitHeight: 24
-        Accessible.name: "Dismiss"
+        Accessible.name: qsTr("Dismiss")
         contentItem: Glyph { name: "close"; color: palette.placeholderText; implicitWidth: 12; implicitHeight: 12 }
         onClicked: view.notice.dismiss()
     }

@@ -65,29 +65,29 @@ Rectangle {
             ToolButton {
                 visible: panel.app.actions.canGoBack && panel.ready
                 enabled: !panel.app.actions.isGoingBack
-                text: "Back"
+                text: qsTr("Back")
                 icon.width: 0
                 leftPadding: 6
                 rightPadding: 8
                 contentItem: RowLayout {
                     spacing: 2
                     Glyph { name: "back"; implicitWidth: 14; implicitHeight: 14 }
-                    Label { text: "Back" }
+                    Label { text: qsTr("Back") }
                 }
                 ToolTip.visible: hovered
                 ToolTip.delay: 800
-                ToolTip.text: "Put back what the displays showed before"
+                ToolTip.text: qsTr("Put back what the displays showed before")
                 onClicked: panel.app.actions.goBack()
             }
             ToolButton {
                 visible: panel.ready
                 implicitWidth: 30
                 implicitHeight: 30
-                Accessible.name: "Check for New Files"
+                Accessible.name: qsTr("Check for New Files")
                 contentItem: Glyph { name: "refresh"; implicitWidth: 14; implicitHeight: 14 }
                 ToolTip.visible: hovered
                 ToolTip.delay: 800
-                ToolTip.text: "Check for New Files"
+                ToolTip.text: qsTr("Check for New Files")
                 onClicked: panel.app.session.checkForNewFiles()
             }
         }
@@ -99,7 +99,7 @@ Rectangle {
             Layout.bottomMargin: 28
             visible: panel.app.library.state === LibraryStatus.Loading
             busy: true
-            title: "Loading your packs…"
+            title: qsTr("Loading your packs…")
         }
         ColumnLayout {
             Layout.fillWidth: true
@@ -110,7 +110,7 @@ Rectangle {
             Label {
                 Layout.fillWidth: true
                 horizontalAlignment: Text.AlignHCenter
-                text: "Sign in to use your packs"
+                text: qsTr("Sign in to use your packs")
                 color: palette.placeholderText
             }
             SignInSheet {
@@ -124,9 +124,9 @@ Rectangle {
             Layout.bottomMargin: 24
             visible: panel.app.library.state === LibraryStatus.Unreachable
             symbol: "offline"
-            title: "Can't reach the shop"
-            detail: "Check your connection and try again."
-            actionText: "Try Again"
+            title: qsTr("Can't reach the shop")
+            detail: qsTr("Check your connection and try again.")
+            actionText: qsTr("Try Again")
             onAction: panel.app.session.checkForNewFiles()
         }
         StateMessage {
@@ -136,7 +136,7 @@ Rectangle {
             visible: panel.app.library.state === LibraryStatus.Failed
             symbol: "warning"
             title: panel.app.library.message
-            actionText: "Try Again"
+            actionText: qsTr("Try Again")
             onAction: panel.app.session.checkForNewFiles()
         }
 
@@ -160,7 +160,7 @@ Rectangle {
                 Label {
                     Layout.fillWidth: true
                     textFormat: Text.PlainText
-                    text: "Choosing for " + (displayList.current.name ?? "")
+                    text: qsTr("Choosing for %1").arg(displayList.current.name ?? "")
                     color: palette.placeholderText
                     font.pixelSize: 11
                     elide: Text.ElideRight
@@ -168,7 +168,7 @@ Rectangle {
                 Button {
                     flat: true
                     font.pixelSize: 12
-                    text: "Set on All Displays"
+                    text: qsTr("Set on All Displays")
                     enabled: displayList.current.own === true
                     onClicked: panel.app.actions.setOnAllDisplays(panel.target)
                 }
@@ -195,10 +195,10 @@ Rectangle {
                 Layout.fillWidth: true
                 textRole: "name"
                 valueRole: "slug"
-                model: [{ slug: "", name: "Favourites" }].concat(packs.rows)
+                model: [{ slug: "", name: qsTr("Favourites") }].concat(packs.rows)
                 currentIndex: Math.max(0, model.findIndex(entry => entry.slug === panel.browsing))
                 onActivated: panel.browsing = currentValue
-                Accessible.name: "Pack"
+                Accessible.name: qsTr("Pack")
             }
             EditionChoice {
                 id: edition
@@ -257,8 +257,8 @@ Rectangle {
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.WordWrap
                 color: palette.placeholderText
-                text: panel.browsing === "" ? "Add favourites with the heart on a colourway."
-                                            : "This pack has no colourways yet."
+                text: panel.browsing === "" ? qsTr("Add favourites with the heart on a colourway.")
+                                            : qsTr("This pack has no colourways yet.")
             }
         }
 
@@ -276,7 +276,7 @@ Rectangle {
             spacing: 0
             Button {
                 flat: true
-                text: "Open Quennet"
+                text: qsTr("Open Quennet")
                 onClicked: {
                     panel.closeRequested()
                     panel.app.openMain()
@@ -284,7 +284,7 @@ Rectangle {
             }
             Button {
                 flat: true
-                text: "Settings…"
+                text: qsTr("Settings…")
                 onClicked: {
                     panel.closeRequested()
                     panel.app.openSettings()
@@ -293,7 +293,7 @@ Rectangle {
             Item { Layout.fillWidth: true }
             Button {
                 flat: true
-                text: "Quit"
+                text: qsTr("Quit")
                 onClicked: panel.app.quit()
             }
         }
@@ -305,12 +305,12 @@ Rectangle {
         property string slug
         property bool favourite
         MenuItem {
-            text: "Set on All Displays"
+            text: qsTr("Set on All Displays")
             onTriggered: panel.app.actions.setWallpaper(tileMenu.pack, tileMenu.slug, edition.edition, [])
         }
         MenuSeparator {}
         MenuItem {
-            text: tileMenu.favourite ? "Remove from Favourites" : "Add to Favourites"
+            text: tileMenu.favourite ? qsTr("Remove from Favourites") : qsTr("Add to Favourites")
             onTriggered: panel.app.actions.toggleFavourite(tileMenu.pack, tileMenu.slug)
         }
     }

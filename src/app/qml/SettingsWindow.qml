@@ -9,13 +9,13 @@ ApplicationWindow {
 
     required property AppDelegate app
     readonly property var panes: [
-        { key: "general", title: "General" },
-        { key: "account", title: "Account" },
-        { key: "storage", title: "Storage" },
-        { key: "about", title: "About" }
+        { key: "general", title: qsTr("General") },
+        { key: "account", title: qsTr("Account") },
+        { key: "storage", title: qsTr("Storage") },
+        { key: "about", title: qsTr("About") }
     ]
 
-    title: "Quennet Settings"
+    title: qsTr("Quennet Settings")
     width: 700
     height: 540
     minimumWidth: 600
@@ -126,14 +126,14 @@ ApplicationWindow {
         ColumnLayout {
             width: generalPane.availableWidth
             spacing: 10
-            PaneTitle { text: "General" }
+            PaneTitle { text: qsTr("General") }
             SettingSwitch {
-                text: "Open at login"
+                text: qsTr("Open at login")
                 checked: generalPane.app.loginItem.on
                 onToggled: checked => generalPane.app.loginItem.on = checked
             }
             Explanation {
-                text: "Starts in the tray, so Shuffle and Do Not Disturb wallpapers keep working."
+                text: qsTr("Starts in the tray, so Shuffle and Do Not Disturb wallpapers keep working.")
             }
             SettingSwitch {
                 text: qsTr("Show what's new after updates")
@@ -149,9 +149,9 @@ ApplicationWindow {
                 text: qsTr("A sound when a wallpaper is set, when setting one fails and when you sign in, if your desktop's event sounds are on.")
             }
 
-            SectionTitle { text: "Shuffle" }
+            SectionTitle { text: qsTr("Shuffle") }
             SettingSwitch {
-                text: "Shuffle wallpapers"
+                text: qsTr("Shuffle wallpapers")
                 checked: generalPane.app.shuffleView.isOn
                 onToggled: checked => generalPane.app.shuffleView.isOn = checked
             }
@@ -160,7 +160,7 @@ ApplicationWindow {
                 columns: 2
                 columnSpacing: 12
                 rowSpacing: 6
-                Label { text: "How often"; Layout.fillWidth: true }
+                Label { text: qsTr("How often"); Layout.fillWidth: true }
                 ComboBox {
                     Layout.alignment: Qt.AlignRight
                     Layout.rightMargin: 4
@@ -168,9 +168,9 @@ ApplicationWindow {
                     model: generalPane.app.shuffleView.intervals
                     currentIndex: generalPane.app.shuffleView.interval
                     onActivated: index => generalPane.app.shuffleView.interval = index
-                    Accessible.name: "How often"
+                    Accessible.name: qsTr("How often")
                 }
-                Label { text: "Shuffle from"; Layout.fillWidth: true }
+                Label { text: qsTr("Shuffle from"); Layout.fillWidth: true }
                 ComboBox {
                     Layout.alignment: Qt.AlignRight
                     Layout.rightMargin: 4
@@ -178,11 +178,11 @@ ApplicationWindow {
                     model: generalPane.app.shuffleView.sources
                     currentIndex: generalPane.app.shuffleView.source
                     onActivated: index => generalPane.app.shuffleView.source = index
-                    Accessible.name: "Shuffle from"
+                    Accessible.name: qsTr("Shuffle from")
                 }
             }
             SettingSwitch {
-                text: "Different wallpaper on each display"
+                text: qsTr("Different wallpaper on each display")
                 checked: generalPane.app.shuffleView.differentOnEachDisplay
                 onToggled: checked => generalPane.app.shuffleView.differentOnEachDisplay = checked
             }
@@ -191,17 +191,17 @@ ApplicationWindow {
                 text: generalPane.app.shuffleView.status
             }
 
-            SectionTitle { text: "Do Not Disturb" }
+            SectionTitle { text: qsTr("Do Not Disturb") }
             GridLayout {
                 id: focusRows
                 readonly property FocusFilter filter: generalPane.app.focusFilter
-                readonly property var wallpapers: [{ key: "", text: "No wallpaper" }].concat(
-                    filter.wallpaperOptions.map(option => ({ key: option.key, text: option.name + " – " + option.packName })))
+                readonly property var wallpapers: [{ key: "", text: qsTr("No wallpaper") }].concat(
+                    filter.wallpaperOptions.map(option => ({ key: option.key, text: qsTr("%1 – %2").arg(option.name, option.packName) })))
                 Layout.fillWidth: true
                 columns: 2
                 columnSpacing: 12
                 rowSpacing: 6
-                Label { text: "Wallpaper"; Layout.fillWidth: true }
+                Label { text: qsTr("Wallpaper"); Layout.fillWidth: true }
                 NameChoice {
                     Layout.alignment: Qt.AlignRight
                     Layout.rightMargin: 4
@@ -210,9 +210,9 @@ ApplicationWindow {
                     textRole: "text"
                     currentIndex: Math.max(0, focusRows.wallpapers.findIndex(entry => entry.key === focusRows.filter.wallpaper))
                     onActivated: index => focusRows.filter.wallpaper = focusRows.wallpapers[index].key
-                    Accessible.name: "Do Not Disturb wallpaper"
+                    Accessible.name: qsTr("Do Not Disturb wallpaper")
                 }
-                Label { text: "Edition"; Layout.fillWidth: true }
+                Label { text: qsTr("Edition"); Layout.fillWidth: true }
                 ComboBox {
                     Layout.alignment: Qt.AlignRight
                     Layout.rightMargin: 4
@@ -222,29 +222,29 @@ ApplicationWindow {
                     textRole: "label"
                     currentIndex: Math.max(0, focusRows.filter.editionOptions.findIndex(option => option.value === focusRows.filter.edition))
                     onActivated: index => focusRows.filter.edition = focusRows.filter.editionOptions[index].value
-                    Accessible.name: "Do Not Disturb wallpaper edition"
+                    Accessible.name: qsTr("Do Not Disturb wallpaper edition")
                 }
             }
             Explanation {
                 text: focusRows.filter.isDoNotDisturbOn
-                      ? "Do Not Disturb is on now: " + focusRows.filter.summary + "."
-                      : "While Do Not Disturb is on, every display shows this wallpaper. Your own come back when it ends."
+                      ? qsTr("Do Not Disturb is on now: %1.").arg(focusRows.filter.summary)
+                      : qsTr("While Do Not Disturb is on, every display shows this wallpaper. Your own come back when it ends.")
             }
 
-            SectionTitle { text: "Workspaces" }
+            SectionTitle { text: qsTr("Workspaces") }
             SettingSwitch {
-                text: "Use on all workspaces"
+                text: qsTr("Use on all workspaces")
                 checked: generalPane.app.actions.usesOnAllWorkspaces
                 onToggled: checked => generalPane.app.actions.usesOnAllWorkspaces = checked
             }
             Explanation {
-                text: "Keeps the wallpaper you set here on every workspace. Turn this off to choose a different one for each workspace in your desktop settings."
+                text: qsTr("Keeps the wallpaper you set here on every workspace. Turn this off to choose a different one for each workspace in your desktop settings.")
             }
             // The helper's autostart entry was switched off in the desktop's own settings.
             Explanation {
                 visible: generalPane.app.actions.usesOnAllWorkspaces
                          && generalPane.app.spacesHelper.status === SpacesHelper.RequiresApproval
-                text: "Your desktop needs your permission to start the workspace helper at login. Allow it in your desktop settings."
+                text: qsTr("Your desktop needs your permission to start the workspace helper at login. Allow it in your desktop settings.")
             }
             Item { Layout.fillHeight: true }
         }
@@ -254,27 +254,27 @@ ApplicationWindow {
         id: accountPane
         required property AppDelegate app
         spacing: 6
-        PaneTitle { text: "Account" }
+        PaneTitle { text: qsTr("Account") }
         GridLayout {
             visible: accountPane.app.session.signedIn
             columns: 2
             columnSpacing: 16
             rowSpacing: 6
-            Label { text: "Email"; color: palette.placeholderText }
+            Label { text: qsTr("Email"); color: palette.placeholderText }
             Label {
                 textFormat: Text.PlainText
-                text: accountPane.app.account.email !== "" ? accountPane.app.account.email : "Signed in"
+                text: accountPane.app.account.email !== "" ? accountPane.app.account.email : qsTr("Signed in")
             }
         }
         Explanation {
             visible: accountPane.app.session.signedIn
             Layout.topMargin: 6
-            text: "Your packs come from the shop account with this email address."
+            text: qsTr("Your packs come from the shop account with this email address.")
         }
         Button {
             visible: accountPane.app.session.signedIn
             Layout.topMargin: 10
-            text: "Sign Out"
+            text: qsTr("Sign Out")
             onClicked: accountPane.app.session.signOut()
         }
         SignInSheet {
@@ -291,10 +291,10 @@ ApplicationWindow {
         required property AppDelegate app
         readonly property WallpaperActions actions: app.actions
         spacing: 6
-        PaneTitle { text: "Storage" }
+        PaneTitle { text: qsTr("Storage") }
         RowLayout {
             Layout.fillWidth: true
-            Label { Layout.fillWidth: true; text: "Downloaded wallpapers" }
+            Label { Layout.fillWidth: true; text: qsTr("Downloaded wallpapers") }
             Label {
                 text: storagePane.actions.downloadedSize
                 color: palette.placeholderText
@@ -305,13 +305,13 @@ ApplicationWindow {
             // Offered only while nothing downloads: a removal would race the downloads.
             Button {
                 visible: storagePane.actions.canRemoveDownloads || storagePane.actions.isRemoving
-                text: "Remove Downloads"
+                text: qsTr("Remove Downloads")
                 enabled: storagePane.actions.canRemoveDownloads && storagePane.actions.hasDownloads
                 onClicked: storagePane.actions.removeDownloads()
             }
             Label {
                 visible: !storagePane.actions.canRemoveDownloads && !storagePane.actions.isRemoving
-                text: "Available once downloads finish"
+                text: qsTr("Available once downloads finish")
                 color: palette.placeholderText
             }
             BusyIndicator {
@@ -322,7 +322,7 @@ ApplicationWindow {
             }
         }
         Explanation {
-            text: "Wallpapers on your displays are kept. Anything removed downloads again when you set it."
+            text: qsTr("Wallpapers on your displays are kept. Anything removed downloads again when you set it.")
         }
         Item { Layout.fillHeight: true }
     }
@@ -332,11 +332,11 @@ ApplicationWindow {
         required property AppDelegate app
         spacing: 6
         PaneTitle { text: "Quennet" }
-        Label { text: "Version " + aboutPane.app.version; color: palette.placeholderText }
+        Label { text: qsTr("Version %1").arg(aboutPane.app.version); color: palette.placeholderText }
         Explanation {
-            text: "The wallpaper packs you bought in the Quennet shop, on every display."
+            text: qsTr("The wallpaper packs you bought in the Quennet shop, on every display.")
         }
-        SectionTitle { text: "Acknowledgements" }
+        SectionTitle { text: qsTr("Acknowledgements") }
         ListView {
             Layout.fillWidth: true
             Layout.fillHeight: true

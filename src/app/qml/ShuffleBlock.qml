@@ -23,11 +23,11 @@ ColumnLayout {
         }
         Label {
             Layout.fillWidth: true
-            text: "Shuffle"
+            text: qsTr("Shuffle")
             font.weight: Font.DemiBold
         }
         Button {
-            text: "Shuffle Now"
+            text: qsTr("Shuffle Now")
             flat: true
             enabled: !block.shuffle.isShuffling
             font.pixelSize: 12
@@ -36,7 +36,7 @@ ColumnLayout {
         Switch {
             checked: block.shuffle.isOn
             onToggled: block.shuffle.isOn = checked
-            Accessible.name: "Shuffle"
+            Accessible.name: qsTr("Shuffle")
         }
     }
     Label {
@@ -68,7 +68,7 @@ ColumnLayout {
             Layout.fillWidth: true
             visible: block.shuffle.isOn && text !== ""
             textFormat: Text.PlainText
-            text: block.shuffle.isShuffling ? "Shuffling…" : block.shuffle.next
+            text: block.shuffle.isShuffling ? qsTr("Shuffling…") : block.shuffle.next
             font.pixelSize: 11
             color: palette.placeholderText
             elide: Text.ElideRight
@@ -77,7 +77,7 @@ ColumnLayout {
             Layout.fillWidth: true
             visible: block.shuffle.isOn && block.shuffle.upNext.length > 0
             textFormat: Text.PlainText
-            text: "Up next: " + block.shuffle.upNext.map(p => p.name).join(", ")
+            text: qsTr("Up next: %1").arg(block.shuffle.upNext.map(p => p.name).join(qsTr(", ")))
             font.pixelSize: 11
             color: palette.placeholderText
             elide: Text.ElideRight

@@ -18,8 +18,8 @@ ColumnLayout {
         wrapMode: Text.WordWrap
         font.pixelSize: 17
         font.weight: Font.DemiBold
-        text: sheet.status === Account.Waiting ? "Approve this computer in your browser"
-                                               : "Sign in to use the packs you've bought"
+        text: sheet.status === Account.Waiting ? qsTr("Approve this computer in your browser")
+                                               : qsTr("Sign in to use the packs you've bought")
     }
     Label {
         Layout.fillWidth: true
@@ -27,7 +27,7 @@ ColumnLayout {
         wrapMode: Text.WordWrap
         visible: sheet.status === Account.SignedOut || sheet.status === Account.Requesting
         color: palette.placeholderText
-        text: "With the email address you bought them with."
+        text: qsTr("With the email address you bought them with.")
     }
 
     // The code, large and spaced, so it can be compared at a glance.
@@ -51,7 +51,7 @@ ColumnLayout {
         wrapMode: Text.WordWrap
         visible: sheet.status === Account.Waiting
         color: palette.placeholderText
-        text: "Check the code there matches this one."
+        text: qsTr("Check the code there matches this one.")
     }
     RowLayout {
         Layout.alignment: Qt.AlignHCenter
@@ -62,7 +62,7 @@ ColumnLayout {
             implicitHeight: 20
         }
         Label {
-            text: "Waiting for approval…"
+            text: qsTr("Waiting for approval…")
             color: palette.placeholderText
         }
     }
@@ -85,7 +85,7 @@ ColumnLayout {
             // Also when the sheet appears late, once the secret store has answered.
             focus: visible
             onVisibleChanged: if (visible) forceActiveFocus()
-            text: "Sign In…"
+            text: qsTr("Sign In…")
             highlighted: true
             onClicked: sheet.app.session.signIn()
             Keys.onReturnPressed: sheet.app.session.signIn()
@@ -93,19 +93,19 @@ ColumnLayout {
         }
         Button {
             visible: sheet.status === Account.Waiting
-            text: "Open Browser Again"
+            text: qsTr("Open Browser Again")
             onClicked: sheet.app.session.openBrowserAgain()
         }
         Button {
             visible: sheet.status === Account.Failed
-            text: "Start Again"
+            text: qsTr("Start Again")
             highlighted: true
             onClicked: sheet.app.session.signIn()
         }
         Button {
             visible: sheet.status === Account.Waiting || sheet.status === Account.Requesting
                      || sheet.status === Account.Failed
-            text: "Cancel"
+            text: qsTr("Cancel")
             onClicked: sheet.app.session.cancelSignIn()
         }
     }

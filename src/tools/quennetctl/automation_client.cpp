@@ -123,7 +123,7 @@ int AutomationClient::report(const QDBusMessage &reply, QTextStream &err)
     if (reply.type() != QDBusMessage::ErrorMessage)
         return 0;
     if (!reply.errorName().startsWith(errorPrefix)) {
-        err << "Couldn't reach Quennet: " << printable(reply.errorMessage()) << Qt::endl;
+        err << tr("Couldn't reach Quennet: %1").arg(printable(reply.errorMessage())) << Qt::endl;
         return failed;
     }
     err << printable(reply.errorMessage()) << Qt::endl;
@@ -133,7 +133,7 @@ int AutomationClient::report(const QDBusMessage &reply, QTextStream &err)
 int AutomationClient::run(const Command &command, QTextStream &out, QTextStream &err)
 {
     if (!m_bus.isConnected()) {
-        err << "There's no session bus to reach Quennet on." << Qt::endl;
+        err << tr("There's no session bus to reach Quennet on.") << Qt::endl;
         return failed;
     }
     using Action = Command::Action;
@@ -196,26 +196,26 @@ int AutomationClient::signIn(QTextStream &out, QTextStream &err)
         if (state == "waiting"_L1 && !shownCode) {
             const QString page = printablePage(m_session.value(u"VerificationURI"_s).toString());
             if (page.isEmpty())
-                out << "Approve this computer on the shop's website in your browser.\n";
+                out << tr("Approve this computer on the shop's website in your browser.") << '\n';
             else
-                out << "Approve this computer in your browser: " << page << '\n';
-            out << "Code: " << printable(m_session.value(u"UserCode"_s).toString()) << '\n'
-                << "Check the code there matches this one. Waiting for approval…" << Qt::endl;
+                out << tr("Approve this computer in your browser: %1").arg(page) << '\n';
+            out << tr("Code: %1").arg(printable(m_session.value(u"UserCode"_s).toString())) << '\n'
+                << tr("Check the code there matches this one. Waiting for approval…") << Qt::endl;
             shownCode = true;
         } else if (state == "signedIn"_L1) {
             // The library of the new session, so that the next command finds the user's packs.
             if (const int status = report(call(session, u"Refresh"_s), err))
                 return status;
-            out << "Signed in." << Qt::endl;
+            out << tr("Signed in.") << Qt::endl;
             return 0;
         } else if (state == "failed"_L1) {
             err << printable(m_session.value(u"Message"_s).toString()) << Qt::endl;
             return failed;
         } else if (state == "signedOut"_L1) {
-            err << "Sign-in was cancelled." << Qt::endl;
+            err << tr("Sign-in was cancelled.") << Qt::endl;
             return failed;
         } else if (state == "gone"_L1) {
-            err << "Quennet quit before the sign-in ended." << Qt::endl;
+            err << tr("Quennet quit before the sign-in ended.") << Qt::endl;
             return failed;
         }
         if (!waitForSessionChange(-1))

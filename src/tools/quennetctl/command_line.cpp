@@ -1,5 +1,6 @@
 #include "command_line.h"
 
+#include <QCoreApplication>
 #include <array>
 
 using namespace Qt::Literals::StringLiterals;
@@ -9,63 +10,88 @@ struct Subcommand {
     QLatin1StringView name;
     Command::Action action;
     QLatin1StringView synopsis; // after the name
-    QLatin1StringView brief; // in the tool's list
-    QLatin1StringView about; // in the subcommand's help, with options and notes
+    const char *brief; // in the tool's list, to translate in context "CommandLine"
+    const char *about; // in the subcommand's help, with options and notes
 };
 
 constexpr std::array table {
-    Subcommand { "shuffle"_L1, Command::Action::Shuffle, ""_L1, "change the wallpaper now"_L1,
-                 "Changes the wallpaper now, as the shuffle's settings say.\n"_L1 },
+    Subcommand { "shuffle"_L1, Command::Action::Shuffle, ""_L1,
+                 QT_TRANSLATE_NOOP("CommandLine", "change the wallpaper now"),
+                 QT_TRANSLATE_NOOP("CommandLine",
+                                   "Changes the wallpaper now, as the shuffle's settings say.\n") },
     Subcommand { "set"_L1, Command::Action::Set, " PACK/COLOURWAY [--edition EDITION]"_L1,
-                 "set a wallpaper on all displays"_L1,
-                 "Sets a wallpaper on all displays, downloading it first when needed.\n"
-                 "\n"
-                 "Options:\n"
-                 "  --edition EDITION   automatic (the default), timeOfDay, light or dark\n"_L1 },
-    Subcommand { "get"_L1, Command::Action::Get, ""_L1, "print the main display's wallpaper"_L1,
-                 "Prints the main display's wallpaper: PACK/COLOURWAY, its name and its pack's\n"
-                 "name, separated by tabs.\n"_L1 },
-    Subcommand { "favourite"_L1, Command::Action::Favourite, ""_L1,
-                 "make the main display's wallpaper a favourite"_L1,
-                 "Makes the main display's wallpaper a favourite. A favourite already stays\n"
-                 "where it is: this never removes one.\n"_L1 },
-    Subcommand { "shuffle-settings"_L1, Command::Action::ShuffleSettings,
-                 " --on|--off [--interval INTERVAL] [--source SOURCE]"_L1,
-                 "turn the shuffle on or off, and say how"_L1,
-                 "Turns the shuffle on or off, and changes how often it shuffles and what from.\n"
-                 "\n"
-                 "Options:\n"
-                 "  --on, --off         shuffle, or stop shuffling\n"
-                 "  --interval INTERVAL hour, sixHours, day or week; unchanged when left out\n"
-                 "  --source SOURCE     all or favourites; unchanged when left out\n"_L1 },
-    Subcommand { "focus-filter"_L1, Command::Action::FocusFilter,
-                 " [PACK/COLOURWAY [--edition EDITION]]"_L1,
-                 "choose the wallpaper for Do Not Disturb"_L1,
-                 "Chooses the wallpaper every display shows while Do Not Disturb is on; without\n"
-                 "a wallpaper, none.\n"
-                 "\n"
-                 "Options:\n"
-                 "  --edition EDITION   automatic (the default), timeOfDay, light or dark\n"_L1 },
-    Subcommand { "find"_L1, Command::Action::Find, " [TEXT...]"_L1, "list your wallpapers"_L1,
-                 "Lists your wallpapers whose name or pack name holds every word of the text,\n"
-                 "regardless of case; all of them without text. Favourites come first, newest\n"
-                 "first, then the rest in library order. Each line is PACK/COLOURWAY, the\n"
-                 "wallpaper's name and its pack's name, separated by tabs.\n"_L1 },
-    Subcommand { "sign-in"_L1, Command::Action::SignIn, ""_L1,
-                 "sign in to the shop in the browser"_L1,
-                 "Signs in to the shop: approve this computer in the browser with the code it\n"
-                 "prints. Waits until the sign-in is done and your packs are loaded.\n"_L1 },
-    Subcommand { "sign-out"_L1, Command::Action::SignOut, ""_L1,
-                 "sign this computer out of the shop"_L1,
-                 "Signs this computer out of the shop.\n"_L1 },
-    Subcommand { "refresh"_L1, Command::Action::Refresh, ""_L1,
-                 "check the shop for new packs and files"_L1,
-                 "Checks the shop for new packs and files, and waits for the answer.\n"_L1 },
+                 QT_TRANSLATE_NOOP("CommandLine", "set a wallpaper on all displays"),
+                 QT_TRANSLATE_NOOP(
+                     "CommandLine",
+                     "Sets a wallpaper on all displays, downloading it first when needed.\n"
+                     "\n"
+                     "Options:\n"
+                     "  --edition EDITION   automatic (the default), timeOfDay, light or dark\n") },
     Subcommand {
-        "status"_L1, Command::Action::Status, ""_L1, "print the sign-in and library state"_L1,
-        "Prints the sign-in state (signedOut, requesting, waiting, failed or signedIn),\n"
-        "the code to approve and its page while waiting, why a sign-in failed, and\n"
-        "the library's state (loading, ready or failed), one \"Name: value\" a line.\n"_L1 },
+        "get"_L1, Command::Action::Get, ""_L1,
+        QT_TRANSLATE_NOOP("CommandLine", "print the main display's wallpaper"),
+        QT_TRANSLATE_NOOP(
+            "CommandLine",
+            "Prints the main display's wallpaper: PACK/COLOURWAY, its name and its pack's\n"
+            "name, separated by tabs.\n") },
+    Subcommand { "favourite"_L1, Command::Action::Favourite, ""_L1,
+                 QT_TRANSLATE_NOOP("CommandLine", "make the main display's wallpaper a favourite"),
+                 QT_TRANSLATE_NOOP(
+                     "CommandLine",
+                     "Makes the main display's wallpaper a favourite. A favourite already stays\n"
+                     "where it is: this never removes one.\n") },
+    Subcommand {
+        "shuffle-settings"_L1, Command::Action::ShuffleSettings,
+        " --on|--off [--interval INTERVAL] [--source SOURCE]"_L1,
+        QT_TRANSLATE_NOOP("CommandLine", "turn the shuffle on or off, and say how"),
+        QT_TRANSLATE_NOOP(
+            "CommandLine",
+            "Turns the shuffle on or off, and changes how often it shuffles and what from.\n"
+            "\n"
+            "Options:\n"
+            "  --on, --off         shuffle, or stop shuffling\n"
+            "  --interval INTERVAL hour, sixHours, day or week; unchanged when left out\n"
+            "  --source SOURCE     all or favourites; unchanged when left out\n") },
+    Subcommand {
+        "focus-filter"_L1, Command::Action::FocusFilter, " [PACK/COLOURWAY [--edition EDITION]]"_L1,
+        QT_TRANSLATE_NOOP("CommandLine", "choose the wallpaper for Do Not Disturb"),
+        QT_TRANSLATE_NOOP(
+            "CommandLine",
+            "Chooses the wallpaper every display shows while Do Not Disturb is on; without\n"
+            "a wallpaper, none.\n"
+            "\n"
+            "Options:\n"
+            "  --edition EDITION   automatic (the default), timeOfDay, light or dark\n") },
+    Subcommand { "find"_L1, Command::Action::Find, " [TEXT...]"_L1,
+                 QT_TRANSLATE_NOOP("CommandLine", "list your wallpapers"),
+                 QT_TRANSLATE_NOOP(
+                     "CommandLine",
+                     "Lists your wallpapers whose name or pack name holds every word of the text,\n"
+                     "regardless of case; all of them without text. Favourites come first, newest\n"
+                     "first, then the rest in library order. Each line is PACK/COLOURWAY, the\n"
+                     "wallpaper's name and its pack's name, separated by tabs.\n") },
+    Subcommand { "sign-in"_L1, Command::Action::SignIn, ""_L1,
+                 QT_TRANSLATE_NOOP("CommandLine", "sign in to the shop in the browser"),
+                 QT_TRANSLATE_NOOP(
+                     "CommandLine",
+                     "Signs in to the shop: approve this computer in the browser with the code it\n"
+                     "prints. Waits until the sign-in is done and your packs are loaded.\n") },
+    Subcommand { "sign-out"_L1, Command::Action::SignOut, ""_L1,
+                 QT_TRANSLATE_NOOP("CommandLine", "sign this computer out of the shop"),
+                 QT_TRANSLATE_NOOP("CommandLine", "Signs this computer out of the shop.\n") },
+    Subcommand {
+        "refresh"_L1, Command::Action::Refresh, ""_L1,
+        QT_TRANSLATE_NOOP("CommandLine", "check the shop for new packs and files"),
+        QT_TRANSLATE_NOOP("CommandLine",
+                          "Checks the shop for new packs and files, and waits for the answer.\n") },
+    Subcommand {
+        "status"_L1, Command::Action::Status, ""_L1,
+        QT_TRANSLATE_NOOP("CommandLine", "print the sign-in and library state"),
+        QT_TRANSLATE_NOOP(
+            "CommandLine",
+            "Prints the sign-in state (signedOut, requesting, waiting, failed or signedIn),\n"
+            "the code to approve and its page while waiting, why a sign-in failed, and\n"
+            "the library's state (loading, ready or failed), one \"Name: value\" a line.\n") },
 };
 
 const Subcommand *find(QStringView name)
@@ -81,7 +107,8 @@ CommandLine usage(const QString &problem, const QString &subcommand = {})
 {
     const QString see = subcommand.isEmpty() ? u"quennetctl --help"_s
                                              : u"quennetctl "_s + subcommand + u" --help"_s;
-    return { .error = u"quennetctl: "_s + problem + u"\nSee '"_s + see + u"'.\n"_s,
+    return { .error = u"quennetctl: "_s + problem + u'\n'
+                 + QCoreApplication::translate("CommandLine", "See '%1'.").arg(see) + u'\n',
              .exitStatus = CommandLine::usageError };
 }
 
@@ -133,7 +160,7 @@ std::optional<QString> readArguments(const Subcommand &subcommand, QStringList a
         if (target) {
             const auto taken = takeValue();
             if (!taken || taken->isEmpty())
-                return argument + u" needs a value"_s;
+                return QCoreApplication::translate("CommandLine", "%1 needs a value").arg(argument);
             *target = *taken;
             continue;
         }
@@ -141,26 +168,26 @@ std::optional<QString> readArguments(const Subcommand &subcommand, QStringList a
             && (argument == "--on"_L1 || argument == "--off"_L1)) {
             const bool wanted = argument == "--on"_L1;
             if (on && *on != wanted)
-                return u"give --on or --off, not both"_s;
+                return QCoreApplication::translate("CommandLine", "give --on or --off, not both");
             on = wanted;
             continue;
         }
-        return u"unknown option "_s + argument;
+        return QCoreApplication::translate("CommandLine", "unknown option %1").arg(argument);
     }
 
     switch (subcommand.action) {
     case Command::Action::Set:
         if (positional.isEmpty())
-            return u"name a wallpaper as PACK/COLOURWAY"_s;
+            return QCoreApplication::translate("CommandLine", "name a wallpaper as PACK/COLOURWAY");
         if (positional.size() > 1)
-            return u"one wallpaper at a time"_s;
+            return QCoreApplication::translate("CommandLine", "one wallpaper at a time");
         command.wallpaper = positional.first();
         return std::nullopt;
     case Command::Action::FocusFilter:
         if (positional.size() > 1)
-            return u"one wallpaper at a time"_s;
+            return QCoreApplication::translate("CommandLine", "one wallpaper at a time");
         if (positional.isEmpty() && !command.edition.isEmpty())
-            return u"--edition needs a wallpaper"_s;
+            return QCoreApplication::translate("CommandLine", "--edition needs a wallpaper");
         command.wallpaper = positional.value(0);
         return std::nullopt;
     case Command::Action::Find:
@@ -168,14 +195,15 @@ std::optional<QString> readArguments(const Subcommand &subcommand, QStringList a
         return std::nullopt;
     case Command::Action::ShuffleSettings:
         if (!on)
-            return u"give --on or --off"_s;
+            return QCoreApplication::translate("CommandLine", "give --on or --off");
         command.isOn = *on;
         break;
     default:
         break;
     }
     if (!positional.isEmpty())
-        return u"unexpected argument "_s + positional.first();
+        return QCoreApplication::translate("CommandLine", "unexpected argument %1")
+            .arg(positional.first());
     return std::nullopt;
 }
 } // namespace
@@ -183,7 +211,7 @@ std::optional<QString> readArguments(const Subcommand &subcommand, QStringList a
 CommandLine CommandLine::parse(const QStringList &arguments)
 {
     if (arguments.isEmpty())
-        return usage(u"name a command"_s);
+        return usage(QCoreApplication::translate("CommandLine", "name a command"));
     const QString &first = arguments.first();
     if (isHelp(first)) {
         if (arguments.size() > 1 && find(arguments[1]))
@@ -194,8 +222,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         return { .output = u"quennetctl " QUENNET_VERSION "\n"_s };
     const Subcommand *subcommand = find(first);
     if (!subcommand)
-        return first.startsWith(u'-') ? usage(u"unknown option "_s + first)
-                                      : usage(u"'"_s + first + u"' isn't a command"_s);
+        return first.startsWith(u'-')
+            ? usage(QCoreApplication::translate("CommandLine", "unknown option %1").arg(first))
+            : usage(QCoreApplication::translate("CommandLine", "'%1' isn't a command").arg(first));
     QStringList rest = arguments.mid(1);
     const qsizetype beforeEnd = rest.indexOf(u"--"_s);
     const QStringList options = beforeEnd < 0 ? rest : rest.first(beforeEnd);
@@ -210,21 +239,26 @@ CommandLine CommandLine::parse(const QStringList &arguments)
 
 QString CommandLine::help()
 {
-    QString text = u"Usage: quennetctl COMMAND [ARGUMENTS]\n"
-                   "\n"
-                   "Controls Quennet over the session bus, starting it when it isn't running.\n"
-                   "\n"
-                   "Commands:\n"_s;
+    QString text = QCoreApplication::translate(
+        "CommandLine",
+        "Usage: quennetctl COMMAND [ARGUMENTS]\n"
+        "\n"
+        "Controls Quennet over the session bus, starting it when it isn't running.\n"
+        "\n"
+        "Commands:\n");
     for (const auto &subcommand : table)
-        text += u"  %1  %2\n"_s.arg(QString(subcommand.name).leftJustified(16), subcommand.brief);
-    text += u"\n"
-            "Options:\n"
-            "  -h, --help        this help, or a command's help after the command\n"
-            "  --version         Quennet's version\n"
-            "\n"
-            "A wallpaper is named PACK/COLOURWAY, as 'quennetctl find' lists them.\n"
-            "Exit status: 0 when done; 1 when it failed, with the reason on standard error;\n"
-            "2 when the command line is wrong.\n"_s;
+        text += u"  %1  %2\n"_s.arg(QString(subcommand.name).leftJustified(16),
+                                    QCoreApplication::translate("CommandLine", subcommand.brief));
+    text += QCoreApplication::translate(
+        "CommandLine",
+        "\n"
+        "Options:\n"
+        "  -h, --help        this help, or a command's help after the command\n"
+        "  --version         Quennet's version\n"
+        "\n"
+        "A wallpaper is named PACK/COLOURWAY, as 'quennetctl find' lists them.\n"
+        "Exit status: 0 when done; 1 when it failed, with the reason on standard error;\n"
+        "2 when the command line is wrong.\n");
     return text;
 }
 
@@ -233,8 +267,9 @@ QString CommandLine::help(const QString &name)
     const Subcommand *subcommand = find(name);
     if (!subcommand)
         return {};
-    return u"Usage: quennetctl "_s + subcommand->name + subcommand->synopsis + u"\n\n"_s
-        + subcommand->about;
+    return QCoreApplication::translate("CommandLine", "Usage: quennetctl %1%2")
+               .arg(subcommand->name, subcommand->synopsis)
+        + u"\n\n"_s + QCoreApplication::translate("CommandLine", subcommand->about);
 }
 
 QStringList CommandLine::subcommands()

@@ -1,5 +1,6 @@
 #include "automation_client.h"
 #include "command_line.h"
+#include "translations.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -9,6 +10,7 @@
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
+    Translations::install(application);
     QTextStream out(stdout);
     QTextStream err(stderr);
 
