@@ -129,6 +129,18 @@
         <source>desktop settings (GSettings)</source>
         <translation>Einstellungen der Arbeitsumgebung (GSettings)</translation>
     </message>
+    <message>
+        <source>the desktop&apos;s event sounds</source>
+        <translation>die Ereignisklänge der Arbeitsumgebung</translation>
+    </message>
+    <message>
+        <source>the panel on Wayland desktops</source>
+        <translation>das Panel auf Wayland-Arbeitsumgebungen</translation>
+    </message>
+    <message>
+        <source>the desktop picture on X11</source>
+        <translation>das Hintergrundbild unter X11</translation>
+    </message>
 </context>
 <context>
     <name>ArchiveSaver</name>
@@ -1086,6 +1098,26 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
         <source>Acknowledgements</source>
         <translation>Danksagungen</translation>
     </message>
+    <message>
+        <source>Show what&apos;s new after updates</source>
+        <translation>Nach Aktualisierungen die Neuerungen zeigen</translation>
+    </message>
+    <message>
+        <source>Play feedback sounds</source>
+        <translation>Rückmeldeklänge abspielen</translation>
+    </message>
+    <message>
+        <source>A sound when a wallpaper is set, when setting one fails and when you sign in, if your desktop&apos;s event sounds are on.</source>
+        <translation>Ein Klang, wenn ein Hintergrundbild gesetzt wird, wenn das Setzen fehlschlägt und wenn Sie sich anmelden – sofern die Ereignisklänge Ihrer Arbeitsumgebung eingeschaltet sind.</translation>
+    </message>
+    <message>
+        <source>What&apos;s New</source>
+        <translation>Neuerungen</translation>
+    </message>
+    <message>
+        <source>Show Welcome</source>
+        <translation>Begrüßung zeigen</translation>
+    </message>
 </context>
 <context>
     <name>Shop</name>
@@ -1277,6 +1309,56 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     <message>
         <source>Couldn&apos;t download %1. %2</source>
         <translation>%1 konnte nicht heruntergeladen werden. %2</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomeWindow</name>
+    <message>
+        <source>Welcome to Quennet</source>
+        <translation>Willkommen bei Quennet</translation>
+    </message>
+    <message>
+        <source>Quennet puts the wallpaper packs you bought in the Quennet shop on your desktop: on one display or on all of them, in light and dark, changing through the day or shuffled on a schedule.</source>
+        <translation>Quennet bringt die Hintergrundbild-Pakete, die Sie im Quennet-Shop gekauft haben, auf Ihren Bildschirm: auf einen Bildschirm oder auf alle, hell und dunkel, im Lauf des Tages wechselnd oder nach Zeitplan gemischt.</translation>
+    </message>
+    <message>
+        <source>It lives in the tray. Click its icon to choose a wallpaper; right-click it for the menu. Closing a window leaves Quennet running there.</source>
+        <translation>Quennet lebt im Systemabschnitt. Klicken Sie auf das Symbol, um ein Hintergrundbild zu wählen; ein Rechtsklick öffnet das Menü. Wenn Sie ein Fenster schließen, läuft Quennet dort weiter.</translation>
+    </message>
+    <message>
+        <source>If your desktop has no tray, open Quennet from your apps.</source>
+        <translation>Hat Ihre Arbeitsumgebung keinen Systemabschnitt, öffnen Sie Quennet über Ihre Anwendungen.</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>Anmelden&#xa0;…</translation>
+    </message>
+    <message>
+        <source>Open Quennet</source>
+        <translation>Quennet öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>WhatsNewWindow</name>
+    <message>
+        <source>What&apos;s New in Quennet</source>
+        <translation>Neuerungen in Quennet</translation>
+    </message>
+    <message>
+        <source>What&apos;s New</source>
+        <translation>Neuerungen</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Änderungen</translation>
+    </message>
+    <message>
+        <source>Show what&apos;s new after updates</source>
+        <translation>Nach Aktualisierungen die Neuerungen zeigen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>

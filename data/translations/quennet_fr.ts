@@ -129,6 +129,18 @@
         <source>desktop settings (GSettings)</source>
         <translation>paramètres du bureau (GSettings)</translation>
     </message>
+    <message>
+        <source>the desktop&apos;s event sounds</source>
+        <translation>les sons d&apos;événement du bureau</translation>
+    </message>
+    <message>
+        <source>the panel on Wayland desktops</source>
+        <translation>le panneau sur les bureaux Wayland</translation>
+    </message>
+    <message>
+        <source>the desktop picture on X11</source>
+        <translation>le fond d&apos;écran sous X11</translation>
+    </message>
 </context>
 <context>
     <name>ArchiveSaver</name>
@@ -1085,6 +1097,26 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
         <source>Acknowledgements</source>
         <translation>Remerciements</translation>
     </message>
+    <message>
+        <source>Show what&apos;s new after updates</source>
+        <translation>Montrer les nouveautés après une mise à jour</translation>
+    </message>
+    <message>
+        <source>Play feedback sounds</source>
+        <translation>Jouer des sons de confirmation</translation>
+    </message>
+    <message>
+        <source>A sound when a wallpaper is set, when setting one fails and when you sign in, if your desktop&apos;s event sounds are on.</source>
+        <translation>Un son quand un fond d&apos;écran est appliqué, quand l&apos;application échoue et quand vous vous connectez, si les sons d&apos;événement de votre bureau sont activés.</translation>
+    </message>
+    <message>
+        <source>What&apos;s New</source>
+        <translation>Nouveautés</translation>
+    </message>
+    <message>
+        <source>Show Welcome</source>
+        <translation>Afficher l&apos;accueil</translation>
+    </message>
 </context>
 <context>
     <name>Shop</name>
@@ -1276,6 +1308,56 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
     <message>
         <source>Couldn&apos;t download %1. %2</source>
         <translation>Impossible de télécharger %1. %2</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomeWindow</name>
+    <message>
+        <source>Welcome to Quennet</source>
+        <translation>Bienvenue dans Quennet</translation>
+    </message>
+    <message>
+        <source>Quennet puts the wallpaper packs you bought in the Quennet shop on your desktop: on one display or on all of them, in light and dark, changing through the day or shuffled on a schedule.</source>
+        <translation>Quennet met sur votre bureau les packs de fonds d&apos;écran achetés dans la boutique Quennet&#xa0;: sur un écran ou sur tous, en clair et en sombre, changeant au fil de la journée ou au hasard selon un horaire.</translation>
+    </message>
+    <message>
+        <source>It lives in the tray. Click its icon to choose a wallpaper; right-click it for the menu. Closing a window leaves Quennet running there.</source>
+        <translation>Quennet se trouve dans la zone de notification. Cliquez sur son icône pour choisir un fond d&apos;écran, ou faites un clic droit pour ouvrir le menu. Fermer une fenêtre laisse Quennet tourner à cet endroit.</translation>
+    </message>
+    <message>
+        <source>If your desktop has no tray, open Quennet from your apps.</source>
+        <translation>Si votre bureau n&apos;a pas de zone de notification, ouvrez Quennet depuis vos applications.</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>Se connecter…</translation>
+    </message>
+    <message>
+        <source>Open Quennet</source>
+        <translation>Ouvrir Quennet</translation>
+    </message>
+</context>
+<context>
+    <name>WhatsNewWindow</name>
+    <message>
+        <source>What&apos;s New in Quennet</source>
+        <translation>Nouveautés de Quennet</translation>
+    </message>
+    <message>
+        <source>What&apos;s New</source>
+        <translation>Nouveautés</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Modifications</translation>
+    </message>
+    <message>
+        <source>Show what&apos;s new after updates</source>
+        <translation>Montrer les nouveautés après une mise à jour</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
     </message>
 </context>
 <context>
