@@ -12,6 +12,8 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRect>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrlQuery>
@@ -54,6 +56,72 @@ void key(const QString &window, const QStringList &keys)
 {
     xdotool(QStringList { u"windowfocus"_s, u"--sync"_s, window });
     xdotool(QStringList { u"key"_s, u"--delay"_s, u"150"_s } + keys);
+}
+
+// One node a screen reader finds in a showing window of Quennet.
+struct Node {
+    QString window;
+    QString role;
+    QString name;
+    QStringList states;
+};
+
+// Quennet's showing windows as the accessibility bus has them, depth-first.
+QList<Node> accessibleTree()
+{
+    QProcess walk;
+    walk.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    walk.start(u"python3"_s, { QStringLiteral(ACCESSIBLE_TREE), u"Quennet"_s });
+    walk.waitForFinished(60'000);
+    QList<Node> nodes;
+    for (const QString &line :
+         QString::fromUtf8(walk.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts)) {
+        const QStringList fields = line.split(u'\t');
+        if (fields.size() == 4)
+            nodes.append({ fields[0], fields[1], fields[2], fields[3].split(u',') });
+    }
+    return nodes;
+}
+
+// The window's nodes a person acts on that a screen reader could call only by their role; an
+// empty window, as when the tree never reached the bus, is one too.
+QStringList unnamedControls(const QString &window)
+{
+    static const QStringList interactive { u"push button"_s,  u"toggle button"_s, u"check box"_s,
+                                           u"radio button"_s, u"list item"_s,     u"menu item"_s,
+                                           u"combo box"_s,    u"slider"_s,        u"spin button"_s,
+                                           u"text"_s,         u"entry"_s,         u"page tab"_s,
+                                           u"link"_s };
+    QStringList unnamed { window + u": not on the accessibility bus"_s };
+    for (const Node &node : accessibleTree()) {
+        if (node.window != window)
+            continue;
+        unnamed.removeAll(window + u": not on the accessibility bus"_s);
+        if (interactive.contains(node.role) && node.name.trimmed().isEmpty())
+            unnamed.append(window + u": a "_s + node.role);
+    }
+    return unnamed;
+}
+
+// The node of the window that has the keyboard's focus.
+std::optional<Node> focused(const QString &window)
+{
+    for (const Node &node : accessibleTree()) {
+        if (node.window == window && node.states.contains(u"focused"_s))
+            return node;
+    }
+    return std::nullopt;
+}
+
+// Tab, as often as it takes, to the window's next control in this role.
+std::optional<Node> tabTo(const QString &window, const QString &role)
+{
+    for (int i = 0; i < 30; ++i) {
+        key(window, { u"Tab"_s });
+        if (const auto node = focused(window); node && node->role == role)
+            return node;
+    }
+    return std::nullopt;
 }
 } // namespace
 
@@ -107,6 +175,8 @@ private Q_SLOTS:
         QVERIFY(standInBrowser(m_bin.path()));
         qputenv("QT_QUICK_BACKEND", "software");
         qputenv("QUENNET_REDUCED_MOTION", "1");
+        // Qt puts its tree on the accessibility bus without waiting for a screen reader to ask.
+        qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
         // Seconds since each start, so a slow start can be told apart from a lost window.
         qputenv("QT_MESSAGE_PATTERN", "%{time process} %{category}: %{message}");
 
@@ -157,6 +227,7 @@ private Q_SLOTS:
         };
         QTRY_VERIFY_WITH_TIMEOUT((key(main, { u"Return"_s }), signInState() != "signedOut"_L1),
                                  60'000);
+        QTRY_VERIFY_WITH_TIMEOUT(unnamedControls(u"Quennet"_s).isEmpty(), 10'000);
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
         const QUrl page(QString::fromUtf8(readAll(opened)).trimmed());
@@ -180,6 +251,7 @@ private Q_SLOTS:
         const QRect frame = geometryOf(panel);
         QCOMPARE(frame.top(), icon.bottom() + 1 + 6);
         QVERIFY(qAbs(frame.center().x() - icon.center().x()) <= 180);
+        QTRY_COMPARE_WITH_TIMEOUT(unnamedControls(u"Quennet Panel"_s), QStringList(), 10'000);
     }
 
     // Return sets the first colourway on the main display; a click on the other display in the
@@ -232,6 +304,78 @@ private Q_SLOTS:
         QCOMPARE(QProcess::execute(QStringLiteral(QUENNET_PROGRAM), {}), 0);
         QTRY_VERIFY_WITH_TIMEOUT(!windowNamed(u"Quennet"_s).isEmpty(), 10'000);
         QCOMPARE(m_quennet.state(), QProcess::Running);
+    }
+
+    // Without the mouse, in the main window: Tab to the chosen display and Right to the other,
+    // Tab on to the colourways, where Return sets the current one there, and to its heart, where
+    // Space makes it a favourite. Ctrl+, opens the settings: the arrows go through the panes and
+    // Escape closes them. A screen reader can name every control on the way.
+    void keyboardOnly()
+    {
+        const QString main = windowNamed(u"Quennet"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(unnamedControls(u"Quennet"_s), QStringList(), 10'000);
+        const std::optional<QJsonObject> left = placement(0);
+        const std::optional<QJsonObject> right = placement(1);
+        QVERIFY(left && right);
+
+        std::optional<Node> display = tabTo(main, u"radio button"_s);
+        QVERIFY(display && display->states.contains(u"checked"_s));
+        key(main, { u"Right"_s });
+        const std::optional<Node> other = focused(main);
+        QVERIFY(other && other->name != display->name && other->states.contains(u"checked"_s));
+        const std::optional<Node> tile = tabTo(main, u"list item"_s);
+        QVERIFY(tile && tile->name.contains(u" from Aurora"_s));
+        key(main, { u"Return"_s });
+        std::optional<QJsonObject> set;
+        QTRY_VERIFY_WITH_TIMEOUT((set = placement(1)) && set != right, 30'000);
+        QCOMPARE(placement(0), left);
+
+        key(main, { u"Tab"_s });
+        const std::optional<Node> heart = focused(main);
+        QVERIFY(heart && heart->name == "Favourite"_L1 && !heart->states.contains(u"checked"_s));
+        key(main, { u"space"_s });
+        const QString favourite =
+            (*set)["pack"_L1].toString() + u'/' + (*set)["colourway"_L1].toString();
+        const QString defaults =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+            + u"/app.quennet.Quennet/defaults.ini"_s;
+        QTRY_VERIFY_WITH_TIMEOUT(QSettings(defaults, QSettings::IniFormat)
+                                     .value(u"favouriteColourways"_s)
+                                     .toStringList()
+                                     .contains(favourite),
+                                 10'000);
+        QTRY_VERIFY_WITH_TIMEOUT(focused(main)->states.contains(u"checked"_s), 10'000);
+
+        key(main, { u"ctrl+comma"_s });
+        QString settings;
+        QTRY_VERIFY_WITH_TIMEOUT(!(settings = windowNamed(u"Quennet Settings"_s)).isEmpty(),
+                                 10'000);
+        // Each pane by what only it shows.
+        const QList<std::pair<QString, QString>> panes {
+            { u"General"_s, u"Open at login"_s },
+            { u"Account"_s, u"Sign Out"_s },
+            { u"Storage"_s, u"Downloaded wallpapers"_s },
+            { u"About"_s, u"Acknowledgements"_s },
+        };
+        for (const auto &[pane, shown] : panes) {
+            if (pane != panes.first().first)
+                key(settings, { u"Down"_s });
+            const auto showing = [&] {
+                bool chosen = false, found = false;
+                for (const Node &node : accessibleTree()) {
+                    if (node.window != "Quennet Settings"_L1)
+                        continue;
+                    chosen |= node.role == "list item"_L1 && node.name == pane
+                        && node.states.contains(u"selected"_s);
+                    found |= node.name == shown;
+                }
+                return chosen && found;
+            };
+            QTRY_VERIFY2_WITH_TIMEOUT(showing(), qPrintable(pane), 10'000);
+            QCOMPARE(unnamedControls(u"Quennet Settings"_s), QStringList());
+        }
+        key(settings, { u"Escape"_s });
+        QTRY_VERIFY_WITH_TIMEOUT(windowNamed(u"Quennet Settings"_s).isEmpty(), 10'000);
     }
 
     // "Quit Quennet", the last item of the status menu, ends it.

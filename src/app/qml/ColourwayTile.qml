@@ -4,12 +4,13 @@ import QtQuick.Layouts
 import Quennet
 
 // One colourway in a browser: its artwork, its name, the heart, a "New" mark, a mark when a
-// display shows it, and the progress of its download.
-Item {
+// display shows it, and the progress of its download. Return or Space sets it; Tab reaches its heart.
+FocusScope {
     id: tile
 
     required property ArtCache artCache
     property string name
+    property string packName
     property url artwork
     property bool favourite: false
     property bool isNew: false
@@ -24,6 +25,17 @@ Item {
     signal menuRequested()
 
     implicitHeight: artHeight + caption.implicitHeight + 6
+    Accessible.role: Accessible.ListItem
+    Accessible.name: packName === "" ? name : qsTr("%1 from %2").arg(name).arg(packName)
+    Accessible.description: shown ? qsTr("On a display") : ""
+    Accessible.focusable: true
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: if (owned) activated()
+    Keys.onReturnPressed: if (owned) activated()
+    Keys.onEnterPressed: if (owned) activated()
+    Keys.onSpacePressed: if (owned) activated()
+    Keys.onMenuPressed: if (owned) menuRequested()
 
     HoverHandler { id: hover }
 
@@ -35,6 +47,7 @@ Item {
         color: "transparent"
         border.width: tile.selected ? 2 : 0
         border.color: palette.highlight
+        FocusRing { radius: 12; visible: tile.activeFocus }
 
         ArtImage {
             id: art
@@ -96,14 +109,14 @@ Item {
             visible: tile.isNew
             anchors { left: art.left; top: art.top; margins: 6 }
             width: newLabel.implicitWidth + 10
-            height: 16
+            height: newLabel.implicitHeight + 2
             radius: 8
             color: palette.highlight
             Label {
                 id: newLabel
                 anchors.centerIn: parent
                 text: qsTr("New")
-                font.pixelSize: 10
+                font.pointSize: FontSizes.tiny
                 font.weight: Font.DemiBold
                 color: palette.highlightedText
             }
@@ -130,18 +143,28 @@ Item {
         // The heart, over the art: always when it is a favourite, else on hover.
         AbstractButton {
             id: heart
-            visible: tile.owned && (tile.favourite || hover.hovered)
+            visible: tile.owned && (tile.favourite || hover.hovered || tile.activeFocus)
             anchors { right: art.right; top: art.top; margins: 5 }
             width: 22
             height: 22
-            Accessible.name: tile.favourite ? qsTr("Remove from Favourites") : qsTr("Add to Favourites")
-            background: Rectangle { radius: 11; color: Qt.rgba(0, 0, 0, heart.hovered ? 0.5 : 0.35) }
+            // In the tab chain only from its own tile.
+            focusPolicy: tile.activeFocus ? Qt.TabFocus : Qt.NoFocus
+            Accessible.name: qsTr("Favourite")
+            Accessible.checkable: true
+            Accessible.checked: tile.favourite
+            background: Rectangle {
+                radius: 11
+                color: Qt.rgba(0, 0, 0, heart.hovered ? 0.5 : 0.35)
+                FocusRing { radius: 15; visible: heart.activeFocus }
+            }
             contentItem: Glyph {
                 name: tile.favourite ? "heart-filled" : "heart"
                 color: tile.favourite ? "#ff5a6e" : "white"
                 lineWidth: 1.5
             }
             onClicked: tile.favouriteToggled()
+            Keys.onReturnPressed: tile.favouriteToggled()
+            Keys.onEnterPressed: tile.favouriteToggled()
         }
     }
 
@@ -152,7 +175,7 @@ Item {
         text: tile.name
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter
-        font.pixelSize: 12
+        font.pointSize: FontSizes.caption
         color: tile.owned ? palette.windowText : palette.placeholderText
     }
 }

@@ -5,7 +5,7 @@ import Quennet
 
 // The displays as they are arranged, to scale, each showing its current picture with what it is
 // ("Not from your packs" when the desktop's own settings chose it). A click chooses the display
-// the next colourway goes to.
+// the next colourway goes to; so do Tab to the chosen one and the arrow keys, as in a radio group.
 Item {
     id: desk
 
@@ -29,9 +29,11 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
 
         Repeater {
+            id: screens
             model: desk.displays
             delegate: Item {
                 id: screen
+                required property int index
                 required property string displayId
                 required property string name
                 required property rect frame
@@ -46,7 +48,26 @@ Item {
                 y: (frame.y - desk.bounds.y) * desk.scale + desk.gap / 2
                 width: frame.width * desk.scale - desk.gap
                 height: frame.height * desk.scale - desk.gap
+                activeFocusOnTab: selected && desk.displays.count > 1
+                Accessible.role: Accessible.RadioButton
+                Accessible.name: name
+                Accessible.description: caption
+                Accessible.focusable: desk.displays.count > 1
+                Accessible.checkable: true
+                Accessible.checked: selected
+                Accessible.onPressAction: desk.chosen(displayId)
+                Keys.onLeftPressed: step(-1)
+                Keys.onUpPressed: step(-1)
+                Keys.onRightPressed: step(1)
+                Keys.onDownPressed: step(1)
+                Keys.onSpacePressed: desk.chosen(displayId)
+                function step(by) {
+                    const next = screens.itemAt((index + by + screens.count) % screens.count)
+                    desk.chosen(next.displayId)
+                    next.forceActiveFocus()
+                }
 
+                FocusRing { radius: 11; visible: screen.activeFocus }
                 Rectangle {
                     anchors.fill: parent
                     radius: 8
@@ -82,7 +103,7 @@ Item {
                         textFormat: Text.PlainText
                         text: screen.caption
                         color: palette.placeholderText
-                        font.pixelSize: 11
+                        font.pointSize: FontSizes.small
                         elide: Text.ElideRight
                     }
                 }
@@ -106,7 +127,7 @@ Item {
                             textFormat: Text.PlainText
                             text: screen.caption
                             color: "white"
-                            font.pixelSize: 11
+                            font.pointSize: FontSizes.small
                             font.weight: Font.DemiBold
                             elide: Text.ElideRight
                         }
@@ -116,7 +137,7 @@ Item {
                             textFormat: Text.PlainText
                             text: screen.detail
                             color: Qt.rgba(1, 1, 1, 0.8)
-                            font.pixelSize: 10
+                            font.pointSize: FontSizes.tiny
                             elide: Text.ElideRight
                         }
                     }

@@ -158,6 +158,20 @@ ApplicationWindow {
                 clip: true
                 model: packs
                 boundsBehavior: Flickable.StopAtBounds
+                // The arrows browse, the favourites first, as the rows stand.
+                activeFocusOnTab: true
+                keyNavigationEnabled: false
+                Accessible.role: Accessible.List
+                Accessible.name: qsTr("Packs")
+                Keys.onUpPressed: browseBy(-1)
+                Keys.onDownPressed: browseBy(1)
+                function browseBy(step) {
+                    const at = packs.rows.findIndex(row => row.slug === window.browsing)
+                    const next = Math.max(-1, Math.min(packs.count - 1, at + step))
+                    window.browsing = next < 0 ? "" : packs.rows[next].slug
+                    if (next >= 0)
+                        positionViewAtIndex(next, ListView.Contain)
+                }
                 header: SidebarRow {
                     width: ListView.view.width
                     title: qsTr("Favourites")
@@ -174,7 +188,7 @@ ApplicationWindow {
                     bottomPadding: 4
                     textFormat: Text.PlainText
                     text: section
-                    font.pixelSize: 11
+                    font.pointSize: FontSizes.small
                     font.weight: Font.DemiBold
                     color: palette.placeholderText
                 }
@@ -213,7 +227,7 @@ ApplicationWindow {
                         Layout.fillWidth: true
                         textFormat: Text.PlainText
                         text: window.browsing === "" ? qsTr("Favourites") : (packs.current.name ?? "")
-                        font.pixelSize: 22
+                        font.pointSize: FontSizes.title
                         font.weight: Font.DemiBold
                         elide: Text.ElideRight
                     }
@@ -277,7 +291,7 @@ ApplicationWindow {
                             text: qsTr("A click on a colourway sets it on %1. Choose another display above.")
                                   .arg(displayList.current.name ?? "")
                             color: palette.placeholderText
-                            font.pixelSize: 12
+                            font.pointSize: FontSizes.caption
                             elide: Text.ElideRight
                         }
                         Button {
@@ -319,7 +333,7 @@ ApplicationWindow {
                 Label {
                     text: qsTr("%n colourway(s)", "", colourways.count)
                     color: palette.placeholderText
-                    font.pixelSize: 12
+                    font.pointSize: FontSizes.caption
                 }
             }
 
@@ -331,8 +345,12 @@ ApplicationWindow {
                 clip: true
                 readonly property int columns: Math.max(2, Math.floor(width / 210))
                 cellWidth: width / columns
-                cellHeight: (cellWidth - 16) * 10 / 16 + 40
+                cellHeight: (cellWidth - 16) * 10 / 16 + captionMetrics.height + 24
+                FontMetrics { id: captionMetrics; font.pointSize: FontSizes.caption }
                 boundsBehavior: Flickable.StopAtBounds
+                activeFocusOnTab: true
+                Accessible.role: Accessible.List
+                Accessible.name: qsTr("Colourways")
                 model: colourways
                 ScrollBar.vertical: ScrollBar {}
                 delegate: ColourwayTile {
@@ -341,6 +359,7 @@ ApplicationWindow {
                     x: 8
                     width: grid.cellWidth - 16
                     name: model.name
+                    packName: model.packName
                     artwork: window.app.dark ? model.previewDark : model.preview
                     favourite: model.favourite
                     isNew: model.isNew
@@ -406,7 +425,7 @@ ApplicationWindow {
                                 horizontalAlignment: Text.AlignHCenter
                                 textFormat: Text.PlainText
                                 text: modelData.label
-                                font.pixelSize: 11
+                                font.pointSize: FontSizes.small
                                 color: palette.placeholderText
                                 elide: Text.ElideRight
                             }
@@ -442,7 +461,9 @@ ApplicationWindow {
         property string glyph
         property int badge: 0
         property bool selected: false
-        height: 40
+        height: Math.max(40, implicitContentHeight + topPadding + bottomPadding)
+        Accessible.selectable: true
+        Accessible.selected: selected
         leftPadding: 12
         rightPadding: 12
         background: Rectangle {
@@ -453,6 +474,7 @@ ApplicationWindow {
             color: row.selected ? palette.highlight
                                 : row.hovered ? Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.06)
                                               : "transparent"
+            FocusRing { radius: 10; visible: row.selected && sidebar.activeFocus }
         }
         contentItem: RowLayout {
             spacing: 10
@@ -493,7 +515,7 @@ ApplicationWindow {
                     anchors.centerIn: parent
                     textFormat: Text.PlainText
                     text: row.badge
-                    font.pixelSize: 10
+                    font.pointSize: FontSizes.tiny
                     font.weight: Font.DemiBold
                     color: row.selected ? palette.highlight : palette.highlightedText
                 }
@@ -512,7 +534,7 @@ ApplicationWindow {
             { raw: "dark", label: qsTr("Dark") }
         ]
         implicitWidth: segments.implicitWidth + 4
-        implicitHeight: 28
+        implicitHeight: segments.implicitHeight + 4
         radius: 7
         color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.07)
         Row {
@@ -526,7 +548,7 @@ ApplicationWindow {
                     required property var modelData
                     readonly property bool chosen: segmented.edition === modelData.raw
                     implicitWidth: label.implicitWidth + 24
-                    implicitHeight: 24
+                    implicitHeight: Math.max(24, label.implicitHeight + 8)
                     Accessible.name: modelData.label
                     Accessible.checkable: true
                     Accessible.checked: chosen
@@ -537,6 +559,7 @@ ApplicationWindow {
                                                                 : "transparent"
                         border.width: segment.chosen ? 1 : 0
                         border.color: Qt.rgba(0, 0, 0, 0.15)
+                        FocusRing { radius: 8; anchors.margins: -3; visible: segment.visualFocus }
                     }
                     contentItem: Label {
                         id: label
@@ -544,7 +567,7 @@ ApplicationWindow {
                         text: segment.modelData.label
                         horizontalAlignment: Text.AlignHCenter
                         verticalAlignment: Text.AlignVCenter
-                        font.pixelSize: 12
+                        font.pointSize: FontSizes.caption
                         font.weight: segment.chosen ? Font.DemiBold : Font.Normal
                     }
                     onClicked: segmented.edition = modelData.raw

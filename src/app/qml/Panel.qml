@@ -59,7 +59,7 @@ Rectangle {
             Label {
                 Layout.fillWidth: true
                 text: "Quennet"
-                font.pixelSize: 15
+                font.pointSize: FontSizes.heading
                 font.weight: Font.DemiBold
             }
             ToolButton {
@@ -162,12 +162,12 @@ Rectangle {
                     textFormat: Text.PlainText
                     text: qsTr("Choosing for %1").arg(displayList.current.name ?? "")
                     color: palette.placeholderText
-                    font.pixelSize: 11
+                    font.pointSize: FontSizes.small
                     elide: Text.ElideRight
                 }
                 Button {
                     flat: true
-                    font.pixelSize: 12
+                    font.pointSize: FontSizes.caption
                     text: qsTr("Set on All Displays")
                     enabled: displayList.current.own === true
                     onClicked: panel.app.actions.setOnAllDisplays(panel.target)
@@ -213,16 +213,17 @@ Rectangle {
             // The keyboard chooses too: arrows move, Return sets.
             focus: panel.ready
             keyNavigationEnabled: true
+            activeFocusOnTab: true
             currentIndex: 0
-            Keys.onReturnPressed: currentItem && currentItem.activated()
-            Keys.onEnterPressed: currentItem && currentItem.activated()
-            Keys.onSpacePressed: currentItem && currentItem.activated()
+            Accessible.role: Accessible.List
+            Accessible.name: qsTr("Colourways")
             readonly property int columns: 3
             readonly property int rowsShown: Math.min(2, Math.ceil(count / columns))
             Layout.preferredHeight: Math.max(1, rowsShown) * cellHeight
             clip: true
             cellWidth: width / columns
-            cellHeight: cellWidth * 10 / 16 + 26
+            cellHeight: cellWidth * 10 / 16 + captionMetrics.height + 10
+            FontMetrics { id: captionMetrics; font.pointSize: FontSizes.caption }
             boundsBehavior: Flickable.StopAtBounds
             model: colourways
             ScrollBar.vertical: ScrollBar { policy: grid.count > 6 ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff }
@@ -232,6 +233,7 @@ Rectangle {
                 width: grid.cellWidth - 8
                 x: 4
                 name: model.name
+                packName: model.packName
                 artwork: panel.app.dark ? model.thumbnailDark : model.thumbnail
                 favourite: model.favourite
                 isNew: model.isNew
@@ -239,7 +241,6 @@ Rectangle {
                 shown: model.shown
                 progress: model.progress
                 busy: model.downloading || panel.app.actions.setting.indexOf(model.key) >= 0
-                selected: GridView.isCurrentItem && grid.activeFocus
                 onActivated: panel.app.actions.setWallpaper(model.pack, model.slug, edition.edition,
                                                             [panel.target])
                 onFavouriteToggled: panel.app.actions.toggleFavourite(model.pack, model.slug)

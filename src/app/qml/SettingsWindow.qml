@@ -24,6 +24,7 @@ ApplicationWindow {
     RowLayout {
         anchors.fill: parent
         spacing: 0
+        Keys.onEscapePressed: window.close()
 
         // The panes, pinned on the left.
         Rectangle {
@@ -37,14 +38,28 @@ ApplicationWindow {
                 interactive: false
                 model: window.panes
                 currentIndex: window.panes.findIndex(p => p.key === window.app.settingsPane)
+                // The keyboard starts here; the arrows change the pane, as a click does.
+                focus: true
+                activeFocusOnTab: true
+                keyNavigationEnabled: false
+                Accessible.role: Accessible.List
+                Accessible.name: qsTr("Settings")
+                Keys.onUpPressed: showPane(currentIndex - 1)
+                Keys.onDownPressed: showPane(currentIndex + 1)
+                function showPane(index) {
+                    if (index >= 0 && index < window.panes.length)
+                        window.app.settingsPane = window.panes[index].key
+                }
                 delegate: ItemDelegate {
                     id: paneRow
                     required property var modelData
                     required property int index
                     readonly property bool current: ListView.isCurrentItem
                     width: ListView.view.width
-                    height: 36
+                    height: Math.max(36, implicitHeight)
                     leftPadding: 20
+                    Accessible.selectable: true
+                    Accessible.selected: current
                     text: modelData.title
                     background: Rectangle {
                         anchors.fill: parent
@@ -56,6 +71,7 @@ ApplicationWindow {
                         color: paneRow.current ? palette.highlight
                                                : paneRow.hovered ? Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.06)
                                                                  : "transparent"
+                        FocusRing { radius: 10; visible: paneRow.current && sidebar.activeFocus }
                     }
                     contentItem: Label {
                         text: paneRow.text
@@ -87,7 +103,7 @@ ApplicationWindow {
     }
 
     component PaneTitle: Label {
-        font.pixelSize: 20
+        font.pointSize: FontSizes.title
         font.weight: Font.DemiBold
         Layout.bottomMargin: 10
     }
@@ -101,7 +117,7 @@ ApplicationWindow {
         Layout.fillWidth: true
         wrapMode: Text.WordWrap
         color: palette.placeholderText
-        font.pixelSize: 12
+        font.pointSize: FontSizes.caption
     }
     // A switch with its words to the left, as desktop settings lay them out.
     component SettingSwitch: RowLayout {

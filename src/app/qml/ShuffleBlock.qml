@@ -30,7 +30,7 @@ ColumnLayout {
             text: qsTr("Shuffle Now")
             flat: true
             enabled: !block.shuffle.isShuffling
-            font.pixelSize: 12
+            font.pointSize: FontSizes.caption
             onClicked: block.shuffle.shuffleNow()
         }
         Switch {
@@ -46,7 +46,7 @@ ColumnLayout {
         textFormat: Text.PlainText
         text: block.shuffle.summary
         color: palette.placeholderText
-        font.pixelSize: 11
+        font.pointSize: FontSizes.small
         elide: Text.ElideRight
     }
 
@@ -61,7 +61,7 @@ ColumnLayout {
             textFormat: Text.PlainText
             text: block.shuffle.status
             wrapMode: Text.WordWrap
-            font.pixelSize: 11
+            font.pointSize: FontSizes.small
             color: palette.windowText
         }
         Label {
@@ -69,7 +69,7 @@ ColumnLayout {
             visible: block.shuffle.isOn && text !== ""
             textFormat: Text.PlainText
             text: block.shuffle.isShuffling ? qsTr("Shuffling…") : block.shuffle.next
-            font.pixelSize: 11
+            font.pointSize: FontSizes.small
             color: palette.placeholderText
             elide: Text.ElideRight
         }
@@ -78,7 +78,7 @@ ColumnLayout {
             visible: block.shuffle.isOn && block.shuffle.upNext.length > 0
             textFormat: Text.PlainText
             text: qsTr("Up next: %1").arg(block.shuffle.upNext.map(p => p.name).join(qsTr(", ")))
-            font.pixelSize: 11
+            font.pointSize: FontSizes.small
             color: palette.placeholderText
             elide: Text.ElideRight
         }

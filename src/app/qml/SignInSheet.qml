@@ -16,7 +16,7 @@ ColumnLayout {
         Layout.fillWidth: true
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
-        font.pixelSize: 17
+        font.pointSize: FontSizes.subtitle
         font.weight: Font.DemiBold
         text: sheet.status === Account.Waiting ? qsTr("Approve this computer in your browser")
                                                : qsTr("Sign in to use the packs you've bought")
@@ -40,7 +40,7 @@ ColumnLayout {
             textFormat: Text.PlainText
             text: sheet.app.account.userCode
             font.family: "monospace"
-            font.pixelSize: 28
+            font.pointSize: FontSizes.code
             font.letterSpacing: 4
             font.weight: Font.DemiBold
         }

@@ -38,7 +38,7 @@ ColumnLayout {
         wrapMode: Text.WordWrap
         textFormat: Text.PlainText
         text: message.title
-        font.pixelSize: 15
+        font.pointSize: FontSizes.heading
         font.weight: Font.DemiBold
     }
     Label {

@@ -29,7 +29,7 @@ ApplicationWindow {
         Label {
             Layout.fillWidth: true
             text: qsTr("Welcome to Quennet")
-            font.pixelSize: 22
+            font.pointSize: FontSizes.title
             font.weight: Font.DemiBold
             wrapMode: Text.WordWrap
         }

@@ -27,7 +27,7 @@ ApplicationWindow {
 
         Label {
             text: qsTr("What's New")
-            font.pixelSize: 20
+            font.pointSize: FontSizes.title
             font.weight: Font.DemiBold
         }
         ScrollView {
