@@ -1,24 +1,25 @@
 #!/usr/bin/env python3
 """Prints what a screen reader finds of a running program on the accessibility bus.
 
-    accessible_tree.py APP   one line per showing node of APP's windows:
-                             window, role, name, states (comma-separated), depth-first
+    accessible_tree.py APP   one line per showing node of APP's windows, depth-first: window,
+                             role, name, states (comma-separated), the role of its parent
 """
 import sys
 
 import pyatspi
 
 
-def walk(node, window, out):
+def walk(node, window, parent, out):
     try:
         states = node.getState()
         if not states.contains(pyatspi.STATE_SHOWING):
             return
         names = [pyatspi.stateToString(s) for s in states.getStates()]
-        out.append("\t".join([window, node.getRoleName(), node.name.replace("\n", " "), ",".join(names)]))
+        role = node.getRoleName()
+        out.append("\t".join([window, role, node.name.replace("\n", " "), ",".join(names), parent]))
         for child in node:
             if child is not None:
-                walk(child, window, out)
+                walk(child, window, role, out)
     except Exception:  # a node that went away while walking
         return
 
@@ -30,7 +31,7 @@ def main():
         if app is not None and app.name.lower() == app_name:
             for window in app:
                 if window is not None:
-                    walk(window, window.name, out)
+                    walk(window, window.name, "", out)
     print("\n".join(out))
 
 

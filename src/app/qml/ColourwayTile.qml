@@ -25,6 +25,8 @@ FocusScope {
     signal menuRequested()
 
     implicitHeight: artHeight + caption.implicitHeight + 6
+    // The grid's keys reach the current tile.
+    focus: GridView.isCurrentItem
     Accessible.role: Accessible.ListItem
     Accessible.name: packName === "" ? name : qsTr("%1 from %2").arg(name).arg(packName)
     Accessible.description: shown ? qsTr("On a display") : ""
@@ -47,7 +49,7 @@ FocusScope {
         color: "transparent"
         border.width: tile.selected ? 2 : 0
         border.color: palette.highlight
-        FocusRing { radius: 12; visible: tile.activeFocus }
+        FocusRing { radius: 12; visible: tile.activeFocus && !heart.activeFocus }
 
         ArtImage {
             id: art
@@ -150,8 +152,8 @@ FocusScope {
             // In the tab chain only from its own tile.
             focusPolicy: tile.activeFocus ? Qt.TabFocus : Qt.NoFocus
             Accessible.name: qsTr("Favourite")
-            Accessible.checkable: true
-            Accessible.checked: tile.favourite
+            checkable: true
+            checked: tile.favourite
             background: Rectangle {
                 radius: 11
                 color: Qt.rgba(0, 0, 0, heart.hovered ? 0.5 : 0.35)
@@ -162,7 +164,11 @@ FocusScope {
                 color: tile.favourite ? "#ff5a6e" : "white"
                 lineWidth: 1.5
             }
-            onClicked: tile.favouriteToggled()
+            // The click asks; the heart shows what the favourites answer.
+            onClicked: {
+                tile.favouriteToggled()
+                checked = Qt.binding(() => tile.favourite)
+            }
             Keys.onReturnPressed: tile.favouriteToggled()
             Keys.onEnterPressed: tile.favouriteToggled()
         }

@@ -5,7 +5,7 @@ import Quennet
 
 // The displays as they are arranged, to scale, each showing its current picture with what it is
 // ("Not from your packs" when the desktop's own settings chose it). A click chooses the display
-// the next colourway goes to; so do Tab to the chosen one and the arrow keys, as in a radio group.
+// the next colourway goes to; so do Return and Space on the display that Tab or the arrows reach.
 Item {
     id: desk
 
@@ -48,7 +48,7 @@ Item {
                 y: (frame.y - desk.bounds.y) * desk.scale + desk.gap / 2
                 width: frame.width * desk.scale - desk.gap
                 height: frame.height * desk.scale - desk.gap
-                activeFocusOnTab: selected && desk.displays.count > 1
+                activeFocusOnTab: desk.displays.count > 1
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: name
                 Accessible.description: caption
@@ -61,10 +61,10 @@ Item {
                 Keys.onRightPressed: step(1)
                 Keys.onDownPressed: step(1)
                 Keys.onSpacePressed: desk.chosen(displayId)
+                Keys.onReturnPressed: desk.chosen(displayId)
+                Keys.onEnterPressed: desk.chosen(displayId)
                 function step(by) {
-                    const next = screens.itemAt((index + by + screens.count) % screens.count)
-                    desk.chosen(next.displayId)
-                    next.forceActiveFocus()
+                    screens.itemAt((index + by + screens.count) % screens.count).forceActiveFocus()
                 }
 
                 FocusRing { radius: 11; visible: screen.activeFocus }

@@ -349,6 +349,10 @@ ApplicationWindow {
                 FontMetrics { id: captionMetrics; font.pointSize: FontSizes.caption }
                 boundsBehavior: Flickable.StopAtBounds
                 activeFocusOnTab: true
+                // Room above the first row for the focus ring, which the clip would cut.
+                topMargin: 5
+                // A model filled after the grid was made leaves it without a current tile.
+                onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0) currentIndex = 0
                 Accessible.role: Accessible.List
                 Accessible.name: qsTr("Colourways")
                 model: colourways
@@ -462,6 +466,8 @@ ApplicationWindow {
         property int badge: 0
         property bool selected: false
         height: Math.max(40, implicitContentHeight + topPadding + bottomPadding)
+        Accessible.name: title
+        Accessible.description: badge > 0 ? qsTr("%n new", "", badge) : ""
         Accessible.selectable: true
         Accessible.selected: selected
         leftPadding: 12
@@ -550,8 +556,9 @@ ApplicationWindow {
                     implicitWidth: label.implicitWidth + 24
                     implicitHeight: Math.max(24, label.implicitHeight + 8)
                     Accessible.name: modelData.label
-                    Accessible.checkable: true
-                    Accessible.checked: chosen
+                    checkable: true
+                    autoExclusive: true
+                    checked: chosen
                     background: Rectangle {
                         radius: 5
                         color: segment.chosen ? palette.base

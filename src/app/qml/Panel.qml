@@ -219,7 +219,9 @@ Rectangle {
             Accessible.name: qsTr("Colourways")
             readonly property int columns: 3
             readonly property int rowsShown: Math.min(2, Math.ceil(count / columns))
-            Layout.preferredHeight: Math.max(1, rowsShown) * cellHeight
+            Layout.preferredHeight: Math.max(1, rowsShown) * cellHeight + topMargin
+            // Room above the first row for the focus ring, which the clip would cut.
+            topMargin: 5
             clip: true
             cellWidth: width / columns
             cellHeight: cellWidth * 10 / 16 + captionMetrics.height + 10
