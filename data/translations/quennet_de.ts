@@ -229,12 +229,16 @@
         <translation>Neu</translation>
     </message>
     <message>
-        <source>Remove from Favourites</source>
-        <translation>Aus Favoriten entfernen</translation>
+        <source>%1 from %2</source>
+        <translation>%1 aus %2</translation>
     </message>
     <message>
-        <source>Add to Favourites</source>
-        <translation>Zu Favoriten hinzufügen</translation>
+        <source>On a display</source>
+        <translation>Auf einem Bildschirm</translation>
+    </message>
+    <message>
+        <source>Favourite</source>
+        <translation>Favorit</translation>
     </message>
 </context>
 <context>
@@ -770,6 +774,21 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
         <source>Dark</source>
         <translation>Dunkel</translation>
     </message>
+    <message>
+        <source>Packs</source>
+        <translation>Pakete</translation>
+    </message>
+    <message>
+        <source>Colourways</source>
+        <translation>Farbvarianten</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n new</source>
+        <translation>
+            <numerusform>%n neu</numerusform>
+            <numerusform>%n neu</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>NetworkError</name>
@@ -951,6 +970,10 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
         <source>Add to Favourites</source>
         <translation>Zu Favoriten hinzufügen</translation>
     </message>
+    <message>
+        <source>Colourways</source>
+        <translation>Farbvarianten</translation>
+    </message>
 </context>
 <context>
     <name>SettingsWindow</name>
@@ -1117,6 +1140,10 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     <message>
         <source>Show Welcome</source>
         <translation>Begrüßung zeigen</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
     </message>
 </context>
 <context>

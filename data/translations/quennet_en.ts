@@ -10,6 +10,13 @@
             <numerusform>%n colourways</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n new</source>
+        <translation>
+            <numerusform>%n new</numerusform>
+            <numerusform>%n new</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>NoticePresenter</name>

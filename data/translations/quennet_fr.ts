@@ -229,12 +229,16 @@
         <translation>Nouveau</translation>
     </message>
     <message>
-        <source>Remove from Favourites</source>
-        <translation>Retirer des favoris</translation>
+        <source>%1 from %2</source>
+        <translation>%1 de %2</translation>
     </message>
     <message>
-        <source>Add to Favourites</source>
-        <translation>Ajouter aux favoris</translation>
+        <source>On a display</source>
+        <translation>Sur un écran</translation>
+    </message>
+    <message>
+        <source>Favourite</source>
+        <translation>Favori</translation>
     </message>
 </context>
 <context>
@@ -769,6 +773,21 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
         <source>Dark</source>
         <translation>Sombre</translation>
     </message>
+    <message>
+        <source>Packs</source>
+        <translation>Packs</translation>
+    </message>
+    <message>
+        <source>Colourways</source>
+        <translation>Coloris</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n new</source>
+        <translation>
+            <numerusform>%n nouveau</numerusform>
+            <numerusform>%n nouveaux</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>NetworkError</name>
@@ -950,6 +969,10 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
         <source>Add to Favourites</source>
         <translation>Ajouter aux favoris</translation>
     </message>
+    <message>
+        <source>Colourways</source>
+        <translation>Coloris</translation>
+    </message>
 </context>
 <context>
     <name>SettingsWindow</name>
@@ -1116,6 +1139,10 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
     <message>
         <source>Show Welcome</source>
         <translation>Afficher l&apos;accueil</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Paramètres</translation>
     </message>
 </context>
 <context>
