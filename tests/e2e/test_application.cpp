@@ -380,7 +380,9 @@ private Q_SLOTS:
             { u"Storage"_s, u"Downloaded wallpapers"_s },
             { u"About"_s, u"Acknowledgements"_s },
         };
-        for (const auto &[pane, shown] : panes) {
+        for (const auto &entry : panes) {
+            // Named copies: clang 14's lambdas can't capture structured bindings.
+            const QString pane = entry.first, shown = entry.second;
             if (pane != panes.first().first)
                 key(settings, { u"Down"_s });
             const auto showing = [&] {
