@@ -367,7 +367,8 @@ private Q_SLOTS:
                                      .toStringList()
                                      .contains(favourite),
                                  10'000);
-        QTRY_VERIFY_WITH_TIMEOUT(focused(u"Quennet"_s)->states.contains(u"checked"_s), 10'000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            focused(u"Quennet"_s).value_or(Node {}).states.contains(u"checked"_s), 10'000);
 
         key(main, { u"ctrl+comma"_s });
         QString settings;
