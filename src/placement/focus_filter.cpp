@@ -130,7 +130,7 @@ QVariantList FocusFilter::editionOptions()
     QVariantList options;
     for (const auto &option : OptionTraits<EditionOption>::cases) {
         options.append(QVariantMap { { u"value"_s, QString(option.rawValue) },
-                                     { u"label"_s, QString(option.label) } });
+                                     { u"label"_s, optionLabel(option.value) } });
     }
     return options;
 }

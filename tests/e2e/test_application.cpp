@@ -207,7 +207,9 @@ private Q_SLOTS:
                      { u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
                        u"pixel"_s, u"--width"_s, u"200"_s, u"--height"_s, u"32"_s });
         QVERIFY(m_tray.waitForStarted());
-        m_quennet.setProcessChannelMode(QProcess::ForwardedChannels);
+        // Its errors are read at the end, for what the views ran into.
+        m_quennet.setProcessChannelMode(QProcess::ForwardedOutputChannel);
+        m_quennet.setStandardErrorFile(m_bin.filePath(u"quennet-errors.log"_s), QIODevice::Append);
         m_quennet.start(QStringLiteral(QUENNET_PROGRAM), {});
         QVERIFY(m_quennet.waitForStarted());
     }
@@ -413,6 +415,13 @@ private Q_SLOTS:
         QVERIFY(m_quennet.waitForFinished(10'000));
         QCOMPARE(m_quennet.exitStatus(), QProcess::NormalExit);
         QCOMPARE(m_quennet.exitCode(), 0);
+
+        // No script error in any view along the way, in any run.
+        QFile errors(m_bin.filePath(u"quennet-errors.log"_s));
+        QVERIFY(errors.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(errors.readAll());
+        fputs(qPrintable(text), stderr);
+        QVERIFY2(!text.contains(u"qrc:/"_s), "a view reported an error");
     }
 };
 

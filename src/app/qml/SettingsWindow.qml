@@ -212,7 +212,7 @@ ApplicationWindow {
                 id: focusRows
                 readonly property FocusFilter filter: generalPane.app.focusFilter
                 readonly property var wallpapers: [{ key: "", text: qsTr("No wallpaper") }].concat(
-                    filter.wallpaperOptions.map(option => ({ key: option.key, text: qsTr("%1 – %2").arg(option.name, option.packName) })))
+                    filter.wallpaperOptions.map(option => ({ key: option.key, text: qsTr("%1 – %2").arg(option.name).arg(option.packName) })))
                 Layout.fillWidth: true
                 columns: 2
                 columnSpacing: 12
