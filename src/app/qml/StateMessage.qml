@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Quennet
 
 // A calm, centred message for a state of the library: a glyph, a title, a sentence, and maybe an
 // action.
