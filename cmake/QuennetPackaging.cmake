@@ -13,7 +13,8 @@ install(FILES "${QUENNET_DATA}/icons/app.quennet.Quennet.svg"
 install(FILES "${QUENNET_DATA}/icons/app.quennet.Quennet-symbolic.svg"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps" COMPONENT app)
 
-# Debian wants its own copyright and changelog in each package's documentation folder.
+# Debian wants a copyright and a changelog in each package's documentation folder; a native
+# package, as ours are, names its changelog changelog.gz.
 foreach(component app devshop)
     set(package quennet)
     if(component STREQUAL "devshop")
@@ -21,7 +22,7 @@ foreach(component app devshop)
     endif()
     install(FILES "${QUENNET_DATA}/debian/copyright"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
-    set(changelog "${CMAKE_BINARY_DIR}/package/${package}/changelog.Debian.gz")
+    set(changelog "${CMAKE_BINARY_DIR}/package/${package}/changelog.gz")
     file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/package/${package}")
     add_custom_command(OUTPUT "${changelog}"
         COMMAND gzip -9 -n -c "${QUENNET_DATA}/debian/changelog" > "${changelog}"
@@ -75,7 +76,6 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL app devshop)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_APP_PACKAGE_NAME quennet)
