@@ -63,17 +63,24 @@ CanberraSoundPlayer::CanberraSoundPlayer()
     m_worker->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
     m_thread.setObjectName(u"Event sounds"_s);
-    m_thread.start(QThread::LowPriority);
 }
 
 CanberraSoundPlayer::~CanberraSoundPlayer()
 {
+    if (!m_thread.isRunning()) {
+        // Never started, so nothing else holds the worker or will delete it.
+        delete m_worker;
+        return;
+    }
     m_thread.quit();
     m_thread.wait();
 }
 
 void CanberraSoundPlayer::play(const QString &eventId)
 {
+    // Started at the first sound, not at start-up: many sessions never play one.
+    if (!m_thread.isRunning())
+        m_thread.start(QThread::LowPriority);
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, id = eventId.toUtf8()] { worker->play(id); },
         Qt::QueuedConnection);
