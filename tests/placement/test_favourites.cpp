@@ -25,8 +25,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("toggles");
         QTest::addColumn<QStringList>("stored");
-        QTest::newRow("twice is nothing")
-            << QStringList { u"a/1"_s, u"b/2"_s, u"b/2"_s } << QStringList { u"a/1"_s };
         QTest::newRow("newest first; a removal keeps the others' order")
             << QStringList { u"a/1"_s, u"b/2"_s, u"c/3"_s, u"b/2"_s }
             << QStringList { u"c/3"_s, u"a/1"_s };

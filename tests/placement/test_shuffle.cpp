@@ -2,7 +2,6 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSignalSpy>
 #include <QTest>
 #include <time.h>
 
@@ -125,20 +124,6 @@ private Q_SLOTS:
             QCOMPARE(rig.defaults.shufflePlayed(), QStringList { rig.store.sets[0].key });
         }
         QCOMPARE(picked, (QSet<QString> { u"p/c2"_s, u"p/c3"_s }));
-    }
-
-    void oneFavouriteOnTwoDisplays()
-    {
-        ShuffleRig rig(wednesday,
-                       { { u"shuffleSource"_s, u"favourites"_s },
-                         { u"shuffleDifferentOnEachDisplay"_s, true } });
-        rig.favourites.setKeys({ u"gone/x"_s, u"p/c2"_s });
-        rig.displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true },
-                                  { .id = u"two"_s, .showsOwnWallpaper = true } });
-        auto &shuffle = rig.make();
-        QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
-        QCOMPARE(rig.sets(),
-                 QStringList({ u"p/c2 appearance on one"_s, u"p/c2 appearance on two"_s }));
     }
 
     void editionOfTheFirstTarget_data()
@@ -275,8 +260,6 @@ private Q_SLOTS:
 
         const auto addFavourites = u"Add favourites to shuffle from them."_s;
         const auto heart = u"Add favourites with the heart on a colourway to shuffle from them."_s;
-        QTest::newRow("no favourites")
-            << u"favourites"_s << QStringList() << 3 << addFavourites << heart;
         QTest::newRow("favourites of packs no longer owned")
             << u"favourites"_s << QStringList { u"gone/c1"_s } << 3 << addFavourites << heart;
         QTest::newRow("no packs") << u"all"_s << QStringList() << 0
