@@ -198,9 +198,7 @@ private Q_SLOTS:
         QCOMPARE(rig.shop().fileRequests(emerald.id), 1);
 
         // A downloaded file that no longer decodes is downloaded again.
-        QFile junk(local);
-        QVERIFY(junk.open(QIODevice::WriteOnly | QIODevice::Truncate) && junk.write("junk") == 4);
-        junk.close();
+        QVERIFY(writeFile(local, "junk"));
         QCOMPARE(set(u"emerald"_s, Edition::Light), u"no failure"_s);
         QCOMPARE(rig.shop().fileRequests(emerald.id), 2);
         QCOMPARE(readAll(local), rig.shop().bytes(emerald.id));
