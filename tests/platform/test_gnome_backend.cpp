@@ -50,24 +50,6 @@ class GnomeBackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void family_data()
-    {
-        QTest::addColumn<QString>("desktop");
-        QTest::addColumn<int>("family"); // -1: none
-        QTest::newRow("Ubuntu") << u"ubuntu:GNOME"_s << int(GnomeBackend::Family::Gnome);
-        QTest::newRow("Cinnamon") << u"X-Cinnamon"_s << int(GnomeBackend::Family::Cinnamon);
-        QTest::newRow("MATE") << u"MATE"_s << int(GnomeBackend::Family::Mate);
-        QTest::newRow("KDE") << u"KDE"_s << -1;
-    }
-
-    void family()
-    {
-        QFETCH(QString, desktop);
-        QFETCH(int, family);
-        const auto found = GnomeBackend::familyOf(desktop);
-        QCOMPARE(found ? int(*found) : -1, family);
-    }
-
     void lightAndDarkAreSetAndReadBack()
     {
         QVERIFY(GnomeBackend::isAvailable(GnomeBackend::Family::Gnome));
@@ -86,11 +68,8 @@ private Q_SLOTS:
         // Without a dark picture both keys name the one picture.
         awaitTask(backend->setPicture({ .path = dark }, backend->screens()));
         QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
-    }
 
-    void outsideChangeIsSeen()
-    {
-        const auto backend = make();
+        // A change by another program is seen.
         QSignalSpy changed(backend.get(), &DesktopBackend::picturesChanged);
         gsettings(u"picture-uri"_s, u"file:///usr/share/elsewhere.png"_s);
         QVERIFY(changed.wait(5000));
@@ -110,10 +89,8 @@ private Q_SLOTS:
         QCOMPARE(gsettings(u"picture-options"_s), u"spanned"_s);
         const QImage spanned = shown();
         QCOMPARE(spanned.size(), QSize(3840, 1080));
-        QCOMPARE(spanned.pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(spanned.pixelColor(1919, 1079), QColor(Qt::red));
         QCOMPARE(spanned.pixelColor(1920, 0), QColor(Qt::blue));
-        QCOMPARE(backend->picture(screens[0]), red);
         QCOMPARE(backend->picture(screens[1]), blue);
 
         // A pair on one display: the dark spanned picture has it, the other display keeps its one.
