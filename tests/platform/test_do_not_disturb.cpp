@@ -48,7 +48,7 @@ class DoNotDisturbTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    // GNOME and its relatives, each chosen by its desktop's name.
+    // GNOME and its relatives, each chosen by its desktop's name; MATE's key says the opposite.
     void gsettings_data()
     {
         QTest::addColumn<QString>("desktop");
@@ -119,8 +119,7 @@ private Q_SLOTS:
         QVERIFY(becomes(*watcher, false));
 
         // The server comes up with Do Not Disturb on, and changes it.
-        NotificationServer server;
-        server.inhibited = true;
+        NotificationServer server { .inhibited = true };
         QVERIFY(server.bus.start());
         QVERIFY(becomes(*watcher, true));
         for (const bool on : { false, true }) {

@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(backend->picture(backend->screens()[0]), u"/usr/share/elsewhere.png"_s);
     }
 
-    void differentPicturesAreSpanned()
+    void differentPicturesAreSpannedAndFollowTheDisplays()
     {
         const auto backend = make();
         const auto screens = backend->screens();
@@ -100,12 +100,7 @@ private Q_SLOTS:
         QCOMPARE(shown(u"picture-uri-dark"_s).pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(shown(u"picture-uri-dark"_s).pixelColor(3000, 500), QColor(Qt::yellow));
         QCOMPARE(shown().pixelColor(3000, 500), QColor(Qt::green));
-    }
 
-    void overlappingChangesLeaveTheNewest()
-    {
-        const auto backend = make();
-        const auto screens = backend->screens();
         // Started together: whichever composition ends last, the newer arrangement is what stays.
         auto first = backend->setPicture({ .path = picture("blue", Qt::blue) }, { screens[1] });
         auto second = backend->setPicture({ .path = picture("green", Qt::green) }, { screens[1] });
@@ -113,11 +108,8 @@ private Q_SLOTS:
         awaitTask(std::move(second));
         QCOMPARE(shown().pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(shown().pixelColor(3000, 100), QColor(Qt::green));
-    }
 
-    void spannedPictureFollowsTheDisplays()
-    {
-        const auto backend = make();
+        // The spanned picture follows the displays.
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--off"_s }));
         QTRY_COMPARE(shown().size(), QSize(1920, 1080));
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--left-of"_s,

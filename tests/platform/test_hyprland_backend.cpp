@@ -60,7 +60,7 @@ private Q_SLOTS:
         QCOMPARE(HyprlandBackend::instanceFolder(), QString());
     }
 
-    void monitorsAndPictures()
+    void monitorsPicturesAndEvents()
     {
         const QString state = m_runtime.filePath(u"desktop-hyprland.json"_s);
         HyprlandBackend backend(m_folder, state);
@@ -82,6 +82,20 @@ private Q_SLOTS:
                                u"unload unused"_s }));
         // hyprpaper cannot tell: what was set, across a restart too.
         QCOMPARE(HyprlandBackend(m_folder, state).picture(screens[1]), u"/w/b.png"_s);
+
+        // A workspace switch is told, and nothing else; a new monitor is read.
+        QSignalSpy workspaces(&backend, &DesktopBackend::workspaceChanged);
+        m_events->sendToAll("activewindow>>kitty,~\n");
+        m_events->sendToAll("workspacev2>>3,3\n");
+        QVERIFY(workspaces.wait(5000));
+        QCOMPARE(workspaces.size(), 1);
+        const QByteArray monitors = m_monitors;
+        m_monitors = R"([{"name":"DP-3","x":0,"y":0,"width":1920,"height":1080}])";
+        m_events->sendToAll("monitoraddedv2>>1,DP-3,desc\n");
+        QVERIFY(screensChanged.wait(5000));
+        m_monitors = monitors;
+        QCOMPARE(backend.screens().size(), 1);
+        QCOMPARE(backend.screens()[0].connector, u"DP-3"_s);
     }
 
     // A hyprpaper that does not take the commands, or closes without an answer, is a failure that
@@ -112,27 +126,6 @@ private Q_SLOTS:
         m_hyprpaper->manner = SocketStandIn::Manner::Answers;
         m_answer = u"ok"_s;
         QCOMPARE(backend.picture(screen), u"/w/a.png"_s);
-    }
-
-    // A workspace switch is told; a new monitor is read.
-    void eventsAreFollowed()
-    {
-        HyprlandBackend backend(m_folder, m_runtime.filePath(u"state.json"_s));
-        QSignalSpy workspaces(&backend, &DesktopBackend::workspaceChanged);
-        QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
-        QVERIFY(screensChanged.wait(5000));
-        m_events->sendToAll("activewindow>>kitty,~\n");
-        m_events->sendToAll("workspacev2>>3,3\n");
-        QVERIFY(workspaces.wait(5000));
-        QCOMPARE(workspaces.size(), 1);
-
-        const QByteArray monitors = m_monitors;
-        m_monitors = R"([{"name":"DP-3","x":0,"y":0,"width":1920,"height":1080}])";
-        m_events->sendToAll("monitoraddedv2>>1,DP-3,desc\n");
-        QVERIFY(screensChanged.wait(5000));
-        m_monitors = monitors;
-        QCOMPARE(backend.screens().size(), 1);
-        QCOMPARE(backend.screens()[0].connector, u"DP-3"_s);
     }
 };
 
