@@ -66,7 +66,6 @@ private Q_SLOTS:
 
         QTest::newRow("known total") << "bytes 100-199/200"_ba << 100LL;
         QTest::newRow("unknown total") << "bytes 100-199/*"_ba << 100LL;
-        QTest::newRow("first match counts") << "x bytes 5-6/7, bytes 9-9/10"_ba << 5LL;
         QTest::newRow("unsatisfied") << "bytes */200"_ba << -1LL;
         QTest::newRow("no last byte") << "bytes 100-/200"_ba << -1LL;
         QTest::newRow("other unit") << "items 1-2/3"_ba << -1LL;
