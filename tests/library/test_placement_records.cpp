@@ -97,7 +97,6 @@ private Q_SLOTS:
         QTest::newRow("no placement")
             << QByteArray(R"({"released": {"d": 1700000000123}})") << false << false;
         QTest::newRow("no file") << QByteArray() << true << false;
-        QTest::newRow("not JSON") << QByteArray("{") << true << false;
         QTest::newRow("value as text")
             << QByteArray(R"({"released": {"d": "1700000000123"}})") << true << false;
         QTest::newRow("another entry broken")
@@ -108,14 +107,13 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, released);
         QFETCH(bool, hasPlacement);
-        QFETCH(bool, expected);
 
         QTemporaryDir folder;
         const PlacementRecords records(folder.path());
         if (!released.isEmpty())
             QVERIFY(writeFile(records.releasedFilePath(), released));
-        QCOMPARE(records.isReleased(u"d"_s, hasPlacement ? std::optional(mist) : std::nullopt),
-                 expected);
+        QTEST(records.isReleased(u"d"_s, hasPlacement ? std::optional(mist) : std::nullopt),
+              "expected");
     }
 
     // Another process writes the file while Quennet runs.

@@ -3,13 +3,11 @@
 #include "network_access_manager.h"
 #include "test_support.h"
 
-#include <QCoroNetworkReply>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
-#include <QUrlQuery>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,7 +17,6 @@ using Failure = APIClient::Failure;
 namespace {
 const auto expired = u"That code expired."_s;
 const auto notConfirmed = "Sign-out not confirmed yet; will retry at the next launch";
-const auto ignoredPage = "Ignored a verification page that isn't the shop's";
 using Sleeps = QList<std::chrono::milliseconds>;
 } // namespace
 
@@ -64,7 +61,7 @@ private Q_SLOTS:
         QCOMPARE(account->status(), Status::Requesting);
         QTRY_COMPARE(account->status(), Status::Waiting);
         QCOMPARE(m_opened, QList { account->state().code->verificationURIComplete.value() });
-        decideInPage(account->userCode(), u"approve"_s);
+        QVERIFY(m_shop->shop().approve(account->userCode()));
         QTRY_COMPARE(account->status(), Status::SignedIn);
         QVERIFY(account->generation() != signedOutGeneration);
         const auto token = stored(Keychain::sessionToken).value();
@@ -89,24 +86,24 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("fromTheStart"); // else from when the code shows
         QTest::addColumn<QJsonObject>("faults");
-        QTest::addColumn<QString>("action"); // then: "deny" on the page, or "approve"
+        QTest::addColumn<bool>("approve"); // then
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("logged");
 
         QTest::newRow("no device code")
-            << true << statusFault("device/code", 503, "maintenance") << QString()
+            << true << statusFault("device/code", 503, "maintenance") << false
             << u"Couldn't reach the shop. Check your connection and try again."_s
             << u"Sign-in failed: The shop replied 503 (maintenance)."_s;
         QTest::newRow("denied in the browser")
-            << false << QJsonObject() << u"deny"_s << u"Sign-in was cancelled in the browser."_s
-            << QString();
+            << false << statusFault("device/token", 400, "access_denied") << false
+            << u"Sign-in was cancelled in the browser."_s << QString();
         QTest::newRow("an unknown error")
-            << false << statusFault("device/token", 400, "invalid_grant") << QString()
+            << false << statusFault("device/token", 400, "invalid_grant") << false
             << u"That code didn't work. Start again."_s << QString();
         // Only logged; but that spent the code, so the next poll fails.
         QTest::newRow("a token reply that doesn't decode")
-            << false << QJsonObject { { u"malformed"_s, QJsonArray { u"device/token"_s } } }
-            << u"approve"_s << u"That code didn't work. Start again."_s
+            << false << QJsonObject { { u"malformed"_s, QJsonArray { u"device/token"_s } } } << true
+            << u"That code didn't work. Start again."_s
             << u"Polling failed, trying again: The shop sent something the app didn't understand."_s;
     }
 
@@ -114,7 +111,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, fromTheStart);
         QFETCH(QJsonObject, faults);
-        QFETCH(QString, action);
+        QFETCH(bool, approve);
         QFETCH(QString, message);
         QFETCH(QString, logged);
 
@@ -127,9 +124,7 @@ private Q_SLOTS:
             QTRY_COMPARE(account->status(), Status::Waiting);
             // The event loop does not run between these two: no poll comes in between.
             QVERIFY(m_shop->shop().setFaults(faults));
-            QVERIFY(action != "approve"_L1 || m_shop->shop().approve(account->userCode()));
-            if (action == "deny"_L1)
-                decideInPage(account->userCode(), action);
+            QVERIFY(!approve || m_shop->shop().approve(account->userCode()));
         }
         QTRY_COMPARE(account->status(), Status::Failed);
         QCOMPARE(account->message(), message);
@@ -178,7 +173,7 @@ private Q_SLOTS:
         server.enqueue({ .body = QJsonDocument(code).toJson() });
         for (int i = 0; i < 3; ++i)
             server.enqueue({ .status = 400, .body = R"({"error": "authorization_pending"})" });
-        QTest::ignoreMessage(QtWarningMsg, ignoredPage);
+        QTest::ignoreMessage(QtWarningMsg, "Ignored a verification page that isn't the shop's");
         auto account = makeAccount([&] { return server.base(); });
         QStringList codes;
         QList<QUrl> pages;
@@ -366,25 +361,6 @@ private:
     void store(const QString &value, QLatin1StringView item)
     {
         QVERIFY(*finish(m_keychain->save(value, item)).value);
-    }
-
-    // What a person does on the page the account opened: find the code there, and decide.
-    void decideInPage(const QString &userCode, const QString &action)
-    {
-        const auto body = [](QNetworkReply *sent) -> QCoro::Task<QByteArray> {
-            const std::unique_ptr<QNetworkReply> reply(sent);
-            co_await reply.get();
-            co_return reply->readAll();
-        };
-        QCOMPARE(m_opened.size(), 1);
-        const auto page = finish(body(m_manager->get(QNetworkRequest(m_opened.first())))).value;
-        QVERIFY(page->contains(QByteArray("value=\"" + userCode.toUtf8() + '"')));
-
-        QUrlQuery form { { u"user_code"_s, userCode }, { u"action"_s, action } };
-        QNetworkRequest post(m_opened.first().resolved(QUrl(u"/activate"_s)));
-        post.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded"_ba);
-        const auto result = finish(body(m_manager->post(post, form.toString().toUtf8()))).value;
-        QVERIFY(result->contains("id=\"result\""));
     }
 
     QTemporaryDir m_shopState; // one certificate authority for every shop of the run

@@ -8,6 +8,7 @@
 #include "test_files.h"
 #include "test_support.h"
 
+#include <QJsonDocument>
 #include <QStandardPaths>
 #include <QTest>
 #include <QThread>
@@ -65,7 +66,6 @@ private Q_SLOTS:
 
         QTest::newRow("known total") << "bytes 100-199/200"_ba << 100LL;
         QTest::newRow("unknown total") << "bytes 100-199/*"_ba << 100LL;
-        QTest::newRow("first match counts") << "x bytes 5-6/7, bytes 9-9/10"_ba << 5LL;
         QTest::newRow("unsatisfied") << "bytes */200"_ba << -1LL;
         QTest::newRow("no last byte") << "bytes 100-/200"_ba << -1LL;
         QTest::newRow("other unit") << "items 1-2/3"_ba << -1LL;
@@ -75,8 +75,7 @@ private Q_SLOTS:
     void contentRange()
     {
         QFETCH(QByteArray, header);
-        QFETCH(qint64, start);
-        QCOMPARE(ContentRange::start(header).value_or(-1), start);
+        QTEST(ContentRange::start(header).value_or(-1), "start");
     }
 
     void fetches_data()
@@ -90,10 +89,7 @@ private Q_SLOTS:
         QTest::newRow("no validator") << Fetch { "{}", stale, {}, {}, {}, 1, 0 };
 
         const auto status = [](int code, int times) {
-            return u"{\"statuses\": [{\"endpoint\": \"files\", \"status\": %1, \"times\": %2}]}"_s
-                .arg(code)
-                .arg(times)
-                .toUtf8();
+            return QJsonDocument(statusFault("files", code, nullptr, times)).toJson();
         };
         const auto redirect = [](const char *to) -> QByteArray {
             return "{\"redirect\": {\"to\": \"" + QByteArray(to) + "\", \"times\": 1}}";
@@ -106,7 +102,6 @@ private Q_SLOTS:
         QTest::newRow("416 twice")
             << Fetch { status(416, 2), resumable, validator, {}, replied(416), 2 };
         QTest::newRow("403") << Fetch { status(403, 1), resumable, validator, {}, expired };
-        QTest::newRow("410") << Fetch { status(410, 1), resumable, validator, {}, expired };
         QTest::newRow("500") << Fetch { status(500, 1), resumable, validator, {}, replied(500) };
         QTest::newRow("redirect, same host")
             << Fetch { redirect("same-host"), resumable, validator, {}, {}, 2, 2 };
