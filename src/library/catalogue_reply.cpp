@@ -34,9 +34,9 @@ bool isNewValidSlug(QSet<QString> &seen, const QString &slug)
 }
 } // namespace
 
-CatalogueReply::ArtReply::Pair CatalogueReply::ArtReply::Pair::fromJson(const QJsonObject &object)
+CatalogueReply::ArtReply::Pair CatalogueReply::ArtReply::Pair::fromJson(const Object &object)
 {
-    return { optionalString(object, "light"_L1), optionalString(object, "dark"_L1) };
+    return { optionalString(object, "light"), optionalString(object, "dark") };
 }
 
 QJsonObject CatalogueReply::ArtReply::Pair::toJson() const
@@ -47,22 +47,23 @@ QJsonObject CatalogueReply::ArtReply::Pair::toJson() const
     return object;
 }
 
-CatalogueReply::ArtReply CatalogueReply::ArtReply::fromJson(const QJsonObject &object)
+CatalogueReply::ArtReply CatalogueReply::ArtReply::fromJson(const Object &object)
 {
     ArtReply art {
-        .light = optionalString(object, "light"_L1),
-        .dark = optionalString(object, "dark"_L1),
+        .light = optionalString(object, "light"),
+        .dark = optionalString(object, "dark"),
         .desktop = std::nullopt,
         .phases = std::nullopt,
     };
-    if (const auto desktop = optionalObject(object, "desktop"_L1))
+    if (const auto desktop = optionalObject(object, "desktop"))
         art.desktop = Pair::fromJson(*desktop);
-    if (const auto phases = optionalObject(object, "phases"_L1)) {
+    if (const auto phases = optionalObject(object, "phases")) {
         QMap<QString, QString> map;
-        for (auto it = phases->constBegin(); it != phases->constEnd(); ++it) {
-            if (!it->isString())
+        for (const auto field : *phases) {
+            std::string_view picture;
+            if (field.value.get(picture) != simdjson::SUCCESS)
                 throw DecodingError(u"A phase picture of \"art\" is not a string."_s);
-            map.insert(it.key(), it->toString());
+            map.insert(toQString(field.key), toQString(picture));
         }
         art.phases = std::move(map);
     }
@@ -85,12 +86,12 @@ QJsonObject CatalogueReply::ArtReply::toJson() const
     return object;
 }
 
-CatalogueReply::ColourwayReply CatalogueReply::ColourwayReply::fromJson(const QJsonObject &object)
+CatalogueReply::ColourwayReply CatalogueReply::ColourwayReply::fromJson(const Object &object)
 {
     return {
-        .slug = string(object, "slug"_L1),
-        .name = string(object, "name"_L1),
-        .art = ArtReply::fromJson(JsonFields::object(object, "art"_L1)),
+        .slug = string(object, "slug"),
+        .name = string(object, "name"),
+        .art = ArtReply::fromJson(JsonFields::object(object, "art")),
     };
 }
 
@@ -99,14 +100,14 @@ QJsonObject CatalogueReply::ColourwayReply::toJson() const
     return { { "slug"_L1, slug }, { "name"_L1, name }, { "art"_L1, art.toJson() } };
 }
 
-CatalogueReply::FreeReply CatalogueReply::FreeReply::fromJson(const QJsonObject &object)
+CatalogueReply::FreeReply CatalogueReply::FreeReply::fromJson(const Object &object)
 {
     return {
-        .updatedAt = optionalTime(object, "updatedAt"_L1),
+        .updatedAt = optionalTime(object, "updatedAt"),
         .colourways =
-            objects<LibraryReply::ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
-        .archives = objects<LibraryReply::ArchiveReply>(
-            optionalArray(object, "archives"_L1).value_or(QJsonArray()), "archives"_L1),
+            objects<LibraryReply::ColourwayReply>(array(object, "colourways"), "colourways"),
+        .archives =
+            objects<LibraryReply::ArchiveReply>(optionalArray(object, "archives"), "archives"),
     };
 }
 
@@ -118,20 +119,20 @@ QJsonObject CatalogueReply::FreeReply::toJson() const
     return object;
 }
 
-CatalogueReply::PackReply CatalogueReply::PackReply::fromJson(const QJsonObject &object)
+CatalogueReply::PackReply CatalogueReply::PackReply::fromJson(const Object &object)
 {
     PackReply pack {
-        .slug = string(object, "slug"_L1),
-        .name = string(object, "name"_L1),
-        .line = string(object, "line"_L1),
-        .price = string(object, "price"_L1),
-        .url = string(object, "url"_L1),
-        .onSale = boolean(object, "onSale"_L1),
-        .colourways = objects<ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
+        .slug = string(object, "slug"),
+        .name = string(object, "name"),
+        .line = string(object, "line"),
+        .price = string(object, "price"),
+        .url = string(object, "url"),
+        .onSale = boolean(object, "onSale"),
+        .colourways = objects<ColourwayReply>(array(object, "colourways"), "colourways"),
         .free = std::nullopt,
-        .released = optionalBoolean(object, "released"_L1),
+        .released = optionalBoolean(object, "released"),
     };
-    if (const auto free = optionalObject(object, "free"_L1))
+    if (const auto free = optionalObject(object, "free"))
         pack.free = FreeReply::fromJson(*free);
     return pack;
 }
@@ -152,9 +153,9 @@ QJsonObject CatalogueReply::PackReply::toJson() const
     return object;
 }
 
-CatalogueReply::PhaseReply CatalogueReply::PhaseReply::fromJson(const QJsonObject &object)
+CatalogueReply::PhaseReply CatalogueReply::PhaseReply::fromJson(const Object &object)
 {
-    return { string(object, "id"_L1), string(object, "label"_L1) };
+    return { string(object, "id"), string(object, "label") };
 }
 
 QJsonObject CatalogueReply::PhaseReply::toJson() const
@@ -164,14 +165,15 @@ QJsonObject CatalogueReply::PhaseReply::toJson() const
 
 CatalogueReply CatalogueReply::decode(const QByteArray &json)
 {
-    return fromJson(parseObject(json));
+    simdjson::dom::parser parser;
+    return fromJson(parseObject(parser, json));
 }
 
-CatalogueReply CatalogueReply::fromJson(const QJsonObject &object)
+CatalogueReply CatalogueReply::fromJson(const Object &object)
 {
     return {
-        .packs = objects<PackReply>(array(object, "packs"_L1), "packs"_L1),
-        .phases = objects<PhaseReply>(array(object, "phases"_L1), "phases"_L1),
+        .packs = objects<PackReply>(array(object, "packs"), "packs"),
+        .phases = objects<PhaseReply>(array(object, "phases"), "phases"),
     };
 }
 

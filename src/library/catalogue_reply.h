@@ -10,7 +10,7 @@ struct CatalogueReply {
             std::optional<QString> light;
             std::optional<QString> dark;
 
-            [[nodiscard]] static Pair fromJson(const QJsonObject &object);
+            [[nodiscard]] static Pair fromJson(const simdjson::dom::object &object);
             [[nodiscard]] QJsonObject toJson() const;
             bool operator==(const Pair &) const = default;
         };
@@ -20,7 +20,7 @@ struct CatalogueReply {
         std::optional<Pair> desktop;
         std::optional<QMap<QString, QString>> phases;
 
-        [[nodiscard]] static ArtReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static ArtReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const ArtReply &) const = default;
     };
@@ -30,7 +30,7 @@ struct CatalogueReply {
         QString name;
         ArtReply art;
 
-        [[nodiscard]] static ColourwayReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static ColourwayReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const ColourwayReply &) const = default;
     };
@@ -41,7 +41,7 @@ struct CatalogueReply {
         QList<LibraryReply::ColourwayReply> colourways;
         QList<LibraryReply::ArchiveReply> archives;
 
-        [[nodiscard]] static FreeReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static FreeReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const FreeReply &) const = default;
     };
@@ -59,7 +59,7 @@ struct CatalogueReply {
         std::optional<bool> released;
 
         [[nodiscard]] bool isReleased() const { return released.value_or(true); }
-        [[nodiscard]] static PackReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static PackReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const PackReply &) const = default;
     };
@@ -68,7 +68,7 @@ struct CatalogueReply {
         QString id;
         QString label;
 
-        [[nodiscard]] static PhaseReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static PhaseReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const PhaseReply &) const = default;
     };
@@ -78,7 +78,7 @@ struct CatalogueReply {
 
     // Throws DecodingError when the body does not have the reply's shape.
     [[nodiscard]] static CatalogueReply decode(const QByteArray &json);
-    [[nodiscard]] static CatalogueReply fromJson(const QJsonObject &object);
+    [[nodiscard]] static CatalogueReply fromJson(const simdjson::dom::object &object);
     [[nodiscard]] QJsonObject toJson() const;
 
     // The packs whose slugs pass the content rules, in catalogue order, their art resolved

@@ -1,50 +1,83 @@
 #include "json_fields.h"
 
-#include "error.h"
-
-#include <QJsonDocument>
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
+using simdjson::dom::element;
+using simdjson::dom::element_type;
 
 namespace JsonFields {
 namespace {
-[[noreturn]] void fail(QLatin1StringView key, QLatin1StringView expected)
+QLatin1StringView name(std::string_view key)
 {
-    throw DecodingError(u"The value of \"%1\" is not %2."_s.arg(key, expected));
+    return QLatin1StringView(key.data(), qsizetype(key.size()));
+}
+
+[[noreturn]] void fail(std::string_view key, QLatin1StringView expected)
+{
+    throw DecodingError(u"The value of \"%1\" is not %2."_s.arg(name(key), expected));
 }
 
 // Missing and null are the same: absent.
-std::optional<QJsonValue> present(const QJsonObject &object, QLatin1StringView key)
+std::optional<element> present(const Object &object, std::string_view key)
 {
-    QJsonValue value = object.value(key);
-    if (value.isNull() || value.isUndefined())
+    element value;
+    if (object.at_key(key).get(value) != simdjson::SUCCESS || value.is_null())
         return std::nullopt;
     return value;
 }
 
-QJsonValue required(const QJsonObject &object, QLatin1StringView key)
+element required(const Object &object, std::string_view key)
 {
-    auto value = present(object, key);
+    const auto value = present(object, key);
     if (!value)
-        throw DecodingError(u"The key \"%1\" is missing."_s.arg(key));
+        throw DecodingError(u"The key \"%1\" is missing."_s.arg(name(key)));
     return *value;
 }
 
-QString asString(const QJsonValue &value, QLatin1StringView key)
+QString asString(const element &value, std::string_view key)
 {
-    if (!value.isString())
+    std::string_view text;
+    if (value.get(text) != simdjson::SUCCESS)
         fail(key, "a string"_L1);
-    return value.toString();
+    return toQString(text);
 }
 
 // A fraction, or a number beyond 64 bits, is not an integer; 2.0 is.
-qint64 asInteger(const QJsonValue &value, QLatin1StringView key)
+qint64 asInteger(const element &value, std::string_view key)
 {
-    if (!value.isDouble())
-        fail(key, "an integer"_L1);
-    const qint64 result = value.toInteger(0);
-    if (result == 0 && value.toInteger(1) != 0)
-        fail(key, "an integer"_L1);
+    int64_t integer = 0;
+    if (value.get(integer) == simdjson::SUCCESS)
+        return integer;
+    double number = 0;
+    // 2^63 itself is beyond qint64; every whole double below it converts exactly.
+    if (value.type() == element_type::DOUBLE && value.get(number) == simdjson::SUCCESS
+        && std::trunc(number) == number && number >= -0x1p63 && number < 0x1p63)
+        return qint64(number);
+    fail(key, "an integer"_L1);
+}
+
+bool asBoolean(const element &value, std::string_view key)
+{
+    bool result = false;
+    if (value.get(result) != simdjson::SUCCESS)
+        fail(key, "true or false"_L1);
+    return result;
+}
+
+Array asArray(const element &value, std::string_view key)
+{
+    Array result;
+    if (value.get(result) != simdjson::SUCCESS)
+        fail(key, "an array"_L1);
+    return result;
+}
+
+Object asObject(const element &value, std::string_view key)
+{
+    Object result;
+    if (value.get(result) != simdjson::SUCCESS)
+        fail(key, "an object"_L1);
     return result;
 }
 
@@ -60,99 +93,93 @@ bool parseDigits(QStringView text, int &out)
 }
 } // namespace
 
-QJsonObject parseObject(const QByteArray &json)
+Object parseObject(simdjson::dom::parser &parser, const QByteArray &json)
 {
-    QJsonParseError error;
-    const auto document = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError)
+    element root;
+    if (const auto error = parser.parse(json.constData(), size_t(json.size())).get(root))
         throw DecodingError(
-            u"Not JSON: %1 at offset %2."_s.arg(error.errorString()).arg(error.offset));
-    if (!document.isObject())
+            u"Not JSON: %1."_s.arg(QLatin1StringView(simdjson::error_message(error))));
+    Object object;
+    if (root.get(object) != simdjson::SUCCESS)
         throw DecodingError(u"The document is not a JSON object."_s);
-    return document.object();
+    return object;
 }
 
-QString string(const QJsonObject &object, QLatin1StringView key)
+QString string(const Object &object, std::string_view key)
 {
     return asString(required(object, key), key);
 }
 
-std::optional<QString> optionalString(const QJsonObject &object, QLatin1StringView key)
+std::optional<QString> optionalString(const Object &object, std::string_view key)
 {
     const auto value = present(object, key);
     return value ? std::optional(asString(*value, key)) : std::nullopt;
 }
 
-qint64 integer(const QJsonObject &object, QLatin1StringView key)
+qint64 integer(const Object &object, std::string_view key)
 {
     return asInteger(required(object, key), key);
 }
 
-qint64 integerValue(const QJsonValue &value, QLatin1StringView key)
+std::optional<qint64> optionalInteger(const Object &object, std::string_view key)
+{
+    const auto value = present(object, key);
+    return value ? std::optional(asInteger(*value, key)) : std::nullopt;
+}
+
+qint64 integerValue(const element &value, std::string_view key)
 {
     return asInteger(value, key);
 }
 
-bool boolean(const QJsonObject &object, QLatin1StringView key)
+bool boolean(const Object &object, std::string_view key)
 {
-    const auto value = required(object, key);
-    if (!value.isBool())
-        fail(key, "true or false"_L1);
-    return value.toBool();
+    return asBoolean(required(object, key), key);
 }
 
-std::optional<bool> optionalBoolean(const QJsonObject &object, QLatin1StringView key)
+std::optional<bool> optionalBoolean(const Object &object, std::string_view key)
 {
     const auto value = present(object, key);
-    if (!value)
-        return std::nullopt;
-    if (!value->isBool())
-        fail(key, "true or false"_L1);
-    return value->toBool();
+    return value ? std::optional(asBoolean(*value, key)) : std::nullopt;
 }
 
-QJsonArray array(const QJsonObject &object, QLatin1StringView key)
+Array array(const Object &object, std::string_view key)
 {
-    const auto value = required(object, key);
-    if (!value.isArray())
-        fail(key, "an array"_L1);
-    return value.toArray();
+    return asArray(required(object, key), key);
 }
 
-std::optional<QJsonArray> optionalArray(const QJsonObject &object, QLatin1StringView key)
+std::optional<Array> optionalArray(const Object &object, std::string_view key)
 {
     const auto value = present(object, key);
-    if (!value)
-        return std::nullopt;
-    if (!value->isArray())
-        fail(key, "an array"_L1);
-    return value->toArray();
+    return value ? std::optional(asArray(*value, key)) : std::nullopt;
 }
 
-QJsonObject object(const QJsonObject &object, QLatin1StringView key)
+Object object(const Object &object, std::string_view key)
 {
-    const auto value = required(object, key);
-    if (!value.isObject())
-        fail(key, "an object"_L1);
-    return value.toObject();
+    return asObject(required(object, key), key);
 }
 
-std::optional<QJsonObject> optionalObject(const QJsonObject &object, QLatin1StringView key)
+std::optional<Object> optionalObject(const Object &object, std::string_view key)
 {
     const auto value = present(object, key);
-    if (!value)
-        return std::nullopt;
-    if (!value->isObject())
-        fail(key, "an object"_L1);
-    return value->toObject();
+    return value ? std::optional(asObject(*value, key)) : std::nullopt;
 }
 
-std::optional<QDateTime> optionalTime(const QJsonObject &object, QLatin1StringView key)
+std::optional<QDateTime> optionalTime(const Object &object, std::string_view key)
 {
     const auto text = optionalString(object, key);
     return text ? std::optional(parseTime(*text)) : std::nullopt;
 }
 
+QString toQString(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+void throwNotObjects(std::string_view key)
+{
+    throw DecodingError(u"An element of \"%1\" is not an object."_s.arg(name(key)));
+}
 QDateTime parseTime(const QString &text)
 {
     // YYYY-MM-DDTHH:MM:SS, then an optional fraction, then Z or an offset.

@@ -6,15 +6,15 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace JsonFields;
 
-LibraryReply::FileReply LibraryReply::FileReply::fromJson(const QJsonObject &object)
+LibraryReply::FileReply LibraryReply::FileReply::fromJson(const Object &object)
 {
     return {
-        .id = string(object, "id"_L1),
-        .edition = string(object, "edition"_L1),
-        .bytes = integer(object, "bytes"_L1),
-        .sha256 = optionalString(object, "sha256"_L1),
-        .path = optionalString(object, "path"_L1),
-        .url = optionalString(object, "url"_L1),
+        .id = string(object, "id"),
+        .edition = string(object, "edition"),
+        .bytes = integer(object, "bytes"),
+        .sha256 = optionalString(object, "sha256"),
+        .path = optionalString(object, "path"),
+        .url = optionalString(object, "url"),
     };
 }
 
@@ -27,11 +27,11 @@ QJsonObject LibraryReply::FileReply::toJson() const
     return object;
 }
 
-LibraryReply::ColourwayReply LibraryReply::ColourwayReply::fromJson(const QJsonObject &object)
+LibraryReply::ColourwayReply LibraryReply::ColourwayReply::fromJson(const Object &object)
 {
     return {
-        .slug = string(object, "slug"_L1),
-        .files = objects<FileReply>(array(object, "files"_L1), "files"_L1),
+        .slug = string(object, "slug"),
+        .files = objects<FileReply>(array(object, "files"), "files"),
     };
 }
 
@@ -40,16 +40,16 @@ QJsonObject LibraryReply::ColourwayReply::toJson() const
     return { { "slug"_L1, slug }, { "files"_L1, toArray(files) } };
 }
 
-LibraryReply::ArchiveReply LibraryReply::ArchiveReply::fromJson(const QJsonObject &object)
+LibraryReply::ArchiveReply LibraryReply::ArchiveReply::fromJson(const Object &object)
 {
     return {
-        .id = string(object, "id"_L1),
-        .device = string(object, "device"_L1),
-        .filename = string(object, "filename"_L1),
-        .bytes = integer(object, "bytes"_L1),
-        .sha256 = optionalString(object, "sha256"_L1),
-        .path = optionalString(object, "path"_L1),
-        .url = optionalString(object, "url"_L1),
+        .id = string(object, "id"),
+        .device = string(object, "device"),
+        .filename = string(object, "filename"),
+        .bytes = integer(object, "bytes"),
+        .sha256 = optionalString(object, "sha256"),
+        .path = optionalString(object, "path"),
+        .url = optionalString(object, "url"),
     };
 }
 
@@ -64,15 +64,14 @@ QJsonObject LibraryReply::ArchiveReply::toJson() const
     return object;
 }
 
-LibraryReply::PackReply LibraryReply::PackReply::fromJson(const QJsonObject &object)
+LibraryReply::PackReply LibraryReply::PackReply::fromJson(const Object &object)
 {
     return {
-        .slug = string(object, "slug"_L1),
-        .since = optionalTime(object, "since"_L1),
-        .updatedAt = optionalTime(object, "updatedAt"_L1),
-        .colourways = objects<ColourwayReply>(array(object, "colourways"_L1), "colourways"_L1),
-        .archives = objects<ArchiveReply>(
-            optionalArray(object, "archives"_L1).value_or(QJsonArray()), "archives"_L1),
+        .slug = string(object, "slug"),
+        .since = optionalTime(object, "since"),
+        .updatedAt = optionalTime(object, "updatedAt"),
+        .colourways = objects<ColourwayReply>(array(object, "colourways"), "colourways"),
+        .archives = objects<ArchiveReply>(optionalArray(object, "archives"), "archives"),
     };
 }
 
@@ -88,14 +87,15 @@ QJsonObject LibraryReply::PackReply::toJson() const
 
 LibraryReply LibraryReply::decode(const QByteArray &json)
 {
-    return fromJson(parseObject(json));
+    simdjson::dom::parser parser;
+    return fromJson(parseObject(parser, json));
 }
 
-LibraryReply LibraryReply::fromJson(const QJsonObject &object)
+LibraryReply LibraryReply::fromJson(const Object &object)
 {
     return {
-        .email = string(object, "email"_L1),
-        .packs = objects<PackReply>(array(object, "packs"_L1), "packs"_L1),
+        .email = string(object, "email"),
+        .packs = objects<PackReply>(array(object, "packs"), "packs"),
     };
 }
 

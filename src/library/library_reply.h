@@ -4,6 +4,10 @@
 
 #include <QJsonObject>
 
+namespace simdjson::dom {
+class object;
+}
+
 class SourceRule;
 
 // The shop's answer to "what does this account own", as it travels and as it is kept on disk.
@@ -16,7 +20,7 @@ struct LibraryReply {
         std::optional<QString> path;
         std::optional<QString> url;
 
-        [[nodiscard]] static FileReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static FileReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const FileReply &) const = default;
     };
@@ -25,7 +29,7 @@ struct LibraryReply {
         QString slug;
         QList<FileReply> files;
 
-        [[nodiscard]] static ColourwayReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static ColourwayReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const ColourwayReply &) const = default;
     };
@@ -39,7 +43,7 @@ struct LibraryReply {
         std::optional<QString> path;
         std::optional<QString> url;
 
-        [[nodiscard]] static ArchiveReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static ArchiveReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const ArchiveReply &) const = default;
     };
@@ -51,7 +55,7 @@ struct LibraryReply {
         QList<ColourwayReply> colourways;
         QList<ArchiveReply> archives; // missing and null read as empty
 
-        [[nodiscard]] static PackReply fromJson(const QJsonObject &object);
+        [[nodiscard]] static PackReply fromJson(const simdjson::dom::object &object);
         [[nodiscard]] QJsonObject toJson() const;
         bool operator==(const PackReply &) const = default;
     };
@@ -61,7 +65,7 @@ struct LibraryReply {
 
     // Throws DecodingError when the body does not have the reply's shape.
     [[nodiscard]] static LibraryReply decode(const QByteArray &json);
-    [[nodiscard]] static LibraryReply fromJson(const QJsonObject &object);
+    [[nodiscard]] static LibraryReply fromJson(const simdjson::dom::object &object);
     [[nodiscard]] QJsonObject toJson() const;
 
     // The packs whose slugs and content pass the content rules, by slug.

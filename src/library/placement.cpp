@@ -8,14 +8,14 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace JsonFields;
 
-Placement Placement::fromJson(const QJsonObject &object)
+Placement Placement::fromJson(const simdjson::dom::object &object)
 {
     return {
-        .pack = string(object, "pack"_L1),
-        .colourway = string(object, "colourway"_L1),
-        .edition = string(object, "edition"_L1),
-        .path = string(object, "path"_L1),
-        .setAt = integer(object, "setAt"_L1),
+        .pack = string(object, "pack"),
+        .colourway = string(object, "colourway"),
+        .edition = string(object, "edition"),
+        .path = string(object, "path"),
+        .setAt = integer(object, "setAt"),
     };
 }
 
@@ -36,23 +36,26 @@ size_t qHash(const Placement &placement, size_t seed)
 
 PlacementFile PlacementFile::decode(const QByteArray &json)
 {
-    const QJsonObject object = parseObject(json);
+    simdjson::dom::parser parser;
+    const auto object = parseObject(parser, json);
     PlacementFile file;
-    file.useOnAllSpaces = optionalBoolean(object, "useOnAllSpaces"_L1).value_or(true);
+    file.useOnAllSpaces = optionalBoolean(object, "useOnAllSpaces").value_or(true);
 
-    if (const auto placements = optionalObject(object, "placements"_L1)) {
-        for (auto it = placements->constBegin(); it != placements->constEnd(); ++it) {
-            if (!it->isObject())
+    if (const auto placements = optionalObject(object, "placements")) {
+        for (const auto field : *placements) {
+            Object placement;
+            if (field.value.get(placement) != simdjson::SUCCESS)
                 throw DecodingError(u"A placement is not an object."_s);
-            file.placements.insert(it.key(), Placement::fromJson(it->toObject()));
+            file.placements.insert(toQString(field.key), Placement::fromJson(placement));
         }
     }
 
-    if (const auto applied = optionalArray(object, "applied"_L1)) {
-        for (const auto &path : *applied) {
-            if (!path.isString())
+    if (const auto applied = optionalArray(object, "applied")) {
+        for (const auto element : *applied) {
+            std::string_view path;
+            if (element.get(path) != simdjson::SUCCESS)
                 throw DecodingError(u"An applied path is not a string."_s);
-            file.applied.insert(path.toString());
+            file.applied.insert(toQString(path));
         }
     } else {
         // Written before "applied" existed: everything recorded was applied.
@@ -78,9 +81,9 @@ QByteArray PlacementFile::encode() const
 
 ReleasedFile ReleasedFile::decode(const QByteArray &json)
 {
-    const QJsonObject released = object(parseObject(json), "released"_L1);
+    simdjson::dom::parser parser;
     ReleasedFile file;
-    for (auto it = released.constBegin(); it != released.constEnd(); ++it)
-        file.released.insert(it.key(), integerValue(*it, "released"_L1));
+    for (const auto field : object(parseObject(parser, json), "released"))
+        file.released.insert(toQString(field.key), integerValue(field.value, "released"));
     return file;
 }

@@ -4,6 +4,10 @@
 #include <QMap>
 #include <QSet>
 
+namespace simdjson::dom {
+class object;
+}
+
 // What one display shows, as recorded in "placements.json".
 struct Placement {
     QString pack;
@@ -12,7 +16,7 @@ struct Placement {
     QString path; // the picture handed to the desktop
     qint64 setAt = 0; // milliseconds since the epoch
 
-    [[nodiscard]] static Placement fromJson(const QJsonObject &object);
+    [[nodiscard]] static Placement fromJson(const simdjson::dom::object &object);
     [[nodiscard]] QJsonObject toJson() const;
 
     bool operator==(const Placement &) const = default;

@@ -5,7 +5,6 @@
 #include <QJsonDocument>
 
 using namespace Qt::Literals::StringLiterals;
-using namespace JsonFields;
 
 namespace {
 QJsonObject toJson(const FocusRecord::Entry &entry)
@@ -13,32 +12,35 @@ QJsonObject toJson(const FocusRecord::Entry &entry)
     QJsonObject previous;
     if (entry.previous.placement)
         previous.insert("placement"_L1, entry.previous.placement->toJson());
-    insertOptional(previous, "path"_L1, entry.previous.path);
+    JsonFields::insertOptional(previous, "path"_L1, entry.previous.path);
     QJsonObject object { { "previous"_L1, previous } };
     if (entry.focusSetAt.isValid())
-        object.insert("focusSetAt"_L1, formatTime(entry.focusSetAt));
+        object.insert("focusSetAt"_L1, JsonFields::formatTime(entry.focusSetAt));
     return object;
 }
 
-FocusRecord::Entry entryFromJson(const QJsonValue &value)
+FocusRecord::Entry entryFromJson(const simdjson::dom::element &value)
 {
-    if (!value.isObject())
+    JsonFields::Object object;
+    if (value.get(object) != simdjson::SUCCESS)
         throw DecodingError(u"An entry is not an object."_s);
-    const QJsonObject object = value.toObject();
-    const QJsonObject previous = optionalObject(object, "previous"_L1).value_or(QJsonObject());
     FocusRecord::Entry entry;
-    if (const auto placement = optionalObject(previous, "placement"_L1))
-        entry.previous.placement = Placement::fromJson(*placement);
-    entry.previous.path = optionalString(previous, "path"_L1);
-    entry.focusSetAt = optionalTime(object, "focusSetAt"_L1).value_or(QDateTime());
+    if (const auto previous = JsonFields::optionalObject(object, "previous")) {
+        if (const auto placement = JsonFields::optionalObject(*previous, "placement"))
+            entry.previous.placement = Placement::fromJson(*placement);
+        entry.previous.path = JsonFields::optionalString(*previous, "path");
+    }
+    entry.focusSetAt = JsonFields::optionalTime(object, "focusSetAt").value_or(QDateTime());
     return entry;
 }
 
-FocusRecord::Entries entriesFromJson(const QJsonObject &object)
+FocusRecord::Entries entriesFromJson(const std::optional<JsonFields::Object> &object)
 {
     FocusRecord::Entries entries;
-    for (auto it = object.begin(); it != object.end(); ++it)
-        entries.insert(it.key(), entryFromJson(it.value()));
+    if (!object)
+        return entries;
+    for (const auto field : *object)
+        entries.insert(JsonFields::toQString(field.key), entryFromJson(field.value));
     return entries;
 }
 
@@ -61,12 +63,13 @@ std::optional<FocusRecord> FocusRecord::decode(const QByteArray &json)
     if (json.isEmpty())
         return std::nullopt;
     try {
-        const QJsonObject object = parseObject(json);
-        FocusRecord record { .wallpaper = string(object, "wallpaper"_L1),
-                             .edition = optionalString(object, "edition"_L1).value_or(QString()),
-                             .entries = entriesFromJson(
-                                 optionalObject(object, "entries"_L1).value_or(QJsonObject())) };
-        return record;
+        simdjson::dom::parser parser;
+        const auto object = JsonFields::parseObject(parser, json);
+        return FocusRecord {
+            .wallpaper = JsonFields::string(object, "wallpaper"),
+            .edition = JsonFields::optionalString(object, "edition").value_or(QString()),
+            .entries = entriesFromJson(JsonFields::optionalObject(object, "entries")),
+        };
     } catch (const DecodingError &) {
         return std::nullopt;
     }
@@ -85,7 +88,8 @@ FocusRecord::Entries FocusRecord::decodeEntries(const QByteArray &json)
     if (json.isEmpty())
         return {};
     try {
-        return entriesFromJson(parseObject(json));
+        simdjson::dom::parser parser;
+        return entriesFromJson(JsonFields::parseObject(parser, json));
     } catch (const DecodingError &) {
         return {};
     }

@@ -133,7 +133,8 @@ QCoro::Task<Response> perform(QPointer<QNetworkAccessManager> manager, Call call
 std::optional<QString> errorDetail(const QByteArray &body)
 {
     try {
-        return JsonFields::string(JsonFields::parseObject(body), "error"_L1);
+        simdjson::dom::parser parser;
+        return JsonFields::string(JsonFields::parseObject(parser, body), "error");
     } catch (const DecodingError &) {
         return std::nullopt;
     }
@@ -207,7 +208,7 @@ bool APIClient::Failure::operator==(const Failure &other) const
     return m_kind == other.m_kind && m_code == other.m_code && m_detail == other.m_detail;
 }
 
-APIClient::DeviceCode APIClient::DeviceCode::fromJson(const QJsonObject &object)
+APIClient::DeviceCode APIClient::DeviceCode::fromJson(const simdjson::dom::object &object)
 {
     const auto url = [](const QString &text) {
         QUrl url(text, QUrl::StrictMode);
@@ -215,32 +216,29 @@ APIClient::DeviceCode APIClient::DeviceCode::fromJson(const QJsonObject &object)
             throw DecodingError(u"Not a URL: %1"_s.arg(text));
         return url;
     };
-    const auto complete = JsonFields::optionalString(object, "verification_uri_complete"_L1);
-    const auto interval = object.value("interval"_L1);
+    const auto complete = JsonFields::optionalString(object, "verification_uri_complete");
     return {
-        .deviceCode = JsonFields::string(object, "device_code"_L1),
-        .userCode = JsonFields::string(object, "user_code"_L1),
-        .verificationURI = url(JsonFields::string(object, "verification_uri"_L1)),
+        .deviceCode = JsonFields::string(object, "device_code"),
+        .userCode = JsonFields::string(object, "user_code"),
+        .verificationURI = url(JsonFields::string(object, "verification_uri")),
         .verificationURIComplete = complete ? std::optional(url(*complete)) : std::nullopt,
-        .expiresIn = JsonFields::integer(object, "expires_in"_L1),
-        .interval = interval.isUndefined() || interval.isNull()
-            ? std::nullopt
-            : std::optional(JsonFields::integerValue(interval, "interval"_L1)),
+        .expiresIn = JsonFields::integer(object, "expires_in"),
+        .interval = JsonFields::optionalInteger(object, "interval"),
     };
 }
 
-APIClient::Link APIClient::Link::fromJson(const QJsonObject &object)
+APIClient::Link APIClient::Link::fromJson(const simdjson::dom::object &object)
 {
-    const auto text = JsonFields::string(object, "url"_L1);
+    const auto text = JsonFields::string(object, "url");
     const QUrl url(text, QUrl::StrictMode);
     // Links carry the right to a file: never in clear text.
     if (!url.isValid() || url.scheme() != "https"_L1 || url.host().isEmpty())
         throw DecodingError(u"A link is not an HTTPS address."_s);
     return {
-        .pack = JsonFields::string(object, "pack"_L1),
-        .id = JsonFields::string(object, "id"_L1),
+        .pack = JsonFields::string(object, "pack"),
+        .id = JsonFields::string(object, "id"),
         .url = url,
-        .expiresAt = JsonFields::optionalTime(object, "expiresAt"_L1),
+        .expiresAt = JsonFields::optionalTime(object, "expiresAt"),
     };
 }
 
@@ -274,7 +272,10 @@ QCoro::Task<APIClient::DeviceCode> APIClient::requestDeviceCode(QString device,
     const auto response =
         co_await perform(m_manager, post(makeRequest(endpoint("device/code"_L1)), body), cancel);
     const auto json = checked(response);
-    co_return decoded([&] { return DeviceCode::fromJson(JsonFields::parseObject(json)); });
+    co_return decoded([&] {
+        simdjson::dom::parser parser;
+        return DeviceCode::fromJson(JsonFields::parseObject(parser, json));
+    });
 }
 
 QCoro::Task<APIClient::TokenPoll> APIClient::pollToken(QString deviceCode,
@@ -291,9 +292,10 @@ QCoro::Task<APIClient::TokenPoll> APIClient::pollToken(QString deviceCode,
 
     if (response.status == 200) {
         co_return decoded([&] {
-            const auto object = JsonFields::parseObject(response.body);
+            simdjson::dom::parser parser;
+            const auto object = JsonFields::parseObject(parser, response.body);
             return TokenPoll { TokenPoll::Outcome::Token,
-                               JsonFields::string(object, "access_token"_L1) };
+                               JsonFields::string(object, "access_token") };
         });
     }
     if (response.status == 429)
@@ -352,7 +354,8 @@ QCoro::Task<QList<APIClient::Link>> APIClient::links(QString token, QList<Wanted
         m_manager, post(makeRequest(endpoint("downloads"_L1), token), body), cancel);
     const auto json = checked(response);
     co_return decoded([&] {
-        const auto object = JsonFields::parseObject(json);
-        return JsonFields::objects<Link>(JsonFields::array(object, "links"_L1), "links"_L1);
+        simdjson::dom::parser parser;
+        const auto object = JsonFields::parseObject(parser, json);
+        return JsonFields::objects<Link>(JsonFields::array(object, "links"), "links");
     });
 }

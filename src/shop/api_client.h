@@ -28,7 +28,7 @@ public:
         qint64 expiresIn = 0;
         std::optional<qint64> interval;
 
-        [[nodiscard]] static DeviceCode fromJson(const QJsonObject &object);
+        [[nodiscard]] static DeviceCode fromJson(const simdjson::dom::object &object);
         bool operator==(const DeviceCode &) const = default;
     };
 
@@ -39,7 +39,7 @@ public:
         QUrl url;
         std::optional<QDateTime> expiresAt;
 
-        [[nodiscard]] static Link fromJson(const QJsonObject &object);
+        [[nodiscard]] static Link fromJson(const simdjson::dom::object &object);
         bool operator==(const Link &) const = default;
     };
 

@@ -17,13 +17,14 @@ std::optional<Saved> load(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     try {
-        const QJsonObject object = JsonFields::parseObject(file.readAll());
+        simdjson::dom::parser parser;
+        const auto object = JsonFields::parseObject(parser, file.readAll());
         Saved saved { .catalogue =
-                          CatalogueReply::fromJson(JsonFields::object(object, "catalogue"_L1)) };
-        if (const auto library = JsonFields::optionalObject(object, "library"_L1))
+                          CatalogueReply::fromJson(JsonFields::object(object, "catalogue")) };
+        if (const auto library = JsonFields::optionalObject(object, "library"))
             saved.library = LibraryReply::fromJson(*library);
-        saved.account = JsonFields::optionalString(object, "account"_L1);
-        if (const auto base = JsonFields::optionalString(object, "base"_L1))
+        saved.account = JsonFields::optionalString(object, "account");
+        if (const auto base = JsonFields::optionalString(object, "base"))
             saved.base = QUrl(*base);
         return saved;
     } catch (const DecodingError &error) {
