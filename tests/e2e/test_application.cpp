@@ -242,8 +242,9 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(windowNamed(u"Quennet"_s).isEmpty(), 10'000);
     }
 
-    // A click on the tray icon opens the panel under it, inside the screen.
-    void panelOpensUnderTheIcon()
+    // A click on the tray icon opens the panel under it, inside the screen, and a colourway is set
+    // from it on each display.
+    void aColourwayOnEachDisplayFromThePanel()
     {
         QRect icon;
         QTRY_VERIFY_WITH_TIMEOUT(!(icon = trayIcon()).isEmpty(), 10'000);
@@ -255,20 +256,14 @@ private Q_SLOTS:
         QCOMPARE(frame.top(), icon.bottom() + 1 + 6);
         QVERIFY(qAbs(frame.center().x() - icon.center().x()) <= 180);
         QTRY_COMPARE_WITH_TIMEOUT(unnamedControls(u"Quennet Panel"_s), QStringList(), 10'000);
-    }
 
-    // Return sets the first colourway on the main display; a click on the other display in the
-    // panel's desk, then the next colourway, sets that one there.
-    void aColourwayOnEachDisplay()
-    {
-        const QString panel = windowNamed(u"Quennet Panel"_s);
-        QVERIFY(!panel.isEmpty());
+        // Return sets the first colourway on the main display; a click on the other display in
+        // the panel's desk, then the next colourway, sets that one there.
         key(panel, { u"Return"_s });
         std::optional<QJsonObject> left;
         QTRY_VERIFY2_WITH_TIMEOUT((left = placement(0)).has_value(),
                                   qPrintable(rootPixel(960, 540).name()), 30'000);
 
-        const QRect frame = geometryOf(panel);
         // The desk is at the top of the panel, the second display its right half.
         click(QPoint(frame.left() + 14 + 332 * 3 / 4, frame.top() + 100));
         key(panel, { u"Right"_s, u"Return"_s });
@@ -300,22 +295,18 @@ private Q_SLOTS:
                                   qPrintable(rootPixel(960, 540).name()), 20'000);
     }
 
-    // A second start asks the first to open its main window, and leaves.
-    void secondLaunchOpensTheMainWindow()
-    {
-        QVERIFY(windowNamed(u"Quennet"_s).isEmpty());
-        QCOMPARE(QProcess::execute(QStringLiteral(QUENNET_PROGRAM), {}), 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!windowNamed(u"Quennet"_s).isEmpty(), 10'000);
-        QCOMPARE(m_quennet.state(), QProcess::Running);
-    }
-
-    // Without the mouse, in the main window: Tab to the chosen display and Right to the other,
-    // Tab on to the colourways, where Return sets the current one there, and to its heart, where
-    // Space makes it a favourite. Ctrl+, opens the settings: the arrows go through the panes and
-    // Escape closes them. A screen reader can name every control on the way.
+    // Without the mouse, in the main window that a second start opened: Tab to the chosen display
+    // and Right to the other, Tab on to the colourways, where Return sets the current one there,
+    // and to its heart, where Space makes it a favourite. Ctrl+, opens the settings: the arrows go
+    // through the panes and Escape closes them. A screen reader can name every control on the way.
     void keyboardOnly()
     {
-        const QString main = windowNamed(u"Quennet"_s);
+        // A second start asks the first to open its main window, and leaves.
+        QVERIFY(windowNamed(u"Quennet"_s).isEmpty());
+        QCOMPARE(QProcess::execute(QStringLiteral(QUENNET_PROGRAM), {}), 0);
+        QString main;
+        QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 10'000);
+        QCOMPARE(m_quennet.state(), QProcess::Running);
         QTRY_COMPARE_WITH_TIMEOUT(unnamedControls(u"Quennet"_s), QStringList(), 10'000);
         const QJsonObject before = placements();
 
