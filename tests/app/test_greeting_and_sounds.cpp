@@ -12,16 +12,13 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 // Notes the event ids instead of reaching a sound server.
-class StandInPlayer : public EventSoundPlayer {
-public:
+struct StandInPlayer : EventSoundPlayer {
     explicit StandInPlayer(QStringList *played)
-        : m_played(played)
+        : played(played)
     {
     }
-    void play(const QString &eventId) override { m_played->append(eventId); }
-
-private:
-    QStringList *m_played;
+    void play(const QString &eventId) override { played->append(eventId); }
+    QStringList *played;
 };
 } // namespace
 
@@ -34,49 +31,35 @@ private Q_SLOTS:
     {
         QTemporaryDir home;
         Defaults defaults(home.filePath(u"defaults.ini"_s));
-        QVERIFY(defaults.setFavouriteColourways({ u"dunes/amber"_s }));
         const QString changelog =
             QString::fromUtf8(readAll(QStringLiteral(QUENNET_TEST_DATA "/app/CHANGELOG.md")));
-        const auto release = [&](const QString &version) {
-            return Greeting::Build { .version = version, .changelog = changelog };
+        const auto build = [&](const QString &version, bool development = false) {
+            return Greeting::Build { .version = version,
+                                     .development = development,
+                                     .changelog = changelog };
         };
-
-        // Started at login: nothing is shown, so nothing is recorded.
-        {
-            Greeting atLogin(&defaults, release(u"1.2.0"_s));
-        }
-        QVERIFY(!defaults.hasLaunchedBefore());
-
-        Greeting first(&defaults, release(u"1.2.0"_s));
+        Greeting first(&defaults, build(u"1.2.0"_s));
         QCOMPARE(first.greet(), Greeting::Kind::Welcome);
         QCOMPARE(first.greet(), Greeting::Kind::None);
         QCOMPARE(defaults.lastOpenedVersion(), u"1.2.0"_s);
-        QCOMPARE(defaults.favouriteColourways(), QStringList { u"dunes/amber"_s });
 
         // An update shows the versions after the one last opened, newest first, once.
-        Greeting updated(&defaults, release(u"1.3.1"_s));
+        Greeting updated(&defaults, build(u"1.3.1"_s));
         QCOMPARE(updated.greet(), Greeting::Kind::WhatsNew);
-        const QString notes = updated.notes();
-        QVERIFY2(notes.startsWith(u"## 1.3.1 - 2026-03-02\n\n### Fixed\n- The second fix."_s),
-                 qPrintable(notes));
-        QVERIFY(notes.contains(u"- The third feature."_s));
-        QVERIFY(!notes.contains(u"first feature"_s));
-        QVERIFY(!notes.contains(u"Not out yet"_s));
-        QVERIFY(!notes.contains(u"example.org"_s));
+        QCOMPARE(updated.notes(),
+                 u"## 1.3.1 - 2026-03-02\n\n### Fixed\n- The second fix.\n\n"
+                 "## 1.3.0 - 2026-02-01\n\n### Added\n- The third feature."_s);
         QCOMPARE(updated.greet(), Greeting::Kind::None);
-        QCOMPARE(Greeting(&defaults, release(u"1.3.1"_s)).greet(), Greeting::Kind::None);
-        QCOMPARE(Greeting(&defaults, release(u"1.3.0"_s)).greet(), Greeting::Kind::None);
+        QCOMPARE(Greeting(&defaults, build(u"1.3.0"_s)).greet(), Greeting::Kind::None);
 
         // A development build's own changes are those not released yet.
-        Greeting development(
-            &defaults, { .version = u"1.4.0"_s, .development = true, .changelog = changelog });
+        Greeting development(&defaults, build(u"1.4.0"_s, true));
         QCOMPARE(development.greet(), Greeting::Kind::WhatsNew);
         QCOMPARE(development.notes(), u"## Unreleased\n\n### Added\n- Not out yet."_s);
 
         // Turned off, an update shows nothing, and its version counts as seen.
         development.setShowsWhatsNew(false);
-        QVERIFY(!defaults.showsWhatsNew());
-        QCOMPARE(Greeting(&defaults, release(u"1.5.0"_s)).greet(), Greeting::Kind::None);
+        QCOMPARE(Greeting(&defaults, build(u"1.5.0"_s, true)).greet(), Greeting::Kind::None);
         QCOMPARE(defaults.lastOpenedVersion(), u"1.5.0"_s);
     }
 

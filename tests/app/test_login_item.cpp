@@ -24,9 +24,7 @@ private Q_SLOTS:
 
         item.setOn(true);
         QVERIFY(item.isOn());
-        QFile entry(item.entryPath());
-        QVERIFY(entry.open(QIODevice::ReadOnly));
-        const QByteArray contents = entry.readAll();
+        const QByteArray contents = readAll(item.entryPath());
         QVERIFY(contents.startsWith("[Desktop Entry]\n"));
         QVERIFY(contents.contains("\nExec=\"/opt/Quennet Apps/quennet\" --at-login\n"));
         QVERIFY(contents.contains("\nTryExec=/opt/Quennet Apps/quennet\n"));

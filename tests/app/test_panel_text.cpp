@@ -8,7 +8,6 @@
 #include "shop.h"
 #include "test_support.h"
 
-#include <QCoreApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -38,23 +37,21 @@ public:
         QString result;
         for (qsizetype i = 0; i < text.size(); ++i) {
             // The n of "%n" and "%Ln" stays a placeholder.
-            const bool count = text.at(i) == u'n'
-                && (text.left(i).endsWith(u'%') || text.left(i).endsWith(u"%L"_s));
+            const QStringView before = QStringView(text).left(i);
+            const bool count =
+                text.at(i) == u'n' && (before.endsWith(u'%') || before.endsWith(u"%L"));
             const qsizetype at = plain.indexOf(text.at(i));
             result += at >= 0 && !count ? accented.at(at) : text.at(i);
         }
         // Padding in short words, as a long translation has them: it may wrap between them.
         while (result.size() < text.size() * 7 / 5)
             result += u" ŵŵŵ"_s;
-        m_made.insert(result);
+        made.insert(result);
         return result;
     }
 
-    // A text is a whole translated sentence, with no names or figures put in.
-    [[nodiscard]] bool made(const QString &text) const { return m_made.contains(text); }
-
-private:
-    mutable QSet<QString> m_made;
+    // Whole translated sentences, with no names or figures put in.
+    mutable QSet<QString> made;
 };
 
 QList<QQuickItem *> visibleTexts(QQuickItem *item)
@@ -77,55 +74,39 @@ class PanelTextTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
+    void states()
     {
         QStandardPaths::setTestModeEnabled(true);
         QCoreApplication::installTranslator(&m_pseudo);
         QVERIFY(m_shop.isRunning());
-        m_shopCa = m_shop.shop().caPath();
-    }
-
-    void signedOutAndLoading()
-    {
-        // No session: the sign-in invitation, after the loading message.
+        // No session: the loading message, then the sign-in invitation.
         useShop(m_shop.baseUrl());
-        AppDelegate app({ .atLogin = true, .selfTest = true });
-        app.start();
-        const auto view = panel(app);
-        QCOMPARE(app.library()->state(), LibraryStatus::State::Loading);
-        checkTexts(*view, u"loading"_s);
-        awaitTask(app.account()->load());
-        QCOMPARE(app.library()->state(), LibraryStatus::State::SignedOut);
-        checkTexts(*view, u"signed-out"_s);
+        {
+            AppDelegate app({ .atLogin = true, .selfTest = true });
+            app.start();
+            const auto view = panel(app);
+            checkTexts(*view, app, LibraryStatus::State::Loading, u"loading"_s);
+            awaitTask(app.account()->load());
+            checkTexts(*view, app, LibraryStatus::State::SignedOut, u"signed-out"_s);
+        }
         QVERIFY(finish(Keychain(applicationFolder())
                            .save(m_shop.issueToken(), QString(Keychain::sessionToken)))
                     .value.value_or(false));
-    }
-
-    void unreachable()
-    {
-        useShop(withClosedPort(m_shop.baseUrl()));
-        AppDelegate app({ .atLogin = true, .selfTest = true });
-        app.start();
-        awaitTask(app.account()->load());
-        const auto view = panel(app);
-        awaitTask(app.shop()->start());
-        QCOMPARE(app.library()->state(), LibraryStatus::State::Unreachable);
-        checkTexts(*view, u"unreachable"_s);
-    }
-
-    void packsAndNotice()
-    {
-        useShop(m_shop.baseUrl());
-        AppDelegate app({ .atLogin = true, .selfTest = true });
-        app.start();
-        awaitTask(app.account()->load());
-        const auto view = panel(app);
-        awaitTask(app.shop()->start());
-        QCOMPARE(app.library()->state(), LibraryStatus::State::Ready);
-        checkTexts(*view, u"packs"_s);
-        app.notice()->showFailure(Defaults::NotSaved().description());
-        checkTexts(*view, u"notice"_s);
+        for (const bool reachable : { false, true }) {
+            useShop(reachable ? m_shop.baseUrl() : withClosedPort(m_shop.baseUrl()));
+            AppDelegate app({ .atLogin = true, .selfTest = true });
+            app.start();
+            awaitTask(app.account()->load());
+            const auto view = panel(app);
+            awaitTask(app.shop()->start());
+            if (!reachable) {
+                checkTexts(*view, app, LibraryStatus::State::Unreachable, u"unreachable"_s);
+                continue;
+            }
+            checkTexts(*view, app, LibraryStatus::State::Ready, u"packs"_s);
+            app.notice()->showFailure(Defaults::NotSaved().description());
+            checkTexts(*view, app, LibraryStatus::State::Ready, u"notice"_s);
+        }
     }
 
 private:
@@ -133,7 +114,7 @@ private:
     {
         QSettings settings(Defaults::defaultPath(), QSettings::IniFormat);
         settings.setValue(u"shopBaseURL"_s, base.toString());
-        settings.setValue(u"shopCertificates"_s, m_shopCa);
+        settings.setValue(u"shopCertificates"_s, m_shop.shop().caPath());
     }
 
     static std::unique_ptr<QQuickView> panel(AppDelegate &app)
@@ -149,9 +130,12 @@ private:
         return view;
     }
 
-    // Texts may elide only where they hold names and figures rather than sentences.
-    void checkTexts(QQuickView &view, const QString &state)
+    // Texts may elide only where they hold names and figures rather than sentences. Each state
+    // leaves a screenshot, panel-pseudo-STATE.png, beside the test.
+    void checkTexts(QQuickView &view, AppDelegate &app, LibraryStatus::State expected,
+                    const QString &state)
     {
+        QCOMPARE(app.library()->state(), expected);
         QVERIFY(QTest::qWaitForWindowExposed(&view));
         QTest::qWait(100);
         QQuickItem *root = view.rootObject();
@@ -161,34 +145,28 @@ private:
         for (QQuickItem *text : texts) {
             const QString shown = text->property("text").toString();
             const QRectF box = text->mapRectToItem(root, text->boundingRect());
-            const QString where = u"%1: \"%2\" at %3,%4 %5x%6"_s.arg(state, shown)
-                                      .arg(box.x())
-                                      .arg(box.y())
-                                      .arg(box.width())
-                                      .arg(box.height());
+            QString where;
+            QDebug(&where) << state << shown << box;
             QVERIFY2(box.left() >= 0 && box.right() <= root->width() + 0.5,
                      qPrintable(u"sticks out of the panel: "_s + where));
             const bool elides = text->property("elide").toInt() != 0;
             const bool wraps = text->property("wrapMode").toInt() != 0;
             // A list of names may elide; a sentence must find room.
             QVERIFY2(!text->property("truncated").toBool()
-                         || (elides && !wraps && !m_pseudo.made(shown)),
+                         || (elides && !wraps && !m_pseudo.made.contains(shown)),
                      qPrintable(u"cut: "_s + where));
-            if (!elides && !wraps) {
-                QVERIFY2(text->property("contentWidth").toReal() <= text->width() + 0.5,
-                         qPrintable(u"wider than its place: "_s + where));
-            }
+            QVERIFY2(elides || wraps
+                         || text->property("contentWidth").toReal() <= text->width() + 0.5,
+                     qPrintable(u"wider than its place: "_s + where));
         }
-        const QString file =
-            QCoreApplication::applicationDirPath() + u"/panel-pseudo-"_s + state + u".png"_s;
-        QVERIFY(view.grabWindow().save(file));
+        QVERIFY(view.grabWindow().save(QCoreApplication::applicationDirPath() + u"/panel-pseudo-"_s
+                                       + state + u".png"_s));
     }
 
     PseudoTranslator m_pseudo;
     ContentShop m_shop { { { .slug = u"aurora"_s,
                              .files = { { u"emerald"_s, u"light"_s, 20'000 },
                                         { u"violet"_s, u"dark"_s, 20'000 } } } } };
-    QString m_shopCa;
 };
 
 QTEST_MAIN(PanelTextTest)

@@ -24,11 +24,6 @@ QList<ContentPack> packs()
     };
 }
 
-QVariant role(const QAbstractListModel &model, int row, int role)
-{
-    return model.data(model.index(row), role);
-}
-
 QStringList column(const QAbstractListModel &model, int role)
 {
     QStringList values;
@@ -71,7 +66,7 @@ private Q_SLOTS:
 
         QSignalSpy current(&model, &RowListModel::currentChanged);
         rig.store().markSeen(u"aurora"_s);
-        QCOMPARE(role(model, 0, PackListModel::NewCountRole).toInt(), 0);
+        QCOMPARE(model.index(0).data(PackListModel::NewCountRole).toInt(), 0);
         QVERIFY(!current.isEmpty());
         QCOMPARE(model.current().value(u"newCount"_s).toInt(), 0);
 
@@ -97,9 +92,9 @@ private Q_SLOTS:
 
         QCOMPARE(column(model, ColourwayListModel::KeyRole),
                  (QStringList { u"aurora/emerald"_s, u"aurora/violet"_s }));
-        QCOMPARE(role(model, 0, ColourwayListModel::EditionsRole).toStringList(),
+        QCOMPARE(model.index(0).data(ColourwayListModel::EditionsRole).toStringList(),
                  (QStringList { u"appearance"_s, u"light"_s }));
-        QVERIFY(!role(model, 0, ColourwayListModel::NewRole).toBool());
+        QVERIFY(!model.index(0).data(ColourwayListModel::NewRole).toBool());
 
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
         QVERIFY(favourites.toggle(u"aurora"_s, u"violet"_s));
@@ -128,8 +123,8 @@ private Q_SLOTS:
         // A pack of the shop the user has not bought: its art, nothing to set.
         model.setPack(u"harbour"_s);
         QCOMPARE(model.rowCount(), 1);
-        QVERIFY(!role(model, 0, ColourwayListModel::OwnedRole).toBool());
-        QVERIFY(role(model, 0, ColourwayListModel::EditionsRole).toStringList().isEmpty());
+        QVERIFY(!model.index(0).data(ColourwayListModel::OwnedRole).toBool());
+        QVERIFY(model.index(0).data(ColourwayListModel::EditionsRole).toStringList().isEmpty());
     }
 };
 

@@ -11,29 +11,12 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 const auto content = u"" QUENNET_DEVSHOP_CONTENT ""_s;
 const auto samplePath = u"files/dunes/rose-light.heic"_s;
-
-DevShop::Options withFolders(DevShop::Options options, const QString &state)
-{
-    options.contentDir = content;
-    options.stateDir = state;
-    return options;
-}
 } // namespace
 
-QJsonObject CurlReply::json() const
-{
-    return QJsonDocument::fromJson(body).object();
-}
-
 ShopFixture::ShopFixture(DevShop::Options options)
-    : m_shop(withFolders(std::move(options), m_state.path()))
+    : m_shop((options.contentDir = content, options.stateDir = m_state.path(), options))
 {
     m_shop.start();
-}
-
-bool ShopFixture::setFaults(const QByteArray &json)
-{
-    return m_shop.setFaults(QJsonDocument::fromJson(json).object());
 }
 
 QString ShopFixture::url(const QString &path) const
@@ -115,13 +98,12 @@ CurlReply ShopFixture::request(const QString &endpoint, std::optional<QString> t
 
 QString ShopFixture::sampleLink()
 {
-    const QJsonDocument manifest = QJsonDocument::fromJson(readAll(content + u"/content.json"_s));
     QString id;
-    for (const QJsonValue &pack : manifest[u"packs"_s].toArray())
+    for (const QJsonValue &pack :
+         QJsonDocument::fromJson(readAll(content + u"/content.json"_s))[u"packs"_s].toArray())
         for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
             for (const QJsonValue &file : colourway[u"files"_s].toArray())
-                if (file[u"path"_s] == samplePath)
-                    id = file[u"id"_s].toString();
+                id = file[u"path"_s] == samplePath ? file[u"id"_s].toString() : id;
     const QJsonObject wanted { { u"pack"_s, u"dunes"_s }, { u"id"_s, id } };
     return post(api(u"downloads"_s), { { u"files"_s, QJsonArray { wanted } } },
                 { bearer(m_shop.issueToken()) })

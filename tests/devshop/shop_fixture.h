@@ -3,6 +3,7 @@
 #include "dev_shop.h"
 
 #include <QHash>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -15,11 +16,8 @@ struct CurlReply {
     QHash<QString, QString> headers; // of the last response, names in lower case
     QByteArray body;
 
-    [[nodiscard]] QString header(const QString &name) const
-    {
-        return headers.value(name.toLower());
-    }
-    [[nodiscard]] QJsonObject json() const;
+    [[nodiscard]] QString header(const QString &name) const { return headers[name.toLower()]; }
+    [[nodiscard]] QJsonObject json() const { return QJsonDocument::fromJson(body).object(); }
 };
 
 // A development shop on port 0 over the build's sample content, for one test case, and the curl
@@ -29,7 +27,10 @@ public:
     explicit ShopFixture(DevShop::Options options = {});
 
     [[nodiscard]] DevShop &shop() { return m_shop; }
-    bool setFaults(const QByteArray &json);
+    bool setFaults(const QByteArray &json)
+    {
+        return m_shop.setFaults(QJsonDocument::fromJson(json).object());
+    }
 
     // An address on the shop: "/_devshop/stats", or an API endpoint such as "library".
     [[nodiscard]] QString url(const QString &path) const;

@@ -56,12 +56,12 @@ private Q_SLOTS:
         QCOMPARE(again.json()[u"error"_s].toString(), u"invalid_grant"_s);
     }
 
+    // Denied on the page is test_account's, through the client.
     void pollAnswers_data()
     {
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("error");
         QTest::newRow("polled too soon") << u"poll"_s << u"slow_down"_s;
-        QTest::newRow("denied on the page") << u"deny"_s << u"access_denied"_s;
         QTest::newRow("past expires_in") << u"expire"_s << u"expired_token"_s;
         QTest::newRow("approved, then expired") << u"approve expire"_s << u"expired_token"_s;
         QTest::newRow("unknown device code") << u"forget"_s << u"invalid_grant"_s;
@@ -77,8 +77,6 @@ private Q_SLOTS:
         const QString userCode = code[u"user_code"_s].toString();
         if (before.contains(u"poll"_s))
             fixture.poll(deviceCode);
-        if (before.contains(u"deny"_s))
-            QVERIFY(decide(fixture, userCode, u"deny"_s).body.contains("Denied"));
         if (before.contains(u"approve"_s))
             QVERIFY(fixture.shop().approve(userCode));
         if (before.contains(u"expire"_s))
