@@ -5,7 +5,8 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -226,10 +227,17 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!(main = windowNamed(u"Quennet"_s)).isEmpty(), 60'000);
         // The window says "Loading your packs…" until the secret store has answered: Return
         // starts the sign-in only once the button shows, which the session's state then tells.
-        const QDBusInterface session(u"app.quennet.Quennet"_s, u"/app/quennet/Quennet"_s,
-                                     u"app.quennet.Quennet.Session"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (key(main, { u"Return"_s }), session.property("State") != u"signedOut"_s), 60'000);
+        // A plain call: QDBusInterface's introspected meta-object outlives the test.
+        const auto signInState = [] {
+            auto call =
+                QDBusMessage::createMethodCall(u"app.quennet.Quennet"_s, u"/app/quennet/Quennet"_s,
+                                               u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+            call << u"app.quennet.Quennet.Session"_s << u"State"_s;
+            const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+            return reply.arguments().value(0).value<QDBusVariant>().variant().toString();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT((key(main, { u"Return"_s }), signInState() != "signedOut"_L1),
+                                 60'000);
         QTRY_COMPARE_WITH_TIMEOUT(unnamedControls(u"Quennet"_s), QStringList(), 10'000);
         const QString opened = m_bin.filePath(u"opened"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(opened), 30'000);
