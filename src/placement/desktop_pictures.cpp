@@ -21,7 +21,8 @@ namespace {
 QString rendered(const Renderer &renderer, const Request &request, int index)
 {
     bool undecodable = false;
-    const auto path = renderer.render(request.source, request.fileId, index, &undecodable);
+    const auto path =
+        renderer.render(request.source, request.fileId, index, request.bounds, &undecodable);
     if (!path && undecodable)
         throw UnreadableFile();
     if (!path)

@@ -4,6 +4,7 @@
 #include "edition.h"
 #include "error.h"
 
+#include <QSize>
 #include <QTime>
 #include <optional>
 
@@ -27,6 +28,7 @@ struct Request {
     QTime time; // local time of day
     bool pair = false; // the desktop takes a light/dark pair
     bool slideshow = false; // the desktop follows a timed slideshow
+    QSize bounds; // what a rendering must cover, in device pixels; empty: the picture's own size
 };
 
 struct Prepared {

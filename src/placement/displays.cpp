@@ -81,6 +81,8 @@ void Displays::refresh()
             { .id = ids[i],
               .name = names[i],
               .frame = QRectF(screens[i].geometry.translated(-origin)),
+              .pixels =
+                  screens[i].pixels.isEmpty() ? screens[i].geometry.size() : screens[i].pixels,
               .isMain = i == 0,
               .wallpaper = wallpaper,
               .thumbnail = reported ? m_backend->thumbnail(screens[i], false) : wallpaper,

@@ -30,6 +30,7 @@ public:
         QString id; // stable across reconnection and restarts: the key of every per-display record
         QString name;
         QRectF frame; // relative to the top-left corner of the first screen
+        QSize pixels; // its size in device pixels
         bool isMain = false; // the first screen of the desktop's list
         std::optional<QString> wallpaper; // what it shows, by the current-picture rule
         // What a thumbnail of it shows in light and in dark.

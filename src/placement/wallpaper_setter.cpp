@@ -66,8 +66,19 @@ DesktopPictures::Request WallpaperSetter::request(QString source, QString fileId
              .time = m_clock->now().toLocalTime().time(),
              .pair = capabilities.testFlag(DesktopBackend::Capability::LightDarkPair),
              // A slideshow file cannot be cut into one display's part of a spanned picture.
-             .slideshow = everyDisplay
-                 && capabilities.testFlag(DesktopBackend::Capability::TimedSlideshow) };
+             .slideshow =
+                 everyDisplay && capabilities.testFlag(DesktopBackend::Capability::TimedSlideshow),
+             .bounds = largestDisplay() };
+}
+
+QSize WallpaperSetter::largestDisplay() const
+{
+    // One size for every display: a picture moved to another display is not made again, and no
+    // display is left showing a smaller rendering that a larger one replaced.
+    QSize largest;
+    for (const Displays::Display &display : m_displays->all())
+        largest = largest.expandedTo(display.pixels);
+    return largest;
 }
 
 QCoro::Task<> WallpaperSetter::setWallpaper(WallpaperFile file, QString localPath,
@@ -106,8 +117,10 @@ void WallpaperSetter::setDone(const QString &source)
 {
     if (--m_setting[source] <= 0)
         m_setting.remove(source);
-    // Renderings of files no display shows any more would fill the disk set after set.
-    m_renderer.prune([this](const QString &file) { return isShown(file); });
+    // Renderings are kept while their file is, as they are no larger than it: setting a
+    // wallpaper again is then as quick as the first time it was shown.
+    m_renderer.prune(
+        [this](const QString &file) { return isShown(file) || QFileInfo::exists(file); });
 }
 
 QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,
@@ -145,8 +158,8 @@ QCoro::Task<std::optional<QTime>> WallpaperSetter::follow()
     for (const Displays::Display &display : m_displays->all()) {
         const auto placement = m_displays->placement(display.id);
         const auto edition = placement ? editionFromRawValue(placement->edition) : std::nullopt;
-        if (!placement || !m_displays->showsOwnWallpaper(display)
-            || (edition != Edition::Automatic && edition != Edition::TimeOfDay))
+        // Every edition: a still picture is made again too when a larger display came.
+        if (!placement || !edition || !m_displays->showsOwnWallpaper(display))
             continue;
         const auto source = m_renderer.sourceOf(placement->path);
         if (!source)

@@ -47,8 +47,8 @@ public:
                                   const std::optional<Placement> &placement) const;
 
     // Puts up the picture due now on every display that shows a light/dark or time-of-day
-    // wallpaper, and answers when the next one is due. A display the desktop refuses keeps its
-    // picture; the others go on.
+    // wallpaper, and answers when the next one is due; a rendering smaller than the largest
+    // display is made again. A display the desktop refuses keeps its picture; the others go on.
     QCoro::Task<std::optional<QTime>> follow();
 
 Q_SIGNALS:
@@ -61,6 +61,7 @@ private:
     [[nodiscard]] DesktopPictures::Request request(QString source, QString fileId, Edition edition,
                                                    bool everyDisplay) const;
 
+    [[nodiscard]] QSize largestDisplay() const;
     void setDone(const QString &source);
 
     Displays *m_displays;

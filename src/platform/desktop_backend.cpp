@@ -37,7 +37,8 @@ QList<DesktopScreen> DesktopBackend::screens() const
                         .manufacturer = screen->manufacturer(),
                         .model = screen->model(),
                         .serial = screen->serialNumber(),
-                        .geometry = screen->geometry() });
+                        .geometry = screen->geometry(),
+                        .pixels = screen->geometry().size() * screen->devicePixelRatio() });
     }
     return result;
 }

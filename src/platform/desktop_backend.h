@@ -16,6 +16,7 @@ struct DesktopScreen {
     QString model;
     QString serial;
     QRect geometry; // in the virtual desktop
+    QSize pixels; // in device pixels; empty where they are geometry's own
 
     bool operator==(const DesktopScreen &) const = default;
 };

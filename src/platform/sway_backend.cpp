@@ -71,7 +71,10 @@ QList<DesktopScreen> outputs(const QJsonDocument &reply)
             .model = output.value("model"_L1).toString(),
             .serial = output.value("serial"_L1).toString(),
             .geometry = QRect(rect.value("x"_L1).toInt(), rect.value("y"_L1).toInt(),
-                              rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt())
+                              rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt()),
+            // The rectangle is in the layout's units: a scaled output has more pixels.
+            .pixels = QSize(rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt())
+                * output.value("scale"_L1).toDouble(1)
         };
         // The focused output comes first, as a primary screen would.
         if (output.value("focused"_L1).toBool())

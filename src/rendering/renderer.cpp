@@ -1,6 +1,7 @@
 #include "renderer.h"
 
 #include "atomic_file.h"
+#include "cover_size.h"
 #include "heic_file.h"
 #include "logging.h"
 
@@ -13,6 +14,7 @@
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,17 +27,39 @@ QJsonObject stamp(const QString &source)
              { u"modified"_s, info.lastModified().toMSecsSinceEpoch() } };
 }
 
-// A whole PNG: a header Qt can read and the end chunk as its last bytes. Cheap next to decoding
-// it, and enough to catch a rendering cut short on disk.
+// "f_0123-2.jpg", "f_0123-2-1920x1280.jpg", and "f_0123-2.png" from before renderings were JPEG.
+// A file id may hold dashes of its own; a size never ends one.
+struct RenderingName {
+    QString fileId;
+    int index = 0;
+    QSize size; // empty: the picture's own
+    bool jpeg = false;
+};
+
+std::optional<RenderingName> renderingName(const QString &fileName)
+{
+    static const QRegularExpression pattern(u"^(.+)-(\\d+)(?:-(\\d+)x(\\d+))?\\.(jpg|png)$"_s);
+    const QRegularExpressionMatch match = pattern.match(fileName);
+    if (!match.hasMatch())
+        return std::nullopt;
+    return RenderingName { .fileId = match.captured(1),
+                           .index = match.captured(2).toInt(),
+                           .size = match.hasCaptured(3)
+                               ? QSize(match.captured(3).toInt(), match.captured(4).toInt())
+                               : QSize(),
+                           .jpeg = match.captured(5) == "jpg"_L1 };
+}
+
+// A whole JPEG: a header Qt can read and the end-of-image marker as its last bytes. Cheap next
+// to decoding it, and enough to catch a rendering cut short on disk.
 bool isWhole(const QString &path)
 {
-    static const QByteArray end = QByteArray::fromHex("0000000049454e44ae426082");
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() < end.size()
-        || !file.seek(file.size() - end.size()) || file.read(end.size()) != end)
+    if (!file.open(QIODevice::ReadOnly) || file.size() < 4 || !file.seek(file.size() - 2)
+        || file.read(2) != "\xff\xd9")
         return false;
     file.close();
-    QImageReader reader(path, "png");
+    QImageReader reader(path, "jpeg");
     return reader.canRead() && reader.size().isValid();
 }
 } // namespace
@@ -47,17 +71,18 @@ Renderer::Renderer(QString folder)
 
 QString Renderer::fileIdOf(const QString &path)
 {
-    // "f_0123-2.png" and "f_0123.xml" belong to "f_0123". Only a rendering carries an index: a
+    // "f_0123-2.jpg" and "f_0123.xml" belong to "f_0123". Only a rendering carries an index: a
     // dash in a companion's name is the id's own.
     const QFileInfo info(path);
-    const QString name = info.completeBaseName();
-    const qsizetype dash = name.lastIndexOf(u'-');
-    return dash > 0 && info.suffix() == "png"_L1 ? name.left(dash) : name;
+    const auto rendering = renderingName(info.fileName());
+    return rendering ? rendering->fileId : info.completeBaseName();
 }
 
-QString Renderer::renderingPath(const QString &fileId, int index) const
+QString Renderer::renderingPath(const QString &fileId, int index, QSize size) const
 {
-    return m_folder + u'/' + fileId + u'-' + QString::number(index) + u".png"_s;
+    const QString sized =
+        size.isEmpty() ? QString() : u"-%1x%2"_s.arg(size.width()).arg(size.height());
+    return m_folder + u'/' + fileId + u'-' + QString::number(index) + sized + u".jpg"_s;
 }
 
 QString Renderer::companionPath(const QString &fileId, const QString &suffix) const
@@ -111,16 +136,46 @@ bool Renderer::isCurrent(const QString &source, const QString &fileId) const
     return false;
 }
 
-std::optional<QString> Renderer::render(const QString &source, const QString &fileId, int index,
-                                        bool *undecodable) const
+std::optional<QString> Renderer::covering(const QString &fileId, int index, QSize bounds) const
 {
-    const QString path = renderingPath(fileId, index);
-    if (isCurrent(source, fileId) && QFile::exists(path)) {
-        if (isWhole(path))
-            return path;
+    const QDir dir(m_folder);
+    const QString prefix = fileId + u'-' + QString::number(index);
+    for (const QString &name : dir.entryList({ prefix + u"*.jpg"_s }, QDir::Files)) {
+        const auto rendering = renderingName(name);
+        if (!rendering || rendering->fileId != fileId || rendering->index != index)
+            continue;
+        const bool covers = rendering->size.isEmpty()
+            || (!bounds.isEmpty() && rendering->size.width() >= bounds.width()
+                && rendering->size.height() >= bounds.height());
+        if (!covers)
+            continue;
+        if (isWhole(dir.filePath(name)))
+            return dir.filePath(name);
         // Cut short or damaged since it was written: made once more.
-        qCWarning(lcRendering) << "Rendering again the damaged" << path;
-        QFile::remove(path);
+        qCWarning(lcRendering) << "Rendering again the damaged" << dir.filePath(name);
+        QFile::remove(dir.filePath(name));
+    }
+    return std::nullopt;
+}
+
+void Renderer::removeOthers(const QString &fileId, int index, const QString &keep) const
+{
+    const QDir dir(m_folder);
+    const QString prefix = fileId + u'-' + QString::number(index);
+    for (const QString &name : dir.entryList({ prefix + u"*.jpg"_s, prefix + u"*.png"_s })) {
+        const auto rendering = renderingName(name);
+        if (rendering && rendering->fileId == fileId && rendering->index == index
+            && dir.filePath(name) != keep)
+            QFile::remove(dir.filePath(name));
+    }
+}
+
+std::optional<QString> Renderer::render(const QString &source, const QString &fileId, int index,
+                                        QSize bounds, bool *undecodable) const
+{
+    if (isCurrent(source, fileId)) {
+        if (auto made = covering(fileId, index, bounds))
+            return made;
     }
     const auto file = HeicFile::open(source);
     const QImage picture = file ? file->picture(index) : QImage();
@@ -130,16 +185,19 @@ std::optional<QString> Renderer::render(const QString &source, const QString &fi
             *undecodable = !file || index < file->pictureCount();
         return std::nullopt;
     }
-    QByteArray png;
-    QBuffer buffer(&png);
+    const QSize size = CoverSize::toCover(picture.size(), bounds);
+    const QString path = renderingPath(fileId, index, size == picture.size() ? QSize() : size);
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
     buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "png");
-    // The fastest compression: a rendering is written once and read once by the desktop.
+    QImageWriter writer(&buffer, "jpeg");
     writer.setQuality(90);
-    if (!writer.write(picture) || !writeAtomically(path, png) || !isWhole(path)) {
+    if (!writer.write(CoverSize::shrunk(picture, size)) || !writeAtomically(path, jpeg)
+        || !isWhole(path)) {
         qCWarning(lcRendering) << "Cannot write" << path << writer.errorString();
         return std::nullopt;
     }
+    removeOthers(fileId, index, path);
     return path;
 }
 

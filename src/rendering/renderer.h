@@ -1,26 +1,32 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <functional>
 #include <optional>
 
 // Decodes the pictures of wallpaper files into "Rendered/" in the application folder, since most
-// desktops cannot show HEIC. A rendering is named after the file's id and the picture's index and
-// is reused for as long as the file on disk stays the same. Safe to use from worker threads.
+// desktops cannot show HEIC. A rendering is a JPEG, which every desktop shows, made no larger than
+// the displays need. It is named after the file's id, the picture's index and, when smaller than
+// the picture, its size, and is reused for as long as the file on disk stays the same and it
+// covers the displays. Safe to use from worker threads.
 class Renderer {
 public:
     // folder: the "Rendered" folder.
     explicit Renderer(QString folder);
 
     [[nodiscard]] QString folder() const { return m_folder; }
-    [[nodiscard]] QString renderingPath(const QString &fileId, int index) const;
+    // size: empty for a rendering at the picture's own size.
+    [[nodiscard]] QString renderingPath(const QString &fileId, int index, QSize size = {}) const;
 
-    // The rendering of one picture of source, made when missing, damaged or older than source;
-    // none when the picture cannot be decoded or written. undecodable, when given, says whether
-    // source itself is at fault. Decoding a large picture takes seconds: call it off the main
-    // thread.
+    // The rendering of one picture of source that covers bounds (device pixels; empty: the
+    // picture's own size), made when missing, damaged, smaller or older than source; none when
+    // the picture cannot be decoded or written. A larger rendering replaces the smaller ones of
+    // its picture. undecodable, when given, says whether source itself is at fault. Decoding a
+    // large picture takes seconds: call it off the main thread.
     [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId,
-                                                int index, bool *undecodable = nullptr) const;
+                                                int index, QSize bounds = {},
+                                                bool *undecodable = nullptr) const;
 
     // The wallpaper file a rendering or a file made from renderings (a slideshow) belongs to;
     // none for other paths.
@@ -37,6 +43,11 @@ public:
     void prune(const std::function<bool(const QString &source)> &keep) const;
 
 private:
+    // A whole rendering of the picture that covers bounds; damaged ones are removed.
+    [[nodiscard]] std::optional<QString> covering(const QString &fileId, int index,
+                                                  QSize bounds) const;
+    // Every rendering of the picture but keep.
+    void removeOthers(const QString &fileId, int index, const QString &keep) const;
     [[nodiscard]] QString recordPath(const QString &fileId) const;
     [[nodiscard]] std::optional<QString> sourceOfId(const QString &fileId) const;
     // Whether the renderings of fileId were made from source as it is now; when not, they are

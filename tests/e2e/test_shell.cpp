@@ -281,7 +281,7 @@ class ShellTest : public QObject {
             return {};
         const QColor middle = screen.pixelColor(screen.width() / 2, screen.height() / 2);
         const QDir rendered(m_shop.folder + u"/Rendered"_s);
-        for (const QString &name : rendered.entryList({ u"*.png"_s }, QDir::Files)) {
+        for (const QString &name : rendered.entryList({ u"*.jpg"_s }, QDir::Files)) {
             if (near(middle, middleOf(rendered.filePath(name))))
                 return name;
         }

@@ -1,5 +1,7 @@
+#include "cover_size.h"
 #include "heic_file.h"
 #include "picture_choice.h"
+#include "pixels.h"
 #include "renderer.h"
 #include "test_files.h"
 
@@ -16,10 +18,20 @@ QString sample(const QString &name)
     return QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/") + name;
 }
 
-// Equal pictures decode to equal pixels; PNG keeps them exactly.
-bool samePixels(const QImage &a, const QImage &b)
+// The same picture through JPEG, scaled to b's size: close everywhere, not equal.
+bool samePicture(const QImage &a, const QImage &b)
 {
-    return a.convertToFormat(QImage::Format_RGB32) == b.convertToFormat(QImage::Format_RGB32);
+    const QImage scaled = a.scaled(b.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    qint64 difference = 0;
+    for (int y = 0; y < b.height(); y += 7) {
+        for (int x = 0; x < b.width(); x += 7) {
+            const QColor p = scaled.pixelColor(x, y);
+            const QColor q = b.pixelColor(x, y);
+            difference +=
+                qAbs(p.red() - q.red()) + qAbs(p.green() - q.green()) + qAbs(p.blue() - q.blue());
+        }
+    }
+    return !b.isNull() && difference / ((b.width() / 7 + 1) * (b.height() / 7 + 1)) < 12;
 }
 } // namespace
 
@@ -99,23 +111,24 @@ private Q_SLOTS:
         const auto dark = renderer.render(source, u"f_abc"_s, 1);
         QVERIFY(dark);
         QCOMPARE(*dark, renderer.renderingPath(u"f_abc"_s, 1));
-        QVERIFY(samePixels(QImage(*dark), HeicFile::open(source)->picture(1)));
+        QVERIFY(samePicture(HeicFile::open(source)->picture(1), QImage(*dark)));
         QCOMPARE(renderer.sourceOf(*dark), QFileInfo(source).absoluteFilePath());
         QCOMPARE(renderer.sourceOf(source), std::nullopt);
 
         // Reused: a mark in the rendering survives.
         QImage marked(*dark);
-        marked.setPixel(0, 0, 0xff123456);
-        QVERIFY(marked.save(*dark));
-        QCOMPARE(QImage(*renderer.render(source, u"f_abc"_s, 1)).pixel(0, 0), 0xff123456);
+        marked.fill(Qt::magenta);
+        QVERIFY(marked.save(*dark, "jpeg"));
+        QVERIFY(
+            near(QImage(*renderer.render(source, u"f_abc"_s, 1)).pixelColor(8, 8), Qt::magenta));
 
         // A new file under the same name is rendered again.
         QVERIFY(QFile::remove(source));
         QVERIFY(QFile::copy(sample(u"dunes/amber-appearance.heic"_s), source));
         QFile(source).setFileTime(QDateTime::currentDateTime().addSecs(60),
                                   QFileDevice::FileModificationTime);
-        QVERIFY(samePixels(QImage(*renderer.render(source, u"f_abc"_s, 1)),
-                           HeicFile::open(source)->picture(1)));
+        QVERIFY(samePicture(HeicFile::open(source)->picture(1),
+                            QImage(*renderer.render(source, u"f_abc"_s, 1))));
 
         QVERIFY(!renderer.render(source, u"f_abc"_s, 7));
 
@@ -125,6 +138,43 @@ private Q_SLOTS:
                  QFileInfo(source).absoluteFilePath());
         QCOMPARE(renderer.sourceOf(renderer.renderingPath(u"f_a-b"_s, 0)),
                  QFileInfo(source).absoluteFilePath());
+    }
+
+    // A rendering covers the largest display and no more; a larger one replaces it, and a
+    // picture smaller than the display is rendered whole.
+    void renderingAtTheDisplaysSize()
+    {
+        const QString source = m_dir.filePath(u"f_big.heic"_s);
+        QVERIFY(QFile::copy(sample(u"aurora/emerald-appearance.heic"_s), source));
+        const QImage picture = HeicFile::open(source)->picture(0); // 64×40
+        const Renderer renderer(m_dir.filePath(u"Sized"_s));
+        const auto rendered = [&](QSize bounds) {
+            return renderer.render(source, u"f_big"_s, 0, bounds).value_or(QString());
+        };
+        const QString small = rendered({ 32, 18 });
+        QCOMPARE(small, renderer.renderingPath(u"f_big"_s, 0, { 32, 20 }));
+        QCOMPARE(QImage(small).size(), QSize(32, 20));
+        QVERIFY(samePicture(picture, QImage(small)));
+        QCOMPARE(rendered({ 20, 20 }), small);
+
+        const QString larger = rendered({ 48, 27 });
+        QCOMPARE(QImage(larger).size(), QSize(48, 30));
+        QVERIFY(!QFile::exists(small));
+        const QString whole = rendered({ 100, 100 });
+        QCOMPARE(whole, renderer.renderingPath(u"f_big"_s, 0));
+        QCOMPARE(QImage(whole).size(), picture.size());
+        QVERIFY(!QFile::exists(larger));
+        QCOMPARE(rendered({ 32, 18 }), whole);
+        QCOMPARE(Renderer::fileIdOf(larger), u"f_big"_s);
+
+        // Shrinking averages: a 2×2 block of black and white becomes mid-grey.
+        QImage checks(4, 2, QImage::Format_RGB888);
+        checks.fill(Qt::black);
+        checks.setPixelColor(0, 0, Qt::white);
+        checks.setPixelColor(1, 1, Qt::white);
+        const QImage shrunk = CoverSize::shrunk(checks, { 2, 1 });
+        QCOMPARE(shrunk.pixelColor(0, 0), QColor(128, 128, 128));
+        QCOMPARE(shrunk.pixelColor(1, 0), QColor(Qt::black));
     }
 };
 
