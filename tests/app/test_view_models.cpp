@@ -1,5 +1,7 @@
+#include "account.h"
 #include "colourway_list_model.h"
 #include "favourites.h"
+#include "library_status.h"
 #include "pack_list_model.h"
 #include "store_rig.h"
 #include "test_support.h"
@@ -33,7 +35,7 @@ QStringList column(const QAbstractListModel &model, int role)
 }
 } // namespace
 
-// What the browsers show of the store and the favourites, against the development shop.
+// What the windows show of the store and the favourites, against the development shop.
 class ViewModelsTest : public QObject {
     Q_OBJECT
 
@@ -125,6 +127,44 @@ private Q_SLOTS:
         QCOMPARE(model.rowCount(), 1);
         QVERIFY(!model.index(0).data(ColourwayListModel::OwnedRole).toBool());
         QVERIFY(model.index(0).data(ColourwayListModel::EditionsRole).toStringList().isEmpty());
+    }
+
+    // Either load can fail. The sentences are the client's; the states that need none,
+    // signed out and out of reach, are test_panel_text's.
+    void firstLoadFails_data()
+    {
+        QTest::addColumn<QByteArray>("faults");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("catalogue 500")
+            << R"({"statuses": [{"endpoint": "catalogue", "status": 500}]})"_ba
+            << u"Couldn't check for new files. The shop replied 500."_s;
+        QTest::newRow("library malformed")
+            << R"({"malformed": ["library"]})"_ba
+            << u"Couldn't check for new files. The shop sent something the app didn't understand."_s;
+    }
+
+    // In place of the packs, a failure is the store's own sentence, not a connection to check;
+    // the next load that works ends it.
+    void firstLoadFails()
+    {
+        QFETCH(QByteArray, faults);
+        StoreRig rig(::packs());
+        QVERIFY(rig.isReady());
+        LibraryStatus status(&rig.account(), &rig.store());
+        QSignalSpy changed(&status, &LibraryStatus::changed);
+        QVERIFY(rig.shop().setFaults(faults.constData()));
+        finish(rig.store().start());
+        QCOMPARE(status.state(), LibraryStatus::State::Failed);
+        QTEST(status.message(), "message");
+        QVERIFY(rig.store().owned().isEmpty());
+        QVERIFY(!changed.isEmpty());
+
+        changed.clear();
+        QVERIFY(rig.shop().setFaults("{}"));
+        finish(rig.store().refresh());
+        QCOMPARE(status.state(), LibraryStatus::State::Ready);
+        QCOMPARE(status.message(), QString());
+        QVERIFY(!changed.isEmpty());
     }
 };
 

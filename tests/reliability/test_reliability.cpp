@@ -51,6 +51,16 @@ qint64 usedBytes(const QString &mount)
     return qint64(disk.f_blocks - disk.f_bfree) * qint64(disk.f_frsize);
 }
 
+// Prints a case's figures; no case may lose data.
+void count(const char *what, const Figures &figures)
+{
+    qInfo("%s: %d faults injected, %d files verified, %lld bytes fetched again (%lld per fault), "
+          "data lost: %d",
+          what, figures.faults, figures.verified, figures.fetchedAgain,
+          figures.faults ? figures.fetchedAgain / figures.faults : 0, figures.lost);
+    QCOMPARE(figures.lost, 0);
+}
+
 bool remount(const QString &mount, qint64 bytes)
 {
     return QProcess::execute(u"mount"_s, { u"-o"_s, u"remount,size=%1"_s.arg(bytes), mount }) == 0;
@@ -287,28 +297,9 @@ private Q_SLOTS:
         count("Full disk", figures);
     }
 
-    void cleanupTestCase() { count("All cases", m_total); }
-
 private:
-    // Prints a case's figures and adds them to the total; no case may lose data.
-    void count(const char *what, const Figures &figures);
-
     QRandomGenerator m_random;
-    Figures m_total;
 };
-
-void TestReliability::count(const char *what, const Figures &figures)
-{
-    qInfo("%s: %d faults injected, %d files verified, %lld bytes fetched again (%lld per fault), "
-          "data lost: %d",
-          what, figures.faults, figures.verified, figures.fetchedAgain,
-          figures.faults ? figures.fetchedAgain / figures.faults : 0, figures.lost);
-    m_total.faults += figures.faults;
-    m_total.verified += figures.verified;
-    m_total.fetchedAgain += figures.fetchedAgain;
-    m_total.lost += figures.lost;
-    QCOMPARE(figures.lost, 0);
-}
 
 QTEST_GUILESS_MAIN(TestReliability)
 #include "test_reliability.moc"
