@@ -29,7 +29,7 @@ struct FocusRig : ShuffleRig {
     FocusWallpaper &start()
     {
         make();
-        return *focus;
+        return made->focus;
     }
 
     [[nodiscard]] FocusRecord stored() const
@@ -54,7 +54,8 @@ private Q_SLOTS:
 
         focus.setWallpaper(u"p/c3"_s, Edition::Dark);
         QVERIFY(focus.isHeld());
-        QCOMPARE(rig.shuffle->status(), u"Waiting while your Do Not Disturb wallpaper is on."_s);
+        QCOMPARE(rig.made->shuffle.status(),
+                 u"Waiting while your Do Not Disturb wallpaper is on."_s);
         QCOMPARE(rig.sets(), QStringList { u"p/c3 dark on one two"_s });
         const auto record = rig.stored();
         QCOMPARE(record.wallpaper, u"p/c3"_s);
@@ -68,7 +69,7 @@ private Q_SLOTS:
         focus.setWallpaper(std::nullopt);
         QVERIFY(!focus.isHeld());
         // "two" shows its picture of its own again.
-        QCOMPARE(rig.shuffle->status(),
+        QCOMPARE(rig.made->shuffle.status(),
                  u"Paused while you use a wallpaper chosen in your desktop settings."_s);
         // c1's file is not on disk: back through the store, on its display only, in its edition.
         QCOMPARE(rig.sets(),
