@@ -47,7 +47,6 @@ private Q_SLOTS:
             << QStringList() << u"DUNES ro"_s << QStringList { u"dunes/rose"_s };
         QTest::newRow("a key") << QStringList() << u"aurora/em"_s
                                << QStringList { u"aurora/emerald"_s };
-        QTest::newRow("not owned") << QStringList() << u"slate"_s << QStringList();
     }
 
     void matching()
