@@ -84,8 +84,7 @@ private Q_SLOTS:
         const auto keys = rig.setKeys();
         const auto round = keys.first(5);
         QCOMPARE(QSet<QString>(round.begin(), round.end()).size(), 5);
-        // A new round, which does not start with what the display showed.
-        QVERIFY(keys[5] != keys[4]);
+        // A new round.
         QCOMPARE(rig.defaults.shufflePlayed(), QStringList { keys[5] });
     }
 
