@@ -1,7 +1,5 @@
 #include "shuffle_rig.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTest>
 #include <time.h>
 
@@ -267,28 +265,22 @@ private Q_SLOTS:
         QCOMPARE(shuffle.upNext().value(u"one"_s).key(), u"p/c1"_s);
     }
 
+    // Do Not Disturb's wait is test_focus's.
     void ticksThatWait_data()
     {
         QTest::addColumn<bool>("desktopPicture");
-        QTest::addColumn<QByteArray>("focus");
         QTest::addColumn<QString>("status");
-
-        const auto focus = QJsonDocument(QJsonObject { { u"wallpaper"_s, u"p/c1"_s } }).toJson();
-        QTest::newRow("nothing in the way") << false << QByteArray() << QString();
+        QTest::newRow("nothing in the way") << false << QString();
         QTest::newRow("a picture from the desktop settings")
-            << true << QByteArray()
-            << u"Paused while you use a wallpaper chosen in your desktop settings."_s;
-        QTest::newRow("a Do Not Disturb wallpaper")
-            << false << focus << u"Waiting while your Do Not Disturb wallpaper is on."_s;
+            << true << u"Paused while you use a wallpaper chosen in your desktop settings."_s;
     }
 
     void ticksThatWait()
     {
         QFETCH(bool, desktopPicture);
-        QFETCH(QByteArray, focus);
         QFETCH(QString, status);
 
-        ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true }, { u"focusWallpaper"_s, focus } });
+        ShuffleRig rig(wednesday, { { u"shuffleIsOn"_s, true } });
         rig.displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true },
                                   { .id = u"two"_s, .showsOwnWallpaper = !desktopPicture } });
         auto &shuffle = rig.make();
