@@ -42,29 +42,16 @@ AutomationRig::AutomationRig(Stage stage)
     m_favourites = std::make_unique<Favourites>(&defaults());
     m_shuffleStore = std::make_unique<ShopShuffleStore>(&store(), &requests());
     m_shuffleDisplays = std::make_unique<DesktopShuffleDisplays>(&displays(), &m_set.setter());
-    m_focusWallpaper = std::make_unique<FocusWallpaper>(
-        FocusWallpaper::Services { .store = m_shuffleStore.get(),
-                                   .displays = m_shuffleDisplays.get(),
-                                   .defaults = &defaults(),
-                                   .sleep = &m_sleep,
-                                   .clock = m_clock });
-    m_shuffle =
-        std::make_unique<Shuffle>(Shuffle::Services { .store = m_shuffleStore.get(),
-                                                      .displays = m_shuffleDisplays.get(),
-                                                      .favourites = m_favourites.get(),
-                                                      .defaults = &defaults(),
-                                                      .sleep = &m_sleep,
-                                                      .turn = m_focusWallpaper.get(),
-                                                      .clock = m_clock,
-                                                      .random = QRandomGenerator::global() });
-    m_shuffle->start();
-    m_focusFilter = std::make_unique<FocusFilter>(&defaults(), &m_doNotDisturb,
-                                                  m_focusWallpaper.get(), m_shuffleStore.get());
+    m_stack = std::make_unique<ShuffleStack>(m_shuffleStore.get(), m_shuffleDisplays.get(),
+                                             m_favourites.get(), &defaults(), &m_sleep, m_clock,
+                                             QRandomGenerator::global());
+    m_focusFilter = std::make_unique<FocusFilter>(&defaults(), &m_doNotDisturb, &m_stack->focus,
+                                                  m_shuffleStore.get());
     m_intents = std::make_unique<Intents>(Intents::Services { .shop = &store(),
                                                               .requests = &requests(),
                                                               .displays = &displays(),
                                                               .favourites = m_favourites.get(),
-                                                              .shuffle = m_shuffle.get() });
+                                                              .shuffle = &m_stack->shuffle });
 
     // As the program does it: the object first, then the name.
     auto bus = QDBusConnection::sessionBus();

@@ -3,14 +3,11 @@
 #include "automation_service.h"
 #include "desktop_shuffle_displays.h"
 #include "do_not_disturb.h"
-#include "favourites.h"
 #include "focus_filter.h"
-#include "focus_wallpaper.h"
 #include "intents.h"
 #include "set_rig.h"
 #include "shop_shuffle_store.h"
-#include "shuffle.h"
-#include "sleep_watcher.h"
+#include "shuffle_rig.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -53,7 +50,7 @@ public:
     WallpaperRequests &requests() { return m_set.requests(); }
     Displays &displays() { return m_set.displays(); }
     Favourites &favourites() { return *m_favourites; }
-    Shuffle &shuffle() { return *m_shuffle; }
+    Shuffle &shuffle() { return m_stack->shuffle; }
     Defaults &defaults() { return m_set.storeRig().defaults(); }
     FocusFilter &focusFilter() { return *m_focusFilter; }
     [[nodiscard]] QString defaultsPath() { return m_set.storeRig().defaultsPath(); }
@@ -65,8 +62,7 @@ private:
     SleepWatcher m_sleep;
     std::unique_ptr<ShopShuffleStore> m_shuffleStore;
     std::unique_ptr<DesktopShuffleDisplays> m_shuffleDisplays;
-    std::unique_ptr<FocusWallpaper> m_focusWallpaper;
-    std::unique_ptr<Shuffle> m_shuffle;
+    std::unique_ptr<ShuffleStack> m_stack;
     NoDoNotDisturb m_doNotDisturb;
     std::unique_ptr<FocusFilter> m_focusFilter;
     std::unique_ptr<Intents> m_intents;

@@ -11,17 +11,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-void FakeStore::setChoices(const QList<ShuffleChoice> &choices)
-{
-    m_choices = choices;
-    Q_EMIT choicesChanged();
-}
-
-bool FakeStore::isDownloaded(const ShuffleChoice &choice, Edition) const
-{
-    return downloaded.contains(choice.key());
-}
-
 QCoro::Task<> FakeStore::setWallpaper(ShuffleChoice choice, Edition wanted, QStringList displayIds)
 {
     ++attempts;
@@ -32,11 +21,11 @@ QCoro::Task<> FakeStore::setWallpaper(ShuffleChoice choice, Edition wanted, QStr
     }
     if (downloadsFail && !downloaded.contains(choice.key()))
         throw DownloadFailed(u"The network connection was lost."_s);
-    const Set set { choice.key(), wanted, displayIds, now ? now() : QDateTime() };
-    sets.append(set);
-    if (onSet)
-        onSet(set);
-    co_return;
+    sets.append({ choice.key(), wanted, displayIds, clock->now() });
+    for (const auto &id : std::as_const(displayIds)) {
+        if (shows)
+            shows->show(id, choice.key(), wanted);
+    }
 }
 
 void FakeStore::releaseHeld()
@@ -48,38 +37,29 @@ void FakeStore::releaseHeld()
     }
 }
 
-void FakeDisplays::setScreens(const QList<Screen> &screens)
+void FakeDisplays::show(const QStringList &ids, const QString &path,
+                        std::optional<Placement> placement)
 {
-    m_screens = screens;
+    for (auto &screen : m_screens) {
+        if (!ids.contains(screen.id))
+            continue;
+        if (placement)
+            screen.placement = placement;
+        screen.showsOwnWallpaper = placement.has_value();
+        screen.picture = path;
+    }
     Q_EMIT changed();
 }
 
 void FakeDisplays::show(const QString &id, const QString &key, Edition edition)
 {
-    const auto slash = key.indexOf(u'/');
-    for (auto &screen : m_screens) {
-        if (screen.id != id)
-            continue;
-        screen.placement = Placement { .pack = key.left(slash),
-                                       .colourway = key.mid(slash + 1),
-                                       .edition = rawValue(edition),
-                                       .path = u"/cache/"_s + key + u".heic"_s,
-                                       .setAt = now ? now().toMSecsSinceEpoch() : 0 };
-        screen.showsOwnWallpaper = true;
-        screen.picture = screen.placement->path;
-    }
-    Q_EMIT changed();
-}
-
-void FakeDisplays::showPicture(const QString &id, const QString &path)
-{
-    for (auto &screen : m_screens) {
-        if (screen.id == id) {
-            screen.showsOwnWallpaper = false;
-            screen.picture = path;
-        }
-    }
-    Q_EMIT changed();
+    const auto path = u"/cache/"_s + key + u".heic"_s;
+    show({ id }, path,
+         Placement { .pack = key.section(u'/', 0, 0),
+                     .colourway = key.section(u'/', 1),
+                     .edition = rawValue(edition),
+                     .path = path,
+                     .setAt = clock->now().toMSecsSinceEpoch() });
 }
 
 QCoro::Task<> FakeDisplays::restore(QStringList displayIds, QString path,
@@ -89,15 +69,7 @@ QCoro::Task<> FakeDisplays::restore(QStringList displayIds, QString path,
         restores.append({ id, path });
     if (refusal)
         throw DesktopError(*refusal);
-    for (auto &screen : m_screens) {
-        if (!displayIds.contains(screen.id))
-            continue;
-        if (placement)
-            screen.placement = placement;
-        screen.showsOwnWallpaper = placement.has_value();
-        screen.picture = path;
-    }
-    Q_EMIT changed();
+    show(displayIds, path, placement);
     co_return;
 }
 
@@ -117,6 +89,16 @@ QList<ShuffleChoice> sampleChoices(int count)
     return choices;
 }
 
+ShuffleStack::ShuffleStack(ShuffleStore *store, ShuffleDisplays *displays, Favourites *favourites,
+                           Defaults *defaults, SleepWatcher *sleep,
+                           const std::shared_ptr<Clock> &clock, QRandomGenerator *random)
+    : focus({ store, displays, defaults, sleep, clock })
+    , shuffle({ store, displays, favourites, defaults, sleep, &focus, clock, random })
+{
+    shuffle.start();
+    focus.start();
+}
+
 namespace {
 QString settingsFile(const QTemporaryDir &folder, const QVariantMap &settings)
 {
@@ -134,36 +116,19 @@ ShuffleRig::ShuffleRig(const QDateTime &now, const QVariantMap &settings, int ch
     , clock(std::make_shared<TestClock>(now, true))
     , random(seed)
 {
-    store.now = [clock = clock] { return clock->now(); };
-    displays.now = [clock = clock] { return clock->now(); };
-    store.onSet = [this](const FakeStore::Set &set) {
-        for (const auto &id : set.displayIds)
-            displays.show(id, set.key, set.wanted);
-    };
+    store.clock = clock;
+    store.shows = &displays;
+    displays.clock = clock;
     displays.setScreens({ { .id = u"one"_s, .showsOwnWallpaper = true } });
     store.setChoices(sampleChoices(choices));
 }
 
 Shuffle &ShuffleRig::make()
 {
-    shuffle.reset();
-    focus.reset();
-    focus = std::make_unique<FocusWallpaper>(FocusWallpaper::Services { .store = &store,
-                                                                        .displays = &displays,
-                                                                        .defaults = &defaults,
-                                                                        .sleep = &sleep,
-                                                                        .clock = clock });
-    shuffle = std::make_unique<Shuffle>(Shuffle::Services { .store = &store,
-                                                            .displays = &displays,
-                                                            .favourites = &favourites,
-                                                            .defaults = &defaults,
-                                                            .sleep = &sleep,
-                                                            .turn = focus.get(),
-                                                            .clock = clock,
-                                                            .random = &random });
-    shuffle->start();
-    focus->start();
-    return *shuffle;
+    made.reset();
+    made = std::make_unique<ShuffleStack>(&store, &displays, &favourites, &defaults, &sleep, clock,
+                                          &random);
+    return made->shuffle;
 }
 
 QStringList ShuffleRig::sets() const

@@ -14,6 +14,8 @@
 #include <QTemporaryDir>
 #include <functional>
 
+class FakeDisplays;
+
 // The library store as the shuffle sees it: choices, files on disk, and the sets it was asked for.
 class FakeStore : public ShuffleStore {
     Q_OBJECT
@@ -28,22 +30,28 @@ public:
 
     using ShuffleStore::ShuffleStore;
 
-    void setChoices(const QList<ShuffleChoice> &choices);
+    void setChoices(const QList<ShuffleChoice> &choices)
+    {
+        m_choices = choices;
+        Q_EMIT choicesChanged();
+    }
     [[nodiscard]] QList<ShuffleChoice> choices() const override { return m_choices; }
-    [[nodiscard]] bool isDownloaded(const ShuffleChoice &choice, Edition wanted) const override;
+    [[nodiscard]] bool isDownloaded(const ShuffleChoice &choice, Edition) const override
+    {
+        return downloaded.contains(choice.key());
+    }
     QCoro::Task<> setWallpaper(ShuffleChoice choice, Edition wanted,
                                QStringList displayIds) override;
+    // Lets every held set go on, in order.
+    void releaseHeld();
 
     QSet<QString> downloaded; // keys on disk
     bool downloadsFail = false; // of anything not on disk
     bool holds = false; // each set waits for releaseHeld()
-    std::function<QDateTime()> now;
+    std::shared_ptr<TestClock> clock;
+    FakeDisplays *shows = nullptr; // its displays show what is set, when given
     QList<Set> sets;
     int attempts = 0;
-    std::function<void(const Set &)> onSet;
-
-    // Lets every held set go on, in order.
-    void releaseHeld();
 
 private:
     QList<ShuffleChoice> m_choices;
@@ -59,13 +67,20 @@ public:
     [[nodiscard]] QList<Screen> screens() const override { return m_screens; }
     QCoro::Task<> restore(QStringList displayIds, QString path,
                           std::optional<Placement> placement) override;
-    void setScreens(const QList<Screen> &screens);
+    void setScreens(const QList<Screen> &screens)
+    {
+        m_screens = screens;
+        Q_EMIT changed();
+    }
+    // The displays now show a picture: one of the user's colourways with a placement, else one
+    // chosen in the desktop's settings.
+    void show(const QStringList &ids, const QString &path, std::optional<Placement> placement);
     // A display now shows one of the user's colourways, as a set leaves it.
     void show(const QString &id, const QString &key, Edition edition = Edition::Automatic);
     // A display now shows a picture chosen in the desktop's settings.
-    void showPicture(const QString &id, const QString &path);
+    void showPicture(const QString &id, const QString &path) { show({ id }, path, std::nullopt); }
 
-    std::function<QDateTime()> now;
+    std::shared_ptr<TestClock> clock;
     std::optional<QString> refusal; // restores fail with this
     QList<std::pair<QString, QString>> restores; // display id, path; one per display
 
@@ -77,6 +92,17 @@ private:
 
 // Colourways c1…cN of pack p, in that order.
 [[nodiscard]] QList<ShuffleChoice> sampleChoices(int count);
+
+// The Do Not Disturb wallpaper and the shuffle that gives way to it, built and started as the
+// program does.
+struct ShuffleStack {
+    ShuffleStack(ShuffleStore *store, ShuffleDisplays *displays, Favourites *favourites,
+                 Defaults *defaults, SleepWatcher *sleep, const std::shared_ptr<Clock> &clock,
+                 QRandomGenerator *random);
+
+    FocusWallpaper focus;
+    Shuffle shuffle;
+};
 
 // A shuffle and the Do Not Disturb wallpaper over fakes, their settings in a file of their own,
 // the random source seeded. It starts with one display, "one", which follows what the store sets,
@@ -100,8 +126,7 @@ struct ShuffleRig {
     SleepWatcher sleep;
     std::shared_ptr<TestClock> clock;
     QRandomGenerator random;
-    std::unique_ptr<FocusWallpaper> focus;
-    std::unique_ptr<Shuffle> shuffle;
+    std::unique_ptr<ShuffleStack> made;
 };
 
 // Runs a task to its end; the sentence of what it threw, or none.

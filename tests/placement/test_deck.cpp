@@ -46,8 +46,6 @@ private Q_SLOTS:
 
         QTest::newRow("round ends in the draw: the last unplayed, then not what is shown")
             << 5 << u"c1 c2 c3 c4"_s << u"c4"_s << 3 << u"c5 c1 c2 c3"_s << u"c5"_s;
-        QTest::newRow("all played: never what a display shows")
-            << 3 << u"c1 c2 c3"_s << u"c1"_s << 1 << u"c2 c3"_s << QString();
         QTest::newRow("two candidates, three displays")
             << 2 << QString() << QString() << 3 << u"c1 c2"_s << u"c1 c2"_s;
     }

@@ -11,16 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 class FavouritesTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_dir;
-    QString m_path;
-
 private Q_SLOTS:
-    void init()
-    {
-        m_path = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + u".ini"_s);
-        QFile::remove(m_path);
-    }
-
     void toggleOrder_data()
     {
         QTest::addColumn<QStringList>("toggles");
@@ -35,8 +26,10 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, toggles);
         QFETCH(QStringList, stored);
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"defaults.ini"_s);
         {
-            Defaults defaults(m_path);
+            Defaults defaults(path);
             Favourites favourites(&defaults);
             QSignalSpy changed(&favourites, &Favourites::keysChanged);
             for (const QString &key : std::as_const(toggles))
@@ -45,7 +38,7 @@ private Q_SLOTS:
             QCOMPARE(changed.size(), toggles.size());
         }
         // Read back from the file by a new start.
-        Defaults defaults(m_path);
+        Defaults defaults(path);
         QCOMPARE(Favourites(&defaults).keys(), stored);
     }
 
@@ -61,8 +54,10 @@ private Q_SLOTS:
     void storedValueOfTheWrongType()
     {
         QFETCH(QVariant, value);
-        QSettings(m_path, QSettings::IniFormat).setValue("favouriteColourways", value);
-        Defaults defaults(m_path);
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"defaults.ini"_s);
+        QSettings(path, QSettings::IniFormat).setValue("favouriteColourways", value);
+        Defaults defaults(path);
         QVERIFY(Favourites(&defaults).keys().isEmpty());
     }
 };

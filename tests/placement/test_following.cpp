@@ -26,8 +26,9 @@ const Placement timeOfDayPlacement {
 
 // Quennet's placement side on a desktop that cannot switch pictures itself, over one folder.
 struct Rig {
-    Rig(const QString &folder, std::shared_ptr<TestClock> clock, QHash<QString, QString> shown = {})
-        : clock(std::move(clock))
+    // Its clock stands at that time of day; no sleep ends before the test allows it.
+    Rig(const QString &folder, QTime time, QHash<QString, QString> shown = {})
+        : clock(std::make_shared<TestClock>(QDateTime(QDate(2026, 3, 1), time, Qt::UTC), false))
         , desktop(std::move(shown))
         , displays(&desktop, PlacementRecords(folder), this->clock)
         , renderer(folder + u"/Rendered"_s)
@@ -35,6 +36,7 @@ struct Rig {
         , following(
               { .setter = &setter, .backend = &desktop, .sleep = &sleep, .clock = this->clock })
     {
+        clock->allowed = 0;
     }
 
     [[nodiscard]] QString rendering(int index) const
@@ -66,14 +68,6 @@ class FollowingTest : public QObject {
     QTemporaryDir m_dir;
     QString m_source;
 
-    std::shared_ptr<TestClock> clockAt(QTime time)
-    {
-        auto clock = std::make_shared<TestClock>();
-        clock->setNow(QDateTime(clock->now().date(), time, Qt::UTC));
-        clock->allowed = 0;
-        return clock;
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -91,7 +85,7 @@ private Q_SLOTS:
     void switchesAtThePhaseTime()
     {
         QTemporaryDir folder;
-        Rig rig(folder.path(), clockAt(QTime(12, 0)));
+        Rig rig(folder.path(), QTime(12, 0));
         rig.following.start();
         const QStringList ids = rig.displays.ids();
         awaitTask(rig.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement, { ids[0] }));
@@ -146,7 +140,7 @@ private Q_SLOTS:
         QTemporaryDir folder;
         QHash<QString, QString> shown;
         {
-            Rig before(folder.path(), clockAt(QTime(7, 0)));
+            Rig before(folder.path(), QTime(7, 0));
             awaitTask(before.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement,
                                                  { before.displays.ids()[0] }));
             QCOMPARE(before.last(), before.onFirst(1));
@@ -154,7 +148,7 @@ private Q_SLOTS:
         }
 
         {
-            Rig rig(folder.path(), clockAt(QTime(12, 0)), shown);
+            Rig rig(folder.path(), QTime(12, 0), shown);
             QVERIFY(rig.desktop.requests.isEmpty());
             rig.following.start();
             QTRY_COMPARE(rig.desktop.requests.size(), 1);
@@ -175,7 +169,7 @@ private Q_SLOTS:
 
         // A desktop that tells what it shows only after the start (Plasma, XFCE read it back):
         // followed from its answer.
-        Rig late(folder.path(), clockAt(QTime(12, 0)));
+        Rig late(folder.path(), QTime(12, 0));
         late.following.start();
         late.desktop.shown = shown;
         Q_EMIT late.desktop.picturesChanged();

@@ -71,27 +71,6 @@ private Q_SLOTS:
         QFile::remove(m_folder.filePath(u"defaults.ini"_s));
     }
 
-    void wantedOrNot()
-    {
-        Rig rig(m_folder.path());
-        QCOMPARE(rig.helper.status(), Status::NotRegistered);
-        rig.helper.setWanted(true);
-        QCOMPARE(rig.helper.status(), Status::Enabled);
-        QCOMPARE(AutostartEntry(u"app.quennet.Quennet.helper.desktop"_s,
-                                m_folder.filePath(u"autostart"_s))
-                     .program(),
-                 helperProgram);
-        QCOMPARE(rig.defaults.helperStartedByBuild(), u"0.1.0"_s);
-        // Started at once, not only at the next login.
-        QTRY_VERIFY(helperOwnsItsName());
-        QVERIFY(rig.process.isRunning());
-
-        rig.helper.setWanted(false);
-        QCOMPARE(rig.helper.status(), Status::NotRegistered);
-        QVERIFY(!QFile::exists(rig.helper.entryPath()));
-        QTRY_VERIFY(!helperOwnsItsName());
-    }
-
     void statusFromTheEntry_data()
     {
         QTest::addColumn<QByteArray>("entry");
@@ -113,14 +92,24 @@ private Q_SLOTS:
         QCOMPARE(Rig(m_folder.path()).helper.status(), status);
     }
 
-    void aStaleHelperIsEndedAndRegisteredAgain()
+    // Registered by build 0.0.9, the helper still runs when 0.1.0 starts: it is ended,
+    // unregistered, and registered again 10 s later. Not wanted any more, it goes.
+    void wantedStaleAndNotWanted()
     {
-        // Build 0.0.9 registered its helper, which still runs.
         {
             Rig old(m_folder.path(), u"0.0.9"_s);
+            QCOMPARE(old.helper.status(), Status::NotRegistered);
             old.helper.setWanted(true);
+            QCOMPARE(old.helper.status(), Status::Enabled);
+            QCOMPARE(AutostartEntry(u"app.quennet.Quennet.helper.desktop"_s,
+                                    m_folder.filePath(u"autostart"_s))
+                         .program(),
+                     helperProgram);
+            QCOMPARE(old.defaults.helperStartedByBuild(), u"0.0.9"_s);
+            // Started at once, not only at the next login.
+            QTRY_VERIFY(helperOwnsItsName());
+            QVERIFY(old.process.isRunning());
         }
-        QTRY_VERIFY(helperOwnsItsName());
         const auto oldPid =
             HelperProcess(QDBusConnection::sessionBus(), HelperBus::pidFilePath()).pid();
         QVERIFY(oldPid);
@@ -145,6 +134,11 @@ private Q_SLOTS:
         Rig next(m_folder.path());
         awaitTask(next.helper.checkRunning());
         QCOMPARE(next.process.pid(), newPid);
+
+        rig.helper.setWanted(false);
+        QCOMPARE(rig.helper.status(), Status::NotRegistered);
+        QVERIFY(!QFile::exists(rig.helper.entryPath()));
+        QTRY_VERIFY(!helperOwnsItsName());
     }
 
     void aHelperWithoutABusIsEndedByItsPidFile()

@@ -115,7 +115,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(PlacementRecords(m_folder.path()).releasedFilePath()));
     }
 
-    void aPictureTheUserChoosesIsLetGo()
+    void aPictureTheUserChoosesIsLetGoUntilAStart()
     {
         // xfconfd may still be telling of the keeper's own writes: those must not pass for the
         // user's change below.
@@ -138,18 +138,15 @@ private Q_SLOTS:
         QTest::qWait(500);
         QCOMPARE(reapplied.size(), 0);
         QCOMPARE(xfconf(image(2)), u"/theirs.png"_s);
-    }
 
-    // Started as at login, when the helper's own reading of xfconf has yet to come: it waits
-    // for it, then puts back what is missing.
-    void startPutsBackWhatIsMissing()
-    {
-        QVERIFY(QFile::remove(PlacementRecords(m_folder.path()).releasedFilePath()));
+        // Not let go of, and started as at login, when the helper's own reading of xfconf has yet
+        // to come: it waits for it, then puts back what is missing.
+        QVERIFY(QFile::remove(records.releasedFilePath()));
         XfceBackend backend(QDBusConnection::sessionBus());
-        WorkspaceKeeper keeper(&backend, PlacementRecords(m_folder.path()), m_clock);
-        QSignalSpy reapplied(&keeper, &WorkspaceKeeper::reapplied);
+        WorkspaceKeeper keeper(&backend, records, m_clock);
+        QSignalSpy putBack(&keeper, &WorkspaceKeeper::reapplied);
         keeper.start();
-        QVERIFY(!reapplied.isEmpty() || reapplied.wait(5000));
+        QVERIFY(!putBack.isEmpty() || putBack.wait(5000));
         QCOMPARE(xfconf(image(2)), m_ours);
     }
 };
