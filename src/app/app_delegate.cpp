@@ -90,11 +90,15 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
 
 AppDelegate::~AppDelegate()
 {
-    // Windows go before the engine that made them, and the panel with its controller.
-    delete m_main;
-    delete m_settings;
-    delete m_welcome;
-    delete m_whatsNew;
+    // Windows go before the engine that made them, and the panel with its controller. A window
+    // that hides as it goes tells no one: half destroyed, it cannot be asked whether it shows.
+    for (QQuickWindow *window :
+         { m_main.data(), m_settings.data(), m_welcome.data(), m_whatsNew.data() }) {
+        if (window) {
+            window->disconnect(m_views);
+        }
+        delete window;
+    }
     delete m_statusItem;
 }
 
