@@ -143,6 +143,9 @@ private Q_SLOTS:
         QVERIFY(app.statusItem()->isShown());
         QVERIFY(engine());
         QCOMPARE(views(true).size(), 1);
+        // Going with a window still open, as at quitting.
+        app.closePanel();
+        app.openSettings();
     }
 
 private:
