@@ -84,15 +84,21 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
                                          m_shuffleView->shuffleNow();
                                  } });
     m_automation->registerOn(QDBusConnection::sessionBus());
+    m_views = new ViewEngine(
+        m_options.viewsIdle, [this] { return viewShown(); }, [this] { releaseViews(); }, this);
 }
 
 AppDelegate::~AppDelegate()
 {
-    // Windows go before the engine that made them, and the panel with its controller.
-    delete m_main;
-    delete m_settings;
-    delete m_welcome;
-    delete m_whatsNew;
+    // Windows go before the engine that made them, and the panel with its controller. A window
+    // that hides as it goes tells no one: half destroyed, it cannot be asked whether it shows.
+    for (QQuickWindow *window :
+         { m_main.data(), m_settings.data(), m_welcome.data(), m_whatsNew.data() }) {
+        if (window) {
+            window->disconnect(m_views);
+        }
+        delete window;
+    }
     delete m_statusItem;
 }
 
@@ -123,6 +129,7 @@ void AppDelegate::start()
           .openSettings = [this] { openSettings(); },
           .quit = [this] { quit(); } },
         trayIcon(), [this] { return engine(); }, roots);
+    connect(m_statusItem, &StatusItemController::shownChanged, m_views, &ViewEngine::viewChanged);
     connect(m_scheme, &ColourScheme::changed, m_statusItem,
             [this] { m_statusItem->setIcon(trayIcon()); });
     startNotifications();
@@ -428,17 +435,35 @@ QQuickWindow *AppDelegate::window(QPointer<QQuickWindow> &slot, const QString &v
     if (!slot) {
         qCCritical(lcApp).noquote() << "Couldn't load" << view << component.errorString();
         delete made;
+        return nullptr;
     }
+    connect(slot, &QWindow::visibleChanged, m_views, &ViewEngine::viewChanged);
     return slot;
 }
 
 QQmlEngine *AppDelegate::engine()
 {
-    // A session started at login that never opens a view never pays for the QML runtime.
-    if (!m_engine) {
-        m_engine = new QQmlEngine(this);
-    }
-    return m_engine;
+    return m_views->engine();
+}
+
+bool AppDelegate::viewShown() const
+{
+    const auto visible = [](const QPointer<QQuickWindow> &window) {
+        return window && window->isVisible();
+    };
+    return (m_statusItem && m_statusItem->isShown()) || visible(m_main) || visible(m_settings)
+        || visible(m_welcome) || visible(m_whatsNew);
+}
+
+void AppDelegate::releaseViews()
+{
+    // Called from the idle timer, never from a window's own signal: deleting now is safe.
+    delete m_main;
+    delete m_settings;
+    delete m_welcome;
+    delete m_whatsNew;
+    m_statusItem->releasePanel();
+    m_art->clear();
 }
 
 void AppDelegate::present(QPointer<QQuickWindow> &slot, const QString &view)

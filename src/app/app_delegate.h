@@ -3,6 +3,7 @@
 #include "account.h"
 #include "login_item.h"
 #include "notice_presenter.h"
+#include "view_engine.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -92,6 +93,8 @@ public:
         QString program; // what open-at-login starts
         bool selfTest = false; // the views are made and checked; nothing else starts
         bool sayIfNoTray = false; // started at login: a tray that is missing is worth a word
+        // How long no view may be visible before the views and their engine are let go.
+        std::chrono::milliseconds viewsIdle = ViewEngine::defaultIdle;
     };
 
     explicit AppDelegate(Options options, QObject *parent = nullptr);
@@ -158,6 +161,9 @@ private:
     [[nodiscard]] QIcon trayIcon() const;
     // The views' engine, made on first use.
     [[nodiscard]] QQmlEngine *engine();
+    [[nodiscard]] bool viewShown() const;
+    // Deletes every view, so that the engine can go; the objects they bind to stay.
+    void releaseViews();
 
     Options m_options;
     std::unique_ptr<Defaults> m_defaults;
@@ -187,7 +193,7 @@ private:
     WallpaperActions *m_actions = nullptr;
     ShuffleView *m_shuffleView = nullptr;
     ArtCache *m_art = nullptr;
-    QQmlEngine *m_engine = nullptr;
+    ViewEngine *m_views = nullptr;
     StatusItemController *m_statusItem = nullptr;
     DesktopNotifications *m_notifications = nullptr;
     Greeting *m_greeting = nullptr;

@@ -33,6 +33,8 @@ public:
     // next view asks again).
     [[nodiscard]] QCoro::Task<std::optional<QImage>> image(QUrl url, int maxPixels, bool dark);
     [[nodiscard]] bool contains(const QString &key) const { return m_images.contains(key); }
+    // Drops every decoded picture, once the views that showed them are gone.
+    void clear() { m_images.clear(); }
 
     // Decoding, safe on any thread: HEIC through libheif (its embedded thumbnail when that is
     // large enough), everything else through Qt. Null when it cannot be read.

@@ -13,6 +13,7 @@
 #include <QQuickItem>
 #include <QScreen>
 #include <QSystemTrayIcon>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -140,6 +141,20 @@ bool StatusItemController::preparePanel()
     m_fade->setEndValue(0.0);
     connect(m_fade, &QPropertyAnimation::finished, this, &StatusItemController::finishClosing);
     return true;
+}
+
+void StatusItemController::releasePanel()
+{
+    if (!m_panel || m_shown) {
+        return;
+    }
+    // A fade still running ends as it would have.
+    if (m_fade && m_fade->state() == QAbstractAnimation::Running) {
+        finishClosing();
+    }
+    delete std::exchange(m_animation, nullptr);
+    delete std::exchange(m_fade, nullptr);
+    delete std::exchange(m_panel, nullptr);
 }
 
 QRect StatusItemController::availableArea() const

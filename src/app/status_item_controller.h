@@ -46,6 +46,8 @@ public:
     void resizePanel(double height);
     // Makes the panel's view now, without showing it (the self-test checks that it loads).
     [[nodiscard]] bool preparePanel();
+    // Deletes the hidden panel's view; the next showPanel() makes it again.
+    void releasePanel();
 
 public Q_SLOTS:
     void closePanel();

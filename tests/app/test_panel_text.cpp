@@ -6,11 +6,13 @@
 #include "library_status.h"
 #include "notice_presenter.h"
 #include "shop.h"
+#include "status_item_controller.h"
 #include "test_support.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QQuickWindow>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTest>
@@ -20,6 +22,7 @@
 Q_IMPORT_QML_PLUGIN(QuennetPlugin)
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 // Every string 40 % longer, in accented letters, with its placeholders and accelerators kept:
@@ -107,6 +110,42 @@ private Q_SLOTS:
             app.notice()->showFailure(Defaults::NotSaved().description());
             checkTexts(*view, app, LibraryStatus::State::Ready, u"notice"_s);
         }
+    }
+
+    // Views hidden for a while are let go with their engine, and made again on the next open;
+    // one still showing keeps them all.
+    void viewsLetGoWhenHidden()
+    {
+        AppDelegate app({ .atLogin = true, .selfTest = true, .viewsIdle = 50ms });
+        app.start();
+        const auto views = [](bool visibleOnly) {
+            QList<QQuickWindow *> found;
+            for (QWindow *window : QGuiApplication::topLevelWindows()) {
+                if (auto *view = qobject_cast<QQuickWindow *>(window);
+                    view && (view->isVisible() || !visibleOnly))
+                    found.append(view);
+            }
+            return found;
+        };
+        const auto engine = [&app] { return app.findChild<QQmlEngine *>(); };
+        app.statusItem()->showPanel();
+        app.openSettings();
+        QCOMPARE(views(true).size(), 2);
+        app.closePanel();
+        QTRY_COMPARE(views(true).size(), 1);
+        QTest::qWait(300);
+        QCOMPARE(views(false).size(), 2);
+
+        views(true).constFirst()->close();
+        QTRY_VERIFY(views(false).isEmpty());
+        QTRY_VERIFY(!engine());
+        app.statusItem()->showPanel();
+        QVERIFY(app.statusItem()->isShown());
+        QVERIFY(engine());
+        QCOMPARE(views(true).size(), 1);
+        // Going with a window still open, as at quitting.
+        app.closePanel();
+        app.openSettings();
     }
 
 private:
