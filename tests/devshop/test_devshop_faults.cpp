@@ -1,6 +1,5 @@
 #include "shop_fixture.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
 #include <QUrl>

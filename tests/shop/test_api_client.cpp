@@ -6,7 +6,6 @@
 #include "test_support.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QStandardPaths>
 #include <QTest>
 
