@@ -123,8 +123,6 @@ private Q_SLOTS:
             << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
         QTest::newRow("418 without JSON")
             << statusFault("catalogue", 418) << u"The shop replied 418."_s;
-        QTest::newRow("401 with a body")
-            << statusFault("catalogue", 401, "invalid_token") << u"You've been signed out."_s;
         QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
                              << u"The shop is busy. Try again in a minute."_s;
         QTest::newRow("a bad 200 body")
