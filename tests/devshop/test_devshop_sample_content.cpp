@@ -19,20 +19,6 @@ QJsonObject manifest()
 {
     return QJsonDocument::fromJson(readAll(content.filePath(u"content.json"_s))).object();
 }
-
-// Every file of every colourway, and every pack's archives.
-QList<QJsonObject> entries()
-{
-    QList<QJsonObject> result;
-    for (const QJsonValue &pack : manifest()[u"packs"_s].toArray()) {
-        for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
-            for (const QJsonValue &file : colourway[u"files"_s].toArray())
-                result.append(file.toObject());
-        for (const QJsonValue &archive : pack[u"archives"_s].toArray())
-            result.append(archive.toObject());
-    }
-    return result;
-}
 } // namespace
 
 // The generated sample content: real HEIC with the desktop metadata, artwork, archives, and
@@ -58,11 +44,20 @@ private Q_SLOTS:
         }
     }
 
+    // Every file of every colourway, and every pack's archives.
     void entries_data()
     {
         QTest::addColumn<QJsonObject>("entry");
-        for (const QJsonObject &entry : ::entries())
-            QTest::newRow(qPrintable(entry[u"path"_s].toString())) << entry;
+        const auto row = [](const QJsonValue &entry) {
+            QTest::newRow(qPrintable(entry[u"path"_s].toString())) << entry.toObject();
+        };
+        for (const QJsonValue &pack : manifest()[u"packs"_s].toArray()) {
+            for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
+                for (const QJsonValue &file : colourway[u"files"_s].toArray())
+                    row(file);
+            for (const QJsonValue &archive : pack[u"archives"_s].toArray())
+                row(archive);
+        }
     }
 
     void entries()

@@ -51,15 +51,12 @@ private Q_SLOTS:
     void shopKeys()
     {
         QFETCH(QByteArray, ini);
-        QFETCH(QUrl, base);
-        QFETCH(std::optional<QString>, certificates);
-
         QTemporaryDir folder;
         const QString path = folder.filePath(u"defaults.ini"_s);
         QVERIFY(writeFile(path, "[General]\n" + ini + '\n'));
         const Defaults defaults(path);
-        QCOMPARE(defaults.shopBaseURL(), base);
-        QCOMPARE(defaults.shopCertificates(), certificates);
+        QTEST(defaults.shopBaseURL(), "base");
+        QTEST(defaults.shopCertificates(), "certificates");
     }
 
     void everyValueReadsBack()
@@ -79,8 +76,9 @@ private Q_SLOTS:
         QTemporaryDir folder;
         const QString path = folder.filePath(u"new/defaults.ini"_s);
         Defaults defaults(path);
-        QVERIFY(defaults.setShuffleIsOn(true));
+        // Two objects on one file keep each other's changes.
         QVERIFY(defaults.setShuffleInterval(awkward));
+        QVERIFY(Defaults(path).setShuffleIsOn(true));
         QVERIFY(defaults.setShuffleAnchor(anchor));
         QVERIFY(defaults.setShufflePlayed({ u"p/one"_s }));
         QVERIFY(defaults.setFavouriteColourways(keys));
@@ -137,22 +135,6 @@ private Q_SLOTS:
         QVariantMap expected = asQSettingsReadsIt(earlier);
         expected.insert(u"shuffleIsOn"_s, u"false"_s);
         QCOMPARE(asQSettingsReadsIt(path), expected);
-    }
-
-    void twoObjectsOnOneFileKeepEachOthersChanges()
-    {
-        QTemporaryDir folder;
-        const QString path = folder.filePath(u"defaults.ini"_s);
-        Defaults first(path);
-        Defaults second(path);
-        QVERIFY(first.setFavouriteColourways({ u"a/1"_s, u"b/2"_s }));
-        QVERIFY(second.setShuffleIsOn(true));
-        QVERIFY(first.setShowsUnreleasedPacks(true));
-
-        const Defaults read(path);
-        QCOMPARE(read.favouriteColourways(), (QStringList { u"a/1"_s, u"b/2"_s }));
-        QVERIFY(read.shuffleIsOn());
-        QVERIFY(read.showsUnreleasedPacks());
     }
 };
 

@@ -3,8 +3,6 @@
 #include "pixels.h"
 #include "test_files.h"
 
-#include <QCoroTask>
-#include <QGuiApplication>
 #include <QImage>
 #include <QProcess>
 #include <QSignalSpy>

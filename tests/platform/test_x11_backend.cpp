@@ -4,10 +4,8 @@
 #include "root_pixels.h"
 #include "x11_backend.h"
 
-#include <QCoroTask>
 #include <QGuiApplication>
 #include <QProcess>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>

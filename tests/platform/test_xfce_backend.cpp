@@ -1,7 +1,6 @@
 #include "await_task.h"
 #include "xfce_backend.h"
 
-#include <QGuiApplication>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>

@@ -4,7 +4,6 @@
 #include "test_files.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
 #include <QList>
 #include <QTemporaryDir>
 #include <optional>

@@ -6,7 +6,6 @@
 #include "test_support.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -53,7 +52,7 @@ private Q_SLOTS:
 
     // What goes over the wire, and replies the shop never sends: 304 means not modified whatever
     // comes with it; a link in clear text would hand the file's right to anyone on the way; a
-    // token follows a redirect only on the same scheme, host and port.
+    // token follows a redirect only on the same scheme, host and port; a reply never comes.
     void standInReplies()
     {
         StandInServer server(m_shop->stateDir());
@@ -102,6 +101,17 @@ private Q_SLOTS:
         QCOMPARE(moved->reply.email, u"moved@example.com"_s);
         QVERIFY(sent.last().head.startsWith("GET /api/app/v1/library?moved=1 "));
         QCOMPARE(sent.last().header("Authorization"), "Bearer token");
+
+        // Cancelling aborts a request that is waiting for its reply.
+        server.enqueue({ .hold = true });
+        CancelToken cancel;
+        auto task = standIn.catalogue(&cancel);
+        QTRY_VERIFY(sent.last().head.startsWith("GET /api/app/v1/catalogue "));
+        cancel.cancel();
+        // Else the reply would stay until the manager's transfer time-out ends it the same way.
+        QTRY_VERIFY(m_manager->findChildren<QNetworkReply *>().isEmpty());
+        const auto aborted = finish(std::move(task)).failure<NetworkError>();
+        QCOMPARE(aborted->code(), QNetworkReply::OperationCanceledError);
     }
 
     void failures_data()
@@ -113,8 +123,6 @@ private Q_SLOTS:
             << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
         QTest::newRow("418 without JSON")
             << statusFault("catalogue", 418) << u"The shop replied 418."_s;
-        QTest::newRow("401 with a body")
-            << statusFault("catalogue", 401, "invalid_token") << u"You've been signed out."_s;
         QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
                              << u"The shop is busy. Try again in a minute."_s;
         QTest::newRow("a bad 200 body")
@@ -178,18 +186,6 @@ private Q_SLOTS:
         QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
                  Failure::notHTTPS());
         QVERIFY(plain.requests().isEmpty());
-    }
-
-    void cancellationAbortsTheRequest()
-    {
-        StandInServer server(m_shop->stateDir());
-        server.enqueue({ .hold = true });
-        CancelToken cancel;
-        auto task = client(server.base()).catalogue(&cancel);
-        QTRY_COMPARE(server.requests().size(), 1);
-        cancel.cancel();
-        const auto aborted = finish(std::move(task)).failure<NetworkError>();
-        QCOMPARE(aborted->code(), QNetworkReply::OperationCanceledError);
     }
 
 private:

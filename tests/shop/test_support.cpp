@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSslKey>
+#include <QSslServer>
 #include <QTcpSocket>
 
 using namespace std::chrono_literals;

@@ -6,7 +6,6 @@
 #include "test_clock.h"
 
 #include <QJsonObject>
-#include <QSslServer>
 #include <QTcpServer>
 #include <optional>
 

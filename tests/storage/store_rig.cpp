@@ -10,11 +10,9 @@ StoreRig::StoreRig(QList<ContentPack> packs, bool signedIn, QString folder, Show
     // Sign-in polls each second rather than five.
     : m_shop(std::move(packs), DevShop::Options { .pollInterval = 1 })
     , m_root(folder.isEmpty() ? m_folder.path() : std::move(folder))
-    , m_clock(std::make_shared<TestClock>())
+    , m_clock(std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true))
     , m_shown(shown)
 {
-    m_clock->holdSleeps = true;
-    m_clock->setNow(QDateTime::currentDateTimeUtc());
     if (!m_shop.isRunning())
         return;
     const QString ca = m_shop.shop().caPath();

@@ -23,7 +23,7 @@ const QString mismatch = u"The download didn't match the shop's copy. Try again.
 // A fetch of the large file over what an earlier attempt left.
 struct Fetch {
     QByteArray faults = "{}";
-    QByteArray partial; // "stale": not the file's bytes; "resumable"
+    QByteArray partial; // "stale": not the file's bytes; "resumable"; "whole"
     QByteArray validator;
     QString target; // the file as the caller gives it: "upper", "longer"...
     QString failure; // empty: the file arrives
@@ -108,6 +108,7 @@ private Q_SLOTS:
         QTest::newRow("redirect, other host")
             << Fetch { redirect("other-host"), resumable, validator, {}, replied(302) };
 
+        QTest::newRow("already whole") << Fetch { "{}", "whole", "\"v\"", {}, {}, 0, 0 };
         QTest::newRow("the shop's digest in capitals")
             << Fetch { .target = u"upper"_s, .ranges = 0 };
         const QByteArray altered = R"({"alterBytes": "same-etag"})";
@@ -131,23 +132,27 @@ private Q_SLOTS:
         else if (row.target == "other"_L1)
             file.sha256 = QString(64, u'0');
         file.size += row.target == "longer"_L1 ? 1 : row.target == "shorter"_L1 ? -1 : 0;
+        const QByteArray kept = row.partial == "whole" ? bytes : bytes.left(1000);
         if (!row.partial.isEmpty())
-            leavePartial(file, row.partial == "stale" ? QByteArray(1000, 'x') : bytes.left(1000),
+            leavePartial(file, row.partial == "stale" ? QByteArray(1000, 'x') : kept,
                          row.validator);
+        // An older copy at the destination is replaced, not kept beside the new one.
+        QVERIFY(writeFile(file.destination, "old"));
         const int requestsBefore = m_shop->fileRequests(m_large.id);
         const qsizetype rangesBefore = m_shop->ranges(m_large.id).size();
         QVERIFY(m_shop->setFaults(row.faults.constData()));
 
         const auto outcome = fetch(m_shop->publicUrl(m_large.id), file);
         QCOMPARE(failureText(outcome), row.failure.isEmpty() ? u"no failure"_s : row.failure);
-        QCOMPARE(readAll(file.destination), row.failure.isEmpty() ? bytes : QByteArray());
+        QCOMPARE(readAll(file.destination), row.failure.isEmpty() ? bytes : "old"_ba);
+        QCOMPARE(QDir(QFileInfo(file.destination).path()).entryList(QDir::Files).size(), 1);
         QCOMPARE(m_shop->fileRequests(m_large.id) - requestsBefore, row.requests);
         QCOMPARE(m_shop->ranges(m_large.id).size() - rangesBefore, row.ranges);
-        // Bytes that are not the file's are not kept to resume from.
-        if (row.failure == mismatch) {
-            QVERIFY(!QFile::exists(file.partial));
+        // Bytes that are not the file's are not kept to resume from; an arrived file needs none.
+        if (row.failure.isEmpty() || row.failure == mismatch)
             QVERIFY(!QFile::exists(DownloadCache::validatorPath(file.partial)));
-        }
+        if (row.failure == mismatch)
+            QVERIFY(!QFile::exists(file.partial));
     }
 
     void partialResponses_data()
@@ -194,22 +199,6 @@ private Q_SLOTS:
             QCOMPARE(outcome.failure<Failure>(), std::optional(Failure::mismatch()));
             QVERIFY(!QFile::exists(file.partial));
         }
-    }
-
-    void completePartialNeedsNoRequest()
-    {
-        const auto file = target(m_small);
-        leavePartial(file, m_shop->bytes(m_small.id), "\"v\"");
-        // An older copy at the destination is replaced, not kept beside the new one.
-        QVERIFY(writeFile(file.destination, "old"));
-        const int before = m_shop->fileRequests(m_small.id);
-
-        const auto outcome = fetch(m_shop->publicUrl(m_small.id), file);
-        QVERIFY2(outcome.value, qPrintable(failureText(outcome)));
-        QCOMPARE(m_shop->fileRequests(m_small.id), before);
-        QCOMPARE(readAll(file.destination), m_shop->bytes(m_small.id));
-        QCOMPARE(QDir(QFileInfo(file.destination).path()).entryList(QDir::Files).size(), 1);
-        QVERIFY(!QFile::exists(DownloadCache::validatorPath(file.partial)));
     }
 
     void progressOnTheMainThread()
