@@ -566,13 +566,6 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
     </message>
 </context>
 <context>
-    <name>FetchAttempt</name>
-    <message>
-        <source>Nothing arrived for 60 seconds.</source>
-        <translation>60 Sekunden lang ist nichts angekommen.</translation>
-    </message>
-</context>
-<context>
     <name>FileError</name>
     <message>
         <source>The folder could not be created.</source>
@@ -792,6 +785,10 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
 </context>
 <context>
     <name>NetworkError</name>
+    <message>
+        <source>Nothing arrived for 60 seconds.</source>
+        <translation>60 Sekunden lang ist nichts angekommen.</translation>
+    </message>
     <message>
         <source>The shop sent more than %1 MB at once, more than Quennet reads.</source>
         <translation>Der Shop hat mehr als %1 MB auf einmal gesendet, mehr als Quennet liest.</translation>

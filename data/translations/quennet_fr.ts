@@ -565,13 +565,6 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
     </message>
 </context>
 <context>
-    <name>FetchAttempt</name>
-    <message>
-        <source>Nothing arrived for 60 seconds.</source>
-        <translation>Rien n&apos;est arrivé pendant 60 secondes.</translation>
-    </message>
-</context>
-<context>
     <name>FileError</name>
     <message>
         <source>The folder could not be created.</source>
@@ -791,6 +784,10 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
 </context>
 <context>
     <name>NetworkError</name>
+    <message>
+        <source>Nothing arrived for 60 seconds.</source>
+        <translation>Rien n&apos;est arrivé pendant 60 secondes.</translation>
+    </message>
     <message>
         <source>The shop sent more than %1 MB at once, more than Quennet reads.</source>
         <translation>La boutique a envoyé plus de %1&#xa0;Mo d&apos;un coup, plus que Quennet n&apos;en lit.</translation>

@@ -95,6 +95,10 @@ QCoro::Task<Response> perform(QPointer<QNetworkAccessManager> manager, Call call
 
         if (*tooLarge)
             throw NetworkError::tooLarge(APIClient::maxReplyBytes);
+        // Qt ends a call that moved nothing for its time-out as if it had been cancelled.
+        if (reply->error() == QNetworkReply::OperationCanceledError
+            && !(cancel && cancel->isCancelled()))
+            throw NetworkError::timedOut();
         if (isTransportError(reply->error()))
             throw NetworkError::fromReply(*reply);
         Response response;

@@ -19,6 +19,12 @@ NetworkError NetworkError::fromReply(const QNetworkReply &reply)
     return { reply.error(), message };
 }
 
+NetworkError NetworkError::timedOut()
+{
+    return { QNetworkReply::TimeoutError,
+             QCoreApplication::translate("NetworkError", "Nothing arrived for 60 seconds.") };
+}
+
 NetworkError NetworkError::tooLarge(qint64 maxBytes)
 {
     return { QNetworkReply::UnknownContentError,

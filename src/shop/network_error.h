@@ -14,6 +14,8 @@ public:
     [[nodiscard]] static NetworkError fromReply(const QNetworkReply &reply);
     // A body past what Quennet reads into memory, refused before or while it arrived.
     [[nodiscard]] static NetworkError tooLarge(qint64 maxBytes);
+    // Nothing moved for the transfer time-out, which Qt reports as a cancellation.
+    [[nodiscard]] static NetworkError timedOut();
 
     [[nodiscard]] QNetworkReply::NetworkError code() const { return m_code; }
     // The shop could not be reached at all: no connection, no name, no answer, no proxy.

@@ -333,8 +333,6 @@ void FetchAttempt::throwTransportError(const QNetworkReply &reply) const
 {
     // Qt reports its transfer time-out as a cancellation too.
     if (reply.error() == QNetworkReply::OperationCanceledError && !m_cancelled)
-        throw NetworkError(
-            QNetworkReply::TimeoutError,
-            QCoreApplication::translate("FetchAttempt", "Nothing arrived for 60 seconds."));
+        throw NetworkError::timedOut();
     throw NetworkError::fromReply(reply);
 }
