@@ -53,7 +53,7 @@ void FakeDisplays::show(const QStringList &ids, const QString &path,
 
 void FakeDisplays::show(const QString &id, const QString &key, Edition edition)
 {
-    const auto path = u"/cache/"_s + key + u".heic"_s;
+    const QString path = u"/cache/"_s + key + u".heic"_s;
     show({ id }, path,
          Placement { .pack = key.section(u'/', 0, 0),
                      .colourway = key.section(u'/', 1),
