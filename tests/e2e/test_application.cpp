@@ -289,7 +289,7 @@ private Q_SLOTS:
     // comes back.
     void automaticFollowsTheSchemeFromStart()
     {
-        QCOMPARE((*placement(0))["edition"_L1].toString(), u"appearance"_s);
+        QCOMPARE(placement(0).value_or(QJsonObject())["edition"_L1].toString(), u"appearance"_s);
         const QColor light = rootPixel(960, 540);
         setScheme("dark");
         QTRY_VERIFY_WITH_TIMEOUT(!near(rootPixel(960, 540), light), 20'000);
