@@ -120,7 +120,7 @@ void WallpaperSetter::setDone(const QString &source)
     // Renderings are kept while their file is, as they are no larger than it: setting a
     // wallpaper again is then as quick as the first time it was shown.
     m_renderer.prune(
-        [this](const QString &file) { return isShown(file) || QFileInfo::exists(file); });
+        [this](const QString &file) { return QFileInfo::exists(file) || isShown(file); });
 }
 
 QCoro::Task<> WallpaperSetter::restore(QStringList displayIds, QString path,

@@ -50,6 +50,22 @@ std::optional<RenderingName> renderingName(const QString &fileName)
                            .jpeg = match.captured(5) == "jpg"_L1 };
 }
 
+// Every rendering of one picture, by path.
+QList<std::pair<QString, RenderingName>> renderingsOf(const QString &folder, const QString &fileId,
+                                                      int index)
+{
+    // The pattern also matches other ids and indexes ("f_x-1" for "f_x-10"): the name decides.
+    const QDir dir(folder);
+    const QString prefix = fileId + u'-' + QString::number(index);
+    QList<std::pair<QString, RenderingName>> found;
+    for (const QString &name : dir.entryList({ prefix + u"*.jpg"_s, prefix + u"*.png"_s })) {
+        const auto rendering = renderingName(name);
+        if (rendering && rendering->fileId == fileId && rendering->index == index)
+            found.append({ dir.filePath(name), *rendering });
+    }
+    return found;
+}
+
 // A whole JPEG: a header Qt can read and the end-of-image marker as its last bytes. Cheap next
 // to decoding it, and enough to catch a rendering cut short on disk.
 bool isWhole(const QString &path)
@@ -138,35 +154,26 @@ bool Renderer::isCurrent(const QString &source, const QString &fileId) const
 
 std::optional<QString> Renderer::covering(const QString &fileId, int index, QSize bounds) const
 {
-    const QDir dir(m_folder);
-    const QString prefix = fileId + u'-' + QString::number(index);
-    for (const QString &name : dir.entryList({ prefix + u"*.jpg"_s }, QDir::Files)) {
-        const auto rendering = renderingName(name);
-        if (!rendering || rendering->fileId != fileId || rendering->index != index)
+    for (const auto &[path, rendering] : renderingsOf(m_folder, fileId, index)) {
+        const bool covers = rendering.size.isEmpty()
+            || (!bounds.isEmpty() && rendering.size.width() >= bounds.width()
+                && rendering.size.height() >= bounds.height());
+        if (!rendering.jpeg || !covers)
             continue;
-        const bool covers = rendering->size.isEmpty()
-            || (!bounds.isEmpty() && rendering->size.width() >= bounds.width()
-                && rendering->size.height() >= bounds.height());
-        if (!covers)
-            continue;
-        if (isWhole(dir.filePath(name)))
-            return dir.filePath(name);
+        if (isWhole(path))
+            return path;
         // Cut short or damaged since it was written: made once more.
-        qCWarning(lcRendering) << "Rendering again the damaged" << dir.filePath(name);
-        QFile::remove(dir.filePath(name));
+        qCWarning(lcRendering) << "Rendering again the damaged" << path;
+        QFile::remove(path);
     }
     return std::nullopt;
 }
 
 void Renderer::removeOthers(const QString &fileId, int index, const QString &keep) const
 {
-    const QDir dir(m_folder);
-    const QString prefix = fileId + u'-' + QString::number(index);
-    for (const QString &name : dir.entryList({ prefix + u"*.jpg"_s, prefix + u"*.png"_s })) {
-        const auto rendering = renderingName(name);
-        if (rendering && rendering->fileId == fileId && rendering->index == index
-            && dir.filePath(name) != keep)
-            QFile::remove(dir.filePath(name));
+    for (const auto &[path, rendering] : renderingsOf(m_folder, fileId, index)) {
+        if (path != keep)
+            QFile::remove(path);
     }
 }
 
