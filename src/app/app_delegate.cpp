@@ -55,6 +55,7 @@
 #include <QStandardPaths>
 #include <QSystemTrayIcon>
 #include <QTimer>
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -92,11 +93,8 @@ AppDelegate::~AppDelegate()
 {
     // Windows go before the engine that made them, and the panel with its controller. A window
     // that hides as it goes tells no one: half destroyed, it cannot be asked whether it shows.
-    for (QQuickWindow *window :
-         { m_main.data(), m_settings.data(), m_welcome.data(), m_whatsNew.data() }) {
-        if (window) {
-            window->disconnect(m_views);
-        }
+    for (QQuickWindow *window : windows()) {
+        window->disconnect(m_views);
         delete window;
     }
     delete m_statusItem;
@@ -446,22 +444,27 @@ QQmlEngine *AppDelegate::engine()
     return m_views->engine();
 }
 
+QList<QQuickWindow *> AppDelegate::windows() const
+{
+    QList<QQuickWindow *> made;
+    for (QQuickWindow *window :
+         { m_main.data(), m_settings.data(), m_welcome.data(), m_whatsNew.data() }) {
+        if (window)
+            made.append(window);
+    }
+    return made;
+}
+
 bool AppDelegate::viewShown() const
 {
-    const auto visible = [](const QPointer<QQuickWindow> &window) {
-        return window && window->isVisible();
-    };
-    return (m_statusItem && m_statusItem->isShown()) || visible(m_main) || visible(m_settings)
-        || visible(m_welcome) || visible(m_whatsNew);
+    return (m_statusItem && m_statusItem->isShown())
+        || std::ranges::any_of(windows(), &QWindow::isVisible);
 }
 
 void AppDelegate::releaseViews()
 {
     // Called from the idle timer, never from a window's own signal: deleting now is safe.
-    delete m_main;
-    delete m_settings;
-    delete m_welcome;
-    delete m_whatsNew;
+    qDeleteAll(windows());
     m_statusItem->releasePanel();
     m_art->clear();
 }

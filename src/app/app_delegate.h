@@ -161,6 +161,8 @@ private:
     [[nodiscard]] QIcon trayIcon() const;
     // The views' engine, made on first use.
     [[nodiscard]] QQmlEngine *engine();
+    // The windows made so far.
+    [[nodiscard]] QList<QQuickWindow *> windows() const;
     [[nodiscard]] bool viewShown() const;
     // Deletes every view, so that the engine can go; the objects they bind to stay.
     void releaseViews();
