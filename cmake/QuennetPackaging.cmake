@@ -62,6 +62,8 @@ install(FILES "${QUENNET_DATA}/completion/quennetctl.fish"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT app)
 
 install(TARGETS quennet quennet-helper quennetctl RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
+# The views, loaded at the first of them; found there by the program.
+install(TARGETS quennet_views_module LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/quennet" COMPONENT app)
 install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
 
 set(CPACK_GENERATOR DEB)

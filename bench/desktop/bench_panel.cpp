@@ -13,6 +13,7 @@
 #include "../devshop_process.h"
 #include "app_delegate.h"
 #include "displays.h"
+#include "quick_views.h"
 #include "shop.h"
 #include "shop_content.h"
 #include "status_item_controller.h"
@@ -305,7 +306,9 @@ int main(int argc, char *argv[])
         || !writeFile(config + u"/app.quennet.Quennet/defaults.ini"_s, defaults))
         qFatal("Cannot write the profile");
 
-    AppDelegate delegate({ .atLogin = true, .program = QApplication::applicationFilePath() });
+    AppDelegate delegate({ .atLogin = true,
+                           .program = QApplication::applicationFilePath(),
+                           .makeViews = [] { return std::make_unique<QuickViews>(); } });
     delegate.start();
     Shop *store = delegate.shop();
     const auto file = [store] {

@@ -41,6 +41,7 @@
 #include "spaces_helper.h"
 #include "status_item_controller.h"
 #include "tray_glyph.h"
+#include "views.h"
 #include "wallpaper_actions.h"
 #include "wallpaper_requests.h"
 #include "wallpaper_setter.h"
@@ -48,13 +49,11 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickWindow>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QSystemTrayIcon>
 #include <QTimer>
+#include <QWindow>
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -86,14 +85,15 @@ AppDelegate::AppDelegate(Options options, QObject *parent)
                                  } });
     m_automation->registerOn(QDBusConnection::sessionBus());
     m_views = new ViewEngine(
-        m_options.viewsIdle, [this] { return viewShown(); }, [this] { releaseViews(); }, this);
+        m_options.viewsIdle, m_options.makeViews, [this] { return viewShown(); },
+        [this] { releaseViews(); }, this);
 }
 
 AppDelegate::~AppDelegate()
 {
     // Windows go before the engine that made them, and the panel with its controller. A window
     // that hides as it goes tells no one: half destroyed, it cannot be asked whether it shows.
-    for (QQuickWindow *window : windows()) {
+    for (QWindow *window : windows()) {
         window->disconnect(m_views);
         delete window;
     }
@@ -120,13 +120,13 @@ void AppDelegate::start()
     startViews();
     startGreetingAndSounds();
 
-    // One engine for every view, made with the first of them.
+    // The views are made with the first of them.
     const QVariantMap roots { { u"app"_s, QVariant::fromValue(this) } };
     m_statusItem = new StatusItemController(
         { .openMain = [this] { openMain(); },
           .openSettings = [this] { openSettings(); },
           .quit = [this] { quit(); } },
-        trayIcon(), [this] { return engine(); }, roots);
+        trayIcon(), [this] { return m_views->views(); }, roots);
     connect(m_statusItem, &StatusItemController::shownChanged, m_views, &ViewEngine::viewChanged);
     connect(m_scheme, &ColourScheme::changed, m_statusItem,
             [this] { m_statusItem->setIcon(trayIcon()); });
@@ -421,33 +421,24 @@ void AppDelegate::setSettingsPane(const QString &pane)
     }
 }
 
-QQuickWindow *AppDelegate::window(QPointer<QQuickWindow> &slot, const QString &view)
+QWindow *AppDelegate::window(QPointer<QWindow> &slot, const QString &view)
 {
     if (slot) {
         return slot;
     }
-    QQmlComponent component(engine(), QUrl(u"qrc:/qt/qml/Quennet/qml/"_s + view + u".qml"_s));
-    QObject *made =
-        component.createWithInitialProperties({ { u"app"_s, QVariant::fromValue(this) } });
-    slot = qobject_cast<QQuickWindow *>(made);
+    Views *views = m_views->views();
+    slot = views ? views->window(view, { { u"app"_s, QVariant::fromValue(this) } }) : nullptr;
     if (!slot) {
-        qCCritical(lcApp).noquote() << "Couldn't load" << view << component.errorString();
-        delete made;
         return nullptr;
     }
     connect(slot, &QWindow::visibleChanged, m_views, &ViewEngine::viewChanged);
     return slot;
 }
 
-QQmlEngine *AppDelegate::engine()
+QList<QWindow *> AppDelegate::windows() const
 {
-    return m_views->engine();
-}
-
-QList<QQuickWindow *> AppDelegate::windows() const
-{
-    QList<QQuickWindow *> made;
-    for (QQuickWindow *window :
+    QList<QWindow *> made;
+    for (QWindow *window :
          { m_main.data(), m_settings.data(), m_welcome.data(), m_whatsNew.data() }) {
         if (window)
             made.append(window);
@@ -469,9 +460,9 @@ void AppDelegate::releaseViews()
     m_art->clear();
 }
 
-void AppDelegate::present(QPointer<QQuickWindow> &slot, const QString &view)
+void AppDelegate::present(QPointer<QWindow> &slot, const QString &view)
 {
-    if (QQuickWindow *shown = window(slot, view)) {
+    if (QWindow *shown = window(slot, view)) {
         shown->show();
         shown->raise();
         shown->requestActivate();

@@ -10,7 +10,6 @@
 #include <QPointer>
 #include <QUrl>
 #include <QVariantList>
-#include <QtQmlIntegration>
 #include <memory>
 
 class ArtCache;
@@ -38,8 +37,7 @@ class WallpaperSetter;
 class Following;
 class LogindSleepWatcher;
 class QIcon;
-class QQmlEngine;
-class QQuickWindow;
+class QWindow;
 class SessionActions;
 class ShuffleView;
 class StatusItemController;
@@ -50,8 +48,6 @@ class WallpaperRequests;
 // of the process, and gives the views what they show.
 class AppDelegate : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by main")
     Q_MOC_INCLUDE("art_cache.h")
     Q_MOC_INCLUDE("displays.h")
     Q_MOC_INCLUDE("library_status.h")
@@ -93,6 +89,8 @@ public:
         QString program; // what open-at-login starts
         bool selfTest = false; // the views are made and checked; nothing else starts
         bool sayIfNoTray = false; // started at login: a tray that is missing is worth a word
+        // Makes the views at the first of them.
+        ViewEngine::Maker makeViews;
         // How long no view may be visible before the views and their engine are let go.
         std::chrono::milliseconds viewsIdle = ViewEngine::defaultIdle;
     };
@@ -154,15 +152,14 @@ private:
     void openWhatsNew();
     void sayIfNoTray();
     void startAutomation();
-    [[nodiscard]] QQuickWindow *window(QPointer<QQuickWindow> &slot, const QString &view);
+    [[nodiscard]] QWindow *window(QPointer<QWindow> &slot, const QString &view);
     // Made on first use, then shown in front.
-    void present(QPointer<QQuickWindow> &slot, const QString &view);
+    void present(QPointer<QWindow> &slot, const QString &view);
     // The tray's icon for the desktop's panel in the current scheme.
     [[nodiscard]] QIcon trayIcon() const;
     // The views' engine, made on first use.
-    [[nodiscard]] QQmlEngine *engine();
     // The windows made so far.
-    [[nodiscard]] QList<QQuickWindow *> windows() const;
+    [[nodiscard]] QList<QWindow *> windows() const;
     [[nodiscard]] bool viewShown() const;
     // Deletes every view, so that the engine can go; the objects they bind to stay.
     void releaseViews();
@@ -200,9 +197,9 @@ private:
     DesktopNotifications *m_notifications = nullptr;
     Greeting *m_greeting = nullptr;
     FeedbackSounds *m_sounds = nullptr;
-    QPointer<QQuickWindow> m_main;
-    QPointer<QQuickWindow> m_settings;
-    QPointer<QQuickWindow> m_welcome;
-    QPointer<QQuickWindow> m_whatsNew;
+    QPointer<QWindow> m_main;
+    QPointer<QWindow> m_settings;
+    QPointer<QWindow> m_welcome;
+    QPointer<QWindow> m_whatsNew;
     QString m_settingsPane = QStringLiteral("general");
 };

@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QUrl>
-#include <QtQmlIntegration>
 #include <optional>
 
 class QNetworkAccessManager;
@@ -16,8 +15,6 @@ class QNetworkAccessManager;
 // hold several pictures; the one for the appearance comes from the file's own metadata.
 class ArtCache : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
 
 public:

@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QPlatformSurfaceEvent>
-#include <QQuickWindow>
 #include <QWindow>
 
 using namespace Qt::Literals::StringLiterals;
@@ -26,7 +25,7 @@ bool DesktopPalette::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::PlatformSurface
         && static_cast<QPlatformSurfaceEvent *>(event)->surfaceEventType()
             == QPlatformSurfaceEvent::SurfaceCreated
-        && qobject_cast<QQuickWindow *>(watched)) {
+        && watched->inherits("QQuickWindow")) {
         QEvent change(QEvent::ApplicationPaletteChange);
         QCoreApplication::sendEvent(watched, &change);
     }

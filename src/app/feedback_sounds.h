@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QtQmlIntegration>
 #include <functional>
 #include <memory>
 
@@ -12,8 +11,6 @@ class EventSoundPlayer;
 // setting "playsFeedbackSounds" and the desktop's own event sounds are on.
 class FeedbackSounds : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool on READ isOn WRITE setOn NOTIFY onChanged)
 
 public:

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QtQmlIntegration>
 
 class Defaults;
 
@@ -9,8 +8,6 @@ class Defaults;
 // update. Each is shown once; a start at login shows and records nothing.
 class Greeting : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     // The Markdown the what's-new window shows.
     Q_PROPERTY(QString notes READ notes NOTIFY notesChanged)
     Q_PROPERTY(

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QtQmlIntegration>
 
 class Account;
 class Shop;
@@ -11,8 +10,6 @@ class Shop;
 // the store's own sentence when it failed.
 class LibraryStatus : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(State state READ state NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
 

@@ -1,13 +1,10 @@
 #include "app_delegate.h"
 #include "single_instance.h"
 #include "translations.h"
+#include "views_module.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QQuickStyle>
-#include <QtQml/QQmlExtensionPlugin>
-
-Q_IMPORT_QML_PLUGIN(QuennetPlugin)
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,10 +17,6 @@ int main(int argc, char *argv[])
     QApplication::setDesktopFileName(u"app.quennet.Quennet"_s);
     // A tray application: closing its windows leaves it running.
     QApplication::setQuitOnLastWindowClosed(false);
-    // Debian's Qt has neither Breeze nor Adwaita for Qt Quick; Fusion in the desktop's palette
-    // comes closest. A style the user chose wins.
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_CONTROLS_STYLE"))
-        QQuickStyle::setStyle(u"Fusion"_s);
 
     QCommandLineParser parser;
     parser.addHelpOption();
@@ -46,7 +39,8 @@ int main(int argc, char *argv[])
         { .atLogin = parser.isSet(atLogin) || parser.isSet(dbusActivated) || parser.isSet(settings),
           .program = QApplication::applicationFilePath(),
           .selfTest = parser.isSet(selfTest),
-          .sayIfNoTray = parser.isSet(atLogin) });
+          .sayIfNoTray = parser.isSet(atLogin),
+          .makeViews = ViewsModule::load });
     if (!parser.isSet(selfTest)
         && !SingleInstance::claim(parser.isSet(settings) ? u"settings"_s : QString())) {
         return 0;

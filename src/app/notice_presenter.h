@@ -3,14 +3,11 @@
 #include "notice.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
 #include <optional>
 
 // The panel's notice line in words: what NoticeView shows for the store's current notice.
 class NoticePresenter : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool visible READ isVisible NOTIFY changed)
     Q_PROPERTY(Kind kind READ kind NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)

@@ -3,7 +3,6 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QPointer>
-#include <QtQmlIntegration>
 
 class Account;
 class NoticePresenter;
@@ -13,8 +12,6 @@ class Shop;
 // A failure to sign out is worded on the notice line.
 class SessionActions : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY signedInChanged)
 
 public:

@@ -7,7 +7,6 @@
 #include <QPointer>
 #include <QTimer>
 #include <QVariantList>
-#include <QtQmlIntegration>
 
 class NoticePresenter;
 class Shuffle;
@@ -16,8 +15,6 @@ class Shuffle;
 // their labels, the status sentence, when the next shuffle is, and what comes next.
 class ShuffleView : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool isOn READ isOn WRITE setOn NOTIFY changed)
     Q_PROPERTY(int interval READ interval WRITE setInterval NOTIFY changed)
     Q_PROPERTY(int source READ source WRITE setSource NOTIFY changed)

@@ -1,18 +1,17 @@
 #include "status_item_controller.h"
 
-#include "panel_window.h"
 #include "plasma_shell.h"
 #include "portal_setting.h"
+#include "views.h"
 
 #include <QApplication>
 #include <QDBusConnection>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPropertyAnimation>
-#include <QQmlEngine>
-#include <QQuickItem>
 #include <QScreen>
 #include <QSystemTrayIcon>
+#include <QWindow>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -30,11 +29,11 @@ bool onGnome()
 } // namespace
 
 StatusItemController::StatusItemController(Actions actions, const QIcon &icon,
-                                           std::function<QQmlEngine *()> engine,
+                                           std::function<Views *()> views,
                                            QVariantMap rootProperties, QObject *parent)
     : QObject(parent)
     , m_actions(std::move(actions))
-    , m_engine(std::move(engine))
+    , m_views(std::move(views))
     , m_rootProperties(std::move(rootProperties))
     , m_tray(new QSystemTrayIcon(icon, this))
     , m_menu(new QMenu)
@@ -100,7 +99,11 @@ void StatusItemController::togglePanel()
 bool StatusItemController::preparePanel()
 {
     if (m_panel) {
-        return m_panel->status() == QQuickView::Ready;
+        return true;
+    }
+    Views *views = m_views();
+    if (!views) {
+        return false;
     }
     // Only X11 lets the panel put itself next to the icon. KWin puts it under the pointer when
     // asked; GNOME puts new windows where it likes, so the panel covers the work area there.
@@ -109,33 +112,30 @@ bool StatusItemController::preparePanel()
         m_plasmaShell = PlasmaShell::connect();
         m_overWorkArea = !m_plasmaShell && onGnome();
     }
-    m_panel = new PanelWindow(m_engine());
-    m_panel->setOverWorkArea(m_overWorkArea);
-    m_panel->setTitle(tr("Quennet Panel"));
-    m_panel->setInitialProperties(m_rootProperties);
-    m_panel->setSource(QUrl(u"qrc:/qt/qml/Quennet/qml/Panel.qml"_s));
-    if (m_panel->status() != QQuickView::Ready) {
-        qWarning() << m_panel->errors();
+    m_panel =
+        views->panel(m_rootProperties,
+                     { .focusTaken = [this] { m_rules.focusTaken(); },
+                       .resignedFocus =
+                           [this] {
+                               if (m_shown && m_rules.focusLost(QDateTime::currentDateTimeUtc())) {
+                                   closePanel();
+                               }
+                           },
+                       .cancelled = [this] { closePanel(); },
+                       .closeRequested = [this] { closePanel(); },
+                       .contentHeightChanged = [this](double height) { resizePanel(height); } });
+    if (!m_panel) {
         return false;
     }
-    connect(m_panel, &PanelWindow::cancelled, this, &StatusItemController::closePanel);
-    connect(m_panel, &PanelWindow::focusTaken, this, [this] { m_rules.focusTaken(); });
-    connect(m_panel, &PanelWindow::resignedFocus, this, [this] {
-        if (m_shown && m_rules.focusLost(QDateTime::currentDateTimeUtc())) {
-            closePanel();
-        }
-    });
-    connect(m_panel, &PanelWindow::contentHeightChanged, this, &StatusItemController::resizePanel);
-    if (QQuickItem *root = m_panel->rootObject()) {
-        connect(root, SIGNAL(closeRequested()), this, SLOT(closePanel()));
-        resizePanel(root->implicitHeight());
-    }
-    m_animation = new QPropertyAnimation(m_panel, "y", this);
+    m_window = m_panel->window();
+    m_panel->setOverWorkArea(m_overWorkArea);
+    m_window->setTitle(tr("Quennet Panel"));
+    m_animation = new QPropertyAnimation(m_window, "y", this);
     // X11 fades the window, where a compositor shows it; Wayland has no window opacity, so the
     // content fades over the clear window.
     m_fade = QGuiApplication::platformName() == "xcb"_L1
-        ? new QPropertyAnimation(m_panel, "opacity", this)
-        : new QPropertyAnimation(m_panel->rootObject(), "opacity", this);
+        ? new QPropertyAnimation(m_window, "opacity", this)
+        : new QPropertyAnimation(m_panel->content(), "opacity", this);
     m_fade->setDuration(closingMs);
     m_fade->setEasingCurve(QEasingCurve::InQuad);
     m_fade->setEndValue(0.0);
@@ -154,6 +154,7 @@ void StatusItemController::releasePanel()
     }
     delete std::exchange(m_animation, nullptr);
     delete std::exchange(m_fade, nullptr);
+    m_window = nullptr;
     delete std::exchange(m_panel, nullptr);
 }
 
@@ -192,36 +193,36 @@ void StatusItemController::showPanel()
     m_animation->stop();
     m_panel->fitHeight(frame.height());
     if (m_overWorkArea) {
-        m_panel->showMaximized();
-        m_panel->requestActivate();
+        m_window->showMaximized();
+        m_window->requestActivate();
         finishOpening();
         return;
     }
     // Only a window that can move itself slides into place.
     if (QGuiApplication::platformName() != "xcb"_L1 || reducedMotion()) {
-        m_panel->setGeometry(frame);
-        m_panel->show();
+        m_window->setGeometry(frame);
+        m_window->show();
         if (m_plasmaShell) {
-            m_plasmaShell->openAsPopup(m_panel);
+            m_plasmaShell->openAsPopup(m_window);
         }
-        m_panel->requestActivate();
+        m_window->requestActivate();
         finishOpening();
         return;
     }
     m_opening = true;
-    m_panel->setGeometry(frame.translated(0, -PanelRules::openingLift));
-    m_panel->setOpacity(0);
-    m_panel->show();
-    m_panel->requestActivate();
+    m_window->setGeometry(frame.translated(0, -PanelRules::openingLift));
+    m_window->setOpacity(0);
+    m_window->show();
+    m_window->requestActivate();
     QEasingCurve curve(QEasingCurve::BezierSpline);
     curve.addCubicBezierSegment({ 0.2, 0.9 }, { 0.3, 1.0 }, { 1.0, 1.0 });
     m_animation->setDuration(openingMs);
     m_animation->setEasingCurve(curve);
-    m_animation->setStartValue(m_panel->y());
+    m_animation->setStartValue(m_window->y());
     m_animation->setEndValue(frame.y());
     disconnect(m_animation, &QPropertyAnimation::finished, nullptr, nullptr);
-    connect(m_animation, &QPropertyAnimation::valueChanged, m_panel,
-            [this] { m_panel->setOpacity(m_animation->currentTime() / double(openingMs)); });
+    connect(m_animation, &QPropertyAnimation::valueChanged, m_window,
+            [this] { m_window->setOpacity(m_animation->currentTime() / double(openingMs)); });
     connect(m_animation, &QPropertyAnimation::finished, this, &StatusItemController::finishOpening);
     m_animation->start();
 }
@@ -229,10 +230,10 @@ void StatusItemController::showPanel()
 void StatusItemController::finishOpening()
 {
     m_opening = false;
-    m_panel->setOpacity(1);
-    disconnect(m_animation, nullptr, m_panel, nullptr);
+    m_window->setOpacity(1);
+    disconnect(m_animation, nullptr, m_window, nullptr);
     // A height that arrived while the panel moved is applied now.
-    if (PanelRules::resizes(m_panel->height(), m_contentHeight)) {
+    if (PanelRules::resizes(m_window->height(), m_contentHeight)) {
         m_panel->fitHeight(int(std::lround(m_contentHeight)));
     }
 }
@@ -246,7 +247,7 @@ void StatusItemController::closePanel()
     m_opening = false;
     Q_EMIT shownChanged();
     m_animation->stop();
-    disconnect(m_animation, nullptr, m_panel, nullptr);
+    disconnect(m_animation, nullptr, m_window, nullptr);
     if (reducedMotion()) {
         finishClosing();
         return;
@@ -264,7 +265,7 @@ void StatusItemController::finishClosing()
     if (m_plasmaShell) {
         m_plasmaShell->closed();
     }
-    m_panel->hide();
+    m_window->hide();
     m_rules.hidden();
     m_fade->targetObject()->setProperty("opacity", 1.0);
 }
@@ -278,7 +279,7 @@ void StatusItemController::resizePanel(double height)
     if (m_opening || !m_panel || !m_shown) {
         return;
     }
-    if (PanelRules::resizes(m_panel->height(), height)) {
+    if (PanelRules::resizes(m_window->height(), height)) {
         // The top edge stays where it is: the panel hangs from the tray.
         m_panel->fitHeight(int(std::lround(height)));
     }

@@ -7,14 +7,15 @@
 #include <functional>
 #include <memory>
 
-class PanelWindow;
+class PanelSurface;
 class PlasmaShell;
 class PortalSetting;
 class QIcon;
 class QMenu;
 class QPropertyAnimation;
-class QQmlEngine;
 class QSystemTrayIcon;
+class QWindow;
+class Views;
 
 // Quennet's presence in the tray: a left click opens or closes the panel below the icon, a right
 // click or Control-click shows the status menu.
@@ -29,9 +30,9 @@ public:
         std::function<void()> quit;
     };
 
-    // The panel's view is made from the engine the first time it opens; rootProperties are given
-    // to it then. The engine is asked for only then, so that it can be made late too.
-    StatusItemController(Actions actions, const QIcon &icon, std::function<QQmlEngine *()> engine,
+    // The panel is made by the views the first time it opens; rootProperties are given to it
+    // then. The views are asked for only then, so that they can be made late too.
+    StatusItemController(Actions actions, const QIcon &icon, std::function<Views *()> views,
                          QVariantMap rootProperties, QObject *parent = nullptr);
     ~StatusItemController() override;
 
@@ -63,7 +64,7 @@ private:
     void finishClosing();
 
     Actions m_actions;
-    std::function<QQmlEngine *()> m_engine;
+    std::function<Views *()> m_views;
     QVariantMap m_rootProperties;
     QSystemTrayIcon *m_tray;
     QMenu *m_menu;
@@ -71,7 +72,8 @@ private:
     bool m_overWorkArea = false;
     PortalSetting *m_animations = nullptr;
     bool m_reducedMotion = false;
-    PanelWindow *m_panel = nullptr;
+    PanelSurface *m_panel = nullptr;
+    QWindow *m_window = nullptr; // the panel's
     QPropertyAnimation *m_animation = nullptr;
     QPropertyAnimation *m_fade = nullptr;
     PanelRules m_rules;

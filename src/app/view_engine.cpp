@@ -1,16 +1,12 @@
 #include "view_engine.h"
 
 #include "logging.h"
+#include "views.h"
 
-#include <QQmlEngine>
-
-#ifdef __GLIBC__
-#    include <malloc.h>
-#endif
-
-ViewEngine::ViewEngine(std::chrono::milliseconds idle, std::function<bool()> shown,
+ViewEngine::ViewEngine(std::chrono::milliseconds idle, Maker make, std::function<bool()> shown,
                        std::function<void()> release, QObject *parent)
     : QObject(parent)
+    , m_make(std::move(make))
     , m_shown(std::move(shown))
     , m_release(std::move(release))
 {
@@ -21,38 +17,30 @@ ViewEngine::ViewEngine(std::chrono::milliseconds idle, std::function<bool()> sho
 
 ViewEngine::~ViewEngine() = default;
 
-QQmlEngine *ViewEngine::engine()
+Views *ViewEngine::views()
 {
-    // A session started at login that never opens a view never pays for the QML runtime.
-    if (!m_engine) {
-        m_engine = new QQmlEngine(this);
+    // A session started at login that never opens a view never pays for them.
+    if (!m_views && m_make) {
+        m_views = m_make();
     }
-    return m_engine;
+    return m_views.get();
 }
 
 void ViewEngine::viewChanged()
 {
     if (m_shown()) {
         m_idle.stop();
-    } else if (m_engine) {
+    } else if (m_views) {
         m_idle.start();
     }
 }
 
 void ViewEngine::letGo()
 {
-    if (!m_engine || m_shown()) {
+    if (!m_views || m_shown()) {
         return;
     }
     qCDebug(lcApp) << "No view shown for" << m_idle.interval() << "ms: letting the views go";
     m_release();
-    // The views are gone, but what their destruction posted may still reach the engine: it goes
-    // after that. The next view makes a new one.
-    QQmlEngine *engine = std::exchange(m_engine, nullptr);
-#ifdef __GLIBC__
-    // The freed pages go back to the system, not only to glibc's free lists.
-    connect(engine, &QObject::destroyed, this,
-            [] { QTimer::singleShot(0, [] { malloc_trim(0); }); });
-#endif
-    engine->deleteLater();
+    m_views.reset();
 }

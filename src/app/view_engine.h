@@ -4,25 +4,29 @@
 #include <QTimer>
 #include <chrono>
 #include <functional>
+#include <memory>
 
-class QQmlEngine;
+class Views;
 
-// The views' engine, made when a view is first needed and let go, with the views it made, once
-// none has been visible for a while: the QML runtime is most of what a session that only sits in
-// the tray would otherwise hold.
+// The views, made when one is first needed and let go, with what they made, once none has been
+// visible for a while: the QML runtime is most of what a session that only sits in the tray
+// would otherwise hold.
 class ViewEngine : public QObject {
     Q_OBJECT
 
 public:
     static constexpr std::chrono::milliseconds defaultIdle = std::chrono::minutes(1);
+    // Makes the views, or returns nullptr, with the reason logged, when they cannot be had.
+    using Maker = std::function<std::unique_ptr<Views>()>;
 
-    // shown: whether any view is visible now. release: deletes every view the engine made, and
-    // what only they use.
-    ViewEngine(std::chrono::milliseconds idle, std::function<bool()> shown,
+    // shown: whether any view is visible now. release: deletes every window and panel the views
+    // made, and what only they use.
+    ViewEngine(std::chrono::milliseconds idle, Maker make, std::function<bool()> shown,
                std::function<void()> release, QObject *parent = nullptr);
     ~ViewEngine() override;
 
-    [[nodiscard]] QQmlEngine *engine();
+    // The views, made now if need be; nullptr when they cannot be had.
+    [[nodiscard]] Views *views();
 
     // A view was shown or hidden: the wait starts over, or stops while one is visible.
     void viewChanged();
@@ -30,8 +34,9 @@ public:
 private:
     void letGo();
 
+    Maker m_make;
     std::function<bool()> m_shown;
     std::function<void()> m_release;
     QTimer m_idle;
-    QQmlEngine *m_engine = nullptr;
+    std::unique_ptr<Views> m_views;
 };

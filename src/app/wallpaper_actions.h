@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QStringList>
 #include <QUrl>
-#include <QtQmlIntegration>
 
 class Displays;
 class Favourites;
@@ -18,8 +17,6 @@ class WallpaperRequests;
 // line.
 class WallpaperActions : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY historyChanged)
     Q_PROPERTY(bool isGoingBack READ isGoingBack NOTIFY historyChanged)
     // Colourway keys being set now, while their files download.

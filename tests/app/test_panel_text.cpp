@@ -5,6 +5,7 @@
 #include "keychain.h"
 #include "library_status.h"
 #include "notice_presenter.h"
+#include "quick_views.h"
 #include "shop.h"
 #include "status_item_controller.h"
 #include "test_support.h"
@@ -116,7 +117,24 @@ private Q_SLOTS:
     // one still showing keeps them all.
     void viewsLetGoWhenHidden()
     {
-        AppDelegate app({ .atLogin = true, .selfTest = true, .viewsIdle = 50ms });
+        int made = 0;
+        int gone = 0;
+        struct CountedViews : QuickViews {
+            explicit CountedViews(int &gone)
+                : m_gone(gone)
+            {
+            }
+            ~CountedViews() override { ++m_gone; }
+            int &m_gone;
+        };
+        AppDelegate app({ .atLogin = true,
+                          .selfTest = true,
+                          .makeViews =
+                              [&] {
+                                  ++made;
+                                  return std::make_unique<CountedViews>(gone);
+                              },
+                          .viewsIdle = 50ms });
         app.start();
         const auto views = [](bool visibleOnly) {
             QList<QQuickWindow *> found;
@@ -127,7 +145,6 @@ private Q_SLOTS:
             }
             return found;
         };
-        const auto engine = [&app] { return app.findChild<QQmlEngine *>(); };
         app.statusItem()->showPanel();
         app.openSettings();
         QCOMPARE(views(true).size(), 2);
@@ -138,10 +155,10 @@ private Q_SLOTS:
 
         views(true).constFirst()->close();
         QTRY_VERIFY(views(false).isEmpty());
-        QTRY_VERIFY(!engine());
+        QTRY_COMPARE(gone, 1);
         app.statusItem()->showPanel();
         QVERIFY(app.statusItem()->isShown());
-        QVERIFY(engine());
+        QCOMPARE(made, 2);
         QCOMPARE(views(true).size(), 1);
         // Going with a window still open, as at quitting.
         app.closePanel();

@@ -1,17 +1,41 @@
 #include "panel_window.h"
 
+#include "logging.h"
 #include "panel_rules.h"
 
 #include <QKeyEvent>
 #include <QQuickItem>
 
-PanelWindow::PanelWindow(QQmlEngine *engine, QWindow *parent)
-    : QQuickView(engine, parent)
+PanelWindow::PanelWindow(QQmlEngine *engine, Events events)
+    : QQuickView(engine, nullptr)
+    , m_events(std::move(events))
 {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setResizeMode(QQuickView::SizeRootObjectToView);
     setColor(Qt::transparent);
     connect(this, &QQuickView::statusChanged, this, &PanelWindow::watchContentHeight);
+}
+
+bool PanelWindow::load(const QUrl &source, const QVariantMap &roots)
+{
+    setInitialProperties(roots);
+    setSource(source);
+    if (status() != QQuickView::Ready) {
+        qCCritical(lcApp) << "Couldn't load the panel:" << errors();
+        return false;
+    }
+    connect(rootObject(), SIGNAL(closeRequested()), this, SLOT(requestClose()));
+    return true;
+}
+
+QObject *PanelWindow::content()
+{
+    return rootObject();
+}
+
+void PanelWindow::requestClose()
+{
+    m_events.closeRequested();
 }
 
 void PanelWindow::fitHeight(int height)
@@ -36,7 +60,7 @@ void PanelWindow::setOverWorkArea(bool over)
 void PanelWindow::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
-        Q_EMIT cancelled();
+        m_events.cancelled();
         return;
     }
     QQuickView::keyPressEvent(event);
@@ -45,7 +69,7 @@ void PanelWindow::keyPressEvent(QKeyEvent *event)
 void PanelWindow::focusInEvent(QFocusEvent *event)
 {
     QQuickView::focusInEvent(event);
-    Q_EMIT focusTaken();
+    m_events.focusTaken();
 }
 
 void PanelWindow::focusOutEvent(QFocusEvent *event)
@@ -53,7 +77,7 @@ void PanelWindow::focusOutEvent(QFocusEvent *event)
     QQuickView::focusOutEvent(event);
     // A popup of the panel's own (a combo box's list) takes the focus without leaving the panel.
     if (event->reason() != Qt::PopupFocusReason) {
-        Q_EMIT resignedFocus();
+        m_events.resignedFocus();
     }
 }
 
@@ -62,7 +86,7 @@ void PanelWindow::mousePressEvent(QMouseEvent *event)
     // A press on the clear part of the window, where nothing is drawn: a click elsewhere. A
     // list, menu or tip of the panel's own may reach out there and is drawn there.
     if (m_overWorkArea && !contentItem()->childAt(event->position().x(), event->position().y())) {
-        Q_EMIT cancelled();
+        m_events.cancelled();
         return;
     }
     QQuickView::mousePressEvent(event);
@@ -94,6 +118,6 @@ void PanelWindow::watchContentHeight()
         return;
     }
     connect(root, &QQuickItem::implicitHeightChanged, this,
-            [this, root] { Q_EMIT contentHeightChanged(root->implicitHeight()); });
-    Q_EMIT contentHeightChanged(root->implicitHeight());
+            [this, root] { m_events.contentHeightChanged(root->implicitHeight()); });
+    m_events.contentHeightChanged(root->implicitHeight());
 }

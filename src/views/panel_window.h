@@ -1,28 +1,26 @@
 #pragma once
 
+#include "views.h"
+
 #include <QQuickView>
 
 // The tray panel's frameless window. It tells its controller when it takes or loses the focus or
 // the user presses Escape, and reports the height its content asks for.
-class PanelWindow : public QQuickView {
+class PanelWindow
+    : public QQuickView
+    , public PanelSurface {
     Q_OBJECT
 
 public:
-    PanelWindow(QQmlEngine *engine, QWindow *parent = nullptr);
+    PanelWindow(QQmlEngine *engine, Events events);
 
-    // The panel is as tall as its content, and only the content changes that.
-    void fitHeight(int height);
+    // Shows the panel's view; false, with its errors logged, when it does not load.
+    [[nodiscard]] bool load(const QUrl &source, const QVariantMap &roots);
 
-    // Shown maximised over the work area, clear but for the panel at its top right, so that a
-    // click anywhere else closes it: for a shell that places windows itself and tells a window
-    // nothing of a click on the desktop.
-    void setOverWorkArea(bool over);
-
-Q_SIGNALS:
-    void focusTaken();
-    void resignedFocus();
-    void cancelled();
-    void contentHeightChanged(double height);
+    [[nodiscard]] QWindow *window() override { return this; }
+    [[nodiscard]] QObject *content() override;
+    void fitHeight(int height) override;
+    void setOverWorkArea(bool over) override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -34,7 +32,9 @@ protected:
 private:
     void watchContentHeight();
     void placeContent();
+    Q_SLOT void requestClose();
 
+    Events m_events;
     bool m_overWorkArea = false;
     int m_contentHeight = 0;
 };

@@ -1,0 +1,27 @@
+#include "views_module.h"
+
+#include "logging.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QPluginLoader>
+
+using namespace Qt::Literals::StringLiterals;
+
+std::unique_ptr<Views> ViewsModule::load()
+{
+    const QString file = u"quennet-views.so"_s;
+    QString path = QCoreApplication::applicationDirPath() + u'/' + file;
+    if (!QFileInfo::exists(path)) {
+        path = QStringLiteral(QUENNET_MODULE_DIR) + u'/' + file;
+    }
+    QPluginLoader loader(path);
+    // A symbol the module needs and the program lacks fails here, not at its first call.
+    loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    auto *factory = qobject_cast<ViewsFactory *>(loader.instance());
+    if (!factory) {
+        qCCritical(lcApp).noquote() << "Couldn't load the views:" << loader.errorString();
+        return nullptr;
+    }
+    return std::unique_ptr<Views>(factory->makeViews());
+}
