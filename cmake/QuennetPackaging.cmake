@@ -64,6 +64,10 @@ install(FILES "${QUENNET_DATA}/completion/quennetctl.fish"
 install(TARGETS quennet quennet-helper quennetctl RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT app)
 install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
 
+# The HEIC decoder, which quennet loads at the first HEIC file from the folder it was built for.
+# The shared-library scan reads it too, so libheif stays among the package's dependencies.
+install(TARGETS quennet-heic LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/quennet" COMPONENT app)
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME quennet)
 set(CPACK_PACKAGE_VENDOR "The Quennet team")
