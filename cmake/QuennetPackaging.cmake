@@ -66,6 +66,10 @@ install(TARGETS quennet quennet-helper quennetctl RUNTIME DESTINATION "${CMAKE_I
 install(TARGETS quennet_views_module LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/quennet" COMPONENT app)
 install(TARGETS quennet-devshop RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT devshop)
 
+# The HEIC decoder, which quennet loads at the first HEIC file from the folder it was built for.
+# The shared-library scan reads it too, so libheif stays among the package's dependencies.
+install(TARGETS quennet-heic LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/quennet" COMPONENT app)
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME quennet)
 set(CPACK_PACKAGE_VENDOR "The Quennet team")
@@ -92,9 +96,10 @@ and scripting over D-Bus.")
 set(CPACK_DEBIAN_DEVSHOP_DESCRIPTION "development shop for Quennet
 A small HTTPS shop service on the loopback interface with sample wallpaper
 packs, for developing and testing Quennet without the real shop.")
-# Loaded at run time, so no shared-library scan finds them: the views need their QML modules.
+# Loaded at run time, so no shared-library scan finds them: the views need their QML modules,
+# and event sounds libcanberra, opened at the first one.
 set(CPACK_DEBIAN_APP_PACKAGE_DEPENDS
-    "qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, qml6-module-qtqml-workerscript, qml6-module-qtquick-dialogs, qt6-qpa-plugins")
+    "libcanberra0, qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, qml6-module-qtqml-workerscript, qml6-module-qtquick-dialogs, qt6-qpa-plugins")
 # The event sounds reach PulseAudio or PipeWire through its plugin, from the freedesktop theme.
 set(CPACK_DEBIAN_APP_PACKAGE_RECOMMENDS
     "gnome-keyring | kwalletmanager | keepassxc, xwallpaper, libcanberra-pulse, sound-theme-freedesktop")

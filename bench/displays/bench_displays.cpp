@@ -7,6 +7,7 @@
 // Run it under an X server with two monitors: tests/run-in-session xorg LOG bench_displays
 #include "clock.h"
 #include "displays.h"
+#include "libheif_decoder.h"
 #include "owned_pack.h"
 #include "renderer.h"
 #include "wallpaper_setter.h"
@@ -119,7 +120,7 @@ QCoro::Task<> setCached(int rounds)
     auto *backend = new X11Backend(dir.filePath(u"desktop-x11.json"_s));
     const auto clock = std::make_shared<Clock>();
     Displays displays(backend, PlacementRecords(dir.path()), clock);
-    const Renderer renderer(dir.filePath(u"Rendered"_s));
+    const Renderer renderer(dir.filePath(u"Rendered"_s), std::make_shared<LibheifDecoder>());
     WallpaperSetter setter(&displays, renderer, nullptr, clock);
     const QStringList first { displays.ids().first() };
 
@@ -216,8 +217,10 @@ QCoro::Task<> firstSet(const QString &cacheFolder, int rounds)
             auto *backend = new X11Backend(dir.filePath(u"desktop-x11.json"_s));
             const auto clock = std::make_shared<Clock>();
             Displays displays(backend, PlacementRecords(dir.path()), clock);
-            WallpaperSetter setter(&displays, Renderer(dir.filePath(u"Rendered"_s)), nullptr,
-                                   clock);
+            WallpaperSetter setter(
+                &displays,
+                Renderer(dir.filePath(u"Rendered"_s), std::make_shared<LibheifDecoder>()), nullptr,
+                clock);
             const WallpaperFile file { .id = u"f_large"_s, .edition = Edition::Light };
             // Named first: g++ 12 destroys a braced temporary inside a co_await twice.
             const Placement placement { .edition = u"light"_s };
@@ -277,7 +280,7 @@ int main(int argc, char **argv)
     if (argc == 4 && qstrcmp(argv[1], "--render") == 0) {
         QCoreApplication app(argc, argv);
         const auto made =
-            Renderer(QString::fromLocal8Bit(argv[3]))
+            Renderer(QString::fromLocal8Bit(argv[3]), std::make_shared<LibheifDecoder>())
                 .render(QString::fromLocal8Bit(argv[2]), u"f_large"_s, 0, QSize(1920, 1080));
         return made ? 0 : 1;
     }

@@ -22,6 +22,7 @@
 #include "focus_wallpaper.h"
 #include "following.h"
 #include "greeting.h"
+#include "heic_module.h"
 #include "helper_process.h"
 #include "intents.h"
 #include "kde_colours.h"
@@ -158,12 +159,13 @@ void AppDelegate::startPlacement()
 {
     const QString folder = applicationFolder();
     m_clock = std::make_shared<Clock>();
+    m_heic = std::make_shared<HeicModule>();
     DesktopBackend *backend =
         DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), folder, this);
     m_displays = new Displays(backend, PlacementRecords(folder), m_clock, this);
     m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
-    m_setter =
-        new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s), m_scheme, m_clock, this);
+    m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s, m_heic), m_scheme,
+                                   m_clock, this);
     m_sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
     m_following = new Following({ .setter = m_setter,
                                   .backend = backend,
@@ -262,7 +264,7 @@ void AppDelegate::startViews()
     m_shuffleView = new ShuffleView(m_shuffle, m_notice, this);
     connect(m_focusFilter, &FocusFilter::notSaved, m_notice,
             [this] { m_notice->showFailure(Defaults::NotSaved().description()); });
-    m_art = new ArtCache(m_network, m_defaults->shopBaseURL(), this);
+    m_art = new ArtCache(m_network, m_defaults->shopBaseURL(), m_heic, this);
     // Plasma's own colours, light or dark; other desktops leave the palette to Qt and Quennet.
     new DesktopPalette(m_scheme,
                        onPlasma() ? [] { return KdeColours::palette(KdeColours::files()); }

@@ -35,6 +35,7 @@ class ShuffleStore;
 class SpacesHelper;
 class WallpaperSetter;
 class Following;
+class HeicDecoder;
 class LogindSleepWatcher;
 class QIcon;
 class QWindow;
@@ -170,6 +171,8 @@ private:
     NetworkAccessManager *m_network = nullptr;
     Account *m_account = nullptr;
     std::shared_ptr<Clock> m_clock;
+    // Loads its module at the first HEIC file, not at start.
+    std::shared_ptr<const HeicDecoder> m_heic;
     Displays *m_displays = nullptr;
     ColourScheme *m_scheme = nullptr;
     WallpaperSetter *m_setter = nullptr;

@@ -1,7 +1,6 @@
 #include "art_cache.h"
 
-#include "heic_file.h"
-#include "heic_metadata.h"
+#include "heic_decoder.h"
 #include "logging.h"
 #include "network_access_manager.h"
 #include "network_error.h"
@@ -38,16 +37,15 @@ QImage fitted(QImage image, int maxPixels)
     return image.scaled(maxPixels, maxPixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-QImage decodeHeic(const QString &path, int maxPixels, bool dark)
+QImage decodeHeic(const HeicDecoder &heic, const QString &path, int maxPixels, bool dark)
 {
-    const auto file = HeicFile::open(path);
+    const auto file = heic.open(path);
     if (!file)
         return {};
     // Fewer than two pictures, or no metadata: the primary one.
     int index = file->primaryIndex();
     if (file->pictureCount() >= 2) {
-        const auto chosen =
-            HeicMetadata::fromXmp(file->xmp()).pictureFor(dark, file->pictureCount());
+        const auto chosen = file->metadata().pictureFor(dark, file->pictureCount());
         index = chosen.value_or(index);
     }
     // The embedded thumbnail costs a hundredth of the picture; it does when it is big enough.
@@ -82,10 +80,12 @@ QFuture<QImage> inPool(std::function<QImage()> work)
 }
 } // namespace
 
-ArtCache::ArtCache(QNetworkAccessManager *network, QUrl shop, QObject *parent)
+ArtCache::ArtCache(QNetworkAccessManager *network, QUrl shop,
+                   std::shared_ptr<const HeicDecoder> heic, QObject *parent)
     : QObject(parent)
     , m_network(network)
     , m_shop(std::move(shop))
+    , m_heic(std::move(heic))
 {
     m_images.setMaxCost(costLimit);
 }
@@ -106,25 +106,26 @@ void ArtCache::setDark(bool dark)
     Q_EMIT darkChanged();
 }
 
-QImage ArtCache::decodeFile(const QString &path, int maxPixels, bool dark)
+QImage ArtCache::decodeFile(const HeicDecoder &heic, const QString &path, int maxPixels, bool dark)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     if (isHeif(file.peek(12)))
-        return decodeHeic(path, maxPixels, dark);
+        return decodeHeic(heic, path, maxPixels, dark);
     QImageReader reader(&file);
     return decodeWithQt(reader, maxPixels);
 }
 
-QImage ArtCache::decodeData(const QByteArray &data, int maxPixels, bool dark)
+QImage ArtCache::decodeData(const HeicDecoder &heic, const QByteArray &data, int maxPixels,
+                            bool dark)
 {
     if (isHeif(data.left(12))) {
         // libheif reads files; the fetched bytes go through one for a moment.
         QTemporaryFile file;
         if (!file.open() || file.write(data) != data.size() || !file.flush())
             return {};
-        return decodeHeic(file.fileName(), maxPixels, dark);
+        return decodeHeic(heic, file.fileName(), maxPixels, dark);
     }
     QBuffer buffer;
     buffer.setData(data);
@@ -140,18 +141,22 @@ QCoro::Task<std::optional<QImage>> ArtCache::image(QUrl url, int maxPixels, bool
     if (const QImage *cached = m_images.object(key))
         co_return *cached;
     const QPointer<ArtCache> self = this;
+    // Taken now: this may be gone once the fetch is done.
+    const std::shared_ptr<const HeicDecoder> heic = m_heic;
     // Lambdas are named before a co_await: g++ 12 misplaces one written inside it.
     std::function<QImage()> decode;
     if (url.isLocalFile()) {
         const QString path = url.toLocalFile();
-        decode = [path, maxPixels, dark] { return decodeFile(path, maxPixels, dark); };
+        decode = [heic, path, maxPixels, dark] { return decodeFile(*heic, path, maxPixels, dark); };
     } else {
         auto fetching = fetch(url);
         const auto data = co_await std::move(fetching);
         if (!data)
             co_return std::nullopt;
         const QByteArray &bytes = *data;
-        decode = [bytes, maxPixels, dark] { return decodeData(bytes, maxPixels, dark); };
+        decode = [heic, bytes, maxPixels, dark] {
+            return decodeData(*heic, bytes, maxPixels, dark);
+        };
     }
     QFuture<QImage> decoding = inPool(std::move(decode));
     const QImage image = co_await decoding;

@@ -6,8 +6,10 @@
 #include <QObject>
 #include <QPointer>
 #include <QUrl>
+#include <memory>
 #include <optional>
 
+class HeicDecoder;
 class QNetworkAccessManager;
 
 // The one in-memory cache of decoded artwork: each picture at each size and appearance is decoded
@@ -19,8 +21,9 @@ class ArtCache : public QObject {
 
 public:
     // network: the shop's manager, which trusts the shop's certificates. shop: the service root;
-    // art is fetched over HTTPS from its host and port alone.
-    explicit ArtCache(QNetworkAccessManager *network, QUrl shop, QObject *parent = nullptr);
+    // art is fetched over HTTPS from its host and port alone. heic: reads wallpaper files.
+    explicit ArtCache(QNetworkAccessManager *network, QUrl shop,
+                      std::shared_ptr<const HeicDecoder> heic, QObject *parent = nullptr);
     ~ArtCache() override;
 
     // url|maxPixels|dark or url|maxPixels|light.
@@ -33,10 +36,12 @@ public:
     // Drops every decoded picture, once the views that showed them are gone.
     void clear() { m_images.clear(); }
 
-    // Decoding, safe on any thread: HEIC through libheif (its embedded thumbnail when that is
-    // large enough), everything else through Qt. Null when it cannot be read.
-    [[nodiscard]] static QImage decodeFile(const QString &path, int maxPixels, bool dark);
-    [[nodiscard]] static QImage decodeData(const QByteArray &data, int maxPixels, bool dark);
+    // Decoding, safe on any thread: HEIC through heic (its embedded thumbnail when that is large
+    // enough), everything else through Qt. Null when it cannot be read.
+    [[nodiscard]] static QImage decodeFile(const HeicDecoder &heic, const QString &path,
+                                           int maxPixels, bool dark);
+    [[nodiscard]] static QImage decodeData(const HeicDecoder &heic, const QByteArray &data,
+                                           int maxPixels, bool dark);
 
     // The desktop's colour scheme, which views without an appearance of their own follow.
     [[nodiscard]] bool isDark() const { return m_dark; }
@@ -55,6 +60,7 @@ private:
 
     QPointer<QNetworkAccessManager> m_network;
     QUrl m_shop;
+    std::shared_ptr<const HeicDecoder> m_heic;
     QCache<QString, QImage> m_images;
     bool m_dark = false;
 };

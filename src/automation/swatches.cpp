@@ -1,13 +1,14 @@
 #include "swatches.h"
 
-#include "heic_file.h"
+#include "heic_decoder.h"
 #include "shop.h"
 
 #include <QBuffer>
 #include <QImage>
 
-Swatches::Swatches(Shop *shop)
+Swatches::Swatches(Shop *shop, std::shared_ptr<const HeicDecoder> heic)
     : m_shop(shop)
+    , m_heic(std::move(heic))
 {
 }
 
@@ -24,16 +25,16 @@ std::optional<QByteArray> Swatches::operator()(const QString &pack, const QStrin
     const QString path = m_shop->cache().localPath(*file);
     auto made = m_made.constFind(path);
     if (made == m_made.cend())
-        made = m_made.insert(path, fromFile(path));
+        made = m_made.insert(path, fromFile(*m_heic, path));
     return *made;
 }
 
-std::optional<QByteArray> Swatches::fromFile(const QString &path)
+std::optional<QByteArray> Swatches::fromFile(const HeicDecoder &heic, const QString &path)
 {
-    const auto heic = HeicFile::open(path);
-    if (!heic)
+    const auto file = heic.open(path);
+    if (!file)
         return std::nullopt;
-    const QImage thumbnail = heic->thumbnail(heic->primaryIndex());
+    const QImage thumbnail = file->thumbnail(file->primaryIndex());
     if (thumbnail.isNull())
         return std::nullopt;
     QByteArray png;

@@ -4,8 +4,10 @@
 #include <QHash>
 #include <QPointer>
 #include <QString>
+#include <memory>
 #include <optional>
 
+class HeicDecoder;
 class Shop;
 
 // Swatches for the wallpaper query, taken from the thumbnail that each wallpaper file carries
@@ -17,7 +19,7 @@ class Swatches {
 public:
     static constexpr int size = 64; // pixels along the longer side
 
-    explicit Swatches(Shop *shop);
+    Swatches(Shop *shop, std::shared_ptr<const HeicDecoder> heic);
 
     // A PNG of the colourway's automatic edition (or the nearest one there is).
     [[nodiscard]] std::optional<QByteArray> operator()(const QString &pack,
@@ -25,9 +27,11 @@ public:
 
     // A PNG of the embedded thumbnail of the HEIC file's main picture, at most size pixels wide
     // and high; none when the file cannot be read or has no thumbnail.
-    [[nodiscard]] static std::optional<QByteArray> fromFile(const QString &path);
+    [[nodiscard]] static std::optional<QByteArray> fromFile(const HeicDecoder &heic,
+                                                            const QString &path);
 
 private:
     QPointer<Shop> m_shop;
+    std::shared_ptr<const HeicDecoder> m_heic;
     QHash<QString, std::optional<QByteArray>> m_made; // by local path
 };

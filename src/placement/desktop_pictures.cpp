@@ -2,7 +2,7 @@
 
 #include "atomic_file.h"
 #include "gnome_slideshow.h"
-#include "heic_file.h"
+#include "heic_decoder.h"
 #include "picture_choice.h"
 #include "renderer.h"
 
@@ -52,14 +52,20 @@ std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request 
 
 Prepared prepare(const Renderer &renderer, const Request &request)
 {
-    const auto file = HeicFile::open(request.source);
-    // A downloaded wallpaper that libheif cannot open was damaged after its check.
-    if (!file && request.source.endsWith(u".heic"_s, Qt::CaseInsensitive))
-        throw UnreadableFile();
+    const HeicDecoder *decoder = renderer.decoder();
+    const auto file = decoder ? decoder->open(request.source) : nullptr;
+    if (!file && request.source.endsWith(u".heic"_s, Qt::CaseInsensitive)) {
+        // A downloaded wallpaper that does not open was damaged after its check; without a
+        // decoder no file opens, and fetching it again would not help.
+        if (decoder && decoder->isAvailable())
+            throw UnreadableFile();
+        throw DesktopError(QCoreApplication::translate(
+            "DesktopPictures", "This wallpaper could not be prepared for your desktop."));
+    }
     if (!file)
         return { .picture = { .path = request.source } };
-    const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(file->xmp()),
-                                             file->pictureCount(), file->primaryIndex() };
+    const PictureChoice::Pictures pictures { file->metadata(), file->pictureCount(),
+                                             file->primaryIndex() };
 
     if (request.edition == Edition::TimeOfDay && request.slideshow) {
         if (auto picture = slideshow(renderer, request, pictures))

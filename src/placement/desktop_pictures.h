@@ -40,6 +40,7 @@ struct Prepared {
 
 // Decodes what is not rendered yet: seconds for a large picture, so call it off the main thread.
 // A file that is not HEIC is given as it is. Throws UnreadableFile when a HEIC
-// file does not decode, DesktopError when a picture cannot be made otherwise.
+// file does not decode, DesktopError when a picture cannot be made otherwise or the renderer has
+// no HEIC decoder.
 [[nodiscard]] Prepared prepare(const Renderer &renderer, const Request &request);
 } // namespace DesktopPictures

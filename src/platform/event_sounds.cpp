@@ -4,9 +4,50 @@
 #include "logging.h"
 
 #include <canberra.h>
+#include <dlfcn.h>
 #include <gio/gio.h>
+#include <optional>
+#include <type_traits>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+// libcanberra, opened at the first sound rather than linked: most sessions never play one, and
+// it brings vorbis, tdb and ltdl into every start. Left open once opened.
+struct Canberra {
+    decltype(&ca_context_create) create = nullptr;
+    decltype(&ca_context_destroy) destroy = nullptr;
+    decltype(&ca_context_change_props) changeProps = nullptr;
+    decltype(&ca_context_open) open = nullptr;
+    decltype(&ca_context_play) play = nullptr;
+    decltype(&ca_strerror) strerror = nullptr;
+
+    // None, with the reason logged, when the library or one of its functions is missing.
+    static std::optional<Canberra> load()
+    {
+        void *library = dlopen("libcanberra.so.0", RTLD_NOW | RTLD_LOCAL);
+        if (!library) {
+            qCWarning(lcSounds) << "No event sounds:" << dlerror();
+            return std::nullopt;
+        }
+        Canberra found;
+        const auto resolve = [library](auto &function, const char *name) {
+            function =
+                reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, name));
+            return function != nullptr;
+        };
+        if (resolve(found.create, "ca_context_create")
+            && resolve(found.destroy, "ca_context_destroy")
+            && resolve(found.changeProps, "ca_context_change_props")
+            && resolve(found.open, "ca_context_open") && resolve(found.play, "ca_context_play")
+            && resolve(found.strerror, "ca_strerror"))
+            return found;
+        qCWarning(lcSounds) << "No event sounds:" << dlerror();
+        dlclose(library);
+        return std::nullopt;
+    }
+};
+} // namespace
 
 // Lives on the player's thread, with the libcanberra context it opens at the first sound.
 class CanberraWorker : public QObject {
@@ -14,19 +55,19 @@ public:
     ~CanberraWorker() override
     {
         if (m_context)
-            ca_context_destroy(m_context);
+            m_canberra->destroy(m_context);
     }
 
     void play(const QByteArray &eventId)
     {
         if (m_unavailable || !open())
             return;
-        const int result = ca_context_play(m_context, 0, CA_PROP_EVENT_ID, eventId.constData(),
-                                           CA_PROP_CANBERRA_CACHE_CONTROL, "volatile", nullptr);
+        const int result = m_canberra->play(m_context, 0, CA_PROP_EVENT_ID, eventId.constData(),
+                                            CA_PROP_CANBERRA_CACHE_CONTROL, "volatile", nullptr);
         if (result != CA_SUCCESS && !m_failedOnce) {
             // Once is enough: the next sound would fail the same way.
             m_failedOnce = true;
-            qCInfo(lcSounds) << "Couldn't play an event sound:" << ca_strerror(result);
+            qCInfo(lcSounds) << "Couldn't play an event sound:" << m_canberra->strerror(result);
         }
     }
 
@@ -35,23 +76,29 @@ private:
     {
         if (m_context)
             return true;
-        int result = ca_context_create(&m_context);
+        m_canberra = Canberra::load();
+        if (!m_canberra) {
+            m_unavailable = true;
+            return false;
+        }
+        int result = m_canberra->create(&m_context);
         if (result == CA_SUCCESS) {
-            ca_context_change_props(m_context, CA_PROP_APPLICATION_NAME, "Quennet",
+            m_canberra->changeProps(m_context, CA_PROP_APPLICATION_NAME, "Quennet",
                                     CA_PROP_APPLICATION_ID, "app.quennet.Quennet",
                                     CA_PROP_APPLICATION_ICON_NAME, "app.quennet.Quennet", nullptr);
-            result = ca_context_open(m_context);
+            result = m_canberra->open(m_context);
         }
         if (result == CA_SUCCESS)
             return true;
         m_unavailable = true;
-        qCInfo(lcSounds) << "No event sounds:" << ca_strerror(result);
+        qCInfo(lcSounds) << "No event sounds:" << m_canberra->strerror(result);
         if (m_context)
-            ca_context_destroy(m_context);
+            m_canberra->destroy(m_context);
         m_context = nullptr;
         return false;
     }
 
+    std::optional<Canberra> m_canberra;
     ca_context *m_context = nullptr;
     bool m_unavailable = false;
     bool m_failedOnce = false;

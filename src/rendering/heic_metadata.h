@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QList>
 #include <optional>
 
@@ -31,8 +30,17 @@ public:
         bool operator==(const SolarPicture &) const = default;
     };
 
-    // Never fails: whatever cannot be read is left empty.
-    [[nodiscard]] static HeicMetadata fromXmp(const QByteArray &xmp);
+    HeicMetadata() = default;
+    // Read from a file's XMP packet by the HEIC decoder (HeicXmp), which lives in a module.
+    HeicMetadata(LightAndDark appearance, LightAndDark solarAppearance, LightAndDark timeAppearance,
+                 QList<TimedPicture> times, QList<SolarPicture> solarPositions)
+        : m_appearance(appearance)
+        , m_solarAppearance(solarAppearance)
+        , m_timeAppearance(timeAppearance)
+        , m_times(std::move(times))
+        , m_solar(std::move(solarPositions))
+    {
+    }
 
     [[nodiscard]] LightAndDark appearance() const { return m_appearance; } // "apr"
     [[nodiscard]] LightAndDark solarAppearance() const

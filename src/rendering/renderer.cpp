@@ -2,7 +2,7 @@
 
 #include "atomic_file.h"
 #include "cover_size.h"
-#include "heic_file.h"
+#include "heic_decoder.h"
 #include "logging.h"
 
 #include <QBuffer>
@@ -80,8 +80,9 @@ bool isWhole(const QString &path)
 }
 } // namespace
 
-Renderer::Renderer(QString folder)
+Renderer::Renderer(QString folder, std::shared_ptr<const HeicDecoder> decoder)
     : m_folder(std::move(folder))
+    , m_decoder(std::move(decoder))
 {
 }
 
@@ -184,12 +185,13 @@ std::optional<QString> Renderer::render(const QString &source, const QString &fi
         if (auto made = covering(fileId, index, bounds))
             return made;
     }
-    const auto file = HeicFile::open(source);
+    const auto file = m_decoder ? m_decoder->open(source) : nullptr;
     const QImage picture = file ? file->picture(index) : QImage();
     if (picture.isNull()) {
         qCWarning(lcRendering) << "Cannot decode picture" << index << "of" << source;
         if (undecodable)
-            *undecodable = !file || index < file->pictureCount();
+            *undecodable =
+                m_decoder && m_decoder->isAvailable() && (!file || index < file->pictureCount());
         return std::nullopt;
     }
     const QSize size = CoverSize::toCover(picture.size(), bounds);

@@ -3,7 +3,10 @@
 #include <QSize>
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
+
+class HeicDecoder;
 
 // Decodes the pictures of wallpaper files into "Rendered/" in the application folder, since most
 // desktops cannot show HEIC. A rendering is a JPEG, which every desktop shows, made no larger than
@@ -12,17 +15,21 @@
 // covers the displays. Safe to use from worker threads.
 class Renderer {
 public:
-    // folder: the "Rendered" folder.
-    explicit Renderer(QString folder);
+    // folder: the "Rendered" folder. decoder: reads the wallpaper files; none for a renderer that
+    // only names and removes renderings.
+    explicit Renderer(QString folder, std::shared_ptr<const HeicDecoder> decoder = {});
 
     [[nodiscard]] QString folder() const { return m_folder; }
+    // None when it was given none.
+    [[nodiscard]] const HeicDecoder *decoder() const { return m_decoder.get(); }
     // size: empty for a rendering at the picture's own size.
     [[nodiscard]] QString renderingPath(const QString &fileId, int index, QSize size = {}) const;
 
     // The rendering of one picture of source that covers bounds (device pixels; empty: the
     // picture's own size), made when missing, damaged, smaller or older than source; none when
     // the picture cannot be decoded or written. A larger rendering replaces the smaller ones of
-    // its picture. undecodable, when given, says whether source itself is at fault. Decoding a
+    // its picture. undecodable, when given, says whether source itself is at fault: never when
+    // there is no decoder. Decoding a
     // large picture takes seconds: call it off the main thread.
     [[nodiscard]] std::optional<QString> render(const QString &source, const QString &fileId,
                                                 int index, QSize bounds = {},
@@ -55,4 +62,5 @@ private:
     [[nodiscard]] bool isCurrent(const QString &source, const QString &fileId) const;
 
     QString m_folder;
+    std::shared_ptr<const HeicDecoder> m_decoder;
 };

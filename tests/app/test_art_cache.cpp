@@ -2,7 +2,7 @@
 #include "artwork_urls.h"
 #include "await_task.h"
 #include "dev_shop.h"
-#include "heic_file.h"
+#include "libheif_decoder.h"
 #include "network_access_manager.h"
 #include "pixels.h"
 
@@ -34,6 +34,8 @@ std::optional<QImage> imageOf(ArtCache &cache, const QUrl &url, int maxPixels, b
 class ArtCacheTest : public QObject {
     Q_OBJECT
 
+    std::shared_ptr<const HeicDecoder> m_heic = std::make_shared<LibheifDecoder>();
+
 private Q_SLOTS:
     // A dynamic HEIC shows its light picture in light mode and its dark one in dark mode, by its
     // "apr" metadata; a file of one picture, or a PNG, ignores the appearance.
@@ -52,14 +54,14 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(int, lightPicture);
         QFETCH(int, darkPicture);
-        const QImage light = ArtCache::decodeFile(sample(file), 64, false);
-        const QImage dark = ArtCache::decodeFile(sample(file), 64, true);
+        const QImage light = ArtCache::decodeFile(*m_heic, sample(file), 64, false);
+        const QImage dark = ArtCache::decodeFile(*m_heic, sample(file), 64, true);
         QVERIFY(!light.isNull() && !dark.isNull());
         QVERIFY(std::max(light.width(), light.height()) <= 64);
         QCOMPARE(near(middle(light), middle(dark)), lightPicture == darkPicture);
         if (lightPicture < 0)
             return;
-        const auto heic = HeicFile::open(sample(file));
+        const auto heic = LibheifFile::open(sample(file));
         QVERIFY(heic);
         QVERIFY(near(middle(light), middle(heic->picture(lightPicture))));
         QVERIFY(near(middle(dark), middle(heic->picture(darkPicture))));
@@ -68,7 +70,7 @@ private Q_SLOTS:
     // Light and dark, and each size, are cached apart; what cannot be read is not cached.
     void keys()
     {
-        ArtCache cache(nullptr, {});
+        ArtCache cache(nullptr, {}, m_heic);
         const QUrl url = QUrl::fromLocalFile(sample(u"files/aurora/emerald-appearance.heic"_s));
         const auto light = imageOf(cache, url, 128, false);
         QVERIFY(light);
@@ -93,14 +95,14 @@ private Q_SLOTS:
             { .contentDir = QStringLiteral(QUENNET_DEVSHOP_CONTENT), .stateDir = state.path() });
         QVERIFY(shop.start());
         NetworkAccessManager network(shop.caPath(), shop.baseUrl());
-        ArtCache cache(&network, shop.baseUrl());
+        ArtCache cache(&network, shop.baseUrl(), m_heic);
         QUrl url = shop.baseUrl();
         url.setPath(u"/art/aurora/emerald/light.png"_s);
         const auto image = imageOf(cache, url, 96, false);
         QVERIFY(image);
-        QVERIFY(near(
-            middle(*image),
-            middle(ArtCache::decodeFile(sample(u"art/aurora/emerald/light.png"_s), 96, false))));
+        QVERIFY(near(middle(*image),
+                     middle(ArtCache::decodeFile(*m_heic, sample(u"art/aurora/emerald/light.png"_s),
+                                                 96, false))));
         url.setPath(u"/art/aurora/none.png"_s);
         QVERIFY(!imageOf(cache, url, 96, false));
 
@@ -109,9 +111,9 @@ private Q_SLOTS:
         elsewhere.setHost(elsewhere.host() == "localhost"_L1 ? u"127.0.0.1"_s : u"localhost"_s);
         NetworkAccessManager trusting(shop.caPath(), elsewhere);
         elsewhere.setPath(u"/art/aurora/emerald/light.png"_s);
-        ArtCache trusted(&trusting, elsewhere);
+        ArtCache trusted(&trusting, elsewhere, m_heic);
         QVERIFY(imageOf(trusted, elsewhere, 96, false));
-        ArtCache refusing(&trusting, shop.baseUrl());
+        ArtCache refusing(&trusting, shop.baseUrl(), m_heic);
         QVERIFY(!imageOf(refusing, elsewhere, 96, false));
     }
 

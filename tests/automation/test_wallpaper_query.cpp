@@ -1,3 +1,4 @@
+#include "libheif_decoder.h"
 #include "swatches.h"
 #include "wallpaper_entity.h"
 
@@ -82,14 +83,15 @@ private Q_SLOTS:
     // The swatch is the picture's own thumbnail, small; a file without one gives none.
     void swatchFromAFile()
     {
+        const LibheifDecoder heic;
         const auto swatch = Swatches::fromFile(
-            QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-light.heic"));
+            heic, QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-light.heic"));
         QVERIFY(swatch);
         const QImage image = QImage::fromData(*swatch, "PNG");
         QVERIFY(!image.isNull());
         QCOMPARE(qMax(image.width(), image.height()), Swatches::size);
         // This source file is no picture.
-        QCOMPARE(Swatches::fromFile(QStringLiteral(__FILE__)), std::nullopt);
+        QCOMPARE(Swatches::fromFile(heic, QStringLiteral(__FILE__)), std::nullopt);
     }
 };
 

@@ -1,6 +1,5 @@
 #include "content_rules.h"
-#include "heic_file.h"
-#include "heic_metadata.h"
+#include "libheif_decoder.h"
 #include "test_files.h"
 
 #include <QCryptographicHash>
@@ -79,14 +78,14 @@ private:
     // Read with Quennet's own reader, which its own tests check against files made elsewhere.
     static void heicFile(const QString &path, const QString &edition)
     {
-        const auto heic = HeicFile::open(path);
+        const auto heic = LibheifFile::open(path);
         QVERIFY(heic);
         const int pictures = heic->pictureCount();
         QCOMPARE(pictures, edition == "time-of-day"_L1 ? 4 : edition == "appearance"_L1 ? 2 : 1);
         QVERIFY(!heic->thumbnail(heic->primaryIndex()).isNull());
         QVERIFY(!heic->picture(heic->primaryIndex()).isNull());
 
-        const HeicMetadata metadata = HeicMetadata::fromXmp(heic->xmp());
+        const HeicMetadata metadata = heic->metadata();
         // One file of all follows the sun, the other time-of-day files the clock.
         const bool solar = path.endsWith(u"dunes/rose-time-of-day.heic"_s);
         QSet<int> shown;

@@ -7,7 +7,7 @@
 #include "focus_wallpaper.h"
 #include "gnome_backend.h"
 #include "gsettings_do_not_disturb.h"
-#include "heic_file.h"
+#include "libheif_decoder.h"
 #include "owned_pack.h"
 #include "pixels.h"
 #include "shuffle_store.h"
@@ -86,7 +86,9 @@ struct Session {
     Session()
         : backend(new GnomeBackend(GnomeBackend::Family::Gnome, folder.path()))
         , displays(backend.get(), PlacementRecords(folder.path()), clock)
-        , setter(&displays, Renderer(folder.filePath(u"Rendered"_s)), nullptr, clock)
+        , setter(&displays,
+                 Renderer(folder.filePath(u"Rendered"_s), std::make_shared<LibheifDecoder>()),
+                 nullptr, clock)
     {
         focus.start();
         filter.setEdition(u"light"_s);
@@ -141,7 +143,7 @@ private Q_SLOTS:
         const QString light = gsettings(u"picture-uri"_s);
         const QString dark = gsettings(u"picture-uri-dark"_s);
         if (edition == Edition::Automatic) {
-            const auto heic = HeicFile::open(SampleStore::path(u"emerald"_s, edition));
+            const auto heic = LibheifFile::open(SampleStore::path(u"emerald"_s, edition));
             const auto middle = [](const QString &uri) {
                 return middleOf(QUrl(uri).toLocalFile());
             };

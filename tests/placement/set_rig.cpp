@@ -2,6 +2,7 @@
 
 #include "clock.h"
 #include "download_cache.h"
+#include "libheif_decoder.h"
 #include "renderer.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -12,7 +13,9 @@ SetRig::SetRig(QList<ContentPack> packs, QString folder)
 {
     m_displays = std::make_unique<Displays>(&m_desktop, PlacementRecords(m_root), m_clock);
     m_setter = std::make_unique<WallpaperSetter>(
-        m_displays.get(), Renderer(DownloadCache(m_root).renderingFolder()), nullptr, m_clock);
+        m_displays.get(),
+        Renderer(DownloadCache(m_root).renderingFolder(), std::make_shared<LibheifDecoder>()),
+        nullptr, m_clock);
     m_store = std::make_unique<StoreRig>(std::move(packs), true, m_root, m_setter.get());
     m_requests = std::make_unique<WallpaperRequests>(
         WallpaperRequests::Services { .shop = &m_store->store(),

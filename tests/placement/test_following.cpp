@@ -2,6 +2,7 @@
 #include "displays.h"
 #include "fake_desktop.h"
 #include "following.h"
+#include "libheif_decoder.h"
 #include "owned_pack.h"
 #include "sleep_watcher.h"
 #include "test_clock.h"
@@ -31,7 +32,7 @@ struct Rig {
         : clock(std::make_shared<TestClock>(QDateTime(QDate(2026, 3, 1), time, Qt::UTC), false))
         , desktop(std::move(shown))
         , displays(&desktop, PlacementRecords(folder), this->clock)
-        , renderer(folder + u"/Rendered"_s)
+        , renderer(folder + u"/Rendered"_s, std::make_shared<LibheifDecoder>())
         , setter(&displays, renderer, nullptr, this->clock)
         , following(
               { .setter = &setter, .backend = &desktop, .sleep = &sleep, .clock = this->clock })

@@ -1,5 +1,7 @@
 #include "cover_size.h"
-#include "heic_file.h"
+#include "heic_module.h"
+#include "heic_xmp.h"
+#include "libheif_decoder.h"
 #include "picture_choice.h"
 #include "pixels.h"
 #include "renderer.h"
@@ -39,6 +41,7 @@ class RenderingTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
+    std::shared_ptr<const HeicDecoder> m_heic = std::make_shared<LibheifDecoder>();
 
 private Q_SLOTS:
     // Light and dark in each row: -1 is the file's primary picture, as metadata leaves it.
@@ -87,31 +90,47 @@ private Q_SLOTS:
         QFETCH(int, light);
         QFETCH(int, dark);
         const auto xmp = readAll(QStringLiteral(QUENNET_TEST_DATA "/storage/") + fixture);
-        const PictureChoice::Pictures pictures { HeicMetadata::fromXmp(xmp), count, -1 };
+        const PictureChoice::Pictures pictures { HeicXmp::metadata(xmp), count, -1 };
         QCOMPARE(PictureChoice::pictureFor(pictures, edition, false, time), light);
         QCOMPARE(PictureChoice::pictureFor(pictures, edition, true, time), dark);
     }
 
-    // What cannot be read; the sample files' pictures are read by the tests of their users.
+    // Through the module the program loads: what cannot be read; the sample files' pictures are
+    // read by the tests of their users. Without the module nothing decodes, and the file is not
+    // blamed for it.
     void heicFile()
     {
-        QVERIFY(!HeicFile::open(m_dir.filePath(u"missing.heic"_s)));
-        QVERIFY(!HeicFile::open(QStringLiteral(QUENNET_TEST_DATA "/storage/apr.xmp")));
-        const auto file = HeicFile::open(sample(u"aurora/emerald-appearance.heic"_s));
+        const HeicModule found({ m_dir.filePath(u"nowhere"_s), QStringLiteral(HEIC_MODULE_DIR) });
+        QVERIFY(!found.open(m_dir.filePath(u"missing.heic"_s)));
+        QVERIFY(found.isAvailable());
+        QVERIFY(!found.open(QStringLiteral(QUENNET_TEST_DATA "/storage/apr.xmp")));
+        const auto file = found.open(sample(u"aurora/emerald-appearance.heic"_s));
         QVERIFY(file && !file->picture(1).isNull());
         QVERIFY(file->picture(2).isNull());
+        QCOMPARE(file->metadata().appearance(), (HeicMetadata::LightAndDark { 0, 1 }));
+
+        const QString source = m_dir.filePath(u"f_nomodule.heic"_s);
+        QVERIFY(QFile::copy(sample(u"aurora/emerald-appearance.heic"_s), source));
+        const auto missing = std::make_shared<HeicModule>(QStringList(m_dir.path()));
+        QVERIFY(!missing->open(source));
+        QVERIFY(!missing->isAvailable());
+        bool undecodable = true;
+        QCOMPARE(Renderer(m_dir.filePath(u"Unrendered"_s), missing)
+                     .render(source, u"f_nomodule"_s, 0, {}, &undecodable),
+                 std::nullopt);
+        QVERIFY(!undecodable);
     }
 
     void renderingIsReusedUntilTheFileChanges()
     {
         const QString source = m_dir.filePath(u"f_abc.heic"_s);
         QVERIFY(QFile::copy(sample(u"aurora/emerald-appearance.heic"_s), source));
-        const Renderer renderer(m_dir.filePath(u"Rendered"_s));
+        const Renderer renderer(m_dir.filePath(u"Rendered"_s), m_heic);
 
         const auto dark = renderer.render(source, u"f_abc"_s, 1);
         QVERIFY(dark);
         QCOMPARE(*dark, renderer.renderingPath(u"f_abc"_s, 1));
-        QVERIFY(samePicture(HeicFile::open(source)->picture(1), QImage(*dark)));
+        QVERIFY(samePicture(LibheifFile::open(source)->picture(1), QImage(*dark)));
         QCOMPARE(renderer.sourceOf(*dark), QFileInfo(source).absoluteFilePath());
         QCOMPARE(renderer.sourceOf(source), std::nullopt);
 
@@ -127,7 +146,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(sample(u"dunes/amber-appearance.heic"_s), source));
         QFile(source).setFileTime(QDateTime::currentDateTime().addSecs(60),
                                   QFileDevice::FileModificationTime);
-        QVERIFY(samePicture(HeicFile::open(source)->picture(1),
+        QVERIFY(samePicture(LibheifFile::open(source)->picture(1),
                             QImage(*renderer.render(source, u"f_abc"_s, 1))));
 
         QVERIFY(!renderer.render(source, u"f_abc"_s, 7));
@@ -146,8 +165,8 @@ private Q_SLOTS:
     {
         const QString source = m_dir.filePath(u"f_big.heic"_s);
         QVERIFY(QFile::copy(sample(u"aurora/emerald-appearance.heic"_s), source));
-        const QImage picture = HeicFile::open(source)->picture(0); // 64×40
-        const Renderer renderer(m_dir.filePath(u"Sized"_s));
+        const QImage picture = LibheifFile::open(source)->picture(0); // 64×40
+        const Renderer renderer(m_dir.filePath(u"Sized"_s), m_heic);
         const auto rendered = [&](QSize bounds) {
             return renderer.render(source, u"f_big"_s, 0, bounds).value_or(QString());
         };

@@ -1,4 +1,6 @@
-#include "heic_file.h"
+#include "libheif_decoder.h"
+
+#include "heic_xmp.h"
 
 #include <QFile>
 #include <QImage>
@@ -44,35 +46,39 @@ QImage decode(const heif_image_handle *handle)
 }
 } // namespace
 
-HeicFile::HeicFile(HeicFile &&) noexcept = default;
-HeicFile &HeicFile::operator=(HeicFile &&) noexcept = default;
-HeicFile::~HeicFile() = default;
+LibheifFile::~LibheifFile() = default;
 
-std::optional<HeicFile> HeicFile::open(const QString &path)
+std::unique_ptr<LibheifFile> LibheifFile::open(const QString &path)
 {
-    HeicFile file;
+    std::unique_ptr<LibheifFile> opened(new LibheifFile);
+    LibheifFile &file = *opened;
     file.m_context = { heif_context_alloc(), heif_context_free };
     if (heif_context_read_from_file(file.m_context.get(), QFile::encodeName(path).constData(),
                                     nullptr)
             .code
         != heif_error_Ok)
-        return std::nullopt;
+        return nullptr;
     // Large pictures are grids of tiles, decoded in parallel.
     heif_context_set_max_decoding_threads(file.m_context.get(),
                                           int(std::max(1U, std::thread::hardware_concurrency())));
     const int count = heif_context_get_number_of_top_level_images(file.m_context.get());
     if (count <= 0)
-        return std::nullopt;
+        return nullptr;
     file.m_pictures.resize(count);
     heif_context_get_list_of_top_level_image_IDs(file.m_context.get(), file.m_pictures.data(),
                                                  count);
     heif_item_id primary = 0;
     if (heif_context_get_primary_image_ID(file.m_context.get(), &primary).code == heif_error_Ok)
         file.m_primary = int(std::max<qsizetype>(0, file.m_pictures.indexOf(primary)));
-    return file;
+    return opened;
 }
 
-QByteArray HeicFile::xmp() const
+HeicMetadata LibheifFile::metadata() const
+{
+    return HeicXmp::metadata(xmp());
+}
+
+QByteArray LibheifFile::xmp() const
 {
     const Handle primary = handle(m_context.get(), m_pictures.value(m_primary));
     if (!primary)
@@ -93,7 +99,7 @@ QByteArray HeicFile::xmp() const
     return {};
 }
 
-QImage HeicFile::picture(int index) const
+QImage LibheifFile::picture(int index) const
 {
     if (index < 0 || index >= pictureCount())
         return {};
@@ -101,7 +107,7 @@ QImage HeicFile::picture(int index) const
     return picture ? decode(picture.get()) : QImage();
 }
 
-QImage HeicFile::thumbnail(int index) const
+QImage LibheifFile::thumbnail(int index) const
 {
     if (index < 0 || index >= pictureCount())
         return {};
