@@ -6,6 +6,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QThread>
 #include <QTimer>
 
 #ifdef __GLIBC__
@@ -28,6 +29,11 @@ QuickViews::QuickViews()
 
 QuickViews::~QuickViews()
 {
+    // At quitting, no event loop is left to run a deferred delete: the engine goes now.
+    if (QThread::currentThread()->loopLevel() == 0) {
+        delete m_engine;
+        return;
+    }
     // What the windows' destruction posted may still reach the engine: it goes after that.
 #ifdef __GLIBC__
     // The freed pages go back to the system, not only to glibc's free lists.
