@@ -153,12 +153,12 @@ private:
     void openWhatsNew();
     void sayIfNoTray();
     void startAutomation();
+    // The named view's window in slot, made by the views on first use; nullptr when it fails.
     [[nodiscard]] QWindow *window(QPointer<QWindow> &slot, const QString &view);
     // Made on first use, then shown in front.
     void present(QPointer<QWindow> &slot, const QString &view);
     // The tray's icon for the desktop's panel in the current scheme.
     [[nodiscard]] QIcon trayIcon() const;
-    // The views' engine, made on first use.
     // The windows made so far.
     [[nodiscard]] QList<QWindow *> windows() const;
     [[nodiscard]] bool viewShown() const;
