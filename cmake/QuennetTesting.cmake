@@ -1,7 +1,9 @@
 # quennet_add_test(NAME SOURCES... LIBS... [SESSIONS keyring nobus]): one Qt Test executable
 # registered with CTest. Every run keeps its output in test-logs/ for the token check. With
 # SESSIONS it runs once per desktop session (tests/run-in-session) as NAME_SESSION. Tests read
-# English, whatever the developer's language.
+# English, whatever the developer's language. The leak checker's tracer does not intercept
+# __tls_get_addr: clang 14's runtime mistakes some of glibc's dynamic TLS blocks for an old layout
+# and crashes at exit, seldom and only when threads of dlopen()ed modules (dconf, GIO) are alive.
 function(quennet_add_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS;SESSIONS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
@@ -24,7 +26,7 @@ function(quennet_add_test name)
         set_tests_properties(${test} PROPERTIES
             LABELS "${ARG_LABELS}"
             FIXTURES_SETUP quennet_test_logs
-            ENVIRONMENT "LANGUAGE=en;QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1;QT_LOGGING_RULES=app.quennet.*=true;QUENNET_TEST_TOKENS=${logs}/${test}.tokens;ASAN_OPTIONS=detect_leaks=1:abort_on_error=1;UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
+            ENVIRONMENT "LANGUAGE=en;QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1;QT_LOGGING_RULES=app.quennet.*=true;QUENNET_TEST_TOKENS=${logs}/${test}.tokens;ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:intercept_tls_get_addr=0;UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
     endforeach()
 endfunction()
 
