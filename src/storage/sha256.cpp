@@ -1,22 +1,72 @@
 #include "sha256.h"
 
 #include <QFile>
+#include <dlfcn.h>
 #include <openssl/evp.h>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
 
 namespace {
 constexpr qint64 chunk = qint64(1024) * 1024;
+
+// OpenSSL's digests, opened at the first hash rather than at start: the library is large, and a
+// session that downloads nothing never needs it. The shop's TLS loads the same library.
+struct Crypto {
+    decltype(&EVP_MD_CTX_new) newContext = nullptr;
+    decltype(&EVP_MD_CTX_free) freeContext = nullptr;
+    decltype(&EVP_sha256) sha256 = nullptr;
+    decltype(&EVP_DigestInit_ex) init = nullptr;
+    decltype(&EVP_DigestUpdate) update = nullptr;
+    decltype(&EVP_DigestFinal_ex) final = nullptr;
+    std::string error;
+
+    static const Crypto &get()
+    {
+        static const Crypto crypto = load();
+        return crypto;
+    }
+
+private:
+    static Crypto load()
+    {
+        Crypto found;
+        void *library = dlopen("libcrypto.so.3", RTLD_NOW | RTLD_LOCAL);
+        if (!library) {
+            found.error = dlerror();
+            return found;
+        }
+        const auto resolve = [library](auto &function, const char *name) {
+            function =
+                reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, name));
+            return function != nullptr;
+        };
+        if (!resolve(found.newContext, "EVP_MD_CTX_new")
+            || !resolve(found.freeContext, "EVP_MD_CTX_free")
+            || !resolve(found.sha256, "EVP_sha256") || !resolve(found.init, "EVP_DigestInit_ex")
+            || !resolve(found.update, "EVP_DigestUpdate")
+            || !resolve(found.final, "EVP_DigestFinal_ex")) {
+            found.error = dlerror();
+            found.newContext = nullptr;
+        }
+        return found;
+    }
+};
 } // namespace
 
 void Sha256::Free::operator()(evp_md_ctx_st *context) const
 {
-    EVP_MD_CTX_free(context);
+    Crypto::get().freeContext(context);
 }
 
 Sha256::Sha256()
-    : m_context(EVP_MD_CTX_new())
 {
-    if (!m_context || EVP_DigestInit_ex(m_context.get(), EVP_sha256(), nullptr) != 1)
-        qFatal("OpenSSL has no SHA-256");
+    const Crypto &crypto = Crypto::get();
+    if (!crypto.newContext)
+        throw std::runtime_error("SHA-256 is not available: " + crypto.error);
+    m_context.reset(crypto.newContext());
+    if (!m_context || crypto.init(m_context.get(), crypto.sha256(), nullptr) != 1)
+        throw std::runtime_error("OpenSSL could not start a SHA-256 digest");
 }
 
 Sha256::~Sha256() = default;
@@ -25,7 +75,7 @@ Sha256 &Sha256::operator=(Sha256 &&) noexcept = default;
 
 void Sha256::add(const char *data, qint64 size)
 {
-    EVP_DigestUpdate(m_context.get(), data, size_t(size));
+    Crypto::get().update(m_context.get(), data, size_t(size));
 }
 
 bool Sha256::addFile(const QString &path, qint64 bytes)
@@ -49,7 +99,7 @@ QString Sha256::hex()
 {
     unsigned char digest[EVP_MAX_MD_SIZE];
     unsigned int length = 0;
-    EVP_DigestFinal_ex(m_context.get(), digest, &length);
+    Crypto::get().final(m_context.get(), digest, &length);
     return QString::fromLatin1(
         QByteArray(reinterpret_cast<const char *>(digest), int(length)).toHex());
 }
