@@ -24,22 +24,31 @@ public:
 };
 } // namespace
 
-NetworkAccessManager::NetworkAccessManager(const std::optional<QString> &extraCertificates,
+NetworkAccessManager::NetworkAccessManager(std::optional<QString> extraCertificates,
                                            const QUrl &shop, QObject *parent)
     : QNetworkAccessManager(parent)
     , m_shopHost(shop.host())
-    , m_shopTls(QSslConfiguration::defaultConfiguration())
+    , m_extraCertificates(std::move(extraCertificates))
 {
     setCookieJar(new NoCookieJar(this));
     setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
     setTransferTimeout(60'000); // ms without a byte moving
+}
 
-    if (extraCertificates) {
-        const auto certificates = QSslCertificate::fromPath(*extraCertificates, QSsl::Pem);
+const QSslConfiguration &NetworkAccessManager::shopTls()
+{
+    // Made at the first request rather than at start: the TLS backend and the certificates take
+    // a while to load, and the tray icon should not wait for them.
+    if (m_shopTls)
+        return *m_shopTls;
+    m_shopTls = QSslConfiguration::defaultConfiguration();
+    if (m_extraCertificates) {
+        const auto certificates = QSslCertificate::fromPath(*m_extraCertificates, QSsl::Pem);
         if (certificates.isEmpty())
-            qCWarning(lcNetwork) << "No certificates in" << *extraCertificates;
-        m_shopTls.addCaCertificates(certificates);
+            qCWarning(lcNetwork) << "No certificates in" << *m_extraCertificates;
+        m_shopTls->addCaCertificates(certificates);
     }
+    return *m_shopTls;
 }
 
 QByteArray NetworkAccessManager::userAgent()
@@ -79,7 +88,7 @@ QNetworkReply *NetworkAccessManager::createRequest(Operation operation,
     // meant for a development shop can't vouch for any other site.
     QNetworkRequest prepared(request);
     prepared.setSslConfiguration(
-        request.url().host() == m_shopHost ? m_shopTls : QSslConfiguration::defaultConfiguration());
+        request.url().host() == m_shopHost ? shopTls() : QSslConfiguration::defaultConfiguration());
     // A followed redirect would carry Authorization to wherever it points.
     prepared.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                           QNetworkRequest::ManualRedirectPolicy);

@@ -16,7 +16,7 @@ class NetworkAccessManager : public QNetworkAccessManager {
 public:
     // extraCertificates: a PEM file ("shopCertificates") trusted besides the system's, for
     // connections to the shop's host alone.
-    NetworkAccessManager(const std::optional<QString> &extraCertificates, const QUrl &shop,
+    NetworkAccessManager(std::optional<QString> extraCertificates, const QUrl &shop,
                          QObject *parent = nullptr);
 
     [[nodiscard]] static QByteArray userAgent();
@@ -32,6 +32,9 @@ protected:
                                  QIODevice *outgoingData) override;
 
 private:
+    [[nodiscard]] const QSslConfiguration &shopTls();
+
     QString m_shopHost;
-    QSslConfiguration m_shopTls;
+    std::optional<QString> m_extraCertificates;
+    std::optional<QSslConfiguration> m_shopTls;
 };
