@@ -52,20 +52,19 @@ std::optional<DesktopPicture> slideshow(const Renderer &renderer, const Request 
 
 Prepared prepare(const Renderer &renderer, const Request &request)
 {
-    const HeicDecoder *decoder = renderer.decoder();
-    const auto file = decoder ? decoder->open(request.source) : nullptr;
-    if (!file && request.source.endsWith(u".heic"_s, Qt::CaseInsensitive)) {
+    const auto found = renderer.pictures(request.source, request.fileId);
+    if (!found && request.source.endsWith(u".heic"_s, Qt::CaseInsensitive)) {
         // A downloaded wallpaper that does not open was damaged after its check; without a
         // decoder no file opens, and fetching it again would not help.
+        const HeicDecoder *decoder = renderer.decoder();
         if (decoder && decoder->isAvailable())
             throw UnreadableFile();
         throw DesktopError(QCoreApplication::translate(
             "DesktopPictures", "This wallpaper could not be prepared for your desktop."));
     }
-    if (!file)
+    if (!found)
         return { .picture = { .path = request.source } };
-    const PictureChoice::Pictures pictures { file->metadata(), file->pictureCount(),
-                                             file->primaryIndex() };
+    const PictureChoice::Pictures &pictures = *found;
 
     if (request.edition == Edition::TimeOfDay && request.slideshow) {
         if (auto picture = slideshow(renderer, request, pictures))

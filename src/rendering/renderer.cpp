@@ -4,6 +4,7 @@
 #include "cover_size.h"
 #include "heic_decoder.h"
 #include "logging.h"
+#include "picture_record.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -136,21 +137,50 @@ QString Renderer::recordPath(const QString &fileId) const
     return m_folder + u'/' + fileId + u".source.json"_s;
 }
 
+QJsonObject Renderer::record(const QString &fileId) const
+{
+    QFile file(recordPath(fileId));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object();
+}
+
 bool Renderer::isCurrent(const QString &source, const QString &fileId) const
 {
-    QFile record(recordPath(fileId));
+    QJsonObject saved = record(fileId);
+    saved.remove("pictures"_L1);
     const QJsonObject now = stamp(source);
-    if (record.open(QIODevice::ReadOnly)
-        && QJsonDocument::fromJson(record.readAll()).object() == now)
+    if (saved == now)
         return true;
-    record.close();
     QDir dir(m_folder);
     for (const QString &old : dir.entryList({ fileId + u"-*"_s, fileId + u".*"_s }, QDir::Files))
         dir.remove(old);
     // Without its record a rendering is made again next time, never taken for another file's.
-    if (!writeAtomically(record.fileName(), QJsonDocument(now).toJson(QJsonDocument::Compact)))
-        qCWarning(lcRendering) << "Cannot write" << record.fileName();
+    if (!writeAtomically(recordPath(fileId), QJsonDocument(now).toJson(QJsonDocument::Compact)))
+        qCWarning(lcRendering) << "Cannot write" << recordPath(fileId);
     return false;
+}
+
+std::optional<PictureChoice::Pictures> Renderer::pictures(const QString &source,
+                                                          const QString &fileId) const
+{
+    QJsonObject saved = record(fileId);
+    const auto known = PictureRecord::fromJson(saved.take("pictures"_L1));
+    if (known && saved == stamp(source))
+        return known;
+    const auto file = m_decoder ? m_decoder->open(source) : nullptr;
+    if (!file)
+        return std::nullopt;
+    const PictureChoice::Pictures read { file->metadata(), file->pictureCount(),
+                                         file->primaryIndex() };
+    // The renderings of what the file held before go first.
+    if (!isCurrent(source, fileId))
+        qCDebug(lcRendering) << "Reading" << source << "anew";
+    QJsonObject updated = stamp(source);
+    updated.insert(u"pictures"_s, PictureRecord::toJson(read));
+    if (!writeAtomically(recordPath(fileId), QJsonDocument(updated).toJson(QJsonDocument::Compact)))
+        qCWarning(lcRendering) << "Cannot write" << recordPath(fileId);
+    return read;
 }
 
 std::optional<QString> Renderer::covering(const QString &fileId, int index, QSize bounds) const
@@ -219,10 +249,6 @@ std::optional<QString> Renderer::sourceOf(const QString &path) const
 
 std::optional<QString> Renderer::sourceOfId(const QString &fileId) const
 {
-    QFile record(recordPath(fileId));
-    if (!record.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const QString source =
-        QJsonDocument::fromJson(record.readAll()).object().value("source"_L1).toString();
+    const QString source = record(fileId).value("source"_L1).toString();
     return source.isEmpty() ? std::nullopt : std::optional(source);
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "picture_choice.h"
+
+#include <QJsonObject>
 #include <QSize>
 #include <QString>
 #include <functional>
@@ -35,6 +38,12 @@ public:
                                                 int index, QSize bounds = {},
                                                 bool *undecodable = nullptr) const;
 
+    // What source holds: its pictures and what its metadata says about them, kept with its
+    // renderings so that a file once read is not opened again (which loads the HEIC decoder).
+    // None when it cannot be read.
+    [[nodiscard]] std::optional<PictureChoice::Pictures> pictures(const QString &source,
+                                                                  const QString &fileId) const;
+
     // The wallpaper file a rendering or a file made from renderings (a slideshow) belongs to;
     // none for other paths.
     [[nodiscard]] std::optional<QString> sourceOf(const QString &path) const;
@@ -56,6 +65,7 @@ private:
     // Every rendering of the picture but keep.
     void removeOthers(const QString &fileId, int index, const QString &keep) const;
     [[nodiscard]] QString recordPath(const QString &fileId) const;
+    [[nodiscard]] QJsonObject record(const QString &fileId) const;
     [[nodiscard]] std::optional<QString> sourceOfId(const QString &fileId) const;
     // Whether the renderings of fileId were made from source as it is now; when not, they are
     // removed and source is recorded in their place.

@@ -3,12 +3,14 @@
 #include "heic_xmp.h"
 #include "libheif_decoder.h"
 #include "picture_choice.h"
+#include "picture_record.h"
 #include "pixels.h"
 #include "renderer.h"
 #include "test_files.h"
 
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -93,6 +95,19 @@ private Q_SLOTS:
         const PictureChoice::Pictures pictures { HeicXmp::metadata(xmp), count, -1 };
         QCOMPARE(PictureChoice::pictureFor(pictures, edition, false, time), light);
         QCOMPARE(PictureChoice::pictureFor(pictures, edition, true, time), dark);
+
+        // As kept beside the renderings, read strictly.
+        const auto kept =
+            PictureRecord::fromJson(PictureRecord::toJson({ pictures.metadata, count, 0 }));
+        QVERIFY(kept);
+        QCOMPARE(PictureChoice::schedule(*kept), PictureChoice::schedule(pictures));
+        QCOMPARE(kept->metadata.appearance(), pictures.metadata.appearance());
+        QCOMPARE(kept->metadata.solarPositions(), pictures.metadata.solarPositions());
+        QJsonObject damaged = PictureRecord::toJson({ pictures.metadata, count, count });
+        QVERIFY(!PictureRecord::fromJson(damaged));
+        damaged.insert(u"primary"_s, 0);
+        damaged.insert(u"times"_s, QJsonArray { QJsonArray { 0.5, -1 } });
+        QVERIFY(!PictureRecord::fromJson(damaged));
     }
 
     // Through the module the program loads: what cannot be read; the sample files' pictures are
@@ -134,6 +149,16 @@ private Q_SLOTS:
         QCOMPARE(renderer.sourceOf(*dark), QFileInfo(source).absoluteFilePath());
         QCOMPARE(renderer.sourceOf(source), std::nullopt);
 
+        // What the file holds is known from then on without reading it, even without a decoder.
+        const Renderer undecoding(renderer.folder());
+        QCOMPARE(undecoding.pictures(source, u"f_abc"_s), std::nullopt);
+        const auto read = renderer.pictures(source, u"f_abc"_s);
+        const auto kept = undecoding.pictures(source, u"f_abc"_s);
+        QVERIFY(read && kept);
+        QCOMPARE(kept->count, read->count);
+        QCOMPARE(kept->metadata.appearance(), (HeicMetadata::LightAndDark { 0, 1 }));
+        QCOMPARE(undecoding.render(source, u"f_abc"_s, 1), dark);
+
         // Reused: a mark in the rendering survives.
         QImage marked(*dark);
         marked.fill(Qt::magenta);
@@ -146,6 +171,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(sample(u"dunes/amber-appearance.heic"_s), source));
         QFile(source).setFileTime(QDateTime::currentDateTime().addSecs(60),
                                   QFileDevice::FileModificationTime);
+        QCOMPARE(undecoding.pictures(source, u"f_abc"_s), std::nullopt);
         QVERIFY(samePicture(LibheifFile::open(source)->picture(1),
                             QImage(*renderer.render(source, u"f_abc"_s, 1))));
 
