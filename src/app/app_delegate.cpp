@@ -103,6 +103,20 @@ AppDelegate::~AppDelegate()
 
 void AppDelegate::start()
 {
+    // The tray icon first, since it is all a start at login shows. Nothing answers it before
+    // start() returns, so the rest is in place by its first click. The views are made with the
+    // first of them.
+    m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
+    const QVariantMap roots { { u"app"_s, QVariant::fromValue(this) } };
+    m_statusItem = new StatusItemController(
+        { .openMain = [this] { openMain(); },
+          .openSettings = [this] { openSettings(); },
+          .quit = [this] { quit(); } },
+        trayIcon(), [this] { return m_views->views(); }, roots);
+    connect(m_statusItem, &StatusItemController::shownChanged, m_views, &ViewEngine::viewChanged);
+    connect(m_scheme, &ColourScheme::changed, m_statusItem,
+            [this] { m_statusItem->setIcon(trayIcon()); });
+
     // The session: its keychain, the shop's network manager and the account over them.
     m_keychain = new Keychain(applicationFolder(), this);
     const QUrl base = m_defaults->shopBaseURL();
@@ -121,16 +135,6 @@ void AppDelegate::start()
     startViews();
     startGreetingAndSounds();
 
-    // The views are made with the first of them.
-    const QVariantMap roots { { u"app"_s, QVariant::fromValue(this) } };
-    m_statusItem = new StatusItemController(
-        { .openMain = [this] { openMain(); },
-          .openSettings = [this] { openSettings(); },
-          .quit = [this] { quit(); } },
-        trayIcon(), [this] { return m_views->views(); }, roots);
-    connect(m_statusItem, &StatusItemController::shownChanged, m_views, &ViewEngine::viewChanged);
-    connect(m_scheme, &ColourScheme::changed, m_statusItem,
-            [this] { m_statusItem->setIcon(trayIcon()); });
     startNotifications();
 
     // A self-test only loads the views: nothing reaches the shop, the desktop or the helper.
@@ -163,7 +167,6 @@ void AppDelegate::startPlacement()
     DesktopBackend *backend =
         DesktopBackends::make(qEnvironmentVariable("XDG_CURRENT_DESKTOP"), folder, this);
     m_displays = new Displays(backend, PlacementRecords(folder), m_clock, this);
-    m_scheme = new ColourScheme(QDBusConnection::sessionBus(), this);
     m_setter = new WallpaperSetter(m_displays, Renderer(folder + u"/Rendered"_s, m_heic), m_scheme,
                                    m_clock, this);
     m_sleep = new LogindSleepWatcher(QDBusConnection::systemBus(), this);
