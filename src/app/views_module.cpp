@@ -1,8 +1,8 @@
 #include "views_module.h"
 
 #include "logging.h"
+#include "module_folders.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPluginLoader>
 
@@ -10,10 +10,11 @@ using namespace Qt::Literals::StringLiterals;
 
 std::unique_ptr<Views> ViewsModule::load()
 {
-    const QString file = u"quennet-views.so"_s;
-    QString path = QCoreApplication::applicationDirPath() + u'/' + file;
-    if (!QFileInfo::exists(path)) {
-        path = QStringLiteral(QUENNET_MODULE_DIR) + u'/' + file;
+    QString path;
+    for (const QString &folder : moduleFolders()) {
+        path = folder + u"/quennet-views.so"_s;
+        if (QFileInfo::exists(path))
+            break;
     }
     QPluginLoader loader(path);
     // A symbol the module needs and the program lacks fails here, not at its first call.

@@ -13,11 +13,6 @@ HeicModule::HeicModule(QStringList folders)
 {
 }
 
-QStringList HeicModule::defaultFolders()
-{
-    return { QCoreApplication::applicationDirPath(), QStringLiteral(QUENNET_MODULE_DIR) };
-}
-
 std::unique_ptr<HeicFile> HeicModule::open(const QString &path) const
 {
     const HeicDecoder *decoder = loaded();

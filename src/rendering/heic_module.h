@@ -1,6 +1,7 @@
 #pragma once
 
 #include "heic_decoder.h"
+#include "module_folders.h"
 
 #include <QStringList>
 #include <mutex>
@@ -10,14 +11,11 @@
 // file at all. Without the module no file opens, and that is logged once.
 class HeicModule final : public HeicDecoder {
 public:
-    // folders: where to look, in order; by default the running program's folder (a build tree),
-    // then the one the package installs the module into. Needs the application object.
-    explicit HeicModule(QStringList folders = defaultFolders());
+    // folders: where to look, in order.
+    explicit HeicModule(QStringList folders = moduleFolders());
 
     [[nodiscard]] std::unique_ptr<HeicFile> open(const QString &path) const override;
     [[nodiscard]] bool isAvailable() const override;
-
-    [[nodiscard]] static QStringList defaultFolders();
 
 private:
     [[nodiscard]] const HeicDecoder *loaded() const;
