@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QImage>
-#include <QImageReader>
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -67,17 +66,16 @@ QList<std::pair<QString, RenderingName>> renderingsOf(const QString &folder, con
     return found;
 }
 
-// A whole JPEG: a header Qt can read and the end-of-image marker as its last bytes. Cheap next
-// to decoding it, and enough to catch a rendering cut short on disk.
+// A whole JPEG: the start-of-image marker first and the end-of-image marker last. Enough to catch
+// a rendering cut short on disk, and no image plugin is loaded for it: following the desktop at
+// login checks every rendering it shows.
 bool isWhole(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() < 4 || !file.seek(file.size() - 2)
-        || file.read(2) != "\xff\xd9")
+    if (!file.open(QIODevice::ReadOnly) || file.size() < 4 || file.read(3) != "\xff\xd8\xff"
+        || !file.seek(file.size() - 2))
         return false;
-    file.close();
-    QImageReader reader(path, "jpeg");
-    return reader.canRead() && reader.size().isValid();
+    return file.read(2) == "\xff\xd9";
 }
 } // namespace
 
