@@ -173,7 +173,7 @@ std::optional<PictureChoice::Pictures> Renderer::pictures(const QString &source,
                                          file->primaryIndex() };
     // The renderings of what the file held before go first.
     if (!isCurrent(source, fileId))
-        qCDebug(lcRendering) << "Reading" << source << "anew";
+        qCDebug(lcRendering) << "Reading the pictures of" << source;
     QJsonObject updated = stamp(source);
     updated.insert(u"pictures"_s, PictureRecord::toJson(read));
     if (!writeAtomically(recordPath(fileId), QJsonDocument(updated).toJson(QJsonDocument::Compact)))
