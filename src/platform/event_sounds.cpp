@@ -2,12 +2,11 @@
 
 #include "gnome_backend.h"
 #include "logging.h"
+#include "opened_library.h"
 
 #include <canberra.h>
-#include <dlfcn.h>
 #include <gio/gio.h>
 #include <optional>
-#include <type_traits>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,16 +30,12 @@ struct Canberra {
             return std::nullopt;
         }
         Canberra found;
-        const auto resolve = [library](auto &function, const char *name) {
-            function =
-                reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, name));
-            return function != nullptr;
-        };
-        if (resolve(found.create, "ca_context_create")
-            && resolve(found.destroy, "ca_context_destroy")
-            && resolve(found.changeProps, "ca_context_change_props")
-            && resolve(found.open, "ca_context_open") && resolve(found.play, "ca_context_play")
-            && resolve(found.strerror, "ca_strerror"))
+        if (resolveFunction(library, found.create, "ca_context_create")
+            && resolveFunction(library, found.destroy, "ca_context_destroy")
+            && resolveFunction(library, found.changeProps, "ca_context_change_props")
+            && resolveFunction(library, found.open, "ca_context_open")
+            && resolveFunction(library, found.play, "ca_context_play")
+            && resolveFunction(library, found.strerror, "ca_strerror"))
             return found;
         qCWarning(lcSounds) << "No event sounds:" << dlerror();
         dlclose(library);

@@ -1,11 +1,11 @@
 #include "sha256.h"
 
+#include "opened_library.h"
+
 #include <QFile>
-#include <dlfcn.h>
 #include <openssl/evp.h>
 #include <stdexcept>
 #include <string>
-#include <type_traits>
 
 namespace {
 constexpr qint64 chunk = qint64(1024) * 1024;
@@ -36,16 +36,12 @@ private:
             found.error = dlerror();
             return found;
         }
-        const auto resolve = [library](auto &function, const char *name) {
-            function =
-                reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, name));
-            return function != nullptr;
-        };
-        if (!resolve(found.newContext, "EVP_MD_CTX_new")
-            || !resolve(found.freeContext, "EVP_MD_CTX_free")
-            || !resolve(found.sha256, "EVP_sha256") || !resolve(found.init, "EVP_DigestInit_ex")
-            || !resolve(found.update, "EVP_DigestUpdate")
-            || !resolve(found.final, "EVP_DigestFinal_ex")) {
+        if (!resolveFunction(library, found.newContext, "EVP_MD_CTX_new")
+            || !resolveFunction(library, found.freeContext, "EVP_MD_CTX_free")
+            || !resolveFunction(library, found.sha256, "EVP_sha256")
+            || !resolveFunction(library, found.init, "EVP_DigestInit_ex")
+            || !resolveFunction(library, found.update, "EVP_DigestUpdate")
+            || !resolveFunction(library, found.final, "EVP_DigestFinal_ex")) {
             found.error = dlerror();
             found.newContext = nullptr;
         }
