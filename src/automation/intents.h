@@ -68,7 +68,7 @@ public:
     // Makes the main display's wallpaper a favourite. Never removes one: a favourite already
     // stays where it is in the list. Throws Defaults::NotSaved when the list couldn't be saved.
     void favouriteCurrentWallpaper();
-    // The wallpapers of the user's packs as they are now, without swatches.
+    // The wallpapers of the user's packs as they are now.
     [[nodiscard]] WallpaperQuery query() const;
 
 private:

@@ -18,7 +18,6 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, WallpaperEntity &
     argument.beginStructure();
     argument >> entity.id >> entity.name >> entity.packName;
     argument.endStructure();
-    entity.swatch.reset();
     return argument;
 }
 
@@ -32,8 +31,7 @@ std::optional<ColourwayKey> ColourwayKey::parse(QStringView text)
 }
 
 WallpaperQuery::WallpaperQuery(const QList<Pack> &packs, const QMap<QString, OwnedPack> &owned,
-                               const QStringList &favourites, Swatch swatch)
-    : m_swatch(std::move(swatch))
+                               const QStringList &favourites)
 {
     QList<WallpaperEntity> library;
     for (const Pack &pack : packs) {
@@ -60,7 +58,7 @@ std::optional<WallpaperEntity> WallpaperQuery::entity(const QString &id) const
 {
     for (const WallpaperEntity &entity : m_ordered) {
         if (entity.id == id)
-            return withSwatch(entity);
+            return entity;
     }
     return std::nullopt;
 }
@@ -77,7 +75,7 @@ QList<WallpaperEntity> WallpaperQuery::entities(const QString &matching) const
                 || entity.id.contains(word, Qt::CaseInsensitive);
         });
         if (matches)
-            found.append(withSwatch(entity));
+            found.append(entity);
     }
     return found;
 }
@@ -85,13 +83,4 @@ QList<WallpaperEntity> WallpaperQuery::entities(const QString &matching) const
 QList<WallpaperEntity> WallpaperQuery::suggestedEntities() const
 {
     return entities(QString());
-}
-
-WallpaperEntity WallpaperQuery::withSwatch(WallpaperEntity entity) const
-{
-    if (m_swatch) {
-        if (const auto key = ColourwayKey::parse(entity.id))
-            entity.swatch = m_swatch(key->pack, key->colourway);
-    }
-    return entity;
 }

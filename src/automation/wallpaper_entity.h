@@ -3,10 +3,8 @@
 #include "owned_pack.h"
 #include "pack.h"
 
-#include <QByteArray>
 #include <QMetaType>
 #include <QStringList>
-#include <functional>
 #include <optional>
 
 class QDBusArgument;
@@ -16,13 +14,12 @@ struct WallpaperEntity {
     QString id; // the colourway key: pack slug, "/", colourway slug
     QString name; // the colourway's name
     QString packName;
-    std::optional<QByteArray> swatch; // a small PNG of the colourway's picture; none without one
 
     bool operator==(const WallpaperEntity &) const = default;
 };
 Q_DECLARE_METATYPE(WallpaperEntity)
 
-// On the bus an entity is (id, name, packName): the swatch does not travel.
+// On the bus an entity is (id, name, packName).
 QDBusArgument &operator<<(QDBusArgument &argument, const WallpaperEntity &entity);
 const QDBusArgument &operator>>(const QDBusArgument &argument, WallpaperEntity &entity);
 
@@ -42,12 +39,8 @@ struct ColourwayKey {
 // pack's colourways in its own order).
 class WallpaperQuery {
 public:
-    // A swatch for a colourway, where one can be had cheaply.
-    using Swatch =
-        std::function<std::optional<QByteArray>(const QString &pack, const QString &colourway)>;
-
     WallpaperQuery(const QList<Pack> &packs, const QMap<QString, OwnedPack> &owned,
-                   const QStringList &favourites, Swatch swatch = {});
+                   const QStringList &favourites);
 
     // Exact keys; unknown ones are left out.
     [[nodiscard]] std::optional<WallpaperEntity> entity(const QString &id) const;
@@ -57,8 +50,5 @@ public:
     [[nodiscard]] QList<WallpaperEntity> suggestedEntities() const;
 
 private:
-    [[nodiscard]] WallpaperEntity withSwatch(WallpaperEntity entity) const;
-
-    QList<WallpaperEntity> m_ordered; // without swatches
-    Swatch m_swatch;
+    QList<WallpaperEntity> m_ordered;
 };

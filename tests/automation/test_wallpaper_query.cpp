@@ -1,8 +1,5 @@
-#include "libheif_decoder.h"
-#include "swatches.h"
 #include "wallpaper_entity.h"
 
-#include <QImage>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -78,20 +75,6 @@ private Q_SLOTS:
         QCOMPARE(key.has_value(), valid);
         if (key)
             QCOMPARE(key->text(), text);
-    }
-
-    // The swatch is the picture's own thumbnail, small; a file without one gives none.
-    void swatchFromAFile()
-    {
-        const LibheifDecoder heic;
-        const auto swatch = Swatches::fromFile(
-            heic, QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/emerald-light.heic"));
-        QVERIFY(swatch);
-        const QImage image = QImage::fromData(*swatch, "PNG");
-        QVERIFY(!image.isNull());
-        QCOMPARE(qMax(image.width(), image.height()), Swatches::size);
-        // This source file is no picture.
-        QCOMPARE(Swatches::fromFile(heic, QStringLiteral(__FILE__)), std::nullopt);
     }
 };
 
