@@ -135,11 +135,7 @@ void ColourwayListModel::reload()
             }
         }
     }
-    if (rows == m_rows)
-        return;
-    beginResetModel();
-    m_rows = std::move(rows);
-    endResetModel();
+    replaceRows(m_rows, std::move(rows));
 }
 
 void ColourwayListModel::fillStates(Row &row) const
@@ -269,9 +265,5 @@ QHash<int, QByteArray> ColourwayListModel::roleNames() const
 
 int ColourwayListModel::indexOf(const QString &key) const
 {
-    for (qsizetype i = 0; i < m_rows.size(); ++i) {
-        if (m_rows.at(i).pack + u'/' + m_rows.at(i).slug == key)
-            return int(i);
-    }
-    return -1;
+    return find(m_rows, key, [](const Row &row) { return QString(row.pack + u'/' + row.slug); });
 }

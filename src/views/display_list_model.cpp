@@ -95,11 +95,7 @@ void DisplayListModel::reload()
         m_bounds = bounds;
         Q_EMIT boundsChanged();
     }
-    if (rows == m_rows)
-        return;
-    beginResetModel();
-    m_rows = std::move(rows);
-    endResetModel();
+    replaceRows(m_rows, std::move(rows));
 }
 
 QString DisplayListModel::mainId() const
@@ -176,11 +172,7 @@ QHash<int, QByteArray> DisplayListModel::roleNames() const
 
 int DisplayListModel::indexOf(const QString &id) const
 {
-    for (qsizetype i = 0; i < m_rows.size(); ++i) {
-        if (m_rows.at(i).id == id)
-            return int(i);
-    }
-    return -1;
+    return find(m_rows, id, [](const Row &row) { return row.id; });
 }
 
 QStringList DisplayListModel::ids() const

@@ -80,11 +80,7 @@ void PackListModel::reload()
     }
     if (!m_ownedOnly)
         owned.append(others);
-    if (owned == m_rows)
-        return;
-    beginResetModel();
-    m_rows = std::move(owned);
-    endResetModel();
+    replaceRows(m_rows, std::move(owned));
 }
 
 int PackListModel::rowCount(const QModelIndex &parent) const
@@ -155,9 +151,5 @@ QHash<int, QByteArray> PackListModel::roleNames() const
 
 int PackListModel::indexOf(const QString &slug) const
 {
-    for (qsizetype i = 0; i < m_rows.size(); ++i) {
-        if (m_rows.at(i).slug == slug)
-            return int(i);
-    }
-    return -1;
+    return find(m_rows, slug, [](const Row &row) { return row.slug; });
 }

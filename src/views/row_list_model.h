@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <QPointer>
 #include <QtQmlIntegration>
+#include <algorithm>
 
 // A list model for the views: its row count, every row's roles by name, and the row the view
 // has chosen by its key, each as a property that follows every change of the rows.
@@ -46,6 +47,25 @@ protected:
         if (value)
             listen(value);
         return true;
+    }
+
+    // Takes the rows a reload made; the views are told only when they differ from the shown ones.
+    template<typename Row> void replaceRows(QList<Row> &shown, QList<Row> made)
+    {
+        if (made == shown)
+            return;
+        beginResetModel();
+        shown = std::move(made);
+        endResetModel();
+    }
+
+    // The first row whose key is key, or -1.
+    template<typename Row, typename KeyOf>
+    [[nodiscard]] static int find(const QList<Row> &rows, const QString &key, KeyOf keyOf)
+    {
+        const auto found = std::find_if(rows.cbegin(), rows.cend(),
+                                        [&](const Row &row) { return keyOf(row) == key; });
+        return found == rows.cend() ? -1 : int(found - rows.cbegin());
     }
 
 private:
