@@ -1,5 +1,6 @@
 #include "gnome_backend.h"
 
+#include "gsettings_library.h"
 #include "logging.h"
 #include "spanned_picture.h"
 
@@ -9,7 +10,6 @@
 #include <QPointer>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
-#include <gio/gio.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,18 +34,13 @@ Keys keysOf(GnomeBackend::Family family)
     Q_UNREACHABLE();
 }
 
-GSettingsSchema *lookUp(const char *id)
-{
-    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
-    return source ? g_settings_schema_source_lookup(source, id, TRUE) : nullptr;
-}
-
 const auto darkKey = u"dark"_s;
 const auto stillKey = u"still"_s;
 const auto spannedKey = u"spanned"_s;
 } // namespace
 
 struct GnomeBackend::Settings {
+    const GSettingsLibrary *gio = GSettingsLibrary::get();
     GSettingsSchema *schema = nullptr;
     GSettings *settings = nullptr;
     Keys keys {};
@@ -55,16 +50,16 @@ struct GnomeBackend::Settings {
     ~Settings()
     {
         if (settings) {
-            g_signal_handler_disconnect(settings, handler);
-            g_object_unref(settings);
+            gio->disconnectSignal(settings, handler);
+            gio->unrefObject(settings);
         }
         if (schema)
-            g_settings_schema_unref(schema);
+            gio->unrefSchema(schema);
     }
 
     [[nodiscard]] QString string(const char *key) const
     {
-        gchar *value = g_settings_get_string(settings, key);
+        gchar *value = gio->getString(settings, key);
         QString result = QString::fromUtf8(value);
         g_free(value);
         return result;
@@ -72,7 +67,7 @@ struct GnomeBackend::Settings {
 
     void setString(const char *key, const QString &value) const
     {
-        g_settings_set_string(settings, key, value.toUtf8().constData());
+        gio->setString(settings, key, value.toUtf8().constData());
     }
 
     [[nodiscard]] QString toSetting(const QString &path) const
@@ -98,20 +93,21 @@ GnomeBackend::GnomeBackend(Family family, QString folder, QObject *parent)
 {
     m_composer.setMaxThreadCount(1);
     m_settings->keys = keysOf(family);
-    m_settings->schema = lookUp(m_settings->keys.schema);
+    const GSettingsLibrary *gio = m_settings->gio;
+    m_settings->schema = gio ? gio->lookUp(m_settings->keys.schema) : nullptr;
     if (!m_settings->schema) {
         qCWarning(lcGSettings) << "No settings schema" << m_settings->keys.schema;
         return;
     }
-    m_settings->settings = g_settings_new_full(m_settings->schema, nullptr, nullptr);
-    m_settings->hasDark = m_settings->keys.dark
-        && g_settings_schema_has_key(m_settings->schema, m_settings->keys.dark);
+    m_settings->settings = gio->newSettings(m_settings->schema, nullptr, nullptr);
+    m_settings->hasDark =
+        m_settings->keys.dark && gio->schemaHasKey(m_settings->schema, m_settings->keys.dark);
     // Changes made elsewhere arrive through GLib's main loop, which Qt's event dispatcher runs.
-    m_settings->handler = g_signal_connect(
+    m_settings->handler = gio->connectSignal(
         m_settings->settings, "changed", G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
             Q_EMIT static_cast<GnomeBackend *>(self)->picturesChanged();
         }),
-        this);
+        this, nullptr, GConnectFlags(0));
 
     followQtScreens();
     connect(this, &DesktopBackend::screensChanged, this, [this] {
@@ -146,9 +142,10 @@ std::optional<GnomeBackend::Family> GnomeBackend::familyOf(const QString &curren
 
 bool GnomeBackend::isAvailable(Family family)
 {
-    GSettingsSchema *schema = lookUp(keysOf(family).schema);
+    const GSettingsLibrary *gio = GSettingsLibrary::get();
+    GSettingsSchema *schema = gio ? gio->lookUp(keysOf(family).schema) : nullptr;
     if (schema)
-        g_settings_schema_unref(schema);
+        gio->unrefSchema(schema);
     return schema != nullptr;
 }
 
@@ -289,13 +286,13 @@ void GnomeBackend::write(const QString &path, const std::optional<QString> &dark
     const Settings &s = *m_settings;
     qCDebug(lcGSettings) << "Setting" << path << dark.value_or(QString())
                          << (spanned ? "spanned" : "zoom");
-    g_settings_delay(s.settings);
+    s.gio->delay(s.settings);
     s.setString(s.keys.picture, s.toSetting(path));
     if (s.hasDark)
         s.setString(s.keys.dark, s.toSetting(dark.value_or(path)));
     s.setString("picture-options", spanned ? u"spanned"_s : u"zoom"_s);
-    g_settings_apply(s.settings);
-    g_settings_sync();
+    s.gio->apply(s.settings);
+    s.gio->sync();
     if (desktopPicture() != path
         || (s.hasDark && s.fromSetting(s.string(s.keys.dark)) != dark.value_or(path)))
         throw DesktopError(QCoreApplication::translate(
