@@ -10,8 +10,8 @@ namespace {
 // The approval page's form, sent as the browser sends it.
 CurlReply decide(ShopFixture &fixture, const QString &userCode, const QString &action)
 {
-    return fixture.curl({ u"--data"_s, u"user_code="_s + userCode + u"&action="_s + action,
-                          fixture.url(u"/activate"_s) });
+    return fixture.get(fixture.url(u"/activate"_s), {},
+                       { u"--data"_s, u"user_code="_s + userCode + u"&action="_s + action });
 }
 } // namespace
 
@@ -40,7 +40,7 @@ private Q_SLOTS:
         // Codes are typed by people: case and separators do not matter.
         QVERIFY(decide(fixture, userCode.toLower().remove(u'-'), u"approve"_s)
                     .body.contains("Approved"));
-        QVERIFY(!fixture.shop().approve(userCode));
+        QVERIFY(!fixture.shop.approve(userCode));
         QVERIFY(decide(fixture, u"BBBB-BBBB"_s, u"approve"_s).body.contains("isn't valid"));
 
         const CurlReply granted = fixture.poll(deviceCode);
@@ -78,9 +78,9 @@ private Q_SLOTS:
         if (before.contains(u"poll"_s))
             fixture.poll(deviceCode);
         if (before.contains(u"approve"_s))
-            QVERIFY(fixture.shop().approve(userCode));
+            QVERIFY(fixture.shop.approve(userCode));
         if (before.contains(u"expire"_s))
-            fixture.shop().advanceClock(900s);
+            fixture.shop.advanceClock(900s);
         if (before.contains(u"forget"_s))
             deviceCode = u"not-a-code"_s;
 
@@ -101,7 +101,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, endpoint);
         ShopFixture fixture;
-        const QString token = fixture.shop().issueToken();
+        const QString token = fixture.shop.issueToken();
         QCOMPARE(fixture.request(endpoint).status, 200);
         QCOMPARE(fixture.request(u"sign-out"_s, token).status, 200);
 
