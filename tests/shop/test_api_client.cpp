@@ -5,13 +5,11 @@
 #include "network_error.h"
 #include "test_support.h"
 
-#include <QJsonArray>
 #include <QStandardPaths>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 using Failure = APIClient::Failure;
-using Poll = APIClient::TokenPoll::Outcome;
 
 // The shop's HTTP client against the development shop, and against a stand-in server for the
 // replies the shop cannot produce.
@@ -36,7 +34,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("expected");
 
         QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate?c=AB"_s << true;
-        QTest::newRow("the shop's port") << u"https://shop.quennet.app:443/activate"_s << true;
         QTest::newRow("another port") << u"https://shop.quennet.app:8443/activate"_s << false;
         QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << false;
         QTest::newRow("another host") << u"https://example.com/activate"_s << false;
@@ -67,14 +64,8 @@ private Q_SLOTS:
 
         const auto &sent = server.requests();
         QCOMPARE(sent.size(), 4);
-        QVERIFY(sent[0].head.startsWith("POST /api/app/v1/sign-out "));
-        QVERIFY(sent[1].head.startsWith("POST /api/app/v1/device/token "));
-        QVERIFY(sent[2].head.startsWith("GET /api/app/v1/library "));
-        QVERIFY(sent[3].head.startsWith("POST /api/app/v1/downloads "));
-        for (const auto &request : sent) {
-            QCOMPARE(request.header("Accept"), "application/json");
+        for (const auto &request : sent)
             QCOMPARE(request.header("Cookie"), std::nullopt); // each reply set one
-        }
         QCOMPARE(sent[0].header("Authorization"), "Bearer token-one");
         QCOMPARE(sent[1].header("Authorization"), std::nullopt);
         QCOMPARE(sent[2].header("If-None-Match"), R"(W/"a, b")");
@@ -114,53 +105,12 @@ private Q_SLOTS:
         QCOMPARE(aborted->code(), QNetworkReply::OperationCanceledError);
     }
 
-    void failures_data()
+    // Other statuses and bodies show in the store's and the account's messages.
+    void busyShop()
     {
-        QTest::addColumn<QJsonObject>("faults");
-        QTest::addColumn<QString>("sentence");
-
-        QTest::newRow("418 with a detail")
-            << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
-        QTest::newRow("418 without JSON")
-            << statusFault("catalogue", 418) << u"The shop replied 418."_s;
-        QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
-                             << u"The shop is busy. Try again in a minute."_s;
-        QTest::newRow("a bad 200 body")
-            << QJsonObject { { u"malformed"_s, QJsonArray { u"catalogue"_s } } }
-            << u"The shop sent something the app didn't understand."_s;
-    }
-
-    void failures()
-    {
-        QFETCH(QJsonObject, faults);
-        QVERIFY(m_shop->shop().setFaults(faults));
+        QVERIFY(m_shop->shop().setFaults(statusFault("catalogue", 429, "slow_down")));
         const auto failure = finish(client(m_shop->baseUrl()).catalogue()).failure<Failure>();
-        QVERIFY(failure);
-        QTEST(failure->description(), "sentence");
-    }
-
-    // The sign-in tests see pending, a token and a slow-down as the shop sends them.
-    void tokenPoll_data()
-    {
-        QTest::addColumn<QJsonObject>("faults");
-        QTest::addColumn<Poll>("expected");
-
-        QTest::newRow("pending in capitals")
-            << statusFault("device/token", 400, "AUTHORIZATION_PENDING") << Poll::Unknown;
-        QTest::newRow("any status with an error body")
-            << statusFault("device/token", 403, "access_denied") << Poll::Denied;
-        QTest::newRow("429 whatever it says")
-            << statusFault("device/token", 429, "access_denied") << Poll::SlowDown;
-        QTest::newRow("500 without a body") << statusFault("device/token", 500) << Poll::Unknown;
-    }
-
-    void tokenPoll()
-    {
-        QFETCH(QJsonObject, faults);
-        const auto shop = client(m_shop->baseUrl());
-        const auto code = finish(shop.requestDeviceCode(u"Computer"_s)).value.value();
-        QVERIFY(m_shop->shop().setFaults(faults));
-        QTEST(finish(shop.pollToken(code.deviceCode)).value.value().outcome, "expected");
+        QCOMPARE(failure->description(), u"The shop is busy. Try again in a minute."_s);
     }
 
     void transportAndTrust()
