@@ -1,6 +1,7 @@
 #include "download_cache.h"
 #include "owned_pack.h"
 #include "renderer.h"
+#include "shop_cache.h"
 #include "test_files.h"
 
 #include <QDir>
@@ -76,6 +77,21 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(cache.partialPath(mistDark)));
         QVERIFY(!QDir(cache.wallpaperFolder() + u"/meadow"_s).exists());
         QCOMPARE(cache.installedFiles().size(), 2);
+    }
+
+    // The round trip of the shop's copy shows in the store's restarts (test_shop_library).
+    void damagedShopCopyIsNoCopy()
+    {
+        QTemporaryDir root;
+        const QString path = root.filePath(u"shop-cache.json"_s);
+        for (const auto &bytes :
+             { "{\"catalogue\": {\"packs\": []}}"_ba, "not json"_ba, "{}"_ba }) {
+            QVERIFY(writeFile(path, bytes));
+            QVERIFY(!Cache::load(path));
+        }
+        // An update over a damaged copy starts from an empty record.
+        QVERIFY(Cache::update(path, [](Cache::Saved &copy) { copy.account = u"x"_s; }));
+        QCOMPARE(Cache::load(path)->account, u"x"_s);
     }
 };
 
