@@ -57,7 +57,6 @@ private Q_SLOTS:
         QCOMPARE(account->status(), Status::SignedOut);
         const auto signedOutGeneration = account->generation();
         account->signIn();
-        QCOMPARE(account->status(), Status::Requesting);
         QTRY_COMPARE(account->status(), Status::Waiting);
         QCOMPARE(m_opened, QList { account->state().code->verificationURIComplete.value() });
         QVERIFY(m_shop->shop().approve(account->userCode()));
@@ -69,10 +68,9 @@ private Q_SLOTS:
         // A restart: signed in from the keychain alone.
         account = makeAccount();
         QCOMPARE(account->status(), Status::SignedIn);
-        const auto signedInGeneration = account->generation();
+        // Its packs go with the session (test_shop_library).
         finish(account->signOut());
         QCOMPARE(account->status(), Status::SignedOut);
-        QVERIFY(account->generation() != signedInGeneration);
         QCOMPARE(m_signOuts, 1);
         QCOMPARE(stored(Keychain::sessionToken), std::nullopt);
         QCOMPARE(stored(Keychain::pendingRevocation), std::nullopt);
@@ -258,11 +256,9 @@ private Q_SLOTS:
         QCOMPARE(account->status(), Status::SignedIn);
 
         // The shop refused the token: forgotten, and not queued for revocation.
-        const auto generation = account->generation();
         finish(account->signedOutByShop());
         QCOMPARE(account->status(), Status::SignedOut);
         QCOMPARE(account->email(), QString());
-        QVERIFY(account->generation() != generation);
         QCOMPARE(m_signOuts, 1);
         QCOMPARE(stored(Keychain::sessionToken), std::nullopt);
         QCOMPARE(stored(Keychain::pendingRevocation), std::nullopt);

@@ -47,9 +47,9 @@ private Q_SLOTS:
         QTEST(client(Defaults::productionShopURL()).isShopPage(QUrl(page)), "expected");
     }
 
-    // What goes over the wire, and replies the shop never sends: 304 means not modified whatever
-    // comes with it; a link in clear text would hand the file's right to anyone on the way; a
-    // token follows a redirect only on the same scheme, host and port; a reply never comes.
+    // What goes over the wire, and replies the shop never sends: a link in clear text would hand
+    // the file's right to anyone on the way; a token follows a redirect only on the same scheme,
+    // host and port; a reply never comes.
     void standInReplies()
     {
         StandInServer server(m_shop->stateDir());
@@ -59,7 +59,7 @@ private Q_SLOTS:
         const auto standIn = client(server.base());
         finish(standIn.signOut(u"token-one"_s));
         finish(standIn.pollToken(u"device-one"_s));
-        finish(standIn.library(u"token-two"_s, u"W/\"a, b\""_s));
+        finish(standIn.library(u"token-two"_s, std::nullopt));
         finish(standIn.links(u"token-three"_s, { { u"pack-a"_s, u"f_0123456789ab"_s } }));
 
         const auto &sent = server.requests();
@@ -68,12 +68,6 @@ private Q_SLOTS:
             QCOMPARE(request.header("Cookie"), std::nullopt); // each reply set one
         QCOMPARE(sent[0].header("Authorization"), "Bearer token-one");
         QCOMPARE(sent[1].header("Authorization"), std::nullopt);
-        QCOMPARE(sent[2].header("If-None-Match"), R"(W/"a, b")");
-
-        server.enqueue({ .status = 304, .body = "not json" });
-        const auto notModified = finish(standIn.library(u"token"_s, std::nullopt)).value;
-        QVERIFY(notModified && !*notModified);
-        QCOMPARE(sent.last().header("If-None-Match"), std::nullopt);
         server.enqueue({ .body = "{\"links\": [{\"pack\": \"aurora\", \"id\": \"f_0123456789ab\", "
                                  "\"url\": \"http://127.0.0.1:9/f\"}]}" });
         QVERIFY(finish(standIn.links(u"token"_s, { { u"aurora"_s, u"f_0123456789ab"_s } }))
