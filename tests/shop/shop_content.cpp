@@ -138,7 +138,8 @@ QString ContentShop::issueToken()
 
 QByteArray ContentShop::bytes(const QString &id) const
 {
-    QDirIterator file(m_content.path(), { id + u".*"_s }, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator file(m_content.path(), { id + u".*"_s }, QDir::Files,
+                      QDirIterator::Subdirectories);
     return file.hasNext() ? readAll(file.next()) : QByteArray();
 }
 

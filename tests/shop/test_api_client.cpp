@@ -1,5 +1,6 @@
 #include "api_client.h"
 #include "cancel_token.h"
+#include "computer_name.h"
 #include "defaults.h"
 #include "network_access_manager.h"
 #include "network_error.h"
@@ -130,6 +131,27 @@ private Q_SLOTS:
         QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
                  Failure::notHTTPS());
         QVERIFY(plain.requests().isEmpty());
+    }
+
+    // The pretty host name as systemd writes /etc/machine-info, sent as the device's name.
+    void prettyHostName_data()
+    {
+        QTest::addColumn<QByteArray>("machineInfo");
+        QTest::addColumn<QString>("name");
+
+        QTest::newRow("bare") << QByteArray("CHASSIS=laptop\nPRETTY_HOSTNAME=Studio\n")
+                              << u"Studio"_s;
+        QTest::newRow("double quotes, escapes")
+            << QByteArray(R"(PRETTY_HOSTNAME="Zoë’s \"Big\" One")") << u"Zoë’s \"Big\" One"_s;
+        QTest::newRow("single quotes") << QByteArray("PRETTY_HOSTNAME='a\\b'") << u"a\\b"_s;
+        QTest::newRow("a longer key") << QByteArray("NOT_PRETTY_HOSTNAME=x") << QString();
+        QTest::newRow("blank") << QByteArray("PRETTY_HOSTNAME=\"  \"") << QString();
+    }
+
+    void prettyHostName()
+    {
+        QFETCH(QByteArray, machineInfo);
+        QTEST(::prettyHostName(machineInfo), "name");
     }
 
 private:
