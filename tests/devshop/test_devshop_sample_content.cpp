@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -49,20 +50,16 @@ private Q_SLOTS:
         QCOMPARE(entry[u"sha256"_s].toString().toLatin1(),
                  QCryptographicHash::hash(readAll(path), QCryptographicHash::Sha256).toHex());
         QVERIFY(ContentRules::isValidIdentifier(entry[u"id"_s].toString()));
-        if (entry.contains(u"device"_s))
-            archive(path, entry[u"device"_s] == u"mac"_s);
-        else
-            heicFile(path, entry[u"edition"_s].toString());
-    }
-
-private:
-    // Read with Quennet's own reader, which its own tests check against files made elsewhere.
-    // test_rendering and test_following read the appearance and clock files' metadata; one file
-    // of all follows the sun.
-    static void heicFile(const QString &path, const QString &edition)
-    {
+        if (entry.contains(u"device"_s)) {
+            QCOMPARE(QProcess::execute(u"unzip"_s, { u"-tqq"_s, path }), 0);
+            return;
+        }
+        // Read with Quennet's own reader, which its own tests check against files made elsewhere.
+        // test_rendering and test_following read the appearance and clock files' metadata; one
+        // file of all follows the sun.
         const auto heic = LibheifFile::open(path);
         QVERIFY(heic);
+        const QString edition = entry[u"edition"_s].toString();
         QCOMPARE(heic->pictureCount(),
                  edition == "time-of-day"_L1      ? 4
                      : edition == "appearance"_L1 ? 2
@@ -71,18 +68,6 @@ private:
         QVERIFY(!heic->picture(heic->primaryIndex()).isNull());
         const bool solar = path.endsWith(u"dunes/rose-time-of-day.heic"_s);
         QCOMPARE(heic->metadata().solarPositions().size(), solar ? 4 : 0);
-    }
-
-    static void archive(const QString &path, bool mac)
-    {
-        QProcess unzip;
-        unzip.start(u"unzip"_s, { u"-Z1"_s, path });
-        QVERIFY(unzip.waitForFinished());
-        QCOMPARE(unzip.exitCode(), 0);
-        const QStringList members =
-            QString::fromUtf8(unzip.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
-        QCOMPARE(members.size(), mac ? 8 : 4);
-        QVERIFY(members.first().endsWith(mac ? u".heic"_s : u".png"_s));
     }
 };
 

@@ -45,7 +45,6 @@ private Q_SLOTS:
         auto &store = rig.store();
         QCOMPARE(slugs(store.packs()), (QStringList { u"aurora"_s, u"dunes"_s, u"meadow"_s }));
         QCOMPARE(store.bought().keys(), (QStringList { u"aurora"_s, u"dunes"_s, u"glacier"_s }));
-        QCOMPARE(store.freePacks().keys(), QStringList { u"meadow"_s });
         // Bought files come through signed links, free ones from their address on the shop.
         QCOMPARE(rig.file(u"aurora"_s, u"emerald"_s, Edition::Light).source, FileSource::shop());
         QCOMPARE(rig.file(u"meadow"_s, u"dew"_s, Edition::Light).source.kind(),
