@@ -3,25 +3,33 @@
 #include "test_files.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QProcess>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 const auto content = u"" QUENNET_DEVSHOP_CONTENT ""_s;
-const auto samplePath = u"files/dunes/rose-light.heic"_s;
+
+QJsonValue samplePack()
+{
+    return QJsonDocument::fromJson(readAll(content + u"/content.json"_s))[u"packs"_s][0];
+}
+
+QJsonValue sampleFile()
+{
+    return samplePack()[u"colourways"_s][0][u"files"_s][0];
+}
 } // namespace
 
 ShopFixture::ShopFixture(DevShop::Options options)
-    : m_shop((options.contentDir = content, options.stateDir = m_state.path(), options))
+    : shop((options.contentDir = content, options.stateDir = m_state.path(), options))
 {
-    m_shop.start();
+    shop.start();
 }
 
 QString ShopFixture::url(const QString &path) const
 {
-    return u"https://127.0.0.1:%1%2"_s.arg(m_shop.port()).arg(path);
+    return u"https://127.0.0.1:%1%2"_s.arg(shop.port()).arg(path);
 }
 
 QString ShopFixture::api(const QString &endpoint) const
@@ -35,39 +43,24 @@ QString ShopFixture::bearer(const QString &token)
 }
 
 CurlReply ShopFixture::get(const QString &url, const QStringList &headers,
-                           const QStringList &options) const
+                           QStringList options) const
 {
-    QStringList arguments = options;
     for (const QString &header : headers)
-        arguments << u"-H"_s << header;
-    return curl(arguments << url);
-}
-
-CurlReply ShopFixture::post(const QString &url, const QJsonObject &body,
-                            const QStringList &headers) const
-{
-    return get(url, headers + QStringList { u"Content-Type: application/json"_s },
-               { u"--data-binary"_s,
-                 QString::fromUtf8(QJsonDocument(body).toJson(QJsonDocument::Compact)) });
-}
-
-CurlReply ShopFixture::curl(const QStringList &arguments) const
-{
+        options << u"-H"_s << header;
     const QTemporaryDir dir;
-    const QString headerFile = dir.filePath(u"headers"_s);
     QProcess curl;
     curl.start(u"curl"_s,
-               QStringList { u"-sS"_s, u"--cacert"_s, m_shop.caPath(), u"--max-time"_s, u"60"_s,
-                             u"-D"_s, headerFile, u"-o"_s, dir.filePath(u"body"_s), u"-w"_s,
-                             u"%{http_code}"_s }
-                   + arguments);
+               QStringList { u"-sS"_s, u"--cacert"_s, shop.caPath(), u"--max-time"_s, u"60"_s,
+                             u"-D"_s, dir.filePath(u"headers"_s), u"-o"_s, dir.filePath(u"body"_s),
+                             u"-w"_s, u"%{http_code}"_s }
+                   + options + QStringList { url });
     CurlReply reply;
     if (!curl.waitForFinished(120'000))
         return reply;
     reply.exitCode = curl.exitCode();
     reply.status = curl.readAllStandardOutput().toInt();
     reply.body = readAll(dir.filePath(u"body"_s));
-    for (const QByteArray &line : readAll(headerFile).split('\n')) {
+    for (const QByteArray &line : readAll(dir.filePath(u"headers"_s)).split('\n')) {
         if (line.startsWith("HTTP/"))
             reply.headers.clear(); // a redirect followed: keep the last response's
         const qsizetype colon = line.indexOf(':');
@@ -78,9 +71,17 @@ CurlReply ShopFixture::curl(const QStringList &arguments) const
     return reply;
 }
 
+CurlReply ShopFixture::post(const QString &url, const QJsonObject &body,
+                            const QStringList &headers) const
+{
+    return get(url, headers + QStringList { u"Content-Type: application/json"_s },
+               { u"--data-binary"_s,
+                 QString::fromUtf8(QJsonDocument(body).toJson(QJsonDocument::Compact)) });
+}
+
 CurlReply ShopFixture::request(const QString &endpoint, std::optional<QString> token)
 {
-    const QString authorization = bearer(token ? *token : m_shop.issueToken());
+    const QString authorization = bearer(token ? *token : shop.issueToken());
     if (endpoint == "device/code"_L1)
         return requestCode();
     if (endpoint == "device/token"_L1)
@@ -98,22 +99,17 @@ CurlReply ShopFixture::request(const QString &endpoint, std::optional<QString> t
 
 QString ShopFixture::sampleLink()
 {
-    QString id;
-    for (const QJsonValue &pack :
-         QJsonDocument::fromJson(readAll(content + u"/content.json"_s))[u"packs"_s].toArray())
-        for (const QJsonValue &colourway : pack[u"colourways"_s].toArray())
-            for (const QJsonValue &file : colourway[u"files"_s].toArray())
-                id = file[u"path"_s] == samplePath ? file[u"id"_s].toString() : id;
-    const QJsonObject wanted { { u"pack"_s, u"dunes"_s }, { u"id"_s, id } };
+    const QJsonObject wanted { { u"pack"_s, samplePack()[u"slug"_s] },
+                               { u"id"_s, sampleFile()[u"id"_s] } };
     return post(api(u"downloads"_s), { { u"files"_s, QJsonArray { wanted } } },
-                { bearer(m_shop.issueToken()) })
+                { bearer(shop.issueToken()) })
         .json()[u"links"_s][0][u"url"_s]
         .toString();
 }
 
 QByteArray ShopFixture::sampleBytes()
 {
-    return readAll(content + u'/' + samplePath);
+    return readAll(content + u'/' + sampleFile()[u"path"_s].toString());
 }
 
 CurlReply ShopFixture::requestCode(const QString &device) const

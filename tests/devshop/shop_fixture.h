@@ -23,38 +23,36 @@ struct CurlReply {
 // A development shop on port 0 over the build's sample content, for one test case, and the curl
 // program as an independent client of it: one that trusts the shop's authority and nothing else.
 class ShopFixture {
+    QTemporaryDir m_state;
+
 public:
     explicit ShopFixture(DevShop::Options options = {});
 
-    [[nodiscard]] DevShop &shop() { return m_shop; }
+    DevShop shop;
     bool setFaults(const QByteArray &json)
     {
-        return m_shop.setFaults(QJsonDocument::fromJson(json).object());
+        return shop.setFaults(QJsonDocument::fromJson(json).object());
     }
 
-    // An address on the shop: "/_devshop/stats", or an API endpoint such as "library".
+    // An address on the shop: "/activate", or an API endpoint such as "library".
     [[nodiscard]] QString url(const QString &path) const;
     [[nodiscard]] QString api(const QString &endpoint) const;
     [[nodiscard]] static QString bearer(const QString &token);
 
+    // curl with these options and headers, then the address.
     [[nodiscard]] CurlReply get(const QString &url, const QStringList &headers = {},
-                                const QStringList &options = {}) const;
+                                QStringList options = {}) const;
     [[nodiscard]] CurlReply post(const QString &url, const QJsonObject &body,
                                  const QStringList &headers = {}) const;
-    [[nodiscard]] CurlReply curl(const QStringList &arguments) const;
 
     // One request to an endpoint as a client makes it, with the token given or a fresh one;
-    // "files" downloads the sample file below, "art" one of its pictures.
+    // "files" downloads the sample file below, "art" one of the pictures.
     [[nodiscard]] CurlReply request(const QString &endpoint,
                                     std::optional<QString> token = std::nullopt);
-    // A signed link to the sample file "files/dunes/rose-light.heic", and its bytes.
+    // A signed link to the first file of the sample account's first pack, and its bytes.
     [[nodiscard]] QString sampleLink();
     [[nodiscard]] static QByteArray sampleBytes();
     // The device-code sign-in as the app makes it: a code, then a poll for its token.
     [[nodiscard]] CurlReply requestCode(const QString &device = QStringLiteral("Test Box")) const;
     CurlReply poll(const QString &deviceCode) const;
-
-private:
-    QTemporaryDir m_state;
-    DevShop m_shop;
 };

@@ -4,6 +4,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -137,15 +138,9 @@ QString ContentShop::issueToken()
 
 QByteArray ContentShop::bytes(const QString &id) const
 {
-    for (const auto &pack : m_packs) {
-        for (const auto &file : pack.files)
-            if (file.id == id)
-                return readAll(u"%1/files/%2/%3.heic"_s.arg(m_content.path(), pack.slug, id));
-        for (const auto &archive : pack.archives)
-            if (archive.id == id)
-                return readAll(u"%1/archives/%2/%3.zip"_s.arg(m_content.path(), pack.slug, id));
-    }
-    return {};
+    QDirIterator file(m_content.path(), { id + u".*"_s }, QDir::Files,
+                      QDirIterator::Subdirectories);
+    return file.hasNext() ? readAll(file.next()) : QByteArray();
 }
 
 QUrl ContentShop::publicUrl(const QString &id) const
@@ -159,28 +154,22 @@ int ContentShop::requests(const QString &endpoint) const
     return counts.value(m_shop->baseUrl().path() + u'/' + endpoint).toInt();
 }
 
-QJsonArray ContentShop::fileStats(QLatin1StringView kind, const QString &id) const
+QJsonArray ContentShop::fileStats(const char *kind, const QString &id) const
 {
-    const auto stats = m_shop->stats().value(kind).toObject();
+    const auto stats = m_shop->stats().value(QLatin1StringView(kind)).toObject();
     return { stats.value(u"/files/"_s + id), stats.value(u"/public/"_s + id) };
 }
 
-int ContentShop::fileRequests(const QString &id) const
+qint64 ContentShop::count(const char *kind, const QString &id) const
 {
-    const auto counts = fileStats("requests"_L1, id);
-    return counts[0].toInt() + counts[1].toInt();
-}
-
-qint64 ContentShop::sent(const QString &id) const
-{
-    const auto sent = fileStats("sent"_L1, id);
-    return sent[0].toInteger() + sent[1].toInteger();
+    const auto counts = fileStats(kind, id);
+    return counts[0].toInteger() + counts[1].toInteger();
 }
 
 QStringList ContentShop::ranges(const QString &id) const
 {
     QStringList result;
-    for (const auto &path : fileStats("ranges"_L1, id))
+    for (const auto &path : fileStats("ranges", id))
         for (const auto &range : path.toArray())
             result.append(range.toString());
     return result;

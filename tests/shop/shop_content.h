@@ -67,16 +67,17 @@ public:
     // Requests the shop has seen for a path below the service root ("library"), or for a file
     // id's signed or public address.
     [[nodiscard]] int requests(const QString &endpoint) const;
-    [[nodiscard]] int fileRequests(const QString &id) const;
+    [[nodiscard]] int fileRequests(const QString &id) const { return int(count("requests", id)); }
     // Body bytes the shop has sent of a file, cut transfers included.
-    [[nodiscard]] qint64 sent(const QString &id) const;
+    [[nodiscard]] qint64 sent(const QString &id) const { return count("sent", id); }
     // The Range headers the file's requests carried.
     [[nodiscard]] QStringList ranges(const QString &id) const;
     bool setFaults(const char *json);
 
 private:
     // One kind of the shop's statistics for a file's signed and public address.
-    [[nodiscard]] QJsonArray fileStats(QLatin1StringView kind, const QString &id) const;
+    [[nodiscard]] QJsonArray fileStats(const char *kind, const QString &id) const;
+    [[nodiscard]] qint64 count(const char *kind, const QString &id) const;
 
     QTemporaryDir m_content;
     std::optional<QTemporaryDir> m_ownState;

@@ -1,17 +1,16 @@
 #include "api_client.h"
 #include "cancel_token.h"
+#include "computer_name.h"
 #include "defaults.h"
 #include "network_access_manager.h"
 #include "network_error.h"
 #include "test_support.h"
 
-#include <QJsonArray>
 #include <QStandardPaths>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 using Failure = APIClient::Failure;
-using Poll = APIClient::TokenPoll::Outcome;
 
 // The shop's HTTP client against the development shop, and against a stand-in server for the
 // replies the shop cannot produce.
@@ -36,7 +35,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("expected");
 
         QTest::newRow("the shop's page") << u"https://shop.quennet.app/activate?c=AB"_s << true;
-        QTest::newRow("the shop's port") << u"https://shop.quennet.app:443/activate"_s << true;
         QTest::newRow("another port") << u"https://shop.quennet.app:8443/activate"_s << false;
         QTest::newRow("plain http") << u"http://shop.quennet.app/activate"_s << false;
         QTest::newRow("another host") << u"https://example.com/activate"_s << false;
@@ -50,9 +48,9 @@ private Q_SLOTS:
         QTEST(client(Defaults::productionShopURL()).isShopPage(QUrl(page)), "expected");
     }
 
-    // What goes over the wire, and replies the shop never sends: 304 means not modified whatever
-    // comes with it; a link in clear text would hand the file's right to anyone on the way; a
-    // token follows a redirect only on the same scheme, host and port; a reply never comes.
+    // What goes over the wire, and replies the shop never sends: a link in clear text would hand
+    // the file's right to anyone on the way; a token follows a redirect only on the same scheme,
+    // host and port; a reply never comes.
     void standInReplies()
     {
         StandInServer server(m_shop->stateDir());
@@ -62,27 +60,15 @@ private Q_SLOTS:
         const auto standIn = client(server.base());
         finish(standIn.signOut(u"token-one"_s));
         finish(standIn.pollToken(u"device-one"_s));
-        finish(standIn.library(u"token-two"_s, u"W/\"a, b\""_s));
+        finish(standIn.library(u"token-two"_s, std::nullopt));
         finish(standIn.links(u"token-three"_s, { { u"pack-a"_s, u"f_0123456789ab"_s } }));
 
         const auto &sent = server.requests();
         QCOMPARE(sent.size(), 4);
-        QVERIFY(sent[0].head.startsWith("POST /api/app/v1/sign-out "));
-        QVERIFY(sent[1].head.startsWith("POST /api/app/v1/device/token "));
-        QVERIFY(sent[2].head.startsWith("GET /api/app/v1/library "));
-        QVERIFY(sent[3].head.startsWith("POST /api/app/v1/downloads "));
-        for (const auto &request : sent) {
-            QCOMPARE(request.header("Accept"), "application/json");
+        for (const auto &request : sent)
             QCOMPARE(request.header("Cookie"), std::nullopt); // each reply set one
-        }
         QCOMPARE(sent[0].header("Authorization"), "Bearer token-one");
         QCOMPARE(sent[1].header("Authorization"), std::nullopt);
-        QCOMPARE(sent[2].header("If-None-Match"), R"(W/"a, b")");
-
-        server.enqueue({ .status = 304, .body = "not json" });
-        const auto notModified = finish(standIn.library(u"token"_s, std::nullopt)).value;
-        QVERIFY(notModified && !*notModified);
-        QCOMPARE(sent.last().header("If-None-Match"), std::nullopt);
         server.enqueue({ .body = "{\"links\": [{\"pack\": \"aurora\", \"id\": \"f_0123456789ab\", "
                                  "\"url\": \"http://127.0.0.1:9/f\"}]}" });
         QVERIFY(finish(standIn.links(u"token"_s, { { u"aurora"_s, u"f_0123456789ab"_s } }))
@@ -114,53 +100,12 @@ private Q_SLOTS:
         QCOMPARE(aborted->code(), QNetworkReply::OperationCanceledError);
     }
 
-    void failures_data()
+    // Other statuses and bodies show in the store's and the account's messages.
+    void busyShop()
     {
-        QTest::addColumn<QJsonObject>("faults");
-        QTest::addColumn<QString>("sentence");
-
-        QTest::newRow("418 with a detail")
-            << statusFault("catalogue", 418, "teapot") << u"The shop replied 418 (teapot)."_s;
-        QTest::newRow("418 without JSON")
-            << statusFault("catalogue", 418) << u"The shop replied 418."_s;
-        QTest::newRow("429") << statusFault("catalogue", 429, "slow_down")
-                             << u"The shop is busy. Try again in a minute."_s;
-        QTest::newRow("a bad 200 body")
-            << QJsonObject { { u"malformed"_s, QJsonArray { u"catalogue"_s } } }
-            << u"The shop sent something the app didn't understand."_s;
-    }
-
-    void failures()
-    {
-        QFETCH(QJsonObject, faults);
-        QVERIFY(m_shop->shop().setFaults(faults));
+        QVERIFY(m_shop->shop().setFaults(statusFault("catalogue", 429, "slow_down")));
         const auto failure = finish(client(m_shop->baseUrl()).catalogue()).failure<Failure>();
-        QVERIFY(failure);
-        QTEST(failure->description(), "sentence");
-    }
-
-    // The sign-in tests see pending, a token and a slow-down as the shop sends them.
-    void tokenPoll_data()
-    {
-        QTest::addColumn<QJsonObject>("faults");
-        QTest::addColumn<Poll>("expected");
-
-        QTest::newRow("pending in capitals")
-            << statusFault("device/token", 400, "AUTHORIZATION_PENDING") << Poll::Unknown;
-        QTest::newRow("any status with an error body")
-            << statusFault("device/token", 403, "access_denied") << Poll::Denied;
-        QTest::newRow("429 whatever it says")
-            << statusFault("device/token", 429, "access_denied") << Poll::SlowDown;
-        QTest::newRow("500 without a body") << statusFault("device/token", 500) << Poll::Unknown;
-    }
-
-    void tokenPoll()
-    {
-        QFETCH(QJsonObject, faults);
-        const auto shop = client(m_shop->baseUrl());
-        const auto code = finish(shop.requestDeviceCode(u"Computer"_s)).value.value();
-        QVERIFY(m_shop->shop().setFaults(faults));
-        QTEST(finish(shop.pollToken(code.deviceCode)).value.value().outcome, "expected");
+        QCOMPARE(failure->description(), u"The shop is busy. Try again in a minute."_s);
     }
 
     void transportAndTrust()
@@ -186,6 +131,27 @@ private Q_SLOTS:
         QCOMPARE(finish(client(plain.base()).requestDeviceCode(u"Computer"_s)).failure<Failure>(),
                  Failure::notHTTPS());
         QVERIFY(plain.requests().isEmpty());
+    }
+
+    // The pretty host name as systemd writes /etc/machine-info, sent as the device's name.
+    void prettyHostName_data()
+    {
+        QTest::addColumn<QByteArray>("machineInfo");
+        QTest::addColumn<QString>("name");
+
+        QTest::newRow("bare") << QByteArray("CHASSIS=laptop\nPRETTY_HOSTNAME=Studio\n")
+                              << u"Studio"_s;
+        QTest::newRow("double quotes, escapes")
+            << QByteArray(R"(PRETTY_HOSTNAME="Zoë’s \"Big\" One")") << u"Zoë’s \"Big\" One"_s;
+        QTest::newRow("single quotes") << QByteArray("PRETTY_HOSTNAME='a\\b'") << u"a\\b"_s;
+        QTest::newRow("a longer key") << QByteArray("NOT_PRETTY_HOSTNAME=x") << QString();
+        QTest::newRow("blank") << QByteArray("PRETTY_HOSTNAME=\"  \"") << QString();
+    }
+
+    void prettyHostName()
+    {
+        QFETCH(QByteArray, machineInfo);
+        QTEST(::prettyHostName(machineInfo), "name");
     }
 
 private:

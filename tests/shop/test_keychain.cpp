@@ -45,15 +45,11 @@ private Q_SLOTS:
         finish(m_keychain->remove(Keychain::pendingRevocation));
     }
 
+    // Items kept across restarts, and one removed beside another, are test_account's.
     void saveReadRemove()
     {
-        QCOMPARE(read(Keychain::sessionToken), std::nullopt);
         QVERIFY(save(u"first-ünïcode"_s, Keychain::sessionToken));
-        QVERIFY(save(u"a\nb"_s, Keychain::pendingRevocation));
         QVERIFY(save(u"second"_s, Keychain::sessionToken));
-        // A new keychain object finds them, as after a restart.
-        m_keychain.emplace(m_folder->path());
-        QCOMPARE(read(Keychain::sessionToken), u"second"_s);
 
         const auto path = m_keychain->fallbackPath();
         if (m_secretStore) {
@@ -84,8 +80,6 @@ private Q_SLOTS:
 
         finish(m_keychain->remove(Keychain::sessionToken));
         QCOMPARE(read(Keychain::sessionToken), std::nullopt);
-        QCOMPARE(read(Keychain::pendingRevocation), u"a\nb"_s);
-        finish(m_keychain->remove(Keychain::pendingRevocation));
         QVERIFY(!QFile::exists(path));
 
         if (m_secretStore) {
