@@ -55,11 +55,14 @@ class WorkspaceKeeperTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
-    QString m_ours;
+    QString m_ours = m_folder.filePath(u"ours.png"_s);
     std::unique_ptr<XfceBackend> m_backend;
-    std::shared_ptr<TestClock> m_clock;
+    std::shared_ptr<TestClock> m_clock =
+        std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true);
     std::unique_ptr<WorkspaceKeeper> m_keeper;
-    Placement m_placement;
+    Placement m_placement {
+        .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s, .path = m_ours, .setAt = 1
+    };
 
     void record(bool useOnAllSpaces)
     {
@@ -70,17 +73,7 @@ class WorkspaceKeeperTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        m_ours = m_folder.filePath(u"ours.png"_s);
-        QVERIFY(writeFile(m_ours, {}));
-        m_placement = { .pack = u"p"_s,
-                        .colourway = u"c"_s,
-                        .edition = u"light"_s,
-                        .path = m_ours,
-                        .setAt = 1700000000000 };
-        m_clock = std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true);
-    }
+    void initTestCase() { QVERIFY(writeFile(m_ours, {})); }
 
     // Every workspace of a monitor is set; read back at start and after each set.
     void backendEachMonitorAndWorkspace()
