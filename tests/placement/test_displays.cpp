@@ -72,7 +72,6 @@ private Q_SLOTS:
         set(*displays, u"/p.png"_s, u"dawn"_s, { u"no-such-display"_s });
         QVERIFY(m_desktop->requests.isEmpty());
         set(*displays, u"/r/f_1-0.png"_s, u"dawn"_s, { displayId(right) });
-        QCOMPARE(m_desktop->requests.size(), 1);
         QCOMPARE(m_desktop->requests[0].second, QStringList { u"DP-2"_s });
         const auto recorded = displays->placement(displayId(right));
         QCOMPARE(recorded->path, u"/r/f_1-0.png"_s);
@@ -98,7 +97,6 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(
             DesktopError,
             set(*displays, u"/b.png"_s, u"dusk"_s, { displayId(left), displayId(right) }));
-        QCOMPARE(displays->placement(displayId(left))->colourway, u"dawn"_s);
         QCOMPARE(make()->placement(displayId(left))->colourway, u"dawn"_s);
         // The desktop took the picture on the first screen before it refused the second.
         m_desktop->changesBeforeRefusal = 1;

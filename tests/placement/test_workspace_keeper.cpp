@@ -1,3 +1,4 @@
+#include "await_task.h"
 #include "display_id.h"
 #include "placement_records.h"
 #include "test_clock.h"
@@ -23,9 +24,9 @@ QString run(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
-QString image(int workspace)
+QString image(int workspace, int monitor = 0)
 {
-    return u"/backdrop/screen0/monitorDUMMY0/workspace%1/last-image"_s.arg(workspace);
+    return u"/backdrop/screen0/monitorDUMMY%1/workspace%2/last-image"_s.arg(monitor).arg(workspace);
 }
 
 // What xfdesktop would read, or a change as its settings dialog makes it.
@@ -48,17 +49,20 @@ void workspaces(int count, int current)
 }
 } // namespace
 
-// The helper's keeper on XFCE: a real xfconfd on a private bus and Xorg with two dummy monitors,
-// where xprop plays the window manager switching workspaces.
+// The XFCE backend and the helper's keeper on it: a real xfconfd on a private bus and Xorg with two
+// dummy monitors, where xprop plays the window manager switching workspaces.
 class WorkspaceKeeperTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_folder;
-    QString m_ours;
+    QString m_ours = m_folder.filePath(u"ours.png"_s);
     std::unique_ptr<XfceBackend> m_backend;
-    std::shared_ptr<TestClock> m_clock;
+    std::shared_ptr<TestClock> m_clock =
+        std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true);
     std::unique_ptr<WorkspaceKeeper> m_keeper;
-    Placement m_placement;
+    Placement m_placement {
+        .pack = u"p"_s, .colourway = u"c"_s, .edition = u"light"_s, .path = m_ours, .setAt = 1
+    };
 
     void record(bool useOnAllSpaces)
     {
@@ -69,27 +73,39 @@ class WorkspaceKeeperTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase()
+    void initTestCase() { QVERIFY(writeFile(m_ours, {})); }
+
+    // Every workspace of a monitor is set; read back at start and after each set.
+    void backendEachMonitorAndWorkspace()
     {
-        m_ours = m_folder.filePath(u"ours.png"_s);
-        QVERIFY(writeFile(m_ours, {}));
-        m_placement = { .pack = u"p"_s,
-                        .colourway = u"c"_s,
-                        .edition = u"light"_s,
-                        .path = m_ours,
-                        .setAt = 1700000000000 };
+        // A monitor that xfdesktop already knows on two workspaces, where no window manager
+        // counts them yet; DUMMY1 is new to it.
+        xfconf(image(0), u"/old0.png"_s);
+        xfconf(image(1), u"/old1.png"_s);
+        XfceBackend backend(QDBusConnection::sessionBus());
+        const auto screens = backend.screens();
+        QCOMPARE(screens.size(), 2);
+        QTRY_COMPARE(backend.picture(screens[0]), u"/old0.png"_s);
+        QCOMPARE(backend.picture(screens[1]), std::nullopt);
+        awaitTask(backend.setPicture({ .path = u"/left.png"_s }, { screens[0] }));
+        awaitTask(backend.setPicture({ .path = u"/right.png"_s }, { screens[1] }));
+        QCOMPARE(xfconf(image(1)), u"/left.png"_s);
+        QCOMPARE(xfconf(u"/backdrop/screen0/monitorDUMMY0/workspace1/image-style"_s), u"5"_s);
+        QCOMPARE(xfconf(image(0, 1)), u"/right.png"_s);
+        XfceBackend restarted(QDBusConnection::sessionBus());
+        QTRY_COMPARE(restarted.picture(screens[1]), u"/right.png"_s);
+        QCOMPARE(restarted.picture(screens[0]), u"/left.png"_s);
+    }
+
+    void aNewWorkspaceGetsThePlacement()
+    {
         m_backend = std::make_unique<XfceBackend>(QDBusConnection::sessionBus());
-        m_clock = std::make_shared<TestClock>(QDateTime::currentDateTimeUtc(), true);
         m_keeper = std::make_unique<WorkspaceKeeper>(m_backend.get(),
                                                      PlacementRecords(m_folder.path()), m_clock);
         // Quennet set the wallpaper on the two workspaces there were.
         workspaces(2, 0);
         xfconf(image(0), m_ours);
         xfconf(image(1), m_ours);
-    }
-
-    void aNewWorkspaceGetsThePlacement()
-    {
         // Nothing to do with xfdesktop's default of one picture for every workspace, nor with
         // "Use on all workspaces" off.
         record(true);

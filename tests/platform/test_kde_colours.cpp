@@ -29,7 +29,6 @@ private Q_SLOTS:
         QCOMPARE(palette->color(QPalette::Link), QColor(41, 128, 185));
 
         // No palette without the window's colour.
-        QVERIFY(!KdeColours::palette({}));
         QVERIFY(!KdeColours::palette({ data(u"missing"_s) }));
         QVERIFY(!KdeColours::palette({ data(u"kdeglobals-no-colours"_s) }));
     }

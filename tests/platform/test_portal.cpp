@@ -141,9 +141,9 @@ private Q_SLOTS:
         QFETCH(bool, honoursToken);
         m_honoursToken = honoursToken;
         m_wallpaper.clear();
-        const QString state = m_dir.filePath(u"portal-%1.json"_s.arg(honoursToken));
         const DesktopScreen screen { .connector = u"DP-1"_s };
-        PortalBackend backend(QDBusConnection::sessionBus(), state);
+        PortalBackend backend(QDBusConnection::sessionBus(),
+                              m_dir.filePath(u"portal-%1.json"_s.arg(honoursToken)));
         // Long enough for a person; a missed answer fails instead of hanging.
         backend.setTimeout(std::chrono::seconds(10));
         awaitTask(backend.setPicture({ .path = u"/r/one.png"_s }, { screen }));
@@ -158,8 +158,7 @@ private Q_SLOTS:
         m_answer = 0;
         QCOMPARE(refusal(u"/r/refused.png"_s),
                  u"The desktop portal refused the picture: Not allowed to set the background"_s);
-        QCOMPARE(PortalBackend(QDBusConnection::sessionBus(), state).picture(screen),
-                 u"/r/one.png"_s);
+        QCOMPARE(backend.picture(screen), u"/r/one.png"_s);
     }
 
     // Read once, then followed; a setting the portal does not know stays unknown.

@@ -31,7 +31,6 @@ class SwayBackendTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    QString m_state = m_dir.filePath(u"desktop-sway.json"_s);
     QList<QByteArray> m_commands; // that the stand-in for sway was sent
     QByteArray m_commandAnswer = R"([{"success":true}])";
 
@@ -57,18 +56,6 @@ class SwayBackendTest : public QObject {
         return reply + answer;
     }
 
-    // swaybg runs as sway's user: the pictures must be readable by anyone.
-    QString picture(const char *name, Qt::GlobalColor colour)
-    {
-        QFile::setPermissions(m_dir.path(),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
-                                  | QFile::ReadOther | QFile::ExeOther);
-        const QString path =
-            solidPicture(m_dir.filePath(QString::fromLatin1(name) + u" picture.png"_s), colour);
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
-        return path;
-    }
-
 private Q_SLOTS:
     void initTestCase() { QVERIFY(!qEnvironmentVariableIsEmpty("SWAYSOCK")); }
 
@@ -78,18 +65,21 @@ private Q_SLOTS:
 
     void outputsPicturesAndWorkspaces()
     {
-        SwayBackend backend(qEnvironmentVariable("SWAYSOCK"), m_state);
+        SwayBackend backend(qEnvironmentVariable("SWAYSOCK"), m_dir.filePath(u"sway.json"_s));
         QTRY_COMPARE(backend.screens().size(), 2);
         const auto screens = backend.screens();
         QCOMPARE(screens[1].geometry, QRect(1920, 0, 1920, 1080));
-        const QString red = picture("red", Qt::red);
-        const QString blue = picture("blue", Qt::blue);
+        // swaybg runs as sway's user: the pictures must be readable by anyone.
+        const auto anyone = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther;
+        QFile::setPermissions(m_dir.path(), anyone | QFile::ExeOwner | QFile::ExeOther);
+        const QString red = solidPicture(m_dir.filePath(u"red picture.png"_s), Qt::red);
+        const QString blue = solidPicture(m_dir.filePath(u"blue picture.png"_s), Qt::blue);
+        QVERIFY(QFile::setPermissions(red, anyone) && QFile::setPermissions(blue, anyone));
         awaitTask(backend.setPicture({ .path = red }, { screens[0] }));
         awaitTask(backend.setPicture({ .path = blue }, { screens[1] }));
         QTRY_COMPARE(pixel(960, 540), QColor(Qt::red));
         QTRY_COMPARE(pixel(1920 + 960, 540), QColor(Qt::blue));
-        // Remembered across a restart: sway itself cannot tell.
-        QCOMPARE(SwayBackend(qEnvironmentVariable("SWAYSOCK"), m_state).picture(screens[0]), red);
+        QCOMPARE(backend.picture(screens[0]), red); // sway itself cannot tell
 
         // A workspace switch is told.
         QSignalSpy workspaces(&backend, &DesktopBackend::workspaceChanged);
