@@ -97,10 +97,9 @@ set(CPACK_DEBIAN_DEVSHOP_DESCRIPTION "development shop for Quennet
 A small HTTPS shop service on the loopback interface with sample wallpaper
 packs, for developing and testing Quennet without the real shop.")
 # Loaded at run time, so no shared-library scan finds them: the views need their QML modules,
-# event sounds libcanberra, opened at the first one, download checks libcrypto (libssl3), and the
-# secret store libsecret.
+# event sounds libcanberra, opened at the first one, and download checks libcrypto (libssl3).
 set(CPACK_DEBIAN_APP_PACKAGE_DEPENDS
-    "libcanberra0, libsecret-1-0, libssl3, qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, qml6-module-qtqml-workerscript, qml6-module-qtquick-dialogs, qt6-qpa-plugins")
+    "libcanberra0, libssl3, qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-window, qml6-module-qtquick-templates, qml6-module-qtqml-workerscript, qml6-module-qtquick-dialogs, qt6-qpa-plugins")
 # The event sounds reach PulseAudio or PipeWire through its plugin, from the freedesktop theme.
 set(CPACK_DEBIAN_APP_PACKAGE_RECOMMENDS
     "gnome-keyring | kwalletmanager | keepassxc, xwallpaper, libcanberra-pulse, sound-theme-freedesktop")

@@ -1,11 +1,11 @@
 #include "event_sounds.h"
 
 #include "gnome_backend.h"
-#include "gsettings_library.h"
 #include "logging.h"
 #include "opened_library.h"
 
 #include <canberra.h>
+#include <gio/gio.h>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
@@ -134,15 +134,18 @@ bool desktopPlays(const QString &currentDesktop)
     if (!GnomeBackend::familyOf(currentDesktop))
         return true;
     // A schema that is missing would abort the process in g_settings_new.
-    const GSettingsLibrary *gio = GSettingsLibrary::get();
+    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
     GSettingsSchema *schema =
-        gio ? gio->lookUp("org.gnome.desktop.sound", "event-sounds") : nullptr;
+        source ? g_settings_schema_source_lookup(source, "org.gnome.desktop.sound", TRUE) : nullptr;
     if (!schema)
         return true;
-    GSettings *settings = gio->newSettings(schema, nullptr, nullptr);
-    const bool on = gio->getBoolean(settings, "event-sounds");
-    gio->unrefObject(settings);
-    gio->unrefSchema(schema);
+    bool on = true;
+    if (g_settings_schema_has_key(schema, "event-sounds")) {
+        GSettings *settings = g_settings_new_full(schema, nullptr, nullptr);
+        on = g_settings_get_boolean(settings, "event-sounds");
+        g_object_unref(settings);
+    }
+    g_settings_schema_unref(schema);
     return on;
 }
 } // namespace EventSounds

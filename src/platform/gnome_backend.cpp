@@ -1,6 +1,5 @@
 #include "gnome_backend.h"
 
-#include "gsettings_library.h"
 #include "logging.h"
 #include "spanned_picture.h"
 
@@ -10,6 +9,7 @@
 #include <QPointer>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
+#include <gio/gio.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,13 +34,18 @@ Keys keysOf(GnomeBackend::Family family)
     Q_UNREACHABLE();
 }
 
+GSettingsSchema *lookUp(const char *id)
+{
+    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
+    return source ? g_settings_schema_source_lookup(source, id, TRUE) : nullptr;
+}
+
 const auto darkKey = u"dark"_s;
 const auto stillKey = u"still"_s;
 const auto spannedKey = u"spanned"_s;
 } // namespace
 
 struct GnomeBackend::Settings {
-    const GSettingsLibrary *gio = GSettingsLibrary::get();
     GSettingsSchema *schema = nullptr;
     GSettings *settings = nullptr;
     Keys keys {};
@@ -50,16 +55,16 @@ struct GnomeBackend::Settings {
     ~Settings()
     {
         if (settings) {
-            gio->disconnectSignal(settings, handler);
-            gio->unrefObject(settings);
+            g_signal_handler_disconnect(settings, handler);
+            g_object_unref(settings);
         }
         if (schema)
-            gio->unrefSchema(schema);
+            g_settings_schema_unref(schema);
     }
 
     [[nodiscard]] QString string(const char *key) const
     {
-        gchar *value = gio->getString(settings, key);
+        gchar *value = g_settings_get_string(settings, key);
         QString result = QString::fromUtf8(value);
         g_free(value);
         return result;
@@ -67,7 +72,7 @@ struct GnomeBackend::Settings {
 
     void setString(const char *key, const QString &value) const
     {
-        gio->setString(settings, key, value.toUtf8().constData());
+        g_settings_set_string(settings, key, value.toUtf8().constData());
     }
 
     [[nodiscard]] QString toSetting(const QString &path) const
@@ -93,21 +98,20 @@ GnomeBackend::GnomeBackend(Family family, QString folder, QObject *parent)
 {
     m_composer.setMaxThreadCount(1);
     m_settings->keys = keysOf(family);
-    const GSettingsLibrary *gio = m_settings->gio;
-    m_settings->schema = gio ? gio->lookUp(m_settings->keys.schema) : nullptr;
+    m_settings->schema = lookUp(m_settings->keys.schema);
     if (!m_settings->schema) {
         qCWarning(lcGSettings) << "No settings schema" << m_settings->keys.schema;
         return;
     }
-    m_settings->settings = gio->newSettings(m_settings->schema, nullptr, nullptr);
-    m_settings->hasDark =
-        m_settings->keys.dark && gio->schemaHasKey(m_settings->schema, m_settings->keys.dark);
+    m_settings->settings = g_settings_new_full(m_settings->schema, nullptr, nullptr);
+    m_settings->hasDark = m_settings->keys.dark
+        && g_settings_schema_has_key(m_settings->schema, m_settings->keys.dark);
     // Changes made elsewhere arrive through GLib's main loop, which Qt's event dispatcher runs.
-    m_settings->handler = gio->connectSignal(
+    m_settings->handler = g_signal_connect(
         m_settings->settings, "changed", G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
             Q_EMIT static_cast<GnomeBackend *>(self)->picturesChanged();
         }),
-        this, nullptr, GConnectFlags(0));
+        this);
 
     followQtScreens();
     connect(this, &DesktopBackend::screensChanged, this, [this] {
@@ -142,10 +146,9 @@ std::optional<GnomeBackend::Family> GnomeBackend::familyOf(const QString &curren
 
 bool GnomeBackend::isAvailable(Family family)
 {
-    const GSettingsLibrary *gio = GSettingsLibrary::get();
-    GSettingsSchema *schema = gio ? gio->lookUp(keysOf(family).schema) : nullptr;
+    GSettingsSchema *schema = lookUp(keysOf(family).schema);
     if (schema)
-        gio->unrefSchema(schema);
+        g_settings_schema_unref(schema);
     return schema != nullptr;
 }
 
@@ -286,13 +289,13 @@ void GnomeBackend::write(const QString &path, const std::optional<QString> &dark
     const Settings &s = *m_settings;
     qCDebug(lcGSettings) << "Setting" << path << dark.value_or(QString())
                          << (spanned ? "spanned" : "zoom");
-    s.gio->delay(s.settings);
+    g_settings_delay(s.settings);
     s.setString(s.keys.picture, s.toSetting(path));
     if (s.hasDark)
         s.setString(s.keys.dark, s.toSetting(dark.value_or(path)));
     s.setString("picture-options", spanned ? u"spanned"_s : u"zoom"_s);
-    s.gio->apply(s.settings);
-    s.gio->sync();
+    g_settings_apply(s.settings);
+    g_settings_sync();
     if (desktopPicture() != path
         || (s.hasDark && s.fromSetting(s.string(s.keys.dark)) != dark.value_or(path)))
         throw DesktopError(QCoreApplication::translate(

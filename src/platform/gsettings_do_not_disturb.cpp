@@ -1,7 +1,8 @@
 #include "gsettings_do_not_disturb.h"
 
-#include "gsettings_library.h"
 #include "logging.h"
+
+#include <gio/gio.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,15 +26,21 @@ Key keyOf(GSettingsDoNotDisturb::Family family)
     Q_UNREACHABLE();
 }
 
-// The schema when GIO is there and the schema is installed with the key; the caller unrefs it.
-GSettingsSchema *lookUp(const GSettingsLibrary *gio, const Key &key)
+// The schema when it is installed and has the key; the caller unrefs it.
+GSettingsSchema *lookUp(const Key &key)
 {
-    return gio ? gio->lookUp(key.schema, key.key) : nullptr;
+    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
+    GSettingsSchema *schema =
+        source ? g_settings_schema_source_lookup(source, key.schema, TRUE) : nullptr;
+    if (schema && !g_settings_schema_has_key(schema, key.key)) {
+        g_settings_schema_unref(schema);
+        return nullptr;
+    }
+    return schema;
 }
 } // namespace
 
 struct GSettingsDoNotDisturb::Settings {
-    const GSettingsLibrary *gio = GSettingsLibrary::get();
     Key key {};
     GSettings *settings = nullptr;
     gulong handler = 0;
@@ -42,8 +49,8 @@ struct GSettingsDoNotDisturb::Settings {
     {
         if (!settings)
             return;
-        gio->disconnectSignal(settings, handler);
-        gio->unrefObject(settings);
+        g_signal_handler_disconnect(settings, handler);
+        g_object_unref(settings);
     }
 };
 
@@ -53,23 +60,22 @@ GSettingsDoNotDisturb::GSettingsDoNotDisturb(Family family, QObject *parent)
     , m_settings(std::make_unique<Settings>())
 {
     m_settings->key = keyOf(family);
-    const GSettingsLibrary *gio = m_settings->gio;
-    GSettingsSchema *schema = lookUp(gio, m_settings->key);
+    GSettingsSchema *schema = lookUp(m_settings->key);
     if (!schema) {
         qCWarning(lcDoNotDisturb) << "No settings key" << m_settings->key.schema
                                   << m_settings->key.key;
         setOn(false);
         return;
     }
-    m_settings->settings = gio->newSettings(schema, nullptr, nullptr);
-    gio->unrefSchema(schema);
+    m_settings->settings = g_settings_new_full(schema, nullptr, nullptr);
+    g_settings_schema_unref(schema);
     const QByteArray signal = QByteArrayLiteral("changed::") + m_settings->key.key;
     m_settings->handler =
-        gio->connectSignal(m_settings->settings, signal.constData(),
-                           G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
-                               static_cast<GSettingsDoNotDisturb *>(self)->read();
-                           }),
-                           this, nullptr, GConnectFlags(0));
+        g_signal_connect(m_settings->settings, signal.constData(),
+                         G_CALLBACK(+[](GSettings *, const gchar *, gpointer self) {
+                             static_cast<GSettingsDoNotDisturb *>(self)->read();
+                         }),
+                         this);
     read();
 }
 
@@ -77,10 +83,9 @@ GSettingsDoNotDisturb::~GSettingsDoNotDisturb() = default;
 
 bool GSettingsDoNotDisturb::isAvailable(Family family)
 {
-    const GSettingsLibrary *gio = GSettingsLibrary::get();
-    GSettingsSchema *schema = lookUp(gio, keyOf(family));
+    GSettingsSchema *schema = lookUp(keyOf(family));
     if (schema)
-        gio->unrefSchema(schema);
+        g_settings_schema_unref(schema);
     return schema != nullptr;
 }
 
@@ -92,6 +97,6 @@ QString GSettingsDoNotDisturb::name() const
 
 void GSettingsDoNotDisturb::read()
 {
-    const bool value = m_settings->gio->getBoolean(m_settings->settings, m_settings->key.key);
+    const bool value = g_settings_get_boolean(m_settings->settings, m_settings->key.key);
     setOn(bool(value) == m_settings->key.onWhen);
 }

@@ -3,7 +3,6 @@
 #include "application_folder.h"
 #include "atomic_file.h"
 #include "logging.h"
-#include "opened_library.h"
 
 #include <QCoreApplication>
 #include <QCoroDBusPendingCall>
@@ -43,77 +42,19 @@ const SecretSchema *schema()
     return &schema;
 }
 
-// libsecret, opened at the first secret rather than linked: it and the GIO it needs would
-// otherwise load before the tray icon shows, and a session without a secret store never uses it.
-struct Libsecret {
-    decltype(&secret_attributes_build) buildAttributes = nullptr;
-    decltype(&secret_service_search) search = nullptr;
-    decltype(&secret_service_search_finish) searchFinish = nullptr;
-    decltype(&secret_service_store) store = nullptr;
-    decltype(&secret_service_store_finish) storeFinish = nullptr;
-    decltype(&secret_service_clear) clear = nullptr;
-    decltype(&secret_service_clear_finish) clearFinish = nullptr;
-    decltype(&secret_item_get_locked) isLocked = nullptr;
-    decltype(&secret_item_get_secret) secretOf = nullptr;
-    decltype(&secret_value_new) newValue = nullptr;
-    decltype(&secret_value_get) valueBytes = nullptr;
-    decltype(&secret_value_unref) unrefValue = nullptr;
-    decltype(&g_cancellable_new) newCancellable = nullptr;
-    decltype(&g_cancellable_cancel) cancel = nullptr;
-    decltype(&g_object_ref) refObject = nullptr;
-    decltype(&g_object_unref) unrefObject = nullptr;
-
-    // Throws Keychain::Failure when the library cannot be opened: there is a secret store, and
-    // the secrets must not go to the file instead.
-    static const Libsecret &get()
-    {
-        static const std::optional<Libsecret> library = load();
-        if (!library)
-            throw Keychain::Failure();
-        return *library;
-    }
-
-private:
-    static std::optional<Libsecret> load()
-    {
-        void *library = dlopen("libsecret-1.so.0", RTLD_NOW | RTLD_LOCAL);
-        Libsecret found;
-        // GIO's and GObject's functions come with libsecret, which links them.
-        if (library && resolveFunction(library, found.buildAttributes, "secret_attributes_build")
-            && resolveFunction(library, found.search, "secret_service_search")
-            && resolveFunction(library, found.searchFinish, "secret_service_search_finish")
-            && resolveFunction(library, found.store, "secret_service_store")
-            && resolveFunction(library, found.storeFinish, "secret_service_store_finish")
-            && resolveFunction(library, found.clear, "secret_service_clear")
-            && resolveFunction(library, found.clearFinish, "secret_service_clear_finish")
-            && resolveFunction(library, found.isLocked, "secret_item_get_locked")
-            && resolveFunction(library, found.secretOf, "secret_item_get_secret")
-            && resolveFunction(library, found.newValue, "secret_value_new")
-            && resolveFunction(library, found.valueBytes, "secret_value_get")
-            && resolveFunction(library, found.unrefValue, "secret_value_unref")
-            && resolveFunction(library, found.newCancellable, "g_cancellable_new")
-            && resolveFunction(library, found.cancel, "g_cancellable_cancel")
-            && resolveFunction(library, found.refObject, "g_object_ref")
-            && resolveFunction(library, found.unrefObject, "g_object_unref"))
-            return found;
-        qCWarning(lcKeychain) << "Could not open libsecret:" << dlerror();
-        return std::nullopt;
-    }
-};
-
 struct Unref {
     void operator()(GHashTable *table) const { g_hash_table_unref(table); }
-    void operator()(GList *items) const { g_list_free_full(items, Libsecret::get().unrefObject); }
+    void operator()(GList *items) const { g_list_free_full(items, g_object_unref); }
     void operator()(GError *error) const { g_error_free(error); }
-    void operator()(SecretValue *value) const { Libsecret::get().unrefValue(value); }
+    void operator()(SecretValue *value) const { secret_value_unref(value); }
 };
 template<typename T> using Owned = std::unique_ptr<T, Unref>;
 
 Owned<GHashTable> attributesOf(const QByteArray &item)
 {
-    return Owned<GHashTable>(Libsecret::get().buildAttributes(schema(), "user", item.constData(),
-                                                              "server", bundleIdentifier, "type",
-                                                              "plaintext", nullptr));
+    return Owned<GHashTable>(secret_attributes_build(schema(), "user", item.constData(), "server",
+                                                     bundleIdentifier, "type", "plaintext",
+                                                     nullptr));
 }
 
 // One libsecret call's end, for the task that awaits it. libsecret calls back on the main
@@ -123,15 +64,14 @@ class SecretCall : public QObject {
 
 public:
     SecretCall()
-        : m_cancellable(Libsecret::get().newCancellable())
+        : m_cancellable(g_cancellable_new())
     {
     }
     ~SecretCall() override
     {
-        const Libsecret &secret = Libsecret::get();
-        secret.unrefObject(m_cancellable);
+        g_object_unref(m_cancellable);
         if (m_result)
-            secret.unrefObject(m_result);
+            g_object_unref(m_result);
     }
 
     [[nodiscard]] GCancellable *cancellable() const { return m_cancellable; }
@@ -144,7 +84,7 @@ public:
         const std::unique_ptr<QPointer<SecretCall>> call(static_cast<QPointer<SecretCall> *>(data));
         if (!*call)
             return;
-        (*call)->m_result = static_cast<GAsyncResult *>(Libsecret::get().refObject(result));
+        (*call)->m_result = static_cast<GAsyncResult *>(g_object_ref(result));
         Q_EMIT(*call)->ended();
     }
 
@@ -167,7 +107,7 @@ using Call = std::unique_ptr<SecretCall, DeleteLater>;
 QCoro::Task<GAsyncResult *> answered(SecretCall *call, std::chrono::milliseconds timeout)
 {
     if (!call->result() && !co_await qCoro(call, &SecretCall::ended, timeout)) {
-        Libsecret::get().cancel(call->cancellable());
+        g_cancellable_cancel(call->cancellable());
         qCWarning(lcKeychain) << "The secret store didn't answer in time";
         throw Keychain::Failure();
     }
@@ -250,14 +190,13 @@ QCoro::Task<bool> anyCollectionLocked(std::chrono::milliseconds timeout)
 QCoro::Task<Owned<GList>> search(QByteArray item, SecretSearchFlags flags,
                                  std::chrono::milliseconds timeout, const char *doing)
 {
-    const Libsecret &secret = Libsecret::get();
     const auto attributes = attributesOf(item);
     const Call call(new SecretCall);
-    secret.search(nullptr, schema(), attributes.get(), flags, call->cancellable(),
-                  &SecretCall::finished, call->data());
+    secret_service_search(nullptr, schema(), attributes.get(), flags, call->cancellable(),
+                          &SecretCall::finished, call->data());
     GError *error = nullptr;
     Owned<GList> items(
-        secret.searchFinish(nullptr, co_await answered(call.get(), timeout), &error));
+        secret_service_search_finish(nullptr, co_await answered(call.get(), timeout), &error));
     check(error, doing);
     if (items)
         co_return items;
@@ -280,31 +219,31 @@ QCoro::Task<std::optional<QString>> lookUp(QByteArray item, std::chrono::millise
     if (!items)
         co_return std::nullopt;
 
-    const Libsecret &secret = Libsecret::get();
     auto *found = static_cast<SecretItem *>(items->data);
-    const Owned<SecretValue> value(secret.isLocked(found) ? nullptr : secret.secretOf(found));
+    const Owned<SecretValue> value(secret_item_get_locked(found) ? nullptr
+                                                                 : secret_item_get_secret(found));
     if (!value) {
         qCWarning(lcKeychain) << "The secret store kept" << item << "locked";
         throw Keychain::Failure();
     }
     gsize length = 0;
-    const gchar *bytes = secret.valueBytes(value.get(), &length);
+    const gchar *bytes = secret_value_get(value.get(), &length);
     co_return QString::fromUtf8(bytes, qsizetype(length));
 }
 
 QCoro::Task<> store(QString value, QByteArray item, std::chrono::milliseconds timeout)
 {
-    const Libsecret &library = Libsecret::get();
     const auto attributes = attributesOf(item);
     const auto bytes = value.toUtf8();
     const Owned<SecretValue> secret(
-        library.newValue(bytes.constData(), bytes.size(), "text/plain"));
+        secret_value_new(bytes.constData(), bytes.size(), "text/plain"));
     const QByteArray label = "Quennet " + item;
     const Call call(new SecretCall);
-    library.store(nullptr, schema(), attributes.get(), SECRET_COLLECTION_DEFAULT, label.constData(),
-                  secret.get(), call->cancellable(), &SecretCall::finished, call->data());
+    secret_service_store(nullptr, schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                         label.constData(), secret.get(), call->cancellable(),
+                         &SecretCall::finished, call->data());
     GError *error = nullptr;
-    library.storeFinish(nullptr, co_await answered(call.get(), timeout), &error);
+    secret_service_store_finish(nullptr, co_await answered(call.get(), timeout), &error);
     check(error, "save");
 }
 
@@ -317,9 +256,8 @@ QCoro::Task<> clear(QByteArray item, std::chrono::milliseconds timeout)
         "remove");
     if (!items)
         co_return;
-    const Libsecret &secret = Libsecret::get();
     for (const GList *each = items.get(); each; each = each->next) {
-        if (secret.isLocked(static_cast<SecretItem *>(each->data))) {
+        if (secret_item_get_locked(static_cast<SecretItem *>(each->data))) {
             qCWarning(lcKeychain) << "The secret store kept" << item << "locked";
             throw Keychain::Failure();
         }
@@ -327,10 +265,10 @@ QCoro::Task<> clear(QByteArray item, std::chrono::milliseconds timeout)
 
     const auto attributes = attributesOf(item);
     const Call deletion(new SecretCall);
-    secret.clear(nullptr, schema(), attributes.get(), deletion->cancellable(),
-                 &SecretCall::finished, deletion->data());
+    secret_service_clear(nullptr, schema(), attributes.get(), deletion->cancellable(),
+                         &SecretCall::finished, deletion->data());
     GError *error = nullptr;
-    secret.clearFinish(nullptr, co_await answered(deletion.get(), timeout), &error);
+    secret_service_clear_finish(nullptr, co_await answered(deletion.get(), timeout), &error);
     check(error, "remove");
 }
 
