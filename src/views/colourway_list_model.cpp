@@ -140,8 +140,7 @@ void ColourwayListModel::reload()
 
 void ColourwayListModel::fillStates(Row &row) const
 {
-    const QString key = row.pack + u'/' + row.slug;
-    row.favourite = m_favourites && m_favourites->keys().contains(key);
+    row.favourite = m_favourites && m_favourites->keys().contains(row.key());
     row.fresh = false;
     row.downloaded = false;
     row.downloading = false;
@@ -203,7 +202,7 @@ QVariant ColourwayListModel::data(const QModelIndex &index, int role) const
     case NameRole:
         return row.name;
     case KeyRole:
-        return QString(row.pack + u'/' + row.slug);
+        return row.key();
     case PackRole:
         return row.pack;
     case PackNameRole:
@@ -265,5 +264,5 @@ QHash<int, QByteArray> ColourwayListModel::roleNames() const
 
 int ColourwayListModel::indexOf(const QString &key) const
 {
-    return find(m_rows, key, [](const Row &row) { return QString(row.pack + u'/' + row.slug); });
+    return find(m_rows, key, [](const Row &row) { return row.key(); });
 }

@@ -91,6 +91,7 @@ private:
         bool shown = false;
         QVariantList phases;
 
+        [[nodiscard]] QString key() const { return pack + u'/' + slug; }
         bool operator==(const Row &) const = default;
     };
 
