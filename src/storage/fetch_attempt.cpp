@@ -147,10 +147,14 @@ QCoro::Task<> FetchAttempt::fetch()
     for (;;) {
         Reply reply = co_await send(offset, validator);
         const int status = statusOf(*reply);
-        if (status != 200 && status != 206)
+        // A part is of use where it was asked for, or from the first byte as the whole file.
+        const qint64 start = ContentRange::start(reply->rawHeader("Content-Range")).value_or(0);
+        const bool misplaced = status == 206 && start != offset && start != 0;
+        // Once, from the first byte and without a range.
+        const bool restart = (status == 416 || misplaced) && !restarted;
+        if (restart || (status != 200 && status != 206))
             co_await drain(reply.get());
-        if (status == 416 && !restarted) {
-            // Once, from the first byte and without a range.
+        if (restart) {
             restarted = true;
             offset = 0;
             validator.reset();
@@ -159,9 +163,9 @@ QCoro::Task<> FetchAttempt::fetch()
         if (status == 200) {
             offset = 0;
         } else if (status == 206) {
-            // A part that does not start where asked is taken as the whole file.
-            if (ContentRange::start(reply->rawHeader("Content-Range")) != offset)
-                offset = 0;
+            // Asked for without a range, a misplaced part is taken as the whole file, which its
+            // digest then rejects.
+            offset = start == offset ? offset : 0;
         } else if (status == 401 || status == 403 || status == 410) {
             throw FileFetcher::Failure::linkRejected();
         } else {
