@@ -81,8 +81,8 @@ QDBusPendingCall AutomationRig::start(const QString &method, const QVariantList 
     return m_client.asyncCall(message, 60'000);
 }
 
-QDBusMessage AutomationRig::call(const QString &interface, const QString &method,
-                                 const QVariantList &arguments)
+QDBusMessage AutomationRig::call(const QString &method, const QVariantList &arguments,
+                                 const QString &interface)
 {
     // The service answers on this thread: wait in an event loop, never in a blocking call.
     QDBusPendingCallWatcher watcher(start(method, arguments, interface));
@@ -93,20 +93,10 @@ QDBusMessage AutomationRig::call(const QString &interface, const QString &method
     return watcher.reply();
 }
 
-QDBusMessage AutomationRig::automation(const QString &method, const QVariantList &arguments)
-{
-    return call(AutomationService::automationInterface, method, arguments);
-}
-
-QDBusMessage AutomationRig::session(const QString &method)
-{
-    return call(AutomationService::sessionInterface, method);
-}
-
 QVariant AutomationRig::sessionProperty(const QString &name)
 {
-    const auto reply = call(u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
-                            { QString(AutomationService::sessionInterface), name });
+    const auto reply = call(u"Get"_s, { QString(AutomationService::sessionInterface), name },
+                            u"org.freedesktop.DBus.Properties"_s);
     return reply.arguments().value(0).value<QDBusVariant>().variant();
 }
 

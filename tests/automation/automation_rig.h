@@ -29,10 +29,12 @@ public:
     [[nodiscard]] bool isReady() const { return m_ready; }
 
     // A call on the client's connection, answered while the test's event loop runs.
-    QDBusMessage call(const QString &interface, const QString &method,
-                      const QVariantList &arguments = {});
-    QDBusMessage automation(const QString &method, const QVariantList &arguments = {});
-    QDBusMessage session(const QString &method);
+    QDBusMessage call(const QString &method, const QVariantList &arguments = {},
+                      const QString &interface = AutomationService::automationInterface);
+    QDBusMessage session(const QString &method)
+    {
+        return call(method, {}, AutomationService::sessionInterface);
+    }
     [[nodiscard]] QVariant sessionProperty(const QString &name);
     // Starts a call and leaves it running.
     QDBusPendingCall start(const QString &method, const QVariantList &arguments = {},

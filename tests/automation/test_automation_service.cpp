@@ -41,7 +41,7 @@ private Q_SLOTS:
         QVERIFY(rig.isReady());
 
         // The owned packs in library order: not harbour (not owned), nor glacier (not released).
-        const auto found = rig.automation(u"FindWallpapers"_s, { QString() }).arguments().value(0);
+        const auto found = rig.call(u"FindWallpapers"_s, { QString() }).arguments().value(0);
         QStringList ids;
         for (const auto &entity : qdbus_cast<QList<WallpaperEntity>>(found))
             ids.append(entity.id);
@@ -49,41 +49,40 @@ private Q_SLOTS:
             ids.join(u' '),
             u"aurora/emerald aurora/violet dunes/amber dunes/rose meadow/clover meadow/spring"_s);
 
-        QCOMPARE(failure(rig.automation(u"SetWallpaper"_s, { u"dunes/rose"_s, u"dark"_s })),
-                 QString());
+        QCOMPARE(failure(rig.call(u"SetWallpaper"_s, { u"dunes/rose"_s, u"dark"_s })), QString());
         QCOMPARE(rig.picture(1), rig.picture());
         QCOMPARE(rig.desktop().requests.size(), 1);
-        QCOMPARE(rig.automation(u"GetWallpaper"_s).arguments(),
+        QCOMPARE(rig.call(u"GetWallpaper"_s).arguments(),
                  (QVariantList { u"dunes/rose"_s, u"ROSE"_s, u"DUNES"_s }));
 
-        QCOMPARE(failure(rig.automation(u"FavouriteWallpaper"_s)), QString());
+        QCOMPARE(failure(rig.call(u"FavouriteWallpaper"_s)), QString());
         QCOMPARE(rig.defaults().favouriteColourways(), QStringList { u"dunes/rose"_s });
         // Favouriting is no toggle, and a favourite keeps its place.
         const QStringList favourites { u"dunes/amber"_s, u"dunes/rose"_s, u"meadow/spring"_s };
         rig.favourites().setKeys(favourites);
-        QCOMPARE(failure(rig.automation(u"FavouriteWallpaper"_s)), QString());
+        QCOMPARE(failure(rig.call(u"FavouriteWallpaper"_s)), QString());
         QCOMPARE(rig.favourites().keys(), favourites);
 
-        QCOMPARE(failure(rig.automation(u"SetShuffle"_s, { true, u"hour"_s, u"favourites"_s })),
+        QCOMPARE(failure(rig.call(u"SetShuffle"_s, { true, u"hour"_s, u"favourites"_s })),
                  QString());
         QVERIFY(rig.shuffle().isOn());
         QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Hour);
         QCOMPARE(rig.defaults().shuffleSource(), u"favourites"_s);
         // Empty texts leave the interval and the source.
-        rig.automation(u"SetShuffle"_s, { false, QString(), u"all"_s });
+        rig.call(u"SetShuffle"_s, { false, QString(), u"all"_s });
         QVERIFY(!rig.shuffle().isOn());
         QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Hour);
         QCOMPARE(rig.shuffle().source(), ShuffleSettings::Source::All);
 
-        QCOMPARE(failure(rig.automation(u"SetFocusFilter"_s, { u"aurora/emerald"_s, u"dark"_s })),
+        QCOMPARE(failure(rig.call(u"SetFocusFilter"_s, { u"aurora/emerald"_s, u"dark"_s })),
                  QString());
         QCOMPARE(rig.defaults().focusFilterWallpaper(), u"aurora/emerald"_s);
         QCOMPARE(rig.defaults().focusFilterEdition(), u"dark"_s);
-        QCOMPARE(failure(rig.automation(u"SetFocusFilter"_s, { QString(), QString() })), QString());
-        QVERIFY(rig.defaults().focusFilterWallpaper().isEmpty());
+        QCOMPARE(failure(rig.call(u"SetFocusFilter"_s, { QString(), QString() })), QString());
+        QVERIFY(rig.focusFilter().wallpaper().isEmpty());
 
         // The shuffle may draw the wallpaper shown already: what it drew is what shows.
-        QCOMPARE(failure(rig.automation(u"ShuffleWallpaper"_s)), QString());
+        QCOMPARE(failure(rig.call(u"ShuffleWallpaper"_s)), QString());
         QCOMPARE(rig.desktop().requests.size(), 2);
         QCOMPARE(rig.defaults().shufflePlayed(), QStringList { rig.mainKey() });
 
@@ -167,9 +166,6 @@ private Q_SLOTS:
         row("unknown edition", {}, u"SetWallpaper"_s, { u"aurora/emerald"_s, u"sepia"_s },
             u"InvalidArgument: \"sepia\" isn't an edition. "
             u"Use automatic, timeOfDay, light or dark."_s);
-        row("unknown interval", {}, u"SetShuffle"_s, { true, u"fortnight"_s, u"favourites"_s },
-            u"InvalidArgument: \"fortnight\" isn't a shuffle interval. "
-            u"Use hour, sixHours, day or week."_s);
         row("unknown source", {}, u"SetShuffle"_s, { true, u"hour"_s, u"everything"_s },
             u"InvalidArgument: \"everything\" isn't a shuffle source. Use all or favourites."_s);
     }
@@ -183,7 +179,7 @@ private Q_SLOTS:
         AutomationRig rig;
         QVERIFY(rig.isReady());
         if (before == "own picture"_L1 || before == "not saved"_L1)
-            QCOMPARE(failure(rig.automation(u"SetWallpaper"_s, { u"aurora/emerald"_s, QString() })),
+            QCOMPARE(failure(rig.call(u"SetWallpaper"_s, { u"aurora/emerald"_s, QString() })),
                      QString());
         if (before == "own picture"_L1) {
             rig.desktop().shown.insert(u"A"_s, u"/home/sam/Pictures/cat.png"_s);
@@ -200,7 +196,7 @@ private Q_SLOTS:
         const QString shown = rig.mainKey();
         const auto source = rig.shuffle().source();
 
-        QTEST(failure(rig.automation(method, arguments)), "error");
+        QTEST(failure(rig.call(method, arguments)), "error");
         QCOMPARE(rig.mainKey(), shown);
         QVERIFY(rig.favourites().keys().isEmpty());
         QVERIFY(!rig.shuffle().isOn());
@@ -240,7 +236,7 @@ private Q_SLOTS:
     {
         AutomationRig rig(AutomationRig::Stage::Unattached);
         QVERIFY(rig.isReady());
-        QCOMPARE(failure(rig.automation(u"GetWallpaper"_s)), errors + notReady);
+        QCOMPARE(failure(rig.call(u"GetWallpaper"_s)), errors + notReady);
         QCOMPARE(failure(rig.session(u"SignIn"_s)), errors + notReady);
     }
 
@@ -258,7 +254,7 @@ private Q_SLOTS:
             { u"FindWallpapers"_s, { QString() } },
         };
         for (const auto &[method, arguments] : calls)
-            QCOMPARE(failure(rig.automation(method, arguments)), errors + notReady);
+            QCOMPARE(failure(rig.call(method, arguments)), errors + notReady);
         QVERIFY(rig.desktop().requests.isEmpty());
         QVERIFY(rig.favourites().keys().isEmpty());
         QVERIFY(rig.defaults().shufflePlayed().isEmpty());

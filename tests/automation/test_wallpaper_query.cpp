@@ -58,23 +58,12 @@ private Q_SLOTS:
         QCOMPARE(ids, found);
     }
 
-    void keys_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("key") << u"spring-2/dusk"_s << true;
-        QTest::newRow("two slashes") << u"a/b/c"_s << false;
-        QTest::newRow("capitals") << u"Spring/dusk"_s << false;
-    }
-
+    // Lower-case pack and colourway, one slash: the form the bus and quennetctl take.
     void keys()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, valid);
-        const auto key = ColourwayKey::parse(text);
-        QCOMPARE(key.has_value(), valid);
-        if (key)
-            QCOMPARE(key->text(), text);
+        QCOMPARE(ColourwayKey::parse(u"spring-2/dusk"_s)->text(), u"spring-2/dusk"_s);
+        for (const QString &text : { u"a/b/c"_s, u"Spring/dusk"_s })
+            QVERIFY2(!ColourwayKey::parse(text), qPrintable(text));
     }
 };
 
