@@ -32,20 +32,21 @@ private Q_SLOTS:
         QTest::addColumn<QUrl>("base");
         QTest::addColumn<std::optional<QString>>("certificates");
 
-        const auto production = Defaults::productionShopURL();
-        const std::optional<QString> none;
-        QTest::newRow("nothing set") << QByteArray() << production << none;
-        QTest::newRow("a development shop")
-            << QByteArray("shopBaseURL=https://127.0.0.1:8443/api/app/v1\nshopCertificates=/ca.pem")
-            << QUrl(u"https://127.0.0.1:8443/api/app/v1"_s) << std::optional(u"/ca.pem"_s);
-        QTest::newRow("empty") << QByteArray("shopBaseURL=\nshopCertificates=") << production
-                               << none;
-        QTest::newRow("not a URL") << QByteArray("shopBaseURL=shop.example") << production << none;
-        QTest::newRow("another scheme")
-            << QByteArray("shopBaseURL=ftp://shop.example/") << production << none;
+        // Anything but a usable http(s) address is the production shop.
+        const auto row = [](const char *name, const QByteArray &ini, const QUrl &base = {},
+                            const std::optional<QString> &certificates = {}) {
+            QTest::newRow(name) << ini << (base.isEmpty() ? Defaults::productionShopURL() : base)
+                                << certificates;
+        };
+        row("nothing set", {});
+        row("a development shop",
+            "shopBaseURL=https://127.0.0.1:8443/api/app/v1\nshopCertificates=/ca.pem",
+            QUrl(u"https://127.0.0.1:8443/api/app/v1"_s), u"/ca.pem"_s);
+        row("empty", "shopBaseURL=\nshopCertificates=");
+        row("not a URL", "shopBaseURL=shop.example");
+        row("another scheme", "shopBaseURL=ftp://shop.example/");
         // INI reads an unquoted comma as a list.
-        QTest::newRow("a list") << QByteArray("shopBaseURL=https://a.example,b") << production
-                                << none;
+        row("a list", "shopBaseURL=https://a.example,b");
     }
 
     void shopKeys()

@@ -26,16 +26,11 @@ QString sample(const QString &name)
 bool samePicture(const QImage &a, const QImage &b)
 {
     const QImage scaled = a.scaled(b.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    qint64 difference = 0;
-    for (int y = 0; y < b.height(); y += 7) {
-        for (int x = 0; x < b.width(); x += 7) {
-            const QColor p = scaled.pixelColor(x, y);
-            const QColor q = b.pixelColor(x, y);
-            difference +=
-                qAbs(p.red() - q.red()) + qAbs(p.green() - q.green()) + qAbs(p.blue() - q.blue());
-        }
-    }
-    return !b.isNull() && difference / ((b.width() / 7 + 1) * (b.height() / 7 + 1)) < 12;
+    for (int y = 0; y < b.height(); y += 7)
+        for (int x = 0; x < b.width(); x += 7)
+            if (!near(scaled.pixelColor(x, y), b.pixelColor(x, y)))
+                return false;
+    return !b.isNull();
 }
 } // namespace
 
@@ -76,7 +71,6 @@ private Q_SLOTS:
         // h24: 0.25 -> 0, 0.5 -> 1, 0.75 -> 2, 0.95 -> 3
         row("h24 at midnight: the day before's last", u"h24.xmp"_s, 4, timeOfDay, QTime(0, 0), 3,
             3);
-        row("h24 in the evening", u"h24.xmp"_s, 4, timeOfDay, QTime(18, 30), 2, 2);
         row("h24 entry past the pictures skipped", u"h24.xmp"_s, 3, timeOfDay, QTime(23, 59), 2, 2);
         row("no schedule: appearance", u"apr.xmp"_s, 2, timeOfDay, noon, 0, 1);
         // solar: azimuth 90 -> 0, 180 -> 1, 270 -> 2, the last written as an integer.
@@ -144,7 +138,6 @@ private Q_SLOTS:
 
         const auto dark = renderer.render(source, u"f_abc"_s, 1);
         QVERIFY(dark);
-        QCOMPARE(*dark, renderer.renderingPath(u"f_abc"_s, 1));
         QVERIFY(samePicture(LibheifFile::open(source)->picture(1), QImage(*dark)));
         QCOMPARE(renderer.sourceOf(*dark), QFileInfo(source).absoluteFilePath());
         QCOMPARE(renderer.sourceOf(source), std::nullopt);
@@ -197,7 +190,6 @@ private Q_SLOTS:
             return renderer.render(source, u"f_big"_s, 0, bounds).value_or(QString());
         };
         const QString small = rendered({ 32, 18 });
-        QCOMPARE(small, renderer.renderingPath(u"f_big"_s, 0, { 32, 20 }));
         QCOMPARE(QImage(small).size(), QSize(32, 20));
         QVERIFY(samePicture(picture, QImage(small)));
         QCOMPARE(rendered({ 20, 20 }), small);
@@ -206,7 +198,6 @@ private Q_SLOTS:
         QCOMPARE(QImage(larger).size(), QSize(48, 30));
         QVERIFY(!QFile::exists(small));
         const QString whole = rendered({ 100, 100 });
-        QCOMPARE(whole, renderer.renderingPath(u"f_big"_s, 0));
         QCOMPARE(QImage(whole).size(), picture.size());
         QVERIFY(!QFile::exists(larger));
         QCOMPARE(rendered({ 32, 18 }), whole);

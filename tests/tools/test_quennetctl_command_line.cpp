@@ -21,19 +21,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("line");
         QTest::addColumn<Command>("command");
         using Action = Command::Action;
-        QTest::newRow("set, edition before")
-            << u"set --edition=light a/b"_s
-            << Command { .action = Action::Set, .wallpaper = u"a/b"_s, .edition = u"light"_s };
-        QTest::newRow("shuffle settings")
-            << u"shuffle-settings --on --interval hour --source favourites"_s
-            << Command { .action = Action::ShuffleSettings,
-                         .isOn = true,
-                         .interval = u"hour"_s,
-                         .source = u"favourites"_s };
-        QTest::newRow("Do Not Disturb wallpaper") << u"focus-filter a/b --edition dark"_s
-                                                  << Command { .action = Action::FocusFilter,
-                                                               .wallpaper = u"a/b"_s,
-                                                               .edition = u"dark"_s };
+        // Options before and after the wallpaper, "=" or a separate value; shuffle-settings is
+        // test_quennetctl's, which sees what Quennet saved.
+        QTest::newRow("set") << u"set --edition=light a/b"_s
+                             << Command { .action = Action::Set,
+                                          .wallpaper = u"a/b"_s,
+                                          .edition = u"light"_s };
+        QTest::newRow("focus-filter") << u"focus-filter a/b --edition dark"_s
+                                      << Command { .action = Action::FocusFilter,
+                                                   .wallpaper = u"a/b"_s,
+                                                   .edition = u"dark"_s };
         QTest::newRow("find words")
             << u"find dunes rose"_s << Command { .action = Action::Find, .text = u"dunes rose"_s };
     }
@@ -51,18 +48,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("error"); // after "quennetctl: "
-        QTest::newRow("nothing") << QString() << u"name a command"_s;
-        QTest::newRow("unknown command") << u"paint"_s << u"'paint' isn't a command"_s;
-        QTest::newRow("unknown option") << u"get --all"_s << u"get: unknown option --all"_s;
-        QTest::newRow("set, two") << u"set a/b c/d"_s << u"set: one wallpaper at a time"_s;
-        QTest::newRow("edition without value")
-            << u"set a/b --edition"_s << u"set: --edition needs a value"_s;
-        QTest::newRow("on nor off")
-            << u"shuffle-settings --interval day"_s << u"shuffle-settings: give --on or --off"_s;
-        QTest::newRow("on and off") << u"shuffle-settings --on --off"_s
-                                    << u"shuffle-settings: give --on or --off, not both"_s;
-        QTest::newRow("an edition of nothing")
-            << u"focus-filter --edition dark"_s << u"focus-filter: --edition needs a wallpaper"_s;
+        const auto row = [](const char *line, const QString &error) {
+            QTest::newRow(*line ? line : "nothing") << QString::fromLatin1(line) << error;
+        };
+        row("", u"name a command"_s);
+        row("paint", u"'paint' isn't a command"_s);
+        row("get --all", u"get: unknown option --all"_s);
+        row("set a/b c/d", u"set: one wallpaper at a time"_s);
+        row("set a/b --edition", u"set: --edition needs a value"_s);
+        row("shuffle-settings --interval day", u"shuffle-settings: give --on or --off"_s);
+        row("shuffle-settings --on --off", u"shuffle-settings: give --on or --off, not both"_s);
+        row("focus-filter --edition dark", u"focus-filter: --edition needs a wallpaper"_s);
     }
 
     void usageErrors()
