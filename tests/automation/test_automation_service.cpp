@@ -26,15 +26,9 @@ QString failure(const QDBusMessage &reply)
 class AutomationServiceTest : public QObject {
     Q_OBJECT
 
-public Q_SLOTS:
-    void propertiesChanged(const QString &interface, const QVariantMap &changed,
-                           const QStringList &)
-    {
-        if (interface == AutomationService::sessionInterface && changed.contains(u"State"_s))
-            m_states.append(changed.value(u"State"_s).toString());
-    }
-
 private Q_SLOTS:
+    // What test_quennetctl's script leaves out: setting, getting, shuffling and favouriting, and
+    // the saved settings, are checked there through quennetctl.
     void everyMethod()
     {
         AutomationRig rig;
@@ -50,25 +44,15 @@ private Q_SLOTS:
             u"aurora/emerald aurora/violet dunes/amber dunes/rose meadow/clover meadow/spring"_s);
 
         QCOMPARE(failure(rig.call(u"SetWallpaper"_s, { u"dunes/rose"_s, u"dark"_s })), QString());
-        QCOMPARE(rig.picture(1), rig.picture());
-        QCOMPARE(rig.desktop().requests.size(), 1);
-        QCOMPARE(rig.call(u"GetWallpaper"_s).arguments(),
-                 (QVariantList { u"dunes/rose"_s, u"ROSE"_s, u"DUNES"_s }));
-
-        QCOMPARE(failure(rig.call(u"FavouriteWallpaper"_s)), QString());
-        QCOMPARE(rig.defaults().favouriteColourways(), QStringList { u"dunes/rose"_s });
         // Favouriting is no toggle, and a favourite keeps its place.
         const QStringList favourites { u"dunes/amber"_s, u"dunes/rose"_s, u"meadow/spring"_s };
         rig.favourites().setKeys(favourites);
         QCOMPARE(failure(rig.call(u"FavouriteWallpaper"_s)), QString());
         QCOMPARE(rig.favourites().keys(), favourites);
 
+        // Empty texts leave the interval and the source.
         QCOMPARE(failure(rig.call(u"SetShuffle"_s, { true, u"hour"_s, u"favourites"_s })),
                  QString());
-        QVERIFY(rig.shuffle().isOn());
-        QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Hour);
-        QCOMPARE(rig.defaults().shuffleSource(), u"favourites"_s);
-        // Empty texts leave the interval and the source.
         rig.call(u"SetShuffle"_s, { false, QString(), u"all"_s });
         QVERIFY(!rig.shuffle().isOn());
         QCOMPARE(rig.shuffle().interval(), ShuffleSettings::Interval::Hour);
@@ -81,11 +65,6 @@ private Q_SLOTS:
         QCOMPARE(failure(rig.call(u"SetFocusFilter"_s, { QString(), QString() })), QString());
         QVERIFY(rig.focusFilter().wallpaper().isEmpty());
 
-        // The shuffle may draw the wallpaper shown already: what it drew is what shows.
-        QCOMPARE(failure(rig.call(u"ShuffleWallpaper"_s)), QString());
-        QCOMPARE(rig.desktop().requests.size(), 2);
-        QCOMPARE(rig.defaults().shufflePlayed(), QStringList { rig.mainKey() });
-
         QCOMPARE(rig.sessionProperty(u"LibraryState"_s).toString(), u"ready"_s);
         QCOMPARE(failure(rig.session(u"Refresh"_s)), QString());
         QVERIFY(
@@ -94,33 +73,19 @@ private Q_SLOTS:
                  errors + u"Failed: Couldn't check for new files. The shop replied 500."_s);
     }
 
-    void signInAndOut()
+    // Signing in and its signals are test_quennetctl's: here, a second caller and a cancel.
+    void signInJoinedAndCancelled()
     {
         AutomationRig rig;
         QVERIFY(rig.isReady());
-        QVERIFY(rig.client().connect(AutomationService::serviceName, AutomationService::objectPath,
-                                     u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
-                                     this,
-                                     SLOT(propertiesChanged(QString, QVariantMap, QStringList))));
-
         QCOMPARE(failure(rig.session(u"SignOut"_s)), QString());
         QCOMPARE(rig.sessionProperty(u"State"_s).toString(), u"signedOut"_s);
-        QTRY_COMPARE(m_states, QStringList { u"signedOut"_s });
-
         rig.session(u"SignIn"_s);
         QTRY_COMPARE(rig.sessionProperty(u"State"_s).toString(), u"waiting"_s);
         const QString code = rig.sessionProperty(u"UserCode"_s).toString();
-        QVERIFY(rig.sessionProperty(u"VerificationURI"_s).toString().startsWith(u"https://"_s));
         // A second caller joins the sign-in under way rather than starting another.
         rig.session(u"SignIn"_s);
         QCOMPARE(rig.sessionProperty(u"UserCode"_s).toString(), code);
-        QVERIFY(rig.shop().shop().approve(code));
-        QTRY_COMPARE_WITH_TIMEOUT(rig.sessionProperty(u"State"_s).toString(), u"signedIn"_s,
-                                  10'000);
-        QTRY_VERIFY(m_states.contains(u"signedIn"_s));
-
-        rig.session(u"SignOut"_s);
-        rig.session(u"SignIn"_s);
         rig.session(u"CancelSignIn"_s);
         QCOMPARE(rig.sessionProperty(u"State"_s).toString(), u"signedOut"_s);
     }
@@ -137,12 +102,11 @@ private Q_SLOTS:
                             const QVariantList &arguments, const QString &error) {
             QTest::newRow(name) << before << method << arguments << errors + error;
         };
-        const QString notFound = u"NotFound: That wallpaper isn't in your packs."_s;
         const QString noWallpaper =
             u"NoWallpaper: The main display isn't showing one of your wallpapers."_s;
-        row("a pack not owned", {}, u"SetWallpaper"_s, { u"harbour/slate"_s, QString() }, notFound);
+        // A pack not owned and an unknown edition, for a set, are test_quennetctl's.
         row("Do Not Disturb, a pack not owned", {}, u"SetFocusFilter"_s,
-            { u"harbour/slate"_s, QString() }, notFound);
+            { u"harbour/slate"_s, QString() }, u"NotFound: That wallpaper isn't in your packs."_s);
         row("nothing set", {}, u"GetWallpaper"_s, {}, noWallpaper);
         row("a picture of one's own", u"own picture"_s, u"FavouriteWallpaper"_s, {}, noWallpaper);
         row("shuffle, no favourites", u"favourites"_s, u"ShuffleWallpaper"_s, {},
@@ -163,9 +127,6 @@ private Q_SLOTS:
         // Which keys are malformed is test_wallpaper_query's.
         row("malformed key", {}, u"SetWallpaper"_s, { u"Aurora/Emerald"_s, QString() },
             u"InvalidArgument: \"Aurora/Emerald\" isn't a wallpaper. Name one as pack/colourway."_s);
-        row("unknown edition", {}, u"SetWallpaper"_s, { u"aurora/emerald"_s, u"sepia"_s },
-            u"InvalidArgument: \"sepia\" isn't an edition. "
-            u"Use automatic, timeOfDay, light or dark."_s);
         row("unknown source", {}, u"SetShuffle"_s, { true, u"hour"_s, u"everything"_s },
             u"InvalidArgument: \"everything\" isn't a shuffle source. Use all or favourites."_s);
     }
@@ -280,9 +241,6 @@ private Q_SLOTS:
                  "The main display isn't showing one of your wallpapers.\n"_ba);
         QCOMPARE(quennetctl.exitCode(), 1);
     }
-
-private:
-    QStringList m_states; // as announced
 };
 
 QTEST_GUILESS_MAIN(AutomationServiceTest)
