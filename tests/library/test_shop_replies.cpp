@@ -149,16 +149,15 @@ private Q_SLOTS:
             librarySince("2025-03-01T10:30:00.250999+01:00"),
             { u"e"_s, u"p 2025-03-01T09:30:00.250Z -"_s });
 
+        // A value of the wrong type where a crash or a wrong size could follow; where nothing
+        // could, a wrong type is refused all the same, by the same helpers.
         row("not JSON", library, fixture(u"not-json.txt"_s), { u"Not JSON"_s });
-        row("top level array", catalogue, "[]", { u"The document is not a JSON object."_s });
         row("email missing", library, mutated(lib, R"("email": "ada@example.com",)", {}),
             { u"The key \"email\" is missing."_s });
         // The array becomes the value of another key.
         row("packs not an array", library, mutated(lib, R"("packs": [)", R"("packs": {}, "x": [)"),
             { u"\"packs\""_s });
         const QByteArray bytes = R"("bytes": 9007199254740993)";
-        row("number for a string", library,
-            mutated(lib, R"("slug": "spring-light-2")", R"("slug": 5)"), { u"\"slug\""_s });
         row("string for an integer", library, mutated(lib, bytes, R"("bytes": "12")"),
             { u"\"bytes\""_s });
         row("fraction for an integer", library, mutated(lib, bytes, R"("bytes": 1.5)"),
@@ -166,8 +165,6 @@ private Q_SLOTS:
         row("beyond 64 bits", library, mutated(lib, bytes, R"("bytes": 1e30)"), { u"\"bytes\""_s });
         row("archive not an object", library,
             mutated(lib, R"("archives": [)", R"("archives": ["zip",)"), { u"\"archives\""_s });
-        row("onSale a string", catalogue, mutated(cat, R"("onSale": true)", R"("onSale": "true")"),
-            { u"\"onSale\""_s });
         row("desktop art not an object", catalogue,
             mutated(cat, R"("desktop": {"light": "art/mist-desktop-light.jpg"})",
                     R"("desktop": "x")"),
