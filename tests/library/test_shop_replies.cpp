@@ -149,9 +149,9 @@ private Q_SLOTS:
             librarySince("2025-03-01T10:30:00.250999+01:00"),
             { u"e"_s, u"p 2025-03-01T09:30:00.250Z -"_s });
 
-        // A value of the wrong type where a crash or a wrong size could follow; where nothing
-        // could, a wrong type is refused all the same, by the same helpers.
+        // A wrong type where a crash or a wrong size could follow.
         row("not JSON", library, fixture(u"not-json.txt"_s), { u"Not JSON"_s });
+        row("top level array", catalogue, "[]", { u"The document is not a JSON object."_s });
         row("email missing", library, mutated(lib, R"("email": "ada@example.com",)", {}),
             { u"The key \"email\" is missing."_s });
         // The array becomes the value of another key.
