@@ -39,7 +39,6 @@ public:
     // Starts a call and leaves it running.
     QDBusPendingCall start(const QString &method, const QVariantList &arguments = {},
                            const QString &interface = AutomationService::automationInterface);
-    [[nodiscard]] QDBusConnection client() const { return m_client; }
 
     // What a display shows as the desktop tells it (0: the main one), and the key recorded for
     // the main one.
