@@ -356,7 +356,10 @@ ApplicationWindow {
                 Accessible.role: Accessible.List
                 Accessible.name: qsTr("Colourways")
                 model: colourways
-                ScrollBar.vertical: ScrollBar {}
+                // Shown whenever tiles lie beyond the edge, which the phases below may make so.
+                ScrollBar.vertical: ScrollBar {
+                    policy: grid.contentHeight > grid.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+                }
                 delegate: ColourwayTile {
                     required property var model
                     artCache: window.app.artCache
