@@ -1403,5 +1403,9 @@ Standardfehlerausgabe; 2 bei einer falschen Befehlszeile.
         <source>Open the settings.</source>
         <translation>Die Einstellungen öffnen.</translation>
     </message>
+    <message>
+        <source>Quennet runs in a desktop session, and this one has no display.</source>
+        <translation>Quennet läuft in einer Desktop-Sitzung, und diese hat keine Anzeige.</translation>
+    </message>
 </context>
 </TS>

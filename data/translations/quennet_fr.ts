@@ -1402,5 +1402,9 @@ sortie d&apos;erreur&#x202f;; 2 si la ligne de commande est incorrecte.
         <source>Open the settings.</source>
         <translation>Ouvrir les paramètres.</translation>
     </message>
+    <message>
+        <source>Quennet runs in a desktop session, and this one has no display.</source>
+        <translation>Quennet fonctionne dans une session de bureau, et celle-ci n&apos;a pas d&apos;affichage.</translation>
+    </message>
 </context>
 </TS>
