@@ -4,7 +4,6 @@
 #include "root_pixels.h"
 #include "x11_backend.h"
 
-#include <QGuiApplication>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -32,14 +31,9 @@ class X11BackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(X11Backend::isAvailable());
-        QCOMPARE(QGuiApplication::screens().size(), 2);
-    }
-
     void differentPicturePerMonitor()
     {
+        QVERIFY(X11Backend::isAvailable());
         X11Backend backend(m_state);
         const auto screens = backend.screens();
         QCOMPARE(screens.size(), 2);
@@ -80,7 +74,6 @@ private Q_SLOTS:
                                    { u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s,
                                      u"--right-of"_s, u"DUMMY0"_s }),
                  0);
-        QTRY_COMPARE(QGuiApplication::screens().size(), 2);
         const auto dummy1 = [&backend] { return screenNamed(backend, u"DUMMY1"_s); };
         QTRY_COMPARE(dummy1().geometry, QRect(1920, 0, 1920, 1080));
         QCOMPARE(backend.picture(dummy1()), m_dir.filePath(u"blue.png"_s));
