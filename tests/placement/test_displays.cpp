@@ -40,7 +40,6 @@ class DisplaysTest : public QObject {
 private Q_SLOTS:
     void init()
     {
-        QVERIFY(m_dir.isValid());
         QFile::remove(m_dir.filePath(u"placements.json"_s));
         m_desktop = std::make_unique<FakeDesktop>();
         m_desktop->shownScreens = { left, right };

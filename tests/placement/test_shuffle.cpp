@@ -12,9 +12,13 @@ using Interval = ShuffleSettings::Interval;
 using Screen = ShuffleDisplays::Screen;
 
 namespace {
-Placement showing(const QString &colourway, const QString &edition)
+// A display that shows p's colourway in the edition, set by the shuffle unless `own` says not.
+Screen showing(const QString &id, const QString &colourway, const QString &edition, bool own = true)
 {
-    return { .pack = u"p"_s, .colourway = colourway, .edition = edition, .path = u"/x.heic"_s };
+    const Placement placement {
+        .pack = u"p"_s, .colourway = colourway, .edition = edition, .path = u"/x.heic"_s
+    };
+    return { .id = id, .placement = placement, .showsOwnWallpaper = own };
 }
 
 const auto wednesday = utc("2024-05-01T10:00:00Z");
@@ -110,11 +114,8 @@ private Q_SLOTS:
                 { { u"shufflePlayed"_s, QStringList { u"p/c1"_s, u"p/c2"_s, u"p/c3"_s } } }, 3,
                 seed);
             rig.store.shows = nullptr;
-            rig.displays.setScreens(
-                { { .id = u"one"_s,
-                    .placement = showing(u"c1"_s, u"light"_s),
-                    .showsOwnWallpaper = true },
-                  { .id = u"two"_s, .placement = showing(u"c2"_s, u"dark"_s) } });
+            rig.displays.setScreens({ showing(u"one"_s, u"c1"_s, u"light"_s),
+                                      showing(u"two"_s, u"c2"_s, u"dark"_s, false) });
             auto &shuffle = rig.make();
             QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
             QCOMPARE(rig.store.sets.size(), 1);
@@ -131,12 +132,8 @@ private Q_SLOTS:
     void aPickEachInItsDisplaysEdition()
     {
         ShuffleRig rig(wednesday, { { u"shuffleDifferentOnEachDisplay"_s, true } }, 4);
-        rig.displays.setScreens({ { .id = u"one"_s,
-                                    .placement = showing(u"c1"_s, u"dark"_s),
-                                    .showsOwnWallpaper = true },
-                                  { .id = u"two"_s,
-                                    .placement = showing(u"c2"_s, u"sepia"_s),
-                                    .showsOwnWallpaper = true } });
+        rig.displays.setScreens(
+            { showing(u"one"_s, u"c1"_s, u"dark"_s), showing(u"two"_s, u"c2"_s, u"sepia"_s) });
         QCOMPARE(failureOf(rig.make().shuffleNow()), std::nullopt);
         QCOMPARE(rig.store.sets.size(), 2);
         QCOMPARE(rig.store.sets[0].wanted, Edition::Dark);
@@ -162,7 +159,6 @@ private Q_SLOTS:
         rig.store.downloadsFail = false;
         rig.clock->advanceTo(thursday.addSecs(900));
         QCOMPARE(rig.store.sets.size(), 1);
-        QCOMPARE(rig.store.sets[0].at, thursday.addSecs(900));
         QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
 
         // Only what was played is on disk: the pick is the other, whose download fails.
@@ -200,7 +196,6 @@ private Q_SLOTS:
         QCOMPARE(rig.store.sets.size(), 1);
         rig.clock->advance(1ms);
         QCOMPARE(rig.store.sets.size(), 2);
-        QCOMPARE(rig.store.sets[1].at, woke.addSecs(10));
         QCOMPARE(shuffle.nextDate(), utc("2024-05-03T00:00:00Z"));
     }
 

@@ -47,11 +47,8 @@ private Q_SLOTS:
         auto older = rig.set(u"violet"_s, Edition::Automatic, ids);
         QTRY_VERIFY(!rig.store().progress().isEmpty());
         QVERIFY(rig.shop().setFaults("{}"));
-        const auto newer = finish(rig.set(u"emerald"_s, Edition::Light, { ids[0] }));
-        QVERIFY2(newer.value, qPrintable(failureText(newer)));
-
-        const auto outcome = finish(std::move(older));
-        QCOMPARE(outcome.value, QStringList { ids[1] });
+        QVERIFY(finish(rig.set(u"emerald"_s, Edition::Light, { ids[0] })).value);
+        QCOMPARE(finish(std::move(older)).value, QStringList { ids[1] });
         QCOMPARE(rig.shownFile(ids[0]), rig.localPath(u"aurora"_s, u"emerald"_s, Edition::Light));
         QCOMPARE(rig.shownFile(ids[1]),
                  rig.localPath(u"aurora"_s, u"violet"_s, Edition::Automatic));
