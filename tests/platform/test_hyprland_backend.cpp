@@ -97,31 +97,21 @@ private Q_SLOTS:
 
     // A hyprpaper that does not take the commands, or closes without an answer, is a failure that
     // says so; what was set before stays the answer.
-    void hyprpaperFailures_data()
-    {
-        QTest::addColumn<SocketStandIn::Manner>("manner");
-        QTest::addColumn<QString>("sentence");
-        QTest::newRow("unknown command")
-            << SocketStandIn::Manner::Answers
-            << u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. "
-               u"Quennet works with hyprpaper releases that accept the preload and wallpaper "
-               u"commands."_s;
-        QTest::newRow("closes") << SocketStandIn::Manner::Closes
-                                << u"hyprpaper closed the connection without answering."_s;
-    }
-
     void hyprpaperFailures()
     {
-        QFETCH(SocketStandIn::Manner, manner);
         HyprlandBackend backend(m_folder, m_runtime.filePath(u"failures.json"_s));
         const DesktopScreen screen { .connector = u"DP-1"_s };
         awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, { screen }));
-        m_hyprpaper->manner = manner;
+        const auto failure = [&] {
+            return failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, { screen })));
+        };
         m_answer = u"invalid command"_s;
-        QTEST(failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, { screen }))),
-              "sentence");
-        m_hyprpaper->manner = SocketStandIn::Manner::Answers;
-        m_answer = u"ok"_s;
+        QCOMPARE(failure(),
+                 u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. "
+                 u"Quennet works with hyprpaper releases that accept the preload and wallpaper "
+                 u"commands."_s);
+        m_hyprpaper->manner = SocketStandIn::Manner::Closes;
+        QCOMPARE(failure(), u"hyprpaper closed the connection without answering."_s);
         QCOMPARE(backend.picture(screen), u"/w/a.png"_s);
     }
 };
