@@ -31,7 +31,7 @@ class X11BackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void differentPicturePerMonitor()
+    void differentPicturePerMonitorKeptThroughRestartsAndHotplug()
     {
         QVERIFY(X11Backend::isAvailable());
         X11Backend backend(m_state);
@@ -62,21 +62,18 @@ private Q_SLOTS:
         const X11Backend restarted(m_state);
         QCOMPARE(restarted.picture(screens[0]), red);
         QCOMPARE(restarted.picture(screens[1]), blue);
-    }
 
-    void monitorOffAndOnKeepsItsPicture()
-    {
-        X11Backend backend(m_state);
-        QSignalSpy screens(&backend, &DesktopBackend::screensChanged);
+        // A monitor turned off and on again keeps its picture.
+        QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QCOMPARE(QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--off"_s }), 0);
-        QTRY_VERIFY(!screens.isEmpty());
+        QTRY_VERIFY(!screensChanged.isEmpty());
         QCOMPARE(QProcess::execute(u"xrandr"_s,
                                    { u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s,
                                      u"--right-of"_s, u"DUMMY0"_s }),
                  0);
         const auto dummy1 = [&backend] { return screenNamed(backend, u"DUMMY1"_s); };
         QTRY_COMPARE(dummy1().geometry, QRect(1920, 0, 1920, 1080));
-        QCOMPARE(backend.picture(dummy1()), m_dir.filePath(u"blue.png"_s));
+        QCOMPARE(backend.picture(dummy1()), blue);
         QCOMPARE(rootPixel(1920 + 100, 100), QColor(Qt::blue));
 
         // Another program's picture on it: only that monitor is forgotten, after a restart too.
@@ -85,7 +82,7 @@ private Q_SLOTS:
         QProcess::execute(u"xwallpaper"_s, { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s, yellow });
         QVERIFY(changed.wait(5000));
         QCOMPARE(backend.picture(dummy1()), std::nullopt);
-        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), red);
         QCOMPARE(X11Backend(m_state).picture(dummy1()), std::nullopt);
     }
 
