@@ -48,21 +48,16 @@ private Q_SLOTS:
         m_events.emplace(m_folder + u"/.socket2.sock"_s, nullptr);
     }
 
-    void chosenBySignature()
+    // Chosen where Hyprland's signature names an instance folder, as the program starts.
+    void monitorsPicturesAndEvents()
     {
         qputenv("XDG_RUNTIME_DIR", m_runtime.path().toUtf8());
         qputenv("HYPRLAND_INSTANCE_SIGNATURE", "sig_1234");
         qunsetenv("SWAYSOCK");
-        const std::unique_ptr<DesktopBackend> backend(
+        const std::unique_ptr<DesktopBackend> made(
             DesktopBackends::make(u"Hyprland"_s, m_runtime.path()));
-        QCOMPARE(backend->name(), u"Hyprland"_s);
-        qputenv("HYPRLAND_INSTANCE_SIGNATURE", "gone");
-        QCOMPARE(HyprlandBackend::instanceFolder(), QString());
-    }
-
-    void monitorsPicturesAndEvents()
-    {
-        HyprlandBackend backend(m_folder, m_runtime.filePath(u"desktop-hyprland.json"_s));
+        QCOMPARE(made->name(), u"Hyprland"_s);
+        DesktopBackend &backend = *made;
         QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QVERIFY(screensChanged.wait(5000));
         const auto screens = backend.screens();
@@ -93,6 +88,9 @@ private Q_SLOTS:
         QVERIFY(screensChanged.wait(5000));
         QCOMPARE(backend.screens().size(), 1);
         QCOMPARE(backend.screens()[0].connector, u"DP-3"_s);
+
+        qputenv("HYPRLAND_INSTANCE_SIGNATURE", "gone");
+        QCOMPARE(HyprlandBackend::instanceFolder(), QString());
     }
 
     // A hyprpaper that does not take the commands, or closes without an answer, is a failure that
