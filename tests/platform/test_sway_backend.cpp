@@ -1,4 +1,5 @@
 #include "await_task.h"
+#include "desktop_backends.h"
 #include "pixels.h"
 #include "socket_stand_in.h"
 #include "sway_backend.h"
@@ -57,15 +58,16 @@ class SwayBackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(!qEnvironmentVariableIsEmpty("SWAYSOCK")); }
-
     // A backend gone with a reading on its way leaves it to end on its own: let it, before the
     // next case or the end of the program.
     void cleanup() { QTest::qWait(100); }
 
+    // Chosen where sway names its socket.
     void outputsPicturesAndWorkspaces()
     {
-        SwayBackend backend(qEnvironmentVariable("SWAYSOCK"), m_dir.filePath(u"sway.json"_s));
+        const std::unique_ptr<DesktopBackend> made(DesktopBackends::make(u"sway"_s, m_dir.path()));
+        QCOMPARE(made->name(), u"sway"_s);
+        DesktopBackend &backend = *made;
         QTRY_COMPARE(backend.screens().size(), 2);
         const auto screens = backend.screens();
         QCOMPARE(screens[1].geometry, QRect(1920, 0, 1920, 1080));
