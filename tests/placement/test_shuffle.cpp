@@ -97,11 +97,9 @@ private Q_SLOTS:
             QCOMPARE(failureOf(shuffle.shuffleNow()), std::nullopt);
             QCOMPARE(rig.store.sets.last().key, next);
         }
-        const auto keys = rig.setKeys();
-        const auto round = keys.first(5);
+        // The new round's played list is neverRepeatsWhatADisplayShows' to check.
+        const auto round = rig.setKeys().first(5);
         QCOMPARE(QSet<QString>(round.begin(), round.end()).size(), 5);
-        // A new round.
-        QCOMPARE(rig.defaults.shufflePlayed(), QStringList { keys[5] });
     }
 
     void neverRepeatsWhatADisplayShows()
