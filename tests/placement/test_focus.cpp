@@ -53,7 +53,6 @@ private Q_SLOTS:
         auto &focus = rig.start();
 
         focus.setWallpaper(u"p/c3"_s, Edition::Dark);
-        QVERIFY(focus.isHeld());
         QCOMPARE(rig.made->shuffle.status(),
                  u"Waiting while your Do Not Disturb wallpaper is on."_s);
         QCOMPARE(rig.sets(), QStringList { u"p/c3 dark on one two"_s });
@@ -166,19 +165,25 @@ private Q_SLOTS:
         QVERIFY(focus.pendingRestores().isEmpty());
     }
 
-    void aDetachedDisplayStaysPending()
+    // Quennet ends with Do Not Disturb on, and starts again: still on. A restore left pending by a
+    // display not attached waits for its return (2 s after the last of the screens' change and a
+    // wake); one the desktop refuses then, for the next start.
+    void pendingAcrossDetachAndRelaunch()
     {
         FocusRig rig;
-        auto &focus = rig.start();
-        focus.setWallpaper(u"p/c3"_s);
+        rig.start().setWallpaper(u"p/c3"_s);
+        auto &again = rig.start();
+        again.setWallpaper(u"p/c3"_s);
+        QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
+
         const auto two = rig.displays.screens()[1];
         rig.displays.setScreens({ rig.displays.screens()[0] });
-        focus.setWallpaper(std::nullopt);
-        QCOMPARE(focus.pendingRestores().keys(), QStringList { u"two"_s });
+        again.setWallpaper(std::nullopt);
+        QCOMPARE(again.pendingRestores().keys(), QStringList { u"two"_s });
         QCOMPARE(FocusRecord::decodeEntries(rig.defaults.focusRestores()).keys(),
                  QStringList { u"two"_s });
 
-        // Back: tried 2 s after the last of the screens' change and a wake.
+        rig.displays.refusal = u"The desktop is busy."_s;
         rig.displays.setScreens({ rig.displays.screens()[0], two });
         Q_EMIT rig.displays.screensChanged();
         rig.clock->advance(1s);
@@ -186,30 +191,15 @@ private Q_SLOTS:
         rig.clock->advance(1999ms);
         QVERIFY(rig.displays.restores.isEmpty());
         rig.clock->advance(1ms);
-        QCOMPARE(rig.displays.restores,
-                 (QList<std::pair<QString, QString>> { { u"two"_s, rig.own } }));
-        QVERIFY(rig.defaults.focusRestores().isEmpty());
-    }
-
-    void aRelaunchContinues()
-    {
-        FocusRig rig;
-        rig.start().setWallpaper(u"p/c3"_s);
-        // Quennet ends with Do Not Disturb on, and starts again.
-        auto &again = rig.start();
-        QVERIFY(again.isHeld());
-        again.setWallpaper(u"p/c3"_s);
-        QCOMPARE(rig.setKeys(), QStringList { u"p/c3"_s });
-
-        // Ended with restores pending: the next start carries them out.
-        rig.displays.refusal = u"The desktop is busy."_s;
-        again.setWallpaper(std::nullopt);
+        QCOMPARE(rig.displays.restores, (QList { std::pair(u"two"_s, rig.own) }));
         QCOMPARE(again.pendingRestores().keys(), QStringList { u"two"_s });
+
         rig.displays.refusal.reset();
         auto &third = rig.start();
         QVERIFY(!third.isHeld());
         QVERIFY(third.pendingRestores().isEmpty());
-        QCOMPARE(rig.displays.restores.last(), std::pair(u"two"_s, rig.own));
+        QCOMPARE(rig.displays.restores.size(), 2);
+        QVERIFY(rig.defaults.focusRestores().isEmpty());
     }
 };
 

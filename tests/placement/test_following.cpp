@@ -83,69 +83,61 @@ private Q_SLOTS:
     // Sleeps cancelled with their rig end at the next turns of the event loop.
     void cleanup() { QTest::qWait(20); }
 
-    void switchesAtThePhaseTime()
-    {
-        QTemporaryDir folder;
-        Rig rig(folder.path(), QTime(12, 0));
-        rig.following.start();
-        const QStringList ids = rig.displays.ids();
-        awaitTask(rig.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement, { ids[0] }));
-        QCOMPARE(rig.last(), rig.onFirst(0));
-        // A wallpaper without phases on the other display leaves the wait for 18:00 be.
-        const QString violet =
-            QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/violet-light.heic");
-        const WallpaperFile light { .id = u"f_vl"_s, .edition = Edition::Light };
-        const Placement lightPlacement { .edition = u"light"_s };
-        awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, { ids[1] }));
-
-        // The settle loop's one look, then the wait for 18:00.
-        rig.clock->allowed = 2;
-        QTRY_COMPARE(rig.desktop.requests.size(), 3);
-        QCOMPARE(rig.clock->now().time().hour(), 18);
-        QCOMPARE(rig.last(), rig.onFirst(2));
-        const auto recorded = rig.displays.placement(ids[0]);
-        QCOMPARE(recorded->path, rig.rendering(2));
-        QCOMPARE(recorded->setAt, 42); // the same placement, showing its next picture
-        QVERIFY(rig.setter.isShown(m_source));
-
-        // Another wallpaper over both displays until after 21:00, as Do Not Disturb puts one. Put
-        // back as recorded, the display shows the picture due now, not the one the record names,
-        // and goes on following.
-        awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, ids));
-        // Renderings stay while their file does, so that showing it again needs no decoding.
-        const QDir rendered(rig.renderer.folder());
-        QVERIFY(rendered.entryList({ u"f_td*"_s }, QDir::Files)
-                    .contains(QFileInfo(rig.rendering(2)).fileName()));
-        QVERIFY(!rendered.entryList({ u"f_vl*"_s }, QDir::Files).isEmpty());
-        rig.clock->allowed = 2;
-        QTRY_COMPARE(rig.clock->now().time().hour(), 21);
-        QVERIFY(rig.setter.canRestore(recorded->path, recorded));
-        awaitTask(rig.setter.restore({ ids[0] }, recorded->path, recorded));
-        QCOMPARE(rig.last(), rig.onFirst(3));
-        rig.clock->allowed = 2;
-        QTRY_COMPARE(rig.last(), rig.onFirst(1));
-        QCOMPARE(rig.clock->now().time().hour(), 6);
-
-        // Without its wallpaper file it cannot be made again; a picture of its own needs only
-        // itself.
-        QVERIFY(QFile::rename(m_source, m_source + u".away"_s));
-        QVERIFY(!rig.setter.canRestore(recorded->path, recorded));
-        QVERIFY(rig.setter.canRestore(rig.rendering(1), std::nullopt));
-        QVERIFY(QFile::rename(m_source + u".away"_s, m_source));
-    }
-
-    // Set at dawn and started again at noon, as after a login: the day's picture goes up at once
-    // and the wait for dusk begins. A computer that slept through dusk shows it on waking.
-    void followsFromStartAndAfterAWake()
+    // Set at noon, the picture due then goes up and changes at each phase time, also when put
+    // back; started again at noon, as after a login, the day's picture goes up at once and the wait
+    // for dusk begins. A computer that slept through dusk shows it on waking.
+    void followsFromASetAStartAndAWake()
     {
         QTemporaryDir folder;
         QHash<QString, QString> shown;
         {
-            Rig before(folder.path(), QTime(7, 0));
-            awaitTask(before.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement,
-                                                 { before.displays.ids()[0] }));
-            QCOMPARE(before.last(), before.onFirst(1));
-            shown = before.desktop.shown;
+            Rig rig(folder.path(), QTime(12, 0));
+            rig.following.start();
+            const QStringList ids = rig.displays.ids();
+            awaitTask(rig.setter.setWallpaper(timeOfDay, m_source, timeOfDayPlacement, { ids[0] }));
+            QCOMPARE(rig.last(), rig.onFirst(0));
+            // A wallpaper without phases on the other display leaves the wait for 18:00 be.
+            const QString violet =
+                QStringLiteral(QUENNET_DEVSHOP_CONTENT "/files/aurora/violet-light.heic");
+            const WallpaperFile light { .id = u"f_vl"_s, .edition = Edition::Light };
+            const Placement lightPlacement { .edition = u"light"_s };
+            awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, { ids[1] }));
+
+            // The settle loop's one look, then the wait for 18:00.
+            rig.clock->allowed = 2;
+            QTRY_COMPARE(rig.desktop.requests.size(), 3);
+            QCOMPARE(rig.clock->now().time().hour(), 18);
+            QCOMPARE(rig.last(), rig.onFirst(2));
+            const auto recorded = rig.displays.placement(ids[0]);
+            QCOMPARE(recorded->path, rig.rendering(2));
+            QCOMPARE(recorded->setAt, 42); // the same placement, showing its next picture
+            QVERIFY(rig.setter.isShown(m_source));
+
+            // Another wallpaper over both displays until after 21:00, as Do Not Disturb puts one.
+            // Put back as recorded, the display shows the picture due now, not the one the record
+            // names, and goes on following.
+            awaitTask(rig.setter.setWallpaper(light, violet, lightPlacement, ids));
+            // Renderings stay while their file does, so that showing it again needs no decoding.
+            const QDir rendered(rig.renderer.folder());
+            QVERIFY(rendered.entryList({ u"f_td*"_s }, QDir::Files)
+                        .contains(QFileInfo(rig.rendering(2)).fileName()));
+            QVERIFY(!rendered.entryList({ u"f_vl*"_s }, QDir::Files).isEmpty());
+            rig.clock->allowed = 2;
+            QTRY_COMPARE(rig.clock->now().time().hour(), 21);
+            QVERIFY(rig.setter.canRestore(recorded->path, recorded));
+            awaitTask(rig.setter.restore({ ids[0] }, recorded->path, recorded));
+            QCOMPARE(rig.last(), rig.onFirst(3));
+            rig.clock->allowed = 2;
+            QTRY_COMPARE(rig.last(), rig.onFirst(1));
+            QCOMPARE(rig.clock->now().time().hour(), 6);
+
+            // Without its wallpaper file it cannot be made again; a picture of its own needs only
+            // itself.
+            QVERIFY(QFile::rename(m_source, m_source + u".away"_s));
+            QVERIFY(!rig.setter.canRestore(recorded->path, recorded));
+            QVERIFY(rig.setter.canRestore(rig.rendering(1), std::nullopt));
+            QVERIFY(QFile::rename(m_source + u".away"_s, m_source));
+            shown = rig.desktop.shown;
         }
 
         {

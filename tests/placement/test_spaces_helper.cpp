@@ -71,7 +71,10 @@ private Q_SLOTS:
         QFile::remove(m_folder.filePath(u"defaults.ini"_s));
     }
 
-    void statusFromTheEntry()
+    // An entry switched off in the desktop's settings, or naming a program that is gone. Registered
+    // by build 0.0.9, the helper still runs when 0.1.0 starts: it is ended, unregistered, and
+    // registered again 10 s later. Not wanted any more, it goes.
+    void entryWantedStaleAndNotWanted()
     {
         const QString entry = m_folder.filePath(u"autostart/app.quennet.Quennet.helper.desktop"_s);
         QVERIFY(writeFile(entry,
@@ -80,12 +83,7 @@ private Q_SLOTS:
         QCOMPARE(Rig(m_folder.path()).helper.status(), Status::RequiresApproval);
         QVERIFY(writeFile(entry, "[Desktop Entry]\nExec=\"/gone/quennet helper\"\n"));
         QCOMPARE(Rig(m_folder.path()).helper.status(), Status::NotFound);
-    }
-
-    // Registered by build 0.0.9, the helper still runs when 0.1.0 starts: it is ended,
-    // unregistered, and registered again 10 s later. Not wanted any more, it goes.
-    void wantedStaleAndNotWanted()
-    {
+        QVERIFY(QFile::remove(entry));
         {
             Rig old(m_folder.path(), u"0.0.9"_s);
             QCOMPARE(old.helper.status(), Status::NotRegistered);

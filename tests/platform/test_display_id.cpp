@@ -33,8 +33,6 @@ private Q_SLOTS:
             << dell << screen(u"DP-1"_s, u"DEL"_s, u"U2720Q"_s, u"7XK3"_s) << false;
         QTest::newRow("no EDID, other connector")
             << screen(u"DUMMY0"_s) << screen(u"DUMMY1"_s) << false;
-        QTest::newRow("EDID is not a connector name")
-            << screen(u"X"_s, u"DUMMY0"_s) << screen(u"DUMMY0"_s) << false;
     }
 
     void sameOrDifferent()

@@ -39,10 +39,12 @@ class GnomeBackendTest : public QObject {
     GnomeBackend m_backend { GnomeBackend::Family::Gnome, m_dir.filePath(u"Rendered"_s) };
 
 private Q_SLOTS:
-    void lightAndDarkAreSetAndReadBack()
+    // A light and dark pair, read back; then different pictures, spanned over the displays.
+    void onePictureThenOneEachSpanned()
     {
         QVERIFY(GnomeBackend::isAvailable(GnomeBackend::Family::Gnome));
         const auto screens = m_backend.screens();
+        QCOMPARE(screens.size(), 2);
         const QString light = picture("light", Qt::white);
         const QString dark = picture("dark", Qt::black);
         awaitTask(m_backend.setPicture({ .path = light, .dark = dark }, screens));
@@ -63,12 +65,7 @@ private Q_SLOTS:
         gsettings(u"picture-uri"_s, u"file:///usr/share/elsewhere.png"_s);
         QVERIFY(changed.wait(5000));
         QCOMPARE(m_backend.picture(screens[0]), u"/usr/share/elsewhere.png"_s);
-    }
 
-    void differentPicturesAreSpannedAndFollowTheDisplays()
-    {
-        const auto screens = m_backend.screens();
-        QCOMPARE(screens.size(), 2);
         const QString blue = picture("blue", Qt::blue);
         const QString red = picture("red", Qt::red);
         awaitTask(m_backend.setPicture({ .path = blue }, screens));

@@ -48,21 +48,16 @@ private Q_SLOTS:
         m_events.emplace(m_folder + u"/.socket2.sock"_s, nullptr);
     }
 
-    void chosenBySignature()
+    // Chosen where Hyprland's signature names an instance folder, as the program starts.
+    void monitorsPicturesAndEvents()
     {
         qputenv("XDG_RUNTIME_DIR", m_runtime.path().toUtf8());
         qputenv("HYPRLAND_INSTANCE_SIGNATURE", "sig_1234");
         qunsetenv("SWAYSOCK");
-        const std::unique_ptr<DesktopBackend> backend(
+        const std::unique_ptr<DesktopBackend> made(
             DesktopBackends::make(u"Hyprland"_s, m_runtime.path()));
-        QCOMPARE(backend->name(), u"Hyprland"_s);
-        qputenv("HYPRLAND_INSTANCE_SIGNATURE", "gone");
-        QCOMPARE(HyprlandBackend::instanceFolder(), QString());
-    }
-
-    void monitorsPicturesAndEvents()
-    {
-        HyprlandBackend backend(m_folder, m_runtime.filePath(u"desktop-hyprland.json"_s));
+        QCOMPARE(made->name(), u"Hyprland"_s);
+        DesktopBackend &backend = *made;
         QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QVERIFY(screensChanged.wait(5000));
         const auto screens = backend.screens();
@@ -71,7 +66,6 @@ private Q_SLOTS:
         QCOMPARE(screens[1].geometry, QRect(0, 0, 3840, 2160));
         QCOMPARE(screens[1].serial, u"ABC"_s);
 
-        m_requests.clear();
         awaitTask(backend.setPicture({ .path = u"/w/a picture.png"_s }, { screens[1] }));
         awaitTask(backend.setPicture({ .path = u"/w/b.png"_s }, screens));
         QCOMPARE(m_requests,
@@ -89,42 +83,33 @@ private Q_SLOTS:
         m_events->sendToAll("workspacev2>>4,4\n");
         QVERIFY(workspaces.wait(5000));
         QCOMPARE(workspaces.size(), 2);
-        const QByteArray monitors = m_monitors;
         m_monitors = R"([{"name":"DP-3","x":0,"y":0,"width":1920,"height":1080}])";
         m_events->sendToAll("monitoraddedv2>>1,DP-3,desc\n");
         QVERIFY(screensChanged.wait(5000));
-        m_monitors = monitors;
         QCOMPARE(backend.screens().size(), 1);
         QCOMPARE(backend.screens()[0].connector, u"DP-3"_s);
+
+        qputenv("HYPRLAND_INSTANCE_SIGNATURE", "gone");
+        QCOMPARE(HyprlandBackend::instanceFolder(), QString());
     }
 
     // A hyprpaper that does not take the commands, or closes without an answer, is a failure that
     // says so; what was set before stays the answer.
-    void hyprpaperFailures_data()
-    {
-        QTest::addColumn<SocketStandIn::Manner>("manner");
-        QTest::addColumn<QString>("sentence");
-        QTest::newRow("unknown command")
-            << SocketStandIn::Manner::Answers
-            << u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. "
-               u"Quennet works with hyprpaper releases that accept the preload and wallpaper "
-               u"commands."_s;
-        QTest::newRow("closes") << SocketStandIn::Manner::Closes
-                                << u"hyprpaper closed the connection without answering."_s;
-    }
-
     void hyprpaperFailures()
     {
-        QFETCH(SocketStandIn::Manner, manner);
         HyprlandBackend backend(m_folder, m_runtime.filePath(u"failures.json"_s));
         const DesktopScreen screen { .connector = u"DP-1"_s };
         awaitTask(backend.setPicture({ .path = u"/w/a.png"_s }, { screen }));
-        m_hyprpaper->manner = manner;
+        const auto failure = [&] {
+            return failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, { screen })));
+        };
         m_answer = u"invalid command"_s;
-        QTEST(failureText(finish(backend.setPicture({ .path = u"/w/b.png"_s }, { screen }))),
-              "sentence");
-        m_hyprpaper->manner = SocketStandIn::Manner::Answers;
-        m_answer = u"ok"_s;
+        QCOMPARE(failure(),
+                 u"hyprpaper did not take the picture: it answered “invalid command” to wallpaper. "
+                 u"Quennet works with hyprpaper releases that accept the preload and wallpaper "
+                 u"commands."_s);
+        m_hyprpaper->manner = SocketStandIn::Manner::Closes;
+        QCOMPARE(failure(), u"hyprpaper closed the connection without answering."_s);
         QCOMPARE(backend.picture(screen), u"/w/a.png"_s);
     }
 };

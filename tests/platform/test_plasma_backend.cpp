@@ -12,14 +12,14 @@ using namespace Qt::Literals::StringLiterals;
 // per screen, with the parts of Plasma's scripting that backends use.
 class PlasmaShellStandIn {
 public:
-    explicit PlasmaShellStandIn(const QList<QRect> &screens)
+    explicit PlasmaShellStandIn(const QList<DesktopScreen> &screens)
     {
         QString geometries;
-        for (const QRect &screen : screens)
-            geometries += u"{x:%1,y:%2,width:%3,height:%4},"_s.arg(screen.x())
-                              .arg(screen.y())
-                              .arg(screen.width())
-                              .arg(screen.height());
+        for (const DesktopScreen &screen : screens) {
+            const QRect &g = screen.geometry;
+            geometries += QString::asprintf("{x:%d,y:%d,width:%d,height:%d},", g.x(), g.y(),
+                                            g.width(), g.height());
+        }
         // Plasma numbers screens in its own order: here backwards. desktopAt and imageGroup are
         // the stand-in's own.
         m_engine.evaluate(uR"(
@@ -74,11 +74,8 @@ private Q_SLOTS:
     void initTestCase()
     {
         m_screens = PlasmaBackend(QDBusConnection::sessionBus()).screens();
-        QList<QRect> geometries;
-        for (const DesktopScreen &screen : std::as_const(m_screens))
-            geometries.append(screen.geometry);
-        QCOMPARE(geometries.size(), 2);
-        m_standIn = std::make_unique<PlasmaShellStandIn>(geometries);
+        QCOMPARE(m_screens.size(), 2);
+        m_standIn = std::make_unique<PlasmaShellStandIn>(m_screens);
         QVERIFY(m_standIn->bus.start());
     }
 

@@ -4,7 +4,6 @@
 #include "root_pixels.h"
 #include "x11_backend.h"
 
-#include <QGuiApplication>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -24,7 +23,7 @@ class X11BackendTest : public QObject {
         return solidPicture(m_dir.filePath(QString::fromLatin1(name) + u".png"_s), colour);
     }
 
-    static DesktopScreen screenNamed(const X11Backend &backend, const QString &connector)
+    static DesktopScreen screenNamed(const DesktopBackend &backend, const QString &connector)
     {
         const auto screens = backend.screens();
         const auto found = std::ranges::find(screens, connector, &DesktopScreen::connector);
@@ -32,15 +31,23 @@ class X11BackendTest : public QObject {
     }
 
 private Q_SLOTS:
-    void initTestCase()
+    // Chosen for a window manager without a backend of its own. XWayland sets DISPLAY in a
+    // Wayland session too, where nobody sees the root window: an unknown compositor gets the
+    // portal.
+    void differentPicturePerMonitorKeptThroughRestartsAndHotplug()
     {
         QVERIFY(X11Backend::isAvailable());
-        QCOMPARE(QGuiApplication::screens().size(), 2);
-    }
-
-    void differentPicturePerMonitor()
-    {
-        X11Backend backend(m_state);
+        qunsetenv("SWAYSOCK");
+        qunsetenv("HYPRLAND_INSTANCE_SIGNATURE");
+        qputenv("WAYLAND_DISPLAY", "wayland-1");
+        const std::unique_ptr<DesktopBackend> portal(
+            DesktopBackends::make(u"labwc:wlroots"_s, m_dir.path()));
+        QCOMPARE(portal->name(), u"desktop portal"_s);
+        qunsetenv("WAYLAND_DISPLAY");
+        const std::unique_ptr<DesktopBackend> made(
+            DesktopBackends::make(u"openbox"_s, m_dir.path()));
+        QCOMPARE(made->name(), u"X11"_s);
+        DesktopBackend &backend = *made;
         const auto screens = backend.screens();
         QCOMPARE(screens.size(), 2);
         QCOMPARE(screens[0].connector, u"DUMMY0"_s);
@@ -68,22 +75,18 @@ private Q_SLOTS:
         const X11Backend restarted(m_state);
         QCOMPARE(restarted.picture(screens[0]), red);
         QCOMPARE(restarted.picture(screens[1]), blue);
-    }
 
-    void monitorOffAndOnKeepsItsPicture()
-    {
-        X11Backend backend(m_state);
-        QSignalSpy screens(&backend, &DesktopBackend::screensChanged);
+        // A monitor turned off and on again keeps its picture.
+        QSignalSpy screensChanged(&backend, &DesktopBackend::screensChanged);
         QCOMPARE(QProcess::execute(u"xrandr"_s, { u"--output"_s, u"DUMMY1"_s, u"--off"_s }), 0);
-        QTRY_VERIFY(!screens.isEmpty());
+        QTRY_VERIFY(!screensChanged.isEmpty());
         QCOMPARE(QProcess::execute(u"xrandr"_s,
                                    { u"--output"_s, u"DUMMY1"_s, u"--mode"_s, u"1920x1080"_s,
                                      u"--right-of"_s, u"DUMMY0"_s }),
                  0);
-        QTRY_COMPARE(QGuiApplication::screens().size(), 2);
         const auto dummy1 = [&backend] { return screenNamed(backend, u"DUMMY1"_s); };
         QTRY_COMPARE(dummy1().geometry, QRect(1920, 0, 1920, 1080));
-        QCOMPARE(backend.picture(dummy1()), m_dir.filePath(u"blue.png"_s));
+        QCOMPARE(backend.picture(dummy1()), blue);
         QCOMPARE(rootPixel(1920 + 100, 100), QColor(Qt::blue));
 
         // Another program's picture on it: only that monitor is forgotten, after a restart too.
@@ -92,24 +95,8 @@ private Q_SLOTS:
         QProcess::execute(u"xwallpaper"_s, { u"--output"_s, u"DUMMY1"_s, u"--zoom"_s, yellow });
         QVERIFY(changed.wait(5000));
         QCOMPARE(backend.picture(dummy1()), std::nullopt);
-        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), m_dir.filePath(u"red.png"_s));
+        QCOMPARE(backend.picture(screenNamed(backend, u"DUMMY0"_s)), red);
         QCOMPARE(X11Backend(m_state).picture(dummy1()), std::nullopt);
-    }
-
-    // XWayland sets DISPLAY in a Wayland session too, where nobody sees the root window: an
-    // unknown compositor gets the portal.
-    void chosenOnlyOutsideWayland()
-    {
-        qunsetenv("SWAYSOCK");
-        qunsetenv("HYPRLAND_INSTANCE_SIGNATURE");
-        const std::unique_ptr<DesktopBackend> x11(
-            DesktopBackends::make(u"openbox"_s, m_dir.path()));
-        QCOMPARE(x11->name(), u"X11"_s);
-        qputenv("WAYLAND_DISPLAY", "wayland-1");
-        const std::unique_ptr<DesktopBackend> other(
-            DesktopBackends::make(u"labwc:wlroots"_s, m_dir.path()));
-        qunsetenv("WAYLAND_DISPLAY");
-        QCOMPARE(other->name(), u"desktop portal"_s);
     }
 };
 
