@@ -4,7 +4,7 @@
 #include <QDBusConnection>
 #include <QObject>
 
-class QDBusMessage;
+class PortalSetting;
 
 // Whether the desktop prefers dark, and the accent colour the user chose, from the desktop portal's
 // appearance settings (org.freedesktop.appearance color-scheme and accent-color). Light, with no
@@ -16,7 +16,7 @@ class ColourScheme : public QObject {
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
 
 public:
-    explicit ColourScheme(QDBusConnection bus, QObject *parent = nullptr);
+    explicit ColourScheme(const QDBusConnection &bus, QObject *parent = nullptr);
 
     [[nodiscard]] bool isDark() const { return m_dark; }
     // Invalid while the desktop has no accent colour or the portal cannot tell.
@@ -28,16 +28,16 @@ Q_SIGNALS:
     void changed();
     void coloursChanged();
 
-private Q_SLOTS:
-    void settingChanged(const QDBusMessage &message);
-
 private:
-    void read(const QString &name, void (ColourScheme::*adopt)(const QVariant &));
-    void take(const QVariant &value);
-    void takeAccent(const QVariant &value);
+    void takeScheme();
+    void takeAccent();
+    void takeKdeScheme();
 
-    QDBusConnection m_bus;
+    PortalSetting *m_accentSetting;
+    PortalSetting *m_schemeSetting;
+    PortalSetting *m_kdeScheme;
     bool m_dark = false;
     bool m_known = false;
     QColor m_accent;
+    bool m_kdeSchemeKnown = false;
 };

@@ -19,8 +19,10 @@ PortalSetting::PortalSetting(QDBusConnection bus, QString group, QString key, QO
     , m_group(std::move(group))
     , m_key(std::move(key))
 {
-    if (!m_bus.isConnected())
+    if (!m_bus.isConnected()) {
+        m_known = true;
         return;
+    }
     m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
                   SLOT(settingChanged(QDBusMessage)));
     read();
@@ -35,10 +37,13 @@ void PortalSetting::read()
             [this](QDBusPendingCallWatcher *call) {
                 call->deleteLater();
                 const QDBusMessage reply = call->reply();
-                // A change heard meanwhile is newer than this answer.
-                if (!m_heard && reply.type() == QDBusMessage::ReplyMessage
-                    && !reply.arguments().isEmpty())
-                    take(reply.arguments().constFirst());
+                // A change heard meanwhile is newer than this answer. Without a portal, or with
+                // one that does not know the setting, the answer is that there is none.
+                if (m_heard)
+                    return;
+                const bool answered =
+                    reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty();
+                take(answered ? reply.arguments().constFirst() : QVariant());
             });
 }
 
@@ -55,8 +60,9 @@ void PortalSetting::settingChanged(const QDBusMessage &message)
 void PortalSetting::take(const QVariant &value)
 {
     const QVariant unwrapped = unwrap(value);
-    if (unwrapped == m_value)
+    if (unwrapped == m_value && m_known)
         return;
     m_value = unwrapped;
+    m_known = true;
     Q_EMIT changed();
 }

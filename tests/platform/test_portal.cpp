@@ -25,6 +25,7 @@ class PortalTest : public QObject {
     // and the answer later, as older portals do.
     bool m_honoursToken = true;
     int m_requests = 0;
+    bool m_changeWhileReading = false; // the scheme turns light just before Read answers dark
     QString m_wallpaper;
     BusStandIn m_portal { u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
                           [this](const QDBusMessage &call) { return answer(call); } };
@@ -40,6 +41,8 @@ class PortalTest : public QObject {
                 { u"color-scheme"_s, 1u }, // prefers dark
                 { u"accent-color"_s, m_accent }
             }.value(arguments.value(1).toString());
+            if (m_changeWhileReading && arguments.value(1).toString() == "color-scheme"_L1)
+                changeSetting(u"color-scheme"_s, 2u);
             if (!value.isValid())
                 return call.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s,
                                              u"Requested setting not found"_s);
@@ -120,6 +123,16 @@ private Q_SLOTS:
         QTRY_COMPARE(scheme.accent(), QColor::fromRgbF(1, 0.5F, 0));
         changeSetting(u"accent-color"_s, u"blue"_s);
         QTRY_VERIFY(!scheme.accent().isValid());
+
+        // A change heard before the first answer is newer than it.
+        m_changeWhileReading = true;
+        ColourScheme started(QDBusConnection::sessionBus());
+        // Answers keep their order: once this one is in, so is the scheme's first.
+        PortalSetting later(QDBusConnection::sessionBus(), u"org.gnome.desktop.interface"_s,
+                            u"enable-animations"_s);
+        QTRY_VERIFY(later.isKnown());
+        QVERIFY(started.isKnown() && !started.isDark());
+        m_changeWhileReading = false;
     }
 
     // One picture for every screen, once the user accepts it; the answer is never missed, at once
