@@ -1,11 +1,11 @@
 #include "event_sounds.h"
 
 #include "gnome_backend.h"
+#include "gsettings_schema.h"
 #include "logging.h"
 #include "opened_library.h"
 
 #include <canberra.h>
-#include <gio/gio.h>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
@@ -133,18 +133,12 @@ bool desktopPlays(const QString &currentDesktop)
 {
     if (!GnomeBackend::familyOf(currentDesktop))
         return true;
-    // A schema that is missing would abort the process in g_settings_new.
-    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
-    GSettingsSchema *schema =
-        source ? g_settings_schema_source_lookup(source, "org.gnome.desktop.sound", TRUE) : nullptr;
+    GSettingsSchema *schema = installedSchema("org.gnome.desktop.sound", "event-sounds");
     if (!schema)
         return true;
-    bool on = true;
-    if (g_settings_schema_has_key(schema, "event-sounds")) {
-        GSettings *settings = g_settings_new_full(schema, nullptr, nullptr);
-        on = g_settings_get_boolean(settings, "event-sounds");
-        g_object_unref(settings);
-    }
+    GSettings *settings = g_settings_new_full(schema, nullptr, nullptr);
+    const bool on = g_settings_get_boolean(settings, "event-sounds");
+    g_object_unref(settings);
     g_settings_schema_unref(schema);
     return on;
 }

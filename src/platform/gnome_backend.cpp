@@ -1,5 +1,6 @@
 #include "gnome_backend.h"
 
+#include "gsettings_schema.h"
 #include "logging.h"
 #include "spanned_picture.h"
 
@@ -9,7 +10,6 @@
 #include <QPointer>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
-#include <gio/gio.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,12 +32,6 @@ Keys keysOf(GnomeBackend::Family family)
         return { "org.mate.background", "picture-filename", false, nullptr };
     }
     Q_UNREACHABLE();
-}
-
-GSettingsSchema *lookUp(const char *id)
-{
-    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
-    return source ? g_settings_schema_source_lookup(source, id, TRUE) : nullptr;
 }
 
 const auto darkKey = u"dark"_s;
@@ -98,7 +92,7 @@ GnomeBackend::GnomeBackend(Family family, QString folder, QObject *parent)
 {
     m_composer.setMaxThreadCount(1);
     m_settings->keys = keysOf(family);
-    m_settings->schema = lookUp(m_settings->keys.schema);
+    m_settings->schema = installedSchema(m_settings->keys.schema);
     if (!m_settings->schema) {
         qCWarning(lcGSettings) << "No settings schema" << m_settings->keys.schema;
         return;
@@ -146,7 +140,7 @@ std::optional<GnomeBackend::Family> GnomeBackend::familyOf(const QString &curren
 
 bool GnomeBackend::isAvailable(Family family)
 {
-    GSettingsSchema *schema = lookUp(keysOf(family).schema);
+    GSettingsSchema *schema = installedSchema(keysOf(family).schema);
     if (schema)
         g_settings_schema_unref(schema);
     return schema != nullptr;

@@ -1,8 +1,7 @@
 #include "gsettings_do_not_disturb.h"
 
+#include "gsettings_schema.h"
 #include "logging.h"
-
-#include <gio/gio.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,18 +25,6 @@ Key keyOf(GSettingsDoNotDisturb::Family family)
     Q_UNREACHABLE();
 }
 
-// The schema when it is installed and has the key; the caller unrefs it.
-GSettingsSchema *lookUp(const Key &key)
-{
-    GSettingsSchemaSource *source = g_settings_schema_source_get_default();
-    GSettingsSchema *schema =
-        source ? g_settings_schema_source_lookup(source, key.schema, TRUE) : nullptr;
-    if (schema && !g_settings_schema_has_key(schema, key.key)) {
-        g_settings_schema_unref(schema);
-        return nullptr;
-    }
-    return schema;
-}
 } // namespace
 
 struct GSettingsDoNotDisturb::Settings {
@@ -60,7 +47,7 @@ GSettingsDoNotDisturb::GSettingsDoNotDisturb(Family family, QObject *parent)
     , m_settings(std::make_unique<Settings>())
 {
     m_settings->key = keyOf(family);
-    GSettingsSchema *schema = lookUp(m_settings->key);
+    GSettingsSchema *schema = installedSchema(m_settings->key.schema, m_settings->key.key);
     if (!schema) {
         qCWarning(lcDoNotDisturb) << "No settings key" << m_settings->key.schema
                                   << m_settings->key.key;
@@ -83,7 +70,7 @@ GSettingsDoNotDisturb::~GSettingsDoNotDisturb() = default;
 
 bool GSettingsDoNotDisturb::isAvailable(Family family)
 {
-    GSettingsSchema *schema = lookUp(keyOf(family));
+    GSettingsSchema *schema = installedSchema(keyOf(family).schema, keyOf(family).key);
     if (schema)
         g_settings_schema_unref(schema);
     return schema != nullptr;
